@@ -1,0 +1,83 @@
+# How every target of the project is compiled, and how a folder's test files become tests.
+
+# Floating-point results are part of what the library promises: no contraction into fused operations.
+function(lmx_compile_options target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -ffp-contract=off)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+        target_compile_options(${target} PRIVATE -Wno-restrict) # false alarms on std::string, mended in GCC 13
+    endif()
+    if(LMX_WARNINGS_AS_ERRORS)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(LMX_BUILD_FUZZERS)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link) # coverage guides the fuzzer
+        target_link_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
+    if(LMX_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=${LMX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+        target_link_options(${target} PRIVATE -fsanitize=${LMX_SANITIZE})
+    endif()
+endfunction()
+
+# lmx_precompile(<target>...): headers that nearly every source reads, read once. Only under sanitizers, whose builds take
+# longest; everywhere else each source shows by itself that it includes what it uses.
+function(lmx_precompile)
+    if(LMX_SANITIZE AND NOT LMX_BUILD_FUZZERS)
+        foreach(target ${ARGN})
+            target_precompile_headers(${target} PRIVATE <QString> <QWidget> <algorithm> <cmath> <functional> <memory> <vector>)
+            get_target_property(libraries ${target} LINK_LIBRARIES)
+            if(lmxTestSupport IN_LIST libraries)
+                target_precompile_headers(${target} PRIVATE <QTest> <gtest/gtest.h>)
+            endif()
+        endforeach()
+    endif()
+endfunction()
+
+# lmx_add_tests(<folder> <unit>...): compiles <unit>Test.cpp of the current folder into one program and registers
+# one test for each unit, which runs the suites of that file; each runs a second time under a decimal comma.
+function(lmx_add_tests folder)
+    set(program lmxTests${folder})
+    list(TRANSFORM ARGN APPEND Test.cpp OUTPUT_VARIABLE sources)
+    add_executable(${program} ${sources})
+    target_link_libraries(${program} PRIVATE lmxTestSupport)
+    lmx_compile_options(${program})
+    target_compile_options(${program} PRIVATE -O0 -g1) # tests take longer to compile than to run
+    lmx_precompile(${program})
+    foreach(unit ${ARGN})
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${unit}Test.cpp)
+        file(STRINGS ${unit}Test.cpp lines REGEX "^(TEST|TEST_F|TEST_P|TYPED_TEST)\\(")
+        set(filter "")
+        foreach(line ${lines})
+            string(REGEX REPLACE "^[A-Z_]+\\( *([A-Za-z0-9_]+).*" "\\1" suite "${line}")
+            list(APPEND filter "${suite}.*" "${suite}/*" "*/${suite}.*")
+        endforeach()
+        list(REMOVE_DUPLICATES filter)
+        list(JOIN filter ":" filter)
+        if(NOT filter)
+            message(FATAL_ERROR "${unit}Test.cpp holds no test")
+        endif()
+        add_test(NAME ${folder}/${unit} COMMAND ${program} --gtest_filter=${filter})
+        add_test(NAME ${folder}/${unit}/comma COMMAND ${program} --gtest_filter=${filter})
+        set_tests_properties(${folder}/${unit} ${folder}/${unit}/comma PROPERTIES TIMEOUT 600)
+        set_tests_properties(${folder}/${unit} PROPERTIES ENVIRONMENT "${LMX_TEST_ENVIRONMENT}")
+        set_tests_properties(${folder}/${unit}/comma PROPERTIES LABELS comma
+                             ENVIRONMENT "${LMX_TEST_ENVIRONMENT};LMX_TEST_DECIMAL_SEPARATOR=,")
+    endforeach()
+endfunction()
+
+# lmx_check_headers(): compiles each header of the library alone, and twice over, so that none leans on what another one
+# happened to include.
+function(lmx_check_headers)
+    file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/lmx/*.h)
+    set(sources "")
+    foreach(header ${headers})
+        string(REGEX REPLACE "[/.]" "_" name ${header})
+        set(source ${CMAKE_CURRENT_BINARY_DIR}/headers/${name}.cpp)
+        file(CONFIGURE OUTPUT ${source} CONTENT "#include <${header}>\n#include <${header}>\n")
+        list(APPEND sources ${source})
+    endforeach()
+    add_library(lmxHeaders OBJECT ${sources})
+    target_link_libraries(lmxHeaders PRIVATE lmx::lmx)
+    target_compile_options(lmxHeaders PRIVATE -O0 -g0)
+    lmx_compile_options(lmxHeaders)
+endfunction()

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QChar>
+
+namespace lmx {
+
+/// How numbers are written in files and on screen, and read back. One current setting serves the whole process; it
+/// begins with the decimal separator of the user's locale. Set on the main thread; workers take a copy.
+struct TFormatSettings {
+    QChar DecimalSeparator = u'.';
+
+    static const TFormatSettings& Current();
+    static void SetCurrent(const TFormatSettings& settings);
+    /// The settings of texts that must read the same everywhere: a decimal point.
+    static TFormatSettings Invariant() { return {}; }
+};
+
+/// Replaces the current settings until the end of a scope.
+class TFormatSettingsScope {
+public:
+    explicit TFormatSettingsScope(const TFormatSettings& settings) : FSaved(TFormatSettings::Current()) {
+        TFormatSettings::SetCurrent(settings);
+    }
+    ~TFormatSettingsScope() { TFormatSettings::SetCurrent(FSaved); }
+    TFormatSettingsScope(const TFormatSettingsScope&) = delete;
+    TFormatSettingsScope& operator=(const TFormatSettingsScope&) = delete;
+
+private:
+    TFormatSettings FSaved;
+};
+
+} // namespace lmx

@@ -1,0 +1,110 @@
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxText.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace lmx {
+
+namespace {
+
+char16_t FoldAscii(QChar c) {
+    const char16_t unit = c.unicode();
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+}
+
+} // namespace
+
+QString Trim(const QString& text) {
+    qsizetype first = 0;
+    qsizetype last = text.size();
+    while (first < last && text[first] <= u' ')
+        ++first;
+    while (last > first && text[last - 1] <= u' ')
+        --last;
+    return text.sliced(first, last - first);
+}
+
+QStringList Split(const QString& text, QChar separator) {
+    return text.isEmpty() ? QStringList() : text.split(separator);
+}
+
+bool SameText(QStringView a, QStringView b) {
+    if (a.size() != b.size())
+        return false;
+    for (qsizetype i = 0; i < a.size(); ++i)
+        if (FoldAscii(a[i]) != FoldAscii(b[i]))
+            return false;
+    return true;
+}
+
+QStringList SplitLines(const QString& text) {
+    QStringList lines;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != u'\n' && text[i] != u'\r')
+            continue;
+        lines += text.sliced(start, i - start);
+        if (text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n')
+            ++i;
+        start = i + 1;
+    }
+    if (start < text.size())
+        lines += text.sliced(start);
+    return lines;
+}
+
+QString LineBreak() {
+#ifdef Q_OS_WIN
+    return QStringLiteral("\r\n");
+#else
+    return QStringLiteral("\n");
+#endif
+}
+
+QByteArray ReadFile(const QString& fileName) {
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw EFileException(fileName, QStringLiteral("cannot be opened: ") + file.errorString());
+    QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        throw EFileException(fileName, QStringLiteral("cannot be read: ") + file.errorString());
+    return content;
+}
+
+QStringList ReadLines(const QString& fileName) {
+    QByteArray content = ReadFile(fileName);
+    if (content.startsWith("\xEF\xBB\xBF"))
+        content.remove(0, 3);
+    return SplitLines(QString::fromUtf8(content));
+}
+
+void WriteFile(const QString& fileName, const QByteArray& content) {
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        throw EFileException(fileName, QStringLiteral("cannot be written: ") + file.errorString());
+}
+
+void WriteLines(const QString& fileName, const QStringList& lines) {
+    QString text;
+    for (const QString& line : lines)
+        text += line + LineBreak();
+    WriteFile(fileName, text.toUtf8());
+}
+
+QString FindSisterFile(const QString& fileName, const QString& suffix) {
+    const QFileInfo info(fileName);
+    const QString wanted = info.completeBaseName() + u'.' + suffix;
+    QString exact = info.dir().filePath(wanted);
+    if (QFileInfo(exact).isFile())
+        return exact;
+    const QStringList entries = info.dir().entryList(QDir::Files);
+    for (const QString& entry : entries)
+        if (SameText(entry, wanted))
+            return info.dir().filePath(entry);
+    return {};
+}
+
+} // namespace lmx

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace lmx {
+
+/// Takes characters up to U+0020 off both ends, and no others.
+QString Trim(const QString& text);
+
+/// Pieces between separators, empty ones kept. An empty text has no pieces.
+QStringList Split(const QString& text, QChar separator);
+
+/// Whether two texts are equal when the letters A to Z and a to z are taken as the same.
+bool SameText(QStringView a, QStringView b);
+
+/// Lines of a text; they end at LF, CR or CRLF. A final line break adds no empty line.
+QStringList SplitLines(const QString& text);
+
+/// The line break of written files and of clipboard text.
+QString LineBreak();
+
+/// Content of a file.
+/// @throws EFileException if it cannot be read.
+QByteArray ReadFile(const QString& fileName);
+
+/// Lines of a UTF-8 text file; a byte order mark is skipped.
+/// @throws EFileException if it cannot be read.
+QStringList ReadLines(const QString& fileName);
+
+/// Replaces a file in one step: after a failure the old content is still there.
+/// @throws EFileException if it cannot be written.
+void WriteFile(const QString& fileName, const QByteArray& content);
+
+/// Replaces a file by UTF-8 lines, each ended by the line break, without a byte order mark.
+/// @throws EFileException if it cannot be written.
+void WriteLines(const QString& fileName, const QStringList& lines);
+
+/// The file beside `fileName` with its suffix replaced by `suffix` (no dot), found without regard to case.
+/// Empty if there is none.
+QString FindSisterFile(const QString& fileName, const QString& suffix);
+
+} // namespace lmx

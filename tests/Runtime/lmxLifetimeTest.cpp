@@ -1,0 +1,28 @@
+#include <lmx/Runtime/lmxLifetime.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace lmx {
+namespace {
+
+TEST(Lifetime, EndsWithItsObject) {
+    auto lifetime = std::make_unique<TLifetime>();
+    const auto watch = lifetime->Watch();
+    EXPECT_FALSE(watch.expired());
+    lifetime.reset();
+    EXPECT_TRUE(watch.expired());
+}
+
+TEST(Lifetime, OfACopyIsItsOwn) {
+    auto original = std::make_unique<TLifetime>();
+    TLifetime copy(*original);
+    copy = *original;
+    const auto watch = copy.Watch();
+    original.reset();
+    EXPECT_FALSE(watch.expired());
+}
+
+} // namespace
+} // namespace lmx

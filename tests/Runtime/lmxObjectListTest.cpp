@@ -1,0 +1,183 @@
+#include <lmx/Runtime/lmxObjectList.h>
+#include <tests/Support/Printers.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace lmx {
+namespace {
+
+using tests::MessageOf;
+
+/// Writes its end into a diary that the callback of the list writes into, too.
+struct TItem {
+    std::string Name;
+    std::vector<std::string>* Diary;
+    ~TItem() { Diary->push_back(Name + " freed"); }
+};
+
+struct ObjectList : testing::Test {
+    using TDiary = std::vector<std::string>;
+    TDiary Diary;
+    std::unique_ptr<TObjectList<TItem>> List = std::make_unique<TObjectList<TItem>>();
+
+    std::unique_ptr<TItem> New(const char* name) { return std::unique_ptr<TItem>(new TItem{name, &Diary}); }
+    void Fill(std::initializer_list<const char*> names) {
+        for (const char* name : names)
+            List->Add(New(name));
+    }
+    void WriteDiary() {
+        List->SetOnChange([this](TItem* item, TListChange change) { Note(item, change); });
+    }
+    void Note(const TItem* item, TListChange change) {
+        static const char* const words[] = {" added", " removed", " extracted"};
+        Diary.push_back(item->Name + words[static_cast<int>(change)] +
+                        (List && List->Contains(item) ? ", in" : ", out"));
+    }
+    std::string Names() const {
+        std::string names;
+        for (const TItem* item : *List)
+            names += item->Name;
+        return names;
+    }
+};
+
+TEST_F(ObjectList, KeepsTheOrderOfItsItems) {
+    Fill({"a", "b"});
+    List->Insert(1, New("c"));
+    List->Insert(0, New("d"));
+    List->Insert(4, New("e"));
+    EXPECT_EQ(Names(), "dacbe");
+    EXPECT_EQ(List->Count(), 5);
+    EXPECT_FALSE(List->IsEmpty());
+    EXPECT_EQ((*List)[2]->Name, "c");
+    EXPECT_EQ(List->IndexOf((*List)[3]), 3);
+    EXPECT_EQ(List->IndexOf(nullptr), -1);
+}
+
+TEST_F(ObjectList, RefusesNothingAndIndexesOutside) {
+    Fill({"a"});
+    EXPECT_EQ(MessageOf<EArgumentException>([&] { List->Add(nullptr); }), "item");
+    for (int index : {-1, 2})
+        EXPECT_EQ(MessageOf<EArgumentException>([&] { List->Insert(index, New("x")); }), "index");
+    for (int index : {-1, 1}) {
+        EXPECT_EQ(MessageOf<EArgumentException>([&] { (*List)[index]; }), "index");
+        EXPECT_EQ(MessageOf<EArgumentException>([&] { List->Move(index, 0); }), "index");
+        EXPECT_EQ(MessageOf<EArgumentException>([&] { List->Move(0, index); }), "index");
+    }
+    EXPECT_EQ(Names(), "a");
+}
+
+TEST_F(ObjectList, ReportsAnItemAfterItCameAndAfterItWentButBeforeItIsFreed) {
+    WriteDiary();
+    TItem* a = List->Add(New("a"));
+    TItem* b = List->Add(New("b"));
+    EXPECT_TRUE(List->Remove(a));
+    EXPECT_FALSE(List->Remove(a));
+    const std::unique_ptr<TItem> kept = List->Extract(b);
+    EXPECT_EQ(kept.get(), b);
+    EXPECT_EQ(List->Extract(b), nullptr);
+    EXPECT_EQ(Diary, (TDiary{"a added, in", "b added, in", "a removed, out", "a freed", "b extracted, out"}));
+}
+
+TEST_F(ObjectList, ClearsAndDestroysFirstToLast) {
+    Fill({"a", "b"});
+    WriteDiary();
+    List->Clear();
+    EXPECT_EQ(Diary, (TDiary{"a removed, out", "a freed", "b removed, out", "b freed"}));
+    Diary.clear();
+    List->SetOnChange(nullptr);
+    Fill({"c", "d"});
+    List->SetOnChange([this](TItem* item, TListChange) { Diary.push_back(item->Name + " removed"); });
+    List.reset();
+    EXPECT_EQ(Diary, (TDiary{"c removed", "c freed", "d removed", "d freed"}));
+}
+
+TEST_F(ObjectList, MovesWithoutAReport) {
+    Fill({"a", "b", "c", "d"});
+    WriteDiary();
+    List->Move(0, 2);
+    EXPECT_EQ(Names(), "bcad");
+    List->Move(3, 0);
+    EXPECT_EQ(Names(), "dbca");
+    List->Move(1, 1);
+    EXPECT_EQ(Names(), "dbca");
+    EXPECT_TRUE(Diary.empty());
+}
+
+// ---- A callback that changes the list
+
+TEST_F(ObjectList, ItsCallbackMayRemoveAnotherItem) {
+    Fill({"a", "b", "c"});
+    List->SetOnChange([this](TItem* item, TListChange change) {
+        Note(item, change);
+        if (item->Name == "a")
+            List->Remove((*List)[0]);
+    });
+    List->Remove((*List)[0]);
+    EXPECT_EQ(Names(), "c");
+    EXPECT_EQ(Diary, (TDiary{"a removed, out", "b removed, out", "b freed", "a freed"}));
+}
+
+TEST_F(ObjectList, ItsCallbackMayTakeTheNewItemOutAgain) {
+    List->SetOnChange([this](TItem* item, TListChange change) {
+        if (change == TListChange::lcAdded)
+            List->Remove(item);
+    });
+    EXPECT_EQ(List->Add(New("a")), nullptr);
+    EXPECT_TRUE(List->IsEmpty());
+}
+
+TEST_F(ObjectList, ItsCallbackMayAddAnother) {
+    List->SetOnChange([this](TItem* item, TListChange) {
+        if (item->Name == "a")
+            List->Insert(0, New("b"));
+    });
+    EXPECT_EQ(List->Add(New("a"))->Name, "a");
+    EXPECT_EQ(Names(), "ba");
+}
+
+TEST_F(ObjectList, WhatItsCallbackAddsDuringClearGoesToo) {
+    Fill({"a"});
+    List->SetOnChange([this](TItem* item, TListChange change) {
+        Note(item, change);
+        if (change == TListChange::lcRemoved && item->Name == "a")
+            List->Add(New("b"));
+    });
+    List->Clear();
+    EXPECT_TRUE(List->IsEmpty());
+    EXPECT_EQ(Diary, (TDiary{"a removed, out", "b added, in", "a freed", "b removed, out", "b freed"}));
+}
+
+TEST_F(ObjectList, ItsCallbackMayReplaceItself) {
+    Fill({"a", "b"});
+    const auto witness = std::make_shared<int>(7);
+    List->SetOnChange([this, witness](TItem* item, TListChange) {
+        List->SetOnChange(nullptr);
+        Diary.push_back(item->Name + std::to_string(*witness)); // what it holds must still be there
+    });
+    List->Clear();
+    EXPECT_EQ(Diary, (TDiary{"a7", "a freed", "b freed"}));
+}
+
+TEST_F(ObjectList, ItsCallbackMayDestroyTheList) {
+    Fill({"a", "b"});
+    List->SetOnChange([this](TItem* item, TListChange) {
+        Diary.push_back(item->Name + " removed");
+        List.reset();
+    });
+    List->Clear();
+    EXPECT_EQ(List, nullptr);
+    EXPECT_EQ(Diary, (TDiary{"a removed", "b removed", "b freed", "a freed"}));
+}
+
+TEST_F(ObjectList, ItsCallbackMayDestroyTheListThatIsBeingFilled) {
+    List->SetOnChange([this](TItem*, TListChange) { List.reset(); });
+    EXPECT_EQ(List->Add(New("a")), nullptr);
+    EXPECT_EQ(List, nullptr);
+}
+
+} // namespace
+} // namespace lmx

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <tests/Support/TestLayer.h>
+
+#include <QCoreApplication>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace lmx::tests {
+
+/// A view of 200 x 100 logical pixels on a manager of its own, shown and painted.
+struct TShownView {
+    TShownView() {
+        View.resize(200, 100);
+        View.SetLayerManager(Manager);
+        View.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&View));
+        Settle();
+    }
+
+    /// Lets posted events and paints happen.
+    static void Settle() { QCoreApplication::processEvents(); }
+
+    /// Adds an ordinary, ready layer with an area in the world of longitudes -180 to 180; the first makes the world.
+    TTestLayer* AddReadyLayer(const QString& name = {}) {
+        auto layer = std::make_unique<TTestLayer>(Manager);
+        layer->SetLayerName(name);
+        layer->SetLayerArea(LatLonArea({0, 10, 20, 0}));
+        layer->SetIsReadyToDraw(true);
+        return static_cast<TTestLayer*>(Manager->GetLayers().Add(std::move(layer)));
+    }
+
+    /// Paints now and gives the pixel at a place of the buffer.
+    TColor32 PixelAt(int x, int y) {
+        Settle();
+        View.grab();
+        return View.GetBuffer().ScanLine(y)[x];
+    }
+
+    std::shared_ptr<ILayerManager> Manager = TLayerManagerFactory::GetObject();
+    TMapViewControl View;
+};
+
+} // namespace lmx::tests

@@ -1,0 +1,21 @@
+// Runs the tests of one folder on the offscreen platform. A Qt warning that no test announced fails the test in which
+// it appears. LMX_TEST_DECIMAL_SEPARATOR sets the decimal separator of the run; the default is a point, whatever the
+// locale of the machine.
+
+#include <lmx/Runtime/lmxFormatSettings.h>
+#include <tests/Support/QtWarnings.h>
+
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const QString separator = qEnvironmentVariable("LMX_TEST_DECIMAL_SEPARATOR", QStringLiteral("."));
+    lmx::TFormatSettings::SetCurrent({separator.front()});
+    lmx::tests::FailOnQtWarnings();
+    return RUN_ALL_TESTS();
+}
