@@ -1,0 +1,211 @@
+#include <lmx/Graphics/lmxBlend.h>
+#include <lmx/Graphics/lmxPixelRows.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#ifdef __SSE2__
+#include <immintrin.h>
+#endif
+
+namespace lmx::PixelRows {
+
+#ifdef __SSE2__
+namespace {
+
+// Blending is what a paint spends its time on. Eight pixels at once, where the machine has AVX2, take about 0.6 of the
+// time of four. The arithmetic is the same in both widths: a channel is over * a + under * (255 - a) + 127, which fits
+// 16 bits, divided by 255, which for every 16-bit number is multiplying by 0x8081 and shifting by 23.
+
+constexpr short DivideBy255 = static_cast<short>(0x8081);
+constexpr int DivideBy255Shift = 23 - 16;
+constexpr int FourthOfEach = _MM_SHUFFLE(3, 3, 3, 3);
+constexpr int OpaqueBits = static_cast<int>(clBlack32);
+
+__m128i Load(const TColor32* pixels) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
+}
+
+void Store(TColor32* pixels, __m128i value) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels), value);
+}
+
+__m128i MixChannels(__m128i over, __m128i under) {
+    const __m128i alpha = _mm_shufflehi_epi16(_mm_shufflelo_epi16(over, FourthOfEach), FourthOfEach);
+    const __m128i under255 = _mm_sub_epi16(_mm_slli_epi16(under, 8), under);
+    const __m128i sum =
+        _mm_add_epi16(_mm_mullo_epi16(_mm_sub_epi16(over, under), alpha), _mm_add_epi16(under255, _mm_set1_epi16(127)));
+    return _mm_srli_epi16(_mm_mulhi_epu16(sum, _mm_set1_epi16(DivideBy255)), DivideBy255Shift);
+}
+
+/// BlendColor for four pixels whose source alphas are not 0.
+__m128i BlendVisible(__m128i over, __m128i under) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i mixed = _mm_packus_epi16(MixChannels(_mm_unpacklo_epi8(over, zero), _mm_unpacklo_epi8(under, zero)),
+                                           MixChannels(_mm_unpackhi_epi8(over, zero), _mm_unpackhi_epi8(under, zero)));
+    return _mm_or_si128(mixed, _mm_set1_epi32(OpaqueBits));
+}
+
+/// BlendColor for the first pixels of a row; gives their number.
+std::size_t BlendFours(TColor32* to, const TColor32* from, std::size_t count) {
+    const __m128i opaque = _mm_set1_epi32(OpaqueBits);
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        const __m128i over = Load(from + i);
+        const __m128i alphas = _mm_and_si128(over, opaque);
+        const __m128i hidden = _mm_cmpeq_epi32(alphas, _mm_setzero_si128());
+        if (_mm_movemask_epi8(hidden) == 0xFFFF)
+            continue;
+        if (_mm_movemask_epi8(_mm_cmpeq_epi32(alphas, opaque)) == 0xFFFF) {
+            Store(to + i, over);
+            continue;
+        }
+        const __m128i under = Load(to + i);
+        Store(to + i, _mm_or_si128(_mm_and_si128(hidden, under), _mm_andnot_si128(hidden, BlendVisible(over, under))));
+    }
+    return i;
+}
+
+#if defined(__GNUC__) && defined(__x86_64__)
+#define LMX_HAS_AVX2_KERNELS
+
+__attribute__((target("avx2"))) inline __m256i MixChannels(__m256i over, __m256i under) {
+    const __m256i alpha = _mm256_shufflehi_epi16(_mm256_shufflelo_epi16(over, FourthOfEach), FourthOfEach);
+    const __m256i under255 = _mm256_sub_epi16(_mm256_slli_epi16(under, 8), under);
+    const __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(_mm256_sub_epi16(over, under), alpha),
+                                         _mm256_add_epi16(under255, _mm256_set1_epi16(127)));
+    return _mm256_srli_epi16(_mm256_mulhi_epu16(sum, _mm256_set1_epi16(DivideBy255)), DivideBy255Shift);
+}
+
+__attribute__((target("avx2"))) std::size_t BlendEights(TColor32* to, const TColor32* from, std::size_t count) {
+    const __m256i opaque = _mm256_set1_epi32(OpaqueBits);
+    const __m256i zero = _mm256_setzero_si256();
+    std::size_t i = 0;
+    for (; i + 8 <= count; i += 8) {
+        const __m256i over = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from + i));
+        const __m256i alphas = _mm256_and_si256(over, opaque);
+        const __m256i hidden = _mm256_cmpeq_epi32(alphas, zero);
+        if (_mm256_movemask_epi8(hidden) == -1)
+            continue;
+        __m256i* const place = reinterpret_cast<__m256i*>(to + i);
+        if (_mm256_movemask_epi8(_mm256_cmpeq_epi32(alphas, opaque)) == -1) {
+            _mm256_storeu_si256(place, over);
+            continue;
+        }
+        const __m256i under = _mm256_loadu_si256(place);
+        const __m256i mixed =
+            _mm256_packus_epi16(MixChannels(_mm256_unpacklo_epi8(over, zero), _mm256_unpacklo_epi8(under, zero)),
+                                MixChannels(_mm256_unpackhi_epi8(over, zero), _mm256_unpackhi_epi8(under, zero)));
+        _mm256_storeu_si256(place, _mm256_blendv_epi8(_mm256_or_si256(mixed, opaque), under, hidden));
+    }
+    return i;
+}
+#endif
+
+} // namespace
+#endif
+
+namespace {
+
+/// Asks for a pixel that will be read soon.
+void Prefetch([[maybe_unused]] const TColor32* pixel) {
+#ifdef __GNUC__
+    __builtin_prefetch(pixel);
+#endif
+}
+
+} // namespace
+
+void Fill(TColor32* to, std::size_t count, TColor32 color) {
+    std::fill_n(to, count, color);
+}
+
+void Copy(TColor32* to, const TColor32* from, std::size_t count) {
+    if (count > 0)
+        std::memcpy(to, from, count * sizeof(TColor32));
+}
+
+void CopyExcept(TColor32* to, const TColor32* from, std::size_t count, TColor32 key) {
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = from[i] == key ? to[i] : from[i];
+}
+
+namespace {
+
+/// `Every` is how many pixels share a question for what is read next.
+template<std::size_t Every>
+void GatherAsking(TColor32* to, const TColor32* from, const std::int32_t* columns, std::size_t count,
+                  const TColor32* next) {
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        for (std::size_t ask = i; ask < i + 4; ask += Every)
+            Prefetch(next + columns[ask]);
+        to[i] = from[columns[i]];
+        to[i + 1] = from[columns[i + 1]];
+        to[i + 2] = from[columns[i + 2]];
+        to[i + 3] = from[columns[i + 3]];
+    }
+    for (; i < count; ++i)
+        to[i] = from[columns[i]];
+}
+
+} // namespace
+
+void Gather(TColor32* to, const TColor32* from, const std::int32_t* columns, std::size_t count, const TColor32* next) {
+    constexpr std::size_t cacheLine = 64 / sizeof(TColor32);
+    const std::size_t span = count > 0 ? static_cast<std::size_t>(columns[count - 1] - columns[0]) : 0;
+    if (span * 4 <= count * cacheLine)
+        GatherAsking<4>(to, from, columns, count, next);
+    else
+        GatherAsking<1>(to, from, columns, count, next);
+}
+
+void ScaleAlphas(TColor32* to, const TColor32* from, std::size_t count, unsigned factor) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const unsigned product = (from[i] >> 24) * factor + 127;
+        const unsigned alpha = (product + 1 + (product >> 8)) >> 8; // product / 255, in steps that vectorise
+        to[i] = (from[i] & 0x00FFFFFFU) | alpha << 24;
+    }
+}
+
+void Blend(TColor32* to, const TColor32* from, std::size_t count) {
+    std::size_t done = 0;
+#ifdef LMX_HAS_AVX2_KERNELS
+    static const bool hasAvx2 = __builtin_cpu_supports("avx2") != 0;
+    if (hasAvx2)
+        done = BlendEights(to, from, count);
+#endif
+#ifdef __SSE2__
+    done += BlendFours(to + done, from + done, count - done);
+#endif
+    for (; done < count; ++done)
+        to[done] = BlendColor(from[done], to[done]);
+}
+
+void Merge(TColor32* to, const TColor32* from, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = MergeColor(from[i], to[i]);
+}
+
+void BlendFill(TColor32* to, std::size_t count, TColor32 color) {
+    if (AlphaComponent(color) == 0)
+        return;
+    if (AlphaComponent(color) == 255)
+        return Fill(to, count, color);
+    std::array<TColor32, 64> colors;
+    Fill(colors.data(), std::min(colors.size(), count), color);
+    for (std::size_t done = 0; done < count; done += colors.size())
+        Blend(to + done, colors.data(), std::min(colors.size(), count - done));
+}
+
+void MergeFill(TColor32* to, std::size_t count, TColor32 color) {
+    if (AlphaComponent(color) == 0)
+        return;
+    if (AlphaComponent(color) == 255)
+        return Fill(to, count, color);
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = MergeColor(color, to[i]);
+}
+
+} // namespace lmx::PixelRows

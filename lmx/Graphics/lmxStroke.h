@@ -1,0 +1,19 @@
+#pragma once
+
+#include <lmx/Graphics/lmxPolygons.h>
+
+#include <span>
+#include <vector>
+
+namespace lmx {
+
+/// The contours of a stroke along the points, to be filled by pfWinding: one for an open line, an outer and an inner
+/// one for a closed one. Each edge is moved by half the width along its normal to either side, and the corners are
+/// joined in the same way on both. Points closer than 1e-4 to the one before are left out. A line of fewer than two
+/// points, a width that is not positive and coordinates that are no usable numbers give no contour.
+std::vector<TFloatPoints> StrokeContours(std::span<const TFloatPoint> points, bool closed, const TStroke& stroke);
+
+/// Number of points that make a circle of that radius.
+int CircleSteps(double radius);
+
+} // namespace lmx
