@@ -1,0 +1,59 @@
+#include <lmx/Formats/lmxAsciiNumber.h>
+
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
+namespace lmx {
+
+namespace {
+
+bool IsWhiteSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+// Cells below the smallest float are 0; std::from_chars reports them like those above the largest.
+bool IsTiny(QByteArrayView token) {
+    double value = 0;
+    const auto result = std::from_chars(token.begin(), token.end(), value);
+    return result.ec == std::errc{} && std::abs(value) < 1;
+}
+
+} // namespace
+
+void AppendAsciiNumber(QByteArray& text, float value) {
+    const float magnitude = std::abs(value);
+    const bool isPlain = magnitude == 0 || (magnitude >= 1e-5F && magnitude < 1e15F);
+    char buffer[32];
+    const auto form = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, form);
+    text.append(buffer, end.ptr - buffer);
+}
+
+QString AsciiNumber(float value) {
+    QByteArray text;
+    AppendAsciiNumber(text, value);
+    return QString::fromLatin1(text);
+}
+
+bool TakeAsciiNumber(QByteArrayView& text, float& value) {
+    qsizetype start = 0;
+    while (start < text.size() && IsWhiteSpace(text[start]))
+        ++start;
+    text = text.sliced(start);
+    const bool hasPlus = text.size() > 1 && text.front() == '+' && text[1] != '-';
+    const char* first = text.begin() + (hasPlus ? 1 : 0);
+    float number = 0;
+    const auto [end, error] = std::from_chars(first, text.end(), number);
+    if (error == std::errc::result_out_of_range && IsTiny({first, end}))
+        number = *first == '-' ? -0.0F : 0.0F;
+    else if (error != std::errc{})
+        return false;
+    if (end != text.end() && !IsWhiteSpace(*end))
+        return false;
+    value = number;
+    text = text.sliced(end - text.begin());
+    return true;
+}
+
+} // namespace lmx
