@@ -1,0 +1,37 @@
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Widgets/lmxEventGuard.h>
+#include <lmx/Widgets/lmxMsgBox.h>
+
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <QPointer>
+#include <QWidget>
+
+namespace lmx {
+
+void ReportFault(const QString& text, QWidget* parent) {
+    QCoreApplication* application = QCoreApplication::instance();
+    if (!application)
+        return;
+    const auto show = [text, guarded = QPointer<QWidget>(parent)] {
+        TMsgBox::Error(text, QStringLiteral("Error"), guarded.data());
+    };
+    QMetaObject::invokeMethod(application, show, Qt::QueuedConnection);
+}
+
+bool GuardEvent(QWidget* parent, const std::function<void()>& action) noexcept {
+    const QPointer<QWidget> guarded(parent); // the action may destroy it
+    try {
+        action();
+        return true;
+    } catch (const Exception& failure) {
+        ReportFault(failure.Message(), guarded);
+    } catch (const std::exception& failure) {
+        ReportFault(QString::fromLocal8Bit(failure.what()), guarded);
+    } catch (...) {
+        ReportFault(QStringLiteral("Unknown exception"), guarded);
+    }
+    return false;
+}
+
+} // namespace lmx

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+#include <exception>
+#include <functional>
+
+QT_BEGIN_NAMESPACE
+class QWidget;
+QT_END_NAMESPACE
+
+namespace lmx {
+
+/// Shows an error box from the event loop, when the work at hand is done. The parent may be gone by then. Without an
+/// application nothing is shown.
+void ReportFault(const QString& text, QWidget* parent);
+
+/// Runs what an event asks for. No exception may cross into Qt, so what is raised ends here and is reported by
+/// ReportFault. False if something was raised. Overrides of event methods that run code of layers, documents or hosts
+/// wrap it in this.
+bool GuardEvent(QWidget* parent, const std::function<void()>& action) noexcept;
+
+} // namespace lmx

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+namespace lmx {
+
+/// Asks the user for one line of text.
+class IInputBoxService {
+public:
+    virtual ~IInputBoxService() = default;
+
+    /// The text that the user confirmed, or `defaultText` if the box was cancelled.
+    virtual QString InputBox(const QString& title, const QString& prompt, const QString& defaultText) = 0;
+};
+
+class TInputBox {
+public:
+    /// Replaces the service and gives the previous one back; nil stands for Qt's box.
+    static std::shared_ptr<IInputBoxService> SetService(std::shared_ptr<IInputBoxService> service);
+};
+
+/// Asks for one line of text, beginning with `defaultText`, which is also the answer of a cancelled box.
+QString InputBox(const QString& title, const QString& prompt, const QString& defaultText);
+
+} // namespace lmx
