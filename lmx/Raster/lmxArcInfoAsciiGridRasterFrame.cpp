@@ -1,0 +1,93 @@
+#include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
+#include <lmx/Raster/lmxAsciiGridRows.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxExtended.h>
+#include <lmx/Runtime/lmxTextStreams.h>
+
+#include <QFile>
+#include <QSaveFile>
+
+namespace lmx {
+
+namespace {
+
+constexpr double NoDataOfNewGrids = -9999;
+
+TMapArea BoundsOf(const IArcInfoAsciiGridHeading& heading) {
+    const extended cellSize = heading.GetCellSize();
+    const extended left = heading.GetXCorner();
+    const extended bottom = heading.GetYCorner();
+    return {left, bottom + heading.GetNRows() * cellSize, left + heading.GetNCols() * cellSize, bottom};
+}
+
+} // namespace
+
+TArcInfoAsciiGridRasterFrame::TArcInfoAsciiGridRasterFrame(const QString& fileName, TDataKind)
+    : TArcInfoAsciiGridRasterFrame(*OpenForReading(fileName), TDataKind::dkFloat) {}
+
+TArcInfoAsciiGridRasterFrame::TArcInfoAsciiGridRasterFrame(QIODevice& stream, TDataKind) {
+    Load(stream, TDataKind::dkFloat);
+}
+
+TArcInfoAsciiGridRasterFrame::TArcInfoAsciiGridRasterFrame(const TMapArea& area, std::int32_t width,
+                                                           std::int32_t height, TDataKind kind) {
+    Init(area, width, height, kind);
+    FHeading = TArcInfoAsciiGridHeadingFactory::GetObject(area, width, height, GetResolution(), NoDataOfNewGrids);
+}
+
+void TArcInfoAsciiGridRasterFrame::Load(QIODevice& stream, TDataKind kind) {
+    TStreamReader reader(stream);
+    const auto heading = TArcInfoAsciiGridHeadingFactory::GetObject(reader);
+    const std::int32_t columns = heading->GetNCols();
+    const std::int32_t rows = heading->GetNRows();
+    switch (kind) {
+    case TDataKind::dkFloat:
+        Init(BoundsOf(*heading), columns, rows, ReadGridRows<float>(reader, columns, rows));
+        break;
+    case TDataKind::dkInt:
+        Init(BoundsOf(*heading), columns, rows, ReadGridRows<std::int32_t>(reader, columns, rows));
+        break;
+    default:
+        throw EInvalidOperation(QStringLiteral("Unsupported data kind"));
+    }
+    FHeading = heading;
+}
+
+void TArcInfoAsciiGridRasterFrame::Save(const QString& fileName) const {
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
+        throw EFileException(fileName, QStringLiteral("cannot be written: ") + file.errorString());
+    Save(file);
+    if (!file.commit())
+        throw EFileException(fileName, QStringLiteral("cannot be written: ") + file.errorString());
+}
+
+void TArcInfoAsciiGridRasterFrame::Save(QIODevice& stream) const {
+    TStreamWriter writer(stream);
+    FHeading->Save(writer);
+    QByteArray text;
+    for (std::int32_t row = 0; row < GetHeight(); ++row) {
+        text.truncate(0);
+        AppendRowText(text, row);
+        writer.WriteLineUtf8(text);
+    }
+    writer.Flush();
+}
+
+QString TArcInfoAsciiGridRasterFrame::GetRowString(std::int32_t row) const {
+    QByteArray text;
+    AppendRowText(text, row);
+    return QString::fromUtf8(text);
+}
+
+void TArcInfoAsciiGridRasterFrame::AppendRowText(QByteArray& text, std::int32_t row) const {
+    const TConstScanLine line = ScanLine(row);
+    if (const auto* const singles = std::get_if<std::span<const float>>(&line))
+        AppendGridRow(text, *singles);
+    else if (const auto* const integers = std::get_if<std::span<const std::int32_t>>(&line))
+        AppendGridRow(text, *integers);
+    else
+        throw EInvalidOperation(QStringLiteral("Unsupported buffer kind"));
+}
+
+} // namespace lmx

@@ -1,0 +1,121 @@
+#include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
+#include <lmx/Raster/lmxLinearRasterFrame.h>
+#include <lmx/Runtime/lmxExceptions.h>
+
+#include <QBuffer>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+// Reading a grid takes the memory of its cells, of a block of the file and of one line. This program counts what is
+// asked for in all, so nothing hides behind memory that is given back in between.
+
+namespace {
+std::atomic<std::size_t> Bytes = 0;
+} // namespace
+
+void* operator new(std::size_t size) {
+    Bytes += size;
+    if (void* memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace lmx {
+namespace {
+
+constexpr std::size_t BlockAndRest = 80'000; // a block of the stream, the heading and the like
+
+/// Bytes in memory.
+class TText final : public QBuffer {
+public:
+    explicit TText(const QByteArray& text) {
+        setData(text);
+        open(QIODevice::ReadOnly);
+    }
+};
+
+/// Bytes that come one after the other, nobody knows how many.
+class TPipe final : public QIODevice {
+public:
+    explicit TPipe(const QByteArray& text) : FText(text) { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64 wanted) override {
+        const QByteArray piece = FText.mid(FAt, wanted);
+        std::copy(piece.begin(), piece.end(), data);
+        FAt += piece.size();
+        return piece.size();
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QByteArray FText;
+    qsizetype FAt = 0;
+};
+
+template<class Action>
+std::size_t BytesOf(Action&& action) {
+    const std::size_t before = Bytes;
+    action();
+    return Bytes - before;
+}
+
+template<class Stream = TText>
+std::size_t BytesToRead(const QByteArray& text) {
+    Stream stream(text);
+    return BytesOf([&stream] {
+        try {
+            TArcInfoAsciiGridRasterFrame(stream, TDataKind::dkFloat);
+        } catch (const Exception&) { // of a claim that does not hold
+        }
+    });
+}
+
+QByteArray Heading(const QByteArray& columns, const QByteArray& rows) {
+    return "ncols " + columns + "\nnrows " + rows + "\nxllcorner 0\nyllcorner 0\ncellsize 1\nNODATA_value 0\n";
+}
+
+QByteArray Line(int columns) {
+    return QByteArray("1 ").repeated(columns - 1) + "1\n";
+}
+
+TEST(AsciiGridMemory, IsCounted) {
+    const std::size_t bytes = BytesOf([] { TLinearRasterFrame(TMapArea(), 10, 10, TDataKind::dkDouble); });
+    EXPECT_GE(bytes, 100 * sizeof(double));
+}
+
+TEST(AsciiGridMemory, IsThatOfTheFrameAndOneLine) {
+    const QByteArray line = Line(1000);
+    EXPECT_LT(BytesToRead(Heading("1000", "400") + line.repeated(400)),
+              1000 * 400 * sizeof(float) + 4 * static_cast<std::size_t>(line.size()) + BlockAndRest)
+        << "a line over the edge of a block grows by doubling";
+}
+
+TEST(AsciiGridMemory, IsNotTakenForAMereClaim) {
+    EXPECT_LT(BytesToRead(Heading("2147483647", "2147483647") + Line(3)), BlockAndRest);
+    EXPECT_LT(BytesToRead(Heading("3", "2147483647") + Line(3)), BlockAndRest);
+    EXPECT_LT(BytesToRead(Heading("2147483647", "1") + Line(3)), BlockAndRest);
+    EXPECT_LT(BytesToRead<TPipe>(Heading("2147483647", "2147483647") + Line(3)), BlockAndRest);
+}
+
+TEST(AsciiGridMemory, GrowsWithTheRowsOfAStreamOfUnknownLength) {
+    const std::size_t cells = 1000 * 400 * sizeof(float);
+    const std::size_t bytes = BytesToRead<TPipe>(Heading("1000", "400") + Line(1000).repeated(400));
+    EXPECT_GT(bytes, cells);
+    EXPECT_LT(bytes, 4 * cells) << "all steps of a growth by doubling";
+}
+
+} // namespace
+} // namespace lmx
