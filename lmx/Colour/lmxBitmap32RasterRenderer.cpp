@@ -1,0 +1,137 @@
+#include <lmx/Colour/lmxBaseColorCalculator.h>
+#include <lmx/Colour/lmxBitmap32RasterRenderer.h>
+#include <lmx/Colour/lmxColorStepTable.h>
+#include <lmx/Colour/lmxColorSteps.h>
+#include <lmx/Colour/lmxLayerOpacity.h>
+#include <lmx/Colour/lmxRasterRows.h>
+#include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/lmxExceptions.h>
+
+#include <algorithm>
+#include <optional>
+#include <span>
+#include <utility>
+
+namespace lmx {
+
+namespace {
+
+void CheckArguments(const ICookieData* cookie, const IMapData* data, const IBaseColorCalculator* colorCalc) {
+    if (!cookie || !data)
+        throw EArgumentException(QStringLiteral("Cookie or data is null"));
+    if (!colorCalc)
+        throw EArgumentException(QStringLiteral("ColorCalc is null"));
+    if (cookie->GetWidth() != data->GetWidth() || cookie->GetHeight() != data->GetHeight())
+        throw EArgumentException(QStringLiteral("Cookie and data size does not match"));
+}
+
+/// The rule: each cell for itself.
+void RenderCells(const ICookieData& cookie, const IMapData& data, const TLayerOpacity& opacity,
+                 const IBaseColorCalculator& colorCalc, TBitmap32& image) {
+    for (std::int32_t y = 0; y < image.GetHeight(); ++y) {
+        TColor32* row = image.ScanLine(y);
+        for (std::int32_t x = 0; x < image.GetWidth(); ++x) {
+            const bool holdsData = cookie.GetCookieCell(x, y) == 1;
+            row[x] = holdsData ? opacity.Fade(colorCalc.GetColor(data.GetMapCell(x, y))) : 0;
+        }
+    }
+}
+
+/// Reads cookies and numbers in blocks: from rows in memory where there are any, else cell by cell, the numbers of the
+/// cells with data only.
+class TBlockReader {
+public:
+    TBlockReader(const ICookieData& cookie, const IMapData& data)
+        : FCookie(cookie),
+          FData(data),
+          FCookieRows(dynamic_cast<const IRasterRows*>(&cookie)),
+          FDataRows(dynamic_cast<const IRasterRows*>(&data)) {}
+
+    /// Reads `count` cells of row `y` from column `x` on.
+    void Read(std::int32_t x, std::int32_t y, std::size_t count) {
+        const std::uint8_t* cookieRow = FCookieRows ? FCookieRows->GetCookieRow(y) : nullptr;
+        const float* dataRow = FDataRows ? FDataRows->GetMapRow(y) : nullptr;
+        if (!cookieRow || !dataRow)
+            AskCells(x, y, count, cookieRow, dataRow);
+        FCookies = {cookieRow ? cookieRow + x : FAskedCookies, count};
+        FValues = {dataRow ? dataRow + x : FAskedValues, count};
+    }
+
+    std::span<const std::uint8_t> GetCookies() const { return FCookies; }
+    std::span<const float> GetValues() const { return FValues; } ///< any number where the cookie is not 1
+
+private:
+    void AskCells(std::int32_t x, std::int32_t y, std::size_t count, const std::uint8_t* cookieRow,
+                  const float* dataRow) {
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto column = x + static_cast<std::int32_t>(i);
+            FAskedCookies[i] = cookieRow ? cookieRow[column] : FCookie.GetCookieCell(column, y);
+            if (!dataRow && FAskedCookies[i] == 1)
+                FAskedValues[i] = FData.GetMapCell(column, y);
+        }
+    }
+
+    const ICookieData& FCookie;
+    const IMapData& FData;
+    const IRasterRows* FCookieRows;
+    const IRasterRows* FDataRows;
+    std::uint8_t FAskedCookies[TColorStepTable::BlockSize] = {};
+    float FAskedValues[TColorStepTable::BlockSize] = {};
+    std::span<const std::uint8_t> FCookies;
+    std::span<const float> FValues;
+};
+
+/// The same picture from colours that are known in advance.
+void RenderSteps(const ICookieData& cookie, const IMapData& data, const TColorStepTable& table, TBitmap32& image) {
+    TBlockReader reader(cookie, data);
+    TColor32 colors[TColorStepTable::BlockSize];
+    constexpr auto BlockSize = static_cast<std::int32_t>(TColorStepTable::BlockSize);
+    for (std::int32_t y = 0; y < image.GetHeight(); ++y) {
+        for (std::int32_t x = 0; x < image.GetWidth(); x += BlockSize) {
+            const auto count = static_cast<std::size_t>(std::min(BlockSize, image.GetWidth() - x));
+            reader.Read(x, y, count);
+            table.GetColors(reader.GetValues(), colors);
+            const std::uint8_t* cookies = reader.GetCookies().data();
+            TColor32* pixels = image.ScanLine(y) + x;
+            for (std::size_t i = 0; i < count; ++i)
+                pixels[i] = colors[i] & (cookies[i] == 1 ? ~TColor32{0} : 0);
+        }
+    }
+}
+
+std::optional<TColorSteps> StepsOf(const IBaseColorCalculator& colorCalc) {
+    const auto* stepwise = dynamic_cast<const IStepwiseColorCalculator*>(&colorCalc);
+    std::optional<TColorSteps> steps = stepwise ? stepwise->GetColorSteps() : std::nullopt;
+    return steps && steps->GetCount() <= TColorStepTable::MaxStepCount ? std::move(steps) : std::nullopt;
+}
+
+} // namespace
+
+std::unique_ptr<TBitmap32> TBitmap32RasterRenderer::Render(const ICookieData* cookie, const IMapData* data,
+                                                           float opacity, const IBaseColorCalculator* colorCalc) const {
+    CheckArguments(cookie, data, colorCalc);
+    auto image = std::make_unique<TBitmap32>(cookie->GetWidth(), cookie->GetHeight()); // its pixels read 0
+    image->SetDrawMode(TDrawMode::dmBlend);
+    Render(cookie, data, opacity, colorCalc, image.get());
+    return image;
+}
+
+void TBitmap32RasterRenderer::Render(const ICookieData* cookie, const IMapData* data, float opacity,
+                                     const IBaseColorCalculator* colorCalc, TBitmap32* image) const {
+    CheckArguments(cookie, data, colorCalc);
+    if (!image)
+        throw EArgumentException(QStringLiteral("Image is null"));
+    if (cookie->GetWidth() != image->GetWidth() || cookie->GetHeight() != image->GetHeight())
+        throw EArgumentException(QStringLiteral("Cookie and Image size does not match"));
+    const TLayerOpacity layerOpacity(opacity);
+    if (const std::optional<TColorSteps> steps = StepsOf(*colorCalc))
+        RenderSteps(*cookie, *data, TColorStepTable(*steps, layerOpacity), *image);
+    else
+        RenderCells(*cookie, *data, layerOpacity, *colorCalc, *image);
+}
+
+std::shared_ptr<IRasterRenderer> TBitmap32RasterRendererFactory::GetObject() {
+    return std::make_shared<TBitmap32RasterRenderer>();
+}
+
+} // namespace lmx

@@ -1,0 +1,64 @@
+#include <lmx/Colour/lmxColorPalette.h>
+#include <lmx/Formats/lmxIdrisiPalFile.h>
+#include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxNumberText.h>
+#include <lmx/Runtime/lmxText.h>
+
+namespace lmx {
+
+namespace {
+
+const QString& FirstLine() {
+    static const QString line = QStringLiteral("QUORVAN45PAL");
+    return line;
+}
+
+std::uint8_t StringToComponent(const QString& text) {
+    const std::int32_t component = StrToInt(text);
+    if (component < 0 || component > 255)
+        throw EConvertError(u'\'' + text + QStringLiteral("' is not a valid color component"));
+    return static_cast<std::uint8_t>(component);
+}
+
+QString ColorToLine(TColor32 color) {
+    const QStringList components = {IntToStr(RedComponent(color)), IntToStr(GreenComponent(color)),
+                                    IntToStr(BlueComponent(color)), IntToStr(AlphaComponent(color))};
+    return components.join(u' ');
+}
+
+} // namespace
+
+void TColorPalette::Load(const QString& fileName) {
+    clear();
+    const QStringList lines = ReadLines(fileName);
+    if (lines.isEmpty())
+        throw Exception(QStringLiteral("Invalid palette file"));
+    if (lines.front() != FirstLine()) {
+        LoadIdrisiPal(fileName);
+        return;
+    }
+    for (const QString& line : lines.sliced(1)) {
+        const QStringList pieces = Split(line, u' ');
+        if (pieces.size() == 4)
+            push_back(Color32(StringToComponent(pieces[0]), StringToComponent(pieces[1]), StringToComponent(pieces[2]),
+                              StringToComponent(pieces[3])));
+    }
+}
+
+void TColorPalette::LoadIdrisiPal(const QString& fileName) {
+    clear();
+    TIdrisiPalFile file;
+    file.LoadFromFile(fileName);
+    for (std::size_t i = 0; i < file.GetCount(); ++i)
+        push_back(Color32(file.GetColor(i)));
+}
+
+void TColorPalette::Save(const QString& fileName) const {
+    QStringList lines = {FirstLine()};
+    for (TColor32 color : *this)
+        lines += ColorToLine(color);
+    WriteLines(fileName, lines);
+}
+
+} // namespace lmx

@@ -1,0 +1,113 @@
+#include <lmx/Colour/lmxColorSteps.h>
+#include <lmx/Colour/lmxGradientColorCalculator.h>
+#include <lmx/Colour/lmxGradientPosition.h>
+#include <lmx/Colour/lmxGradientSteps.h>
+#include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Graphics/lmxGradientSource.h>
+#include <lmx/Runtime/lmxExceptions.h>
+
+#include <cmath>
+#include <utility>
+
+namespace lmx {
+
+namespace {
+
+std::shared_ptr<IGradient> CopyOf(const std::shared_ptr<IGradient>& gradient) {
+    return gradient ? TGradientFactory::GetObject(gradient) : nullptr;
+}
+
+class TGradientColorCalculator final : public TBaseMinMaxColorCalculator,
+                                       public IGradientColorCalculator,
+                                       public IStepwiseColorCalculator {
+public:
+    TGradientColorCalculator() = default;
+    TGradientColorCalculator(float min, float max, TColor32 defaultColor, std::shared_ptr<IGradient> gradient)
+        : TBaseMinMaxColorCalculator(min, max),
+          FGradient(std::move(gradient)),
+          FDefaultColor(defaultColor) {}
+
+    TColor32 GetColor(float value) const override;
+    std::optional<TColorSteps> GetColorSteps() const override;
+
+    std::shared_ptr<IBaseColorCalculator> Clone() const override {
+        return std::make_shared<TGradientColorCalculator>(GetMinVal(), GetMaxVal(), FDefaultColor, CopyOf(FGradient));
+    }
+    std::shared_ptr<IBaseColorCalculator> Clone(float min, float max) const override {
+        return TGradientColorCalculatorFactory::GetObject(min, max, CopyOf(FGradient));
+    }
+
+    std::shared_ptr<IGradient> GetGradient() const override { return FGradient; }
+    void SetGradient(std::shared_ptr<IGradient> gradient) override { FGradient = std::move(gradient); }
+    TColor32 GetDefaultColor() const override { return FDefaultColor; }
+    void SetDefaultColor(TColor32 color) override { FDefaultColor = color; }
+
+private:
+    TColor32 GetGradientColor(double position) const;
+
+    std::shared_ptr<IGradient> FGradient;
+    TColor32 FDefaultColor = 0;
+};
+
+TColor32 TGradientColorCalculator::GetColor(float value) const {
+    if (IsCollapsedRange(GetMinVal(), GetMaxVal()))
+        return GetGradientColor(1.0);
+    const float position = GradientPosition(value, GetMinVal(), GetMaxVal());
+    return position >= 0 && position <= 1 ? GetGradientColor(position) : FDefaultColor;
+}
+
+std::optional<TColorSteps> TGradientColorCalculator::GetColorSteps() const {
+    if (!FGradient || !TGradientFactory::IsMaker(*FGradient))
+        return std::nullopt;
+    if (IsCollapsedRange(GetMinVal(), GetMaxVal()))
+        return TColorSteps(FGradient->GetColor(1.0));
+    if (!std::isfinite(GetMinVal()) || !std::isfinite(GetMaxVal()))
+        return std::nullopt;
+    return GradientColorSteps(*FGradient, GetMinVal(), GetMaxVal(), FDefaultColor);
+}
+
+TColor32 TGradientColorCalculator::GetGradientColor(double position) const {
+    if (!FGradient)
+        throw EInvalidOperation(QStringLiteral("Gradient not specified"));
+    return FGradient->GetColor(position);
+}
+
+} // namespace
+
+std::shared_ptr<IGradientColorCalculator> TGradientColorCalculatorFactory::GetObject() {
+    return std::make_shared<TGradientColorCalculator>();
+}
+
+std::shared_ptr<IGradientColorCalculator>
+TGradientColorCalculatorFactory::GetObject(float min, float max, std::shared_ptr<IGradient> gradient) {
+    return GetObject(min, max, 0, std::move(gradient));
+}
+
+std::shared_ptr<IGradientColorCalculator>
+TGradientColorCalculatorFactory::GetObject(float min, float max, TColor32 defaultColor,
+                                           std::shared_ptr<IGradient> gradient) {
+    return std::make_shared<TGradientColorCalculator>(min, max, defaultColor, std::move(gradient));
+}
+
+std::shared_ptr<IGradientColorCalculator>
+TGradientColorCalculatorFactory::GetObject(const TValueRange& range, std::shared_ptr<IGradient> gradient) {
+    return GetObject(static_cast<float>(range.Low), static_cast<float>(range.High), std::move(gradient));
+}
+
+std::shared_ptr<IGradientColorCalculator>
+TGradientColorCalculatorFactory::GetObject(const std::shared_ptr<IGradientColorCalculator>& source) {
+    if (!source)
+        throw EExArgumentNilException(QStringLiteral("TGradientColorCalculatorFactory.GetObject"),
+                                      QStringLiteral("source"));
+    return GetObject(source->GetMinVal(), source->GetMaxVal(), source->GetDefaultColor(),
+                     CopyOf(source->GetGradient()));
+}
+
+std::shared_ptr<IGradientColorCalculator> TGradientColorCalculatorFactory::GetObject(const IGradientSource* editor) {
+    if (!editor)
+        throw EExArgumentNilException(QStringLiteral("TGradientColorCalculatorFactory.GetObject"),
+                                      QStringLiteral("editor"));
+    return GetObject(TValueRange(editor->GetLowValue(), editor->GetHighValue()), editor->GetGradient());
+}
+
+} // namespace lmx

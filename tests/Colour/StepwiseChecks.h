@@ -1,0 +1,83 @@
+#pragma once
+
+#include <lmx/Colour/lmxBaseColorCalculator.h>
+#include <lmx/Colour/lmxBitmap32RasterRenderer.h>
+#include <lmx/Colour/lmxColorSteps.h>
+#include <lmx/Graphics/lmxBitmap32.h>
+#include <tests/Colour/RasterFakes.h>
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <vector>
+
+// Whether the colours that a calculator tells in advance are those that it gives when asked.
+
+namespace lmx::tests {
+
+/// The same numbers in each run.
+class TRandom {
+public:
+    explicit TRandom(std::uint32_t seed) : FEngine(seed) {}
+    std::uint32_t Bits() { return static_cast<std::uint32_t>(FEngine()); }
+    int Below(int count) { return static_cast<int>(Bits() % static_cast<std::uint32_t>(count)); }
+    double Unit() { return Bits() / 0x1p32; } ///< 0 to 1
+
+private:
+    std::mt19937 FEngine;
+};
+
+/// Values where a rounding could show: the ends of the range, all starts of steps, the ends of the floats, each with
+/// its neighbours; then `count` values of the range and a little beyond, and as many floats of any bits.
+inline std::vector<float> TellingValues(const IBaseMinMaxColorCalculator& calculator, const TColorSteps* steps,
+                                        int count, std::uint32_t seed) {
+    constexpr float Inf = std::numeric_limits<float>::infinity();
+    std::vector<float> centres = {0,
+                                  Inf,
+                                  -Inf,
+                                  std::numeric_limits<float>::max(),
+                                  std::numeric_limits<float>::lowest(),
+                                  std::numeric_limits<float>::min(),
+                                  -std::numeric_limits<float>::min(),
+                                  calculator.GetMinVal(),
+                                  calculator.GetMaxVal()};
+    if (steps)
+        centres.insert(centres.end(), steps->GetStarts().begin(), steps->GetStarts().end());
+    std::vector<float> values = {-0.0F, std::nanf(""), -std::nanf("")};
+    for (float centre : centres)
+        values.insert(values.end(), {centre, std::nextafter(centre, Inf), std::nextafter(centre, -Inf)});
+    TRandom random(seed);
+    const double low = calculator.GetMinVal();
+    const double size = static_cast<double>(calculator.GetMaxVal()) - low;
+    for (int i = 0; i < count; ++i) {
+        values.push_back(static_cast<float>(low + size * (1.06 * random.Unit() - 0.03)));
+        values.push_back(std::bit_cast<float>(random.Bits()));
+    }
+    return values;
+}
+
+/// Renders the values with the calculator and compares each pixel with the calculator's own answer.
+inline void ExpectTheCalculatorsColors(const IBaseColorCalculator& calculator, const std::vector<float>& values) {
+    const auto count = static_cast<std::int32_t>(values.size());
+    const TTestCookieData cookie(count, 1);
+    const TTestMapData data(count, 1, values);
+    const auto picture = TBitmap32RasterRenderer().Render(&cookie, &data, 1, &calculator);
+    for (std::int32_t x = 0; x < count; ++x) {
+        const float value = values[static_cast<std::size_t>(x)];
+        ASSERT_EQ(picture->ScanLine(0)[x], calculator.GetColor(value)) << std::hexfloat << value;
+    }
+}
+
+/// As above, for a calculator that must be able to tell its colours.
+inline void ExpectStepsWithTheCalculatorsColors(const IBaseMinMaxColorCalculator& calculator, int count,
+                                                std::uint32_t seed) {
+    const auto steps = dynamic_cast<const IStepwiseColorCalculator&>(calculator).GetColorSteps();
+    ASSERT_TRUE(steps.has_value());
+    ExpectTheCalculatorsColors(calculator, TellingValues(calculator, &*steps, count, seed));
+}
+
+} // namespace lmx::tests
