@@ -1,0 +1,270 @@
+#include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Widgets/lmxMsgBox.h>
+
+#include <QApplication>
+
+namespace lmx {
+
+TMapViewControl::TMapViewControl(QWidget* owner)
+    : TMapViewControl(owner, {TSpecialLayers::slSelection, TSpecialLayers::slRulers,
+                              TSpecialLayers::slInfoQueryPointLayer, TSpecialLayers::slObject}) {}
+
+TMapViewControl::TMapViewControl(QWidget* owner, TSpecialLayerAccess specialLayers)
+    : TPaintBox32(owner),
+      FSpecialLayerAccess(specialLayers) {
+    CreateMapControl();
+}
+
+// Its manager stays as it is and keeps this view's subscriptions, which fall silent here.
+TMapViewControl::~TMapViewControl() {
+    FIsDestroying = true;
+    StopReceiving();
+}
+
+void TMapViewControl::CreateMapControl() {
+    SetRepaintMode(TRepaintMode::rmDirect);
+    SetBufferOversize(0);
+    setContextMenuPolicy(Qt::PreventContextMenu); // the menu opens with the release of the right button
+    setAccessibleName(QStringLiteral("Map"));
+    FPopupMenu = new QMenu(this);
+    AddPopupMenuItem(QStringLiteral("Change &background color..."),
+                     [this] { PopupMenu_ChangeBackgroundColor_Click(); });
+    AddPopupMenuItem(QStringLiteral("Toggle Checkerboard"), [this] { PopupMenu_ToggleCheckerboard_Click(); });
+}
+
+void TMapViewControl::SetLayerManager(const std::shared_ptr<ILayerManager>& manager) {
+    if (manager == FLayerManager)
+        return;
+    if (FOnBeforeLayerManagerChanged)
+        FOnBeforeLayerManagerChanged(this);
+    if (FLayerManager) {
+        RegisterLayerManagerEvents(FLayerManager.get(), false);
+        RegisterSpecialLayers(FLayerManager, false);
+    }
+    FLayerManager = manager;
+    if (FLayerManager) {
+        RegisterLayerManagerEvents(FLayerManager.get(), true);
+        RegisterSpecialLayers(FLayerManager, true);
+    }
+    if (FOnAfterLayerManagerChanged)
+        FOnAfterLayerManagerChanged(this);
+    RepaintMap();
+}
+
+// The two directions are no mirror images, and hosts rely on what follows from that: a removed layer runs the added
+// handler, and a manager that the view has left goes on calling it for removed and for ready layers.
+void TMapViewControl::RegisterLayerManagerEvents(ILayerManager* manager, bool registering) {
+    if (!manager)
+        throw EExArgumentNilException(QStringLiteral("TMapViewControl.RegisterLayerManagerEvents"),
+                                      QStringLiteral("LayerManager"));
+    if (registering) {
+        manager->GetOnLayerAdded().Add(this, &TMapViewControl::LayerManager_LayerAdded);
+        manager->GetOnLayerRemoved().Add(this, &TMapViewControl::LayerManager_LayerAdded);
+        manager->GetOnLayerVisibilityChanged().Add(this, &TMapViewControl::LayerManager_LayerVisibilityChanged);
+        manager->GetOnLayerReadyToDraw().Add(this, &TMapViewControl::LayerManager_LayerReadyToDraw);
+        manager->GetOnLayerMoved().Add(this, &TMapViewControl::LayerManager_LayerMoved);
+        manager->GetOnMapCommand().Add(this, &TMapViewControl::LayerManager_OnMapCommand);
+    } else {
+        manager->GetOnLayerAdded().Remove(this, &TMapViewControl::LayerManager_LayerAdded);
+        manager->GetOnLayerRemoved().Remove(this, &TMapViewControl::LayerManager_LayerRemoved);
+        manager->GetOnLayerRemoved().Remove(this, &TMapViewControl::LayerManager_LayerReadyToDraw);
+        manager->GetOnLayerVisibilityChanged().Remove(this, &TMapViewControl::LayerManager_LayerVisibilityChanged);
+        manager->GetOnLayerMoved().Remove(this, &TMapViewControl::LayerManager_LayerMoved);
+        manager->GetOnMapCommand().Remove(this, &TMapViewControl::LayerManager_OnMapCommand);
+    }
+}
+
+// No kind of special layer exists in this version: whatever the set asks for, there is none to make or to remove.
+void TMapViewControl::RegisterSpecialLayers(const std::shared_ptr<ILayerManager>& manager, bool) {
+    if (!manager)
+        throw EExArgumentNilException(QStringLiteral("TMapViewControl.RegisterSpecialLayers"),
+                                      QStringLiteral("LayerManager"));
+}
+
+void TMapViewControl::LayerManager_LayerAdded(ILayerManager*, TBaseMapLayer* layer) {
+    if (!WorldCreated() && !layer->GetFlags().Contains(TLayerFlag::lfSpecial))
+        CreateWorldAndViewport(layer->GetLayerArea().WorldSystem);
+    RepaintMap();
+}
+
+void TMapViewControl::LayerManager_LayerRemoved(ILayerManager*, TBaseMapLayer*) {
+    if (WorldCreated())
+        RepaintMap();
+}
+
+void TMapViewControl::LayerManager_LayerVisibilityChanged(ILayerManager*, TBaseMapLayer*) {
+    if (WorldCreated())
+        RepaintMap();
+}
+
+void TMapViewControl::LayerManager_LayerReadyToDraw(ILayerManager*, TBaseMapLayer*) {
+    if (WorldCreated())
+        RepaintMap();
+}
+
+void TMapViewControl::LayerManager_LayerMoved(ILayerManager*, int, int) {
+    if (WorldCreated())
+        RepaintMap();
+}
+
+void TMapViewControl::LayerManager_OnMapCommand(TBaseMapLayer* layer, TLayerMapCommand command, void*) {
+    if (command == TLayerMapCommand::cmdGotoExtent && FViewport)
+        FViewport->ZoomTo(layer->GetLayerArea().Area);
+}
+
+void TMapViewControl::CreateWorldAndViewport(const std::shared_ptr<IWorldSystem>& worldSystem) {
+    if (!worldSystem)
+        return;
+    FViewport.reset();
+    FWorld = std::make_unique<TWorld>(worldSystem);
+    FViewport = std::make_unique<TWorldViewport>(FWorld.get());
+    FViewport->GetOnChanged().Add(this, &TMapViewControl::Viewport_Changed);
+    FViewport->SetMinScale(FScaleAmount);
+    UpdateViewSize();
+}
+
+void TMapViewControl::ChangeWorldSystem(const std::shared_ptr<IWorldSystem>& worldSystem) {
+    if (!FWorld) {
+        CreateWorldAndViewport(worldSystem);
+        return;
+    }
+    if (worldSystem == FWorld->GetWorldSystem())
+        return;
+    FWorld->SetWorldSystem(worldSystem);
+    if (!FLayerManager)
+        return;
+    TObjectList<TBaseMapLayer>& layers = FLayerManager->GetLayers();
+    for (int i = 0; i < layers.Count(); ++i)
+        layers[i]->Invalidate();
+}
+
+const std::shared_ptr<IWorldSystem>& TMapViewControl::GetWorldSystem() const {
+    RequireViewport();
+    return FWorld->GetWorldSystem();
+}
+
+TWorldViewport& TMapViewControl::RequireViewport() const {
+    if (!FViewport)
+        throw EInvalidOperation(QStringLiteral("World not created"));
+    return *FViewport;
+}
+
+void TMapViewControl::Viewport_Changed(TWorldViewport*) {
+    RepaintMap();
+    if (FOnViewportUpdated)
+        FOnViewportUpdated(this);
+}
+
+void TMapViewControl::RepaintMap() {
+    if (FIsDestroying)
+        return;
+    try {
+        Invalidate();
+    } catch (...) {
+        // The caller may stand in the middle of a paint or an event: the box waits until that is over.
+        QMetaObject::invokeMethod(
+            qApp, [] { ShowMessage(QStringLiteral("Error in RepaintMap()")); }, Qt::QueuedConnection);
+    }
+}
+
+void TMapViewControl::ZoomIn() {
+    if (!FViewport || (FIsMouseDown && FMouseButton == TMouseButton::mbMiddle))
+        return;
+    const extended scale = FViewport->GetScale();
+    FViewport->SetScale(scale + scale * static_cast<extended>(FZoomScale));
+}
+
+void TMapViewControl::ZoomOut() {
+    if (!FViewport || (FIsMouseDown && FMouseButton == TMouseButton::mbMiddle))
+        return;
+    const extended scale = FViewport->GetScale();
+    FViewport->SetScale(scale - scale * static_cast<extended>(FZoomScale));
+}
+
+void TMapViewControl::ZoomTo(TBaseMapLayer* layer) {
+    if (FWorld && layer && FLayerManager && FLayerManager->GetLayers().Contains(layer))
+        FViewport->ZoomTo(layer->GetLayerArea().Area);
+}
+
+void TMapViewControl::SetCenter(const TMapPoint& mapPoint) {
+    RequireViewport().SetCenter(mapPoint);
+}
+
+TMapPoint TMapViewControl::GetMapPoint() const {
+    return RequireViewport().PointToMapPoint(TMapPoint(FCursorDownPt));
+}
+
+void TMapViewControl::SetBackgroundColor(TColor32 color) {
+    if (color == FBackgroundColor)
+        return;
+    FBackgroundColor = color;
+    RepaintMap();
+}
+
+void TMapViewControl::SetShowCheckerboard(bool show) {
+    if (show == FShowCheckerboard)
+        return;
+    FShowCheckerboard = show;
+    RepaintMap();
+}
+
+void TMapViewControl::SetShowCrosshair(bool show) {
+    if (show == FShowCrosshair)
+        return;
+    FShowCrosshair = show;
+    RepaintMap();
+}
+
+void TMapViewControl::SetCrosshairMapPoint(const TMapPoint& point) {
+    if (point.Equals(FCrosshairMapPoint))
+        return;
+    FCrosshairMapPoint = point;
+    RepaintMap();
+}
+
+void TMapViewControl::SetCrosshairColor(TColor32 color) {
+    if (color == FCrosshairColor)
+        return;
+    FCrosshairColor = color;
+    UpdateCrosshairSprite();
+    RepaintMap();
+}
+
+void TMapViewControl::SetCrosshairThickness(int thickness) {
+    if (thickness == FCrosshairThickness)
+        return;
+    FCrosshairThickness = thickness;
+    UpdateCrosshairSprite();
+    RepaintMap();
+}
+
+void TMapViewControl::SetCrosshairHighlights(bool highlights) {
+    if (highlights == FCrosshairHighlights)
+        return;
+    FCrosshairHighlights = highlights;
+    UpdateCrosshairSprite();
+    RepaintMap();
+}
+
+void TMapViewControl::SetShowFocusedBorder(bool show) {
+    if (show == FShowFocusedBorder)
+        return;
+    FShowFocusedBorder = show;
+    RepaintMap();
+}
+
+void TMapViewControl::Resize() {
+    TPaintBox32::Resize();
+    UpdateViewSize();
+    UpdateCheckerboard();
+}
+
+void TMapViewControl::UpdateViewSize() {
+    if (FViewport)
+        FViewport->SetViewSize(GetDeviceSize());
+}
+
+} // namespace lmx

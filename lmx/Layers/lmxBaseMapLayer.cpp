@@ -1,0 +1,183 @@
+#include <lmx/Controls/Legend/lmxBaseLegendControl.h>
+#include <lmx/Layers/lmxBaseMapLayer.h>
+#include <lmx/Runtime/lmxClassName.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxNumberText.h>
+
+namespace lmx {
+
+namespace {
+
+// A legend control is often replaced from within one of its own events, so it goes when that event is over.
+void FreeLegendControl(QWidget* control) {
+    control->hide();
+    control->setParent(nullptr);
+    control->deleteLater();
+}
+
+} // namespace
+
+TAttributeData TAttributeData::Empty() {
+    return {TAttributeDataType::adtString, QStringLiteral("Value")};
+}
+
+bool TAttributeData::CheckData(TAttributeDataType dataType, const QString& text) {
+    float number = 0;
+    std::int32_t integer = 0;
+    switch (dataType) {
+    case TAttributeDataType::adtString:
+        return true;
+    case TAttributeDataType::adtFloat:
+        return TryStrToFloat(text, number);
+    case TAttributeDataType::adtInteger:
+        return TryStrToInt(text, integer);
+    }
+    return false;
+}
+
+TBaseMapLayer::TBaseMapLayer() : FLayerID(QUuid::createUuid()) {}
+
+TBaseMapLayer::~TBaseMapLayer() {
+    if (FLegendComponent && !FLegendComponent->parent())
+        FreeLegendControl(FLegendComponent);
+}
+
+void TBaseMapLayer::CreateLegendComponent() {}
+
+bool TBaseMapLayer::GetShowsInLayersList() const {
+    return true;
+}
+
+TMouseSupport TBaseMapLayer::GetMouseSupport() const {
+    return {};
+}
+
+TLayerOptionFlags TBaseMapLayer::GetLayerOptionFlags() const {
+    return {TLayerOptionFlag::lofDelete, TLayerOptionFlag::lofRename, TLayerOptionFlag::lofProperties};
+}
+
+bool TBaseMapLayer::GetHasContent() const {
+    return true;
+}
+
+std::unique_ptr<TBaseMapLayer> TBaseMapLayer::Duplicate() const {
+    throw ENotSupportedException(QStringLiteral("Duplication method not provided"));
+}
+
+void TBaseMapLayer::Paint(TWorld*, TWorldViewport*, TBitmap32&) {}
+
+void TBaseMapLayer::Invalidate() {
+    if (FUpdating) {
+        ++FInvalidateCount;
+        return;
+    }
+    SetIsReadyToDraw(false);
+    SetIsReadyToDraw(true);
+    DoNotifyInvalidated();
+}
+
+QString TBaseMapLayer::GetLayerClassName() const {
+    const QString name = ClassNameOf(typeid(*this));
+    return name.size() > 1 && name.startsWith(u'T') ? name.sliced(1) : name;
+}
+
+void TBaseMapLayer::GetContextMenuItems(std::vector<TLayerMenuItem>* list) {
+    if (!list)
+        throw EExArgumentNilException(QStringLiteral("TBaseMapLayer.GetContextMenuItems"), QStringLiteral("List"));
+    if (HasArea())
+        list->emplace_back(QStringLiteral("&Goto Extent"), true, MenuEvent([this] { GotoExtendMenuItem_Click(); }));
+}
+
+void TBaseMapLayer::InitPropertiesDialog(TLayerPropertiesDialog*) {}
+
+void TBaseMapLayer::MouseDown(TWorldViewport*, TPoint) {}
+
+void TBaseMapLayer::MouseMove(TWorldViewport*, TPoint, bool) {}
+
+void TBaseMapLayer::MouseUp(TWorldViewport*, TPoint, bool) {}
+
+void TBaseMapLayer::BeginUpdate() {
+    FUpdating = true;
+}
+
+void TBaseMapLayer::EndUpdate() {
+    FUpdating = false;
+    const bool wasInvalidated = FInvalidateCount > 0;
+    FInvalidateCount = 0;
+    if (wasInvalidated)
+        Invalidate();
+}
+
+void TBaseMapLayer::SetIsVisible(bool isVisible) {
+    if (isVisible == FIsVisible)
+        return;
+    FIsVisible = isVisible;
+    FOnVisibilityChanged.Send(this);
+}
+
+void TBaseMapLayer::SetIsReadyToDraw(bool isReadyToDraw) {
+    if (isReadyToDraw == FIsReadyToDraw)
+        return;
+    FIsReadyToDraw = isReadyToDraw;
+    DoNotifyReadyToDraw();
+}
+
+void TBaseMapLayer::SetLayerName(const QString& name) {
+    if (name == FLayerName)
+        return;
+    FLayerName = name;
+    FOnLayerNameChanged.Send(this);
+}
+
+void TBaseMapLayer::SetLayerArea(const TWorldMapArea& area) {
+    if (area.Equals(FLayerArea))
+        return;
+    FLayerArea = area;
+    FOnLayerAreaChanged.Send(this);
+}
+
+TBaseLegendControl* TBaseMapLayer::GetLegendComponent() const {
+    return static_cast<TBaseLegendControl*>(FLegendComponent.data());
+}
+
+void TBaseMapLayer::SetLegendComponent(TBaseLegendControl* component) {
+    if (component == GetLegendComponent())
+        return;
+    if (FLegendComponent)
+        FreeLegendControl(FLegendComponent);
+    FLegendComponent = component;
+    FOnLegendComponentChanged.Send(this, component);
+}
+
+void TBaseMapLayer::DoNotifyInvalidated() {
+    FOnInvalidated.Send(this);
+}
+
+void TBaseMapLayer::DoNotifyReadyToDraw() {
+    FOnReadyToDrawChanged.Send(this);
+}
+
+void TBaseMapLayer::GotoExtendMenuItem_Click() {
+    if (HasArea())
+        FOnMapCommand.Send(this, TLayerMapCommand::cmdGotoExtent, nullptr);
+}
+
+void TBaseMapLayer::UpdateDuplicateBaseMapLayer(TBaseMapLayer* target) const {
+    target->FLayerName = FLayerName;
+    target->FTag = FTag;
+    target->FFlags = FFlags;
+    target->FLayerArea = FLayerArea;
+}
+
+std::function<void()> TBaseMapLayer::MenuEvent(std::function<void()> action) const {
+    return [layer = GetLivenessToken(), action = std::move(action)] {
+        if (!layer.expired())
+            action();
+    };
+}
+
+bool TBaseMapLayer::HasArea() const {
+    return !FLayerArea.Area.Equals(TMapArea());
+}
+
+} // namespace lmx

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <lmx/Layers/lmxRasterMapLayer.h>
+
+#include <memory>
+#include <vector>
+
+namespace lmx {
+
+class ICookieData;
+class IIdrisiImageExporter;
+class IMapData;
+class IRasterRenderer;
+class TAbstractImage;
+
+/// Shows an Idrisi image: renders it at one pixel for each cell and stretches that picture onto the map, cut and moved
+/// where its area reaches over the seam of the world.
+class TIdrisiMapLayer : public TRasterMapLayer {
+public:
+    explicit TIdrisiMapLayer(const std::shared_ptr<ILayerManager>& layerManager);
+    ~TIdrisiMapLayer() override;
+
+    TAbstractImage* GetImage() const { return FImage; }
+    /// Shows another image, or none with nil. Its values are copied, its header gives the layer's area and value range;
+    /// the calculator stays. The old picture stays until Render is called. An old image that the layer owns is freed
+    /// with the layer, not before. GetOwnsImage stays as it is, and from now on says whose the new image is.
+    void SetImage(TAbstractImage* image);
+    /// As SetImage; the layer owns the image.
+    void TakeImage(std::unique_ptr<TAbstractImage> image);
+    /// Whether the layer frees its image. False after construction.
+    bool GetOwnsImage() const { return FOwnsImage; }
+    void SetOwnsImage(bool ownsImage) { FOwnsImage = ownsImage; }
+
+    /// Chooses the legend by the kind of calculator.
+    void CreateLegendComponent() override;
+    TLayerOptionFlags GetLayerOptionFlags() const override; ///< the base's and lofDuplicate
+    /// @throws ENotImplemented "Not implemented" in a world whose X does not grow to the right or Y not upwards.
+    void Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) override;
+    QString GetLayerTypeName() const override; ///< "Idrisi Image (Raster)"
+    /// The base's entries and the three exports, enabled if there is an image.
+    void GetContextMenuItems(std::vector<TLayerMenuItem>* list) override;
+    void InitPropertiesDialog(TLayerPropertiesDialog* dialog) override;
+    using TRasterMapLayer::Duplicate;
+    /// A layer with a copy of the image, which it owns, rendered, with opacity 255.
+    std::unique_ptr<TBaseLayerManagerLayer> Duplicate(const std::shared_ptr<ILayerManager>& manager) const override;
+    /// Makes the bitmap if there is an image and a calculator; else leaves it as it is.
+    void Render() override;
+
+    /// Asks the user for a file and writes the whole image to it. A cancelled dialog is no failure; those of the
+    /// exporter pass through.
+    void DoExport(const QString& description, const QString& extension, IIdrisiImageExporter& exporter);
+
+protected:
+    void UpdateDuplicateIdrisiMapLayer(TIdrisiMapLayer* target) const;
+
+private:
+    void ExportIdrisiImageClick();
+    void ExportAsciiClick();
+    void ExportXYZClick();
+    void PaintPiece(std::size_t number, const TMapArea& piece, const IWorldSystem& system,
+                    const TWorldViewport& viewport, TBitmap32& bitmap);
+
+    TAbstractImage* FImage = nullptr;
+    bool FOwnsImage = false;
+    std::shared_ptr<IMapData> FMapData;
+    std::shared_ptr<ICookieData> FCookieData;
+    std::shared_ptr<IRasterRenderer> FRenderer;
+    std::vector<std::unique_ptr<TAbstractImage>> FReplacedImages; // owned images that SetImage took off the map
+};
+
+} // namespace lmx

@@ -1,0 +1,169 @@
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxLayerManagerConfig.h>
+#include <lmx/Runtime/lmxNumberText.h>
+
+namespace lmx {
+
+namespace {
+
+class TLayerManager final : public ILayerManager, public TEventReceiver {
+public:
+    TLayerManager();
+    ~TLayerManager() override;
+
+    TObjectList<TBaseMapLayer>& GetLayers() override { return FLayers; }
+    TObjectList<TBaseMapLayer>& GetSpecialLayers() override { return FSpecialLayers; }
+    QString GetTitle() const override { return FTitle; }
+    void SetTitle(const QString& title) override;
+    TLayerManagerEventList& GetOnTitleChanged() override { return FOnTitleChanged; }
+    TLayerManagerLayerEventList& GetOnLayerAdded() override { return FOnLayerAdded; }
+    TLayerManagerLayerEventList& GetOnLayerRemoved() override { return FOnLayerRemoved; }
+    TLayerManagerLayerEventList& GetOnLayerVisibilityChanged() override { return FOnLayerVisibilityChanged; }
+    TLayerManagerLayerEventList& GetOnLayerReadyToDraw() override { return FOnLayerReadyToDraw; }
+    TLayerManagerLayerMovedEventList& GetOnLayerMoved() override { return FOnLayerMoved; }
+    TLayerManagerLayerEventList& GetOnSelectedLayerChanged() override { return FOnSelectedLayerChanged; }
+    TLayerManagerLayerEventList& GetOnLayerInvalidated() override { return FOnLayerInvalidated; }
+    TMapCommandEventList& GetOnMapCommand() override { return FOnMapComamnd; }
+    std::shared_ptr<ILayerManagerConfig> GetConfig() const override { return FConfig; }
+    TBaseMapLayer* GetSpecialLayerWithType(const QString& name) const override;
+    TBaseMapLayer* GetSelLayer() const override { return FSelectedLayerLife.expired() ? nullptr : FSelectedLayer; }
+    void SetSelLayer(TBaseMapLayer* layer) override;
+    QString GetNextName(const QString& name) const override;
+    TBaseMapLayer* FindLayer(const QString& name) const override;
+    TBaseMapLayer* FindLayer(const QUuid& id) const override;
+    bool MoveLayer(int fromIndex, int toIndex) override;
+    void PreventNotify() override { FPreventNotify = true; }
+
+private:
+    void Layers_Changed(TBaseMapLayer* layer, TListChange change);
+    void Subscribe(TBaseMapLayer* layer);
+    void Unsubscribe(TBaseMapLayer* layer);
+
+    void Layer_VisibilityChanged(TBaseMapLayer* layer) { FOnLayerVisibilityChanged.Send(this, layer); }
+    void Layer_ReadyToDrawChanged(TBaseMapLayer* layer) { FOnLayerReadyToDraw.Send(this, layer); }
+    void Layer_Invalidated(TBaseMapLayer* layer) { FOnLayerInvalidated.Send(this, layer); }
+    void Layer_MapCommand(TBaseMapLayer* layer, TLayerMapCommand command, void* data) {
+        FOnMapComamnd.Send(layer, command, data);
+    }
+
+    TBaseMapLayer* FSelectedLayer = nullptr;
+    std::weak_ptr<const void> FSelectedLayerLife;
+    std::shared_ptr<ILayerManagerConfig> FConfig;
+    QString FTitle;
+    bool FPreventNotify = false;
+    TLayerManagerLayerEventList FOnLayerAdded;
+    TLayerManagerLayerEventList FOnLayerRemoved;
+    TLayerManagerLayerEventList FOnLayerVisibilityChanged;
+    TLayerManagerLayerEventList FOnLayerReadyToDraw;
+    TLayerManagerLayerEventList FOnLayerInvalidated;
+    TLayerManagerLayerMovedEventList FOnLayerMoved;
+    TLayerManagerLayerEventList FOnSelectedLayerChanged;
+    TMapCommandEventList FOnMapComamnd;
+    TLayerManagerEventList FOnTitleChanged;
+    // Last, so that the lists go while every event is still there.
+    TObjectList<TBaseMapLayer> FSpecialLayers;
+    TObjectList<TBaseMapLayer> FLayers;
+};
+
+TLayerManager::TLayerManager() : FConfig(TLayerManagerConfigFactory::GetObject()) {
+    const auto onChange = [this](TBaseMapLayer* layer, TListChange change) { Layers_Changed(layer, change); };
+    FLayers.SetOnChange(onChange);
+    FSpecialLayers.SetOnChange(onChange);
+}
+
+// The removed event still reaches subscribers for the layers of the stack, and for no special layer: a manager that
+// goes with special layers in it goes silently.
+TLayerManager::~TLayerManager() {
+    FLayers.Clear();
+    FPreventNotify = true;
+    FSpecialLayers.Clear();
+}
+
+void TLayerManager::SetTitle(const QString& title) {
+    if (title == FTitle)
+        return;
+    FTitle = title;
+    FOnTitleChanged.Send(this);
+}
+
+TBaseMapLayer* TLayerManager::GetSpecialLayerWithType(const QString& name) const {
+    for (TBaseMapLayer* layer : FSpecialLayers)
+        if (layer->GetLayerClassName() == name)
+            return layer;
+    return nullptr;
+}
+
+void TLayerManager::SetSelLayer(TBaseMapLayer* layer) {
+    if (layer == GetSelLayer())
+        return;
+    FSelectedLayer = layer;
+    FSelectedLayerLife = layer ? layer->GetLivenessToken() : std::weak_ptr<const void>();
+    FOnSelectedLayerChanged.Send(this, layer);
+}
+
+QString TLayerManager::GetNextName(const QString& name) const {
+    QString candidate = name;
+    for (int n = 2; FindLayer(candidate); ++n)
+        candidate = name + QStringLiteral(" (") + IntToStr(n) + u')';
+    return candidate;
+}
+
+TBaseMapLayer* TLayerManager::FindLayer(const QString& name) const {
+    for (TBaseMapLayer* layer : FLayers)
+        if (layer->GetLayerName() == name)
+            return layer;
+    return nullptr;
+}
+
+TBaseMapLayer* TLayerManager::FindLayer(const QUuid& id) const {
+    for (TBaseMapLayer* layer : FLayers)
+        if (layer->GetLayerID() == id)
+            return layer;
+    return nullptr;
+}
+
+bool TLayerManager::MoveLayer(int fromIndex, int toIndex) {
+    const int count = FLayers.Count();
+    if (fromIndex < 0 || toIndex < 0 || fromIndex == toIndex || fromIndex >= count || toIndex >= count)
+        return false;
+    FLayers.Move(fromIndex, toIndex);
+    FOnLayerMoved.Send(this, fromIndex, toIndex);
+    return true;
+}
+
+void TLayerManager::Layers_Changed(TBaseMapLayer* layer, TListChange change) {
+    if (change == TListChange::lcAdded) {
+        const std::weak_ptr<const void> life = layer->GetLivenessToken();
+        if (!FPreventNotify)
+            FOnLayerAdded.Send(this, layer);
+        // A subscriber may have taken the layer out again.
+        if (!life.expired() && (FLayers.Contains(layer) || FSpecialLayers.Contains(layer)))
+            Subscribe(layer);
+    } else {
+        if (!FPreventNotify)
+            FOnLayerRemoved.Send(this, layer);
+        Unsubscribe(layer);
+    }
+}
+
+void TLayerManager::Subscribe(TBaseMapLayer* layer) {
+    layer->GetOnVisibilityChanged().Add(this, &TLayerManager::Layer_VisibilityChanged);
+    layer->GetOnReadyToDrawChanged().Add(this, &TLayerManager::Layer_ReadyToDrawChanged);
+    layer->GetOnMapCommand().Add(this, &TLayerManager::Layer_MapCommand);
+    layer->GetOnInvalidated().Add(this, &TLayerManager::Layer_Invalidated);
+}
+
+void TLayerManager::Unsubscribe(TBaseMapLayer* layer) {
+    layer->GetOnVisibilityChanged().Remove(this, &TLayerManager::Layer_VisibilityChanged);
+    layer->GetOnReadyToDrawChanged().Remove(this, &TLayerManager::Layer_ReadyToDrawChanged);
+    layer->GetOnMapCommand().Remove(this, &TLayerManager::Layer_MapCommand);
+    layer->GetOnInvalidated().Remove(this, &TLayerManager::Layer_Invalidated);
+}
+
+} // namespace
+
+std::shared_ptr<ILayerManager> TLayerManagerFactory::GetObject() {
+    return std::make_shared<TLayerManager>();
+}
+
+} // namespace lmx

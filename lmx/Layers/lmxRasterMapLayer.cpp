@@ -1,0 +1,66 @@
+#include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/lmxRasterMapLayer.h>
+
+namespace lmx {
+
+TRasterMapLayer::TRasterMapLayer(const std::shared_ptr<ILayerManager>& layerManager)
+    : TBaseLayerManagerLayer(layerManager) {}
+
+TRasterMapLayer::~TRasterMapLayer() = default;
+
+void TRasterMapLayer::SetOpacity(std::uint8_t opacity) {
+    if (opacity == FOpacity)
+        return;
+    FOpacity = opacity;
+    Invalidate();
+}
+
+void TRasterMapLayer::SetBitmap(std::unique_ptr<TBitmap32> bitmap) {
+    if (bitmap == FBitmap)
+        return;
+    DeleteBitmap();
+    FBitmap = std::move(bitmap);
+    if (FBitmap)
+        SetIsReadyToDraw(true);
+}
+
+void TRasterMapLayer::DeleteBitmap() {
+    FBitmap.reset();
+    FReducedPictures.Clear();
+}
+
+void TRasterMapLayer::SetColorCalc(const std::shared_ptr<IBaseColorCalculator>& colorCalc) {
+    if (colorCalc == FColorCalc)
+        return;
+    FColorCalc = colorCalc;
+    Invalidate();
+    CreateLegendComponent();
+}
+
+void TRasterMapLayer::SetValueRange(const TValueRange& range) {
+    if (range.Equals(FValueRange))
+        return;
+    FValueRange = range;
+    if (const auto calculator = std::dynamic_pointer_cast<IBaseMinMaxColorCalculator>(FColorCalc))
+        SetColorCalc(calculator->Clone(static_cast<float>(range.Low), static_cast<float>(range.High)));
+}
+
+void TRasterMapLayer::Invalidate() {
+    if (!FBitmap)
+        return;
+    DeleteBitmap();
+    SetIsReadyToDraw(false);
+    Render();
+    DoNotifyInvalidated();
+}
+
+void TRasterMapLayer::Render() {}
+
+void TRasterMapLayer::UpdateDuplicateRasterMapLayer(TRasterMapLayer* target) const {
+    UpdateDuplicateBaseMapLayer(target);
+    target->FClimateVariable = FClimateVariable;
+    target->FValueRange = FValueRange;
+    target->FColorCalc = FColorCalc ? FColorCalc->Clone() : nullptr;
+}
+
+} // namespace lmx

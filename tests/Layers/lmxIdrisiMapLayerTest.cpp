@@ -1,0 +1,483 @@
+#include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
+#include <lmx/Colour/lmxColorKey.h>
+#include <lmx/Colour/lmxGradientColorCalculator.h>
+#include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Formats/lmxIdrisiImageExporter.h>
+#include <lmx/Formats/lmxIdrisiImages.h>
+#include <lmx/Formats/lmxImageFactory.h>
+#include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace lmx {
+namespace {
+
+constexpr TColor32 White = 0xFFFFFFFF;
+
+/// An image of `columns` x `rows` whose cell at (column, row) holds 10 * row + column.
+std::unique_ptr<TRealImage> NumberedImage(int columns, int rows, const TMapArea& area) {
+    TImageHeader header;
+    header.SetWidth(columns);
+    header.SetHeight(rows);
+    header.SetMinX(static_cast<float>(area.Left));
+    header.SetMaxX(static_cast<float>(area.Right));
+    header.SetMinY(static_cast<float>(area.Bottom));
+    header.SetMaxY(static_cast<float>(area.Top));
+    header.SetRefSystem(QStringLiteral("latlong"));
+    header.SetMinValue(1);
+    header.SetMaxValue(99);
+    auto image = std::make_unique<TRealImage>(QString(), header);
+    for (int row = 1; row <= rows; ++row)
+        for (int column = 1; column <= columns; ++column)
+            image->SetCell(column, row, static_cast<float>(10 * row + column));
+    return image;
+}
+
+/// Says a value by an opaque colour: 0xFF000000 plus the value.
+class TValueAsColor : public IBaseColorCalculator {
+public:
+    TColor32 GetColor(float value) const override { return 0xFF000000U + static_cast<TColor32>(value); }
+    std::shared_ptr<IBaseColorCalculator> Clone() const override { return std::make_shared<TValueAsColor>(); }
+};
+
+class TLayer : public TIdrisiMapLayer {
+public:
+    using TIdrisiMapLayer::TIdrisiMapLayer;
+    void CreateLegendComponent() override {
+        ++Legends;
+        TIdrisiMapLayer::CreateLegendComponent();
+    }
+    int Legends = 0;
+};
+
+class IdrisiMapLayer : public testing::Test {
+protected:
+    TLayer& AddRendered(std::unique_ptr<TRealImage> image) {
+        Layer.TakeImage(std::move(image));
+        Layer.SetColorCalc(std::make_shared<TValueAsColor>());
+        Layer.Render();
+        return Layer;
+    }
+
+    std::shared_ptr<ILayerManager> Manager = TLayerManagerFactory::GetObject();
+    TLayer Layer{Manager};
+};
+
+/// A view of a world at a scale, its top left corner at the world's.
+struct TView {
+    TView(const std::shared_ptr<IWorldSystem>& system, extended scale, int width, int height)
+        : World(system),
+          Viewport(&World),
+          Buffer(width, height) {
+        Viewport.SetViewSize({width, height});
+        Viewport.SetScale(scale);
+        Viewport.SetTranslation({0, 0});
+        Buffer.Clear(White);
+    }
+    std::vector<TColor32> Row(int y) const { return {Buffer.ScanLine(y), Buffer.ScanLine(y) + Buffer.GetWidth()}; }
+
+    TWorld World;
+    TWorldViewport Viewport;
+    TBitmap32 Buffer;
+};
+
+TEST_F(IdrisiMapLayer, NamesItsTypeAndClass) {
+    EXPECT_EQ(Layer.GetLayerTypeName(), QStringLiteral("Idrisi Image (Raster)"));
+    EXPECT_EQ(TIdrisiMapLayer(Manager).GetLayerClassName(), QStringLiteral("IdrisiMapLayer"));
+}
+
+TEST_F(IdrisiMapLayer, CanBeDuplicated) {
+    EXPECT_EQ(Layer.GetLayerOptionFlags(),
+              (TLayerOptionFlags{TLayerOptionFlag::lofDelete, TLayerOptionFlag::lofRename,
+                                 TLayerOptionFlag::lofProperties, TLayerOptionFlag::lofDuplicate}));
+}
+
+TEST_F(IdrisiMapLayer, AnImageGivesItsAreaAndValueRange) {
+    const auto image = NumberedImage(4, 2, {0, 90, 360, -90});
+    Layer.SetImage(image.get());
+    EXPECT_EQ(Layer.GetImage(), image.get());
+    EXPECT_FALSE(Layer.GetOwnsImage());
+    EXPECT_TRUE(Layer.GetLayerArea().Area.Equals(TMapArea(0, 90, 360, -90)));
+    EXPECT_EQ(Layer.GetLayerArea().WorldSystem, TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_TRUE(Layer.GetValueRange().Equals({1, 99}));
+    EXPECT_EQ(Layer.Legends, 1);
+}
+
+TEST_F(IdrisiMapLayer, ThePresentImageDoesNothing) {
+    const auto image = NumberedImage(2, 2, {0, 10, 10, 0});
+    Layer.SetImage(image.get());
+    Layer.SetImage(image.get());
+    EXPECT_EQ(Layer.Legends, 1);
+}
+
+TEST_F(IdrisiMapLayer, NoImageLeavesAnEmptyRangeAndNoExports) {
+    const auto image = NumberedImage(2, 2, {0, 10, 10, 0});
+    Layer.SetImage(image.get());
+    Layer.SetImage(nullptr);
+    EXPECT_EQ(Layer.GetImage(), nullptr);
+    EXPECT_TRUE(Layer.GetValueRange().Equals(TValueRange::Empty()));
+    std::vector<TLayerMenuItem> items;
+    Layer.GetContextMenuItems(&items);
+    ASSERT_EQ(items.size(), 5U); // the area is still there
+    EXPECT_FALSE(items[2].FEnabled);
+    EXPECT_FALSE(items[3].FEnabled);
+    EXPECT_FALSE(items[4].FEnabled);
+    Layer.SetColorCalc(std::make_shared<TValueAsColor>());
+    Layer.Render();
+    EXPECT_EQ(Layer.GetBitmap(), nullptr);
+}
+
+TEST_F(IdrisiMapLayer, AnotherImageLeavesTheOldPictureUntilRender) {
+    AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
+    const auto other = NumberedImage(3, 3, {0, 10, 10, 0});
+    Layer.SetImage(other.get());
+    Layer.SetOwnsImage(false);
+    ASSERT_NE(Layer.GetBitmap(), nullptr);
+    EXPECT_EQ(Layer.GetBitmap()->GetWidth(), 2);
+    Layer.Render();
+    EXPECT_EQ(Layer.GetBitmap()->GetWidth(), 3);
+}
+
+TEST_F(IdrisiMapLayer, AReplacedImageLivesAsLongAsTheLayer) {
+    AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
+    TAbstractImage* first = Layer.GetImage();
+    Layer.TakeImage(NumberedImage(3, 3, {0, 10, 10, 0}));
+    EXPECT_EQ(first->GetCell(2, 2), 22.0F);
+    Layer.SetImage(first); // shown again, and still freed once
+    EXPECT_EQ(Layer.GetImage(), first);
+}
+
+TEST_F(IdrisiMapLayer, TheImageIsNotReadAfterItIsSet) {
+    auto image = NumberedImage(2, 1, {0, 10, 10, 0});
+    Layer.SetImage(image.get());
+    image.reset();
+    Layer.SetColorCalc(std::make_shared<TValueAsColor>());
+    Layer.Render();
+    EXPECT_EQ(Layer.GetBitmap()->ScanLine(0)[1], 0xFF00000CU);
+}
+
+TEST_F(IdrisiMapLayer, RendersOnePixelForEachCellWithoutFlags) {
+    auto image = NumberedImage(3, 2, {0, 10, 10, 0});
+    image->SetCell(2, 1, -9999);
+    AddRendered(std::move(image));
+    const TBitmap32& bitmap = *Layer.GetBitmap();
+    EXPECT_EQ(bitmap.GetWidth(), 3);
+    EXPECT_EQ(bitmap.GetHeight(), 2);
+    EXPECT_EQ(bitmap.ScanLine(0)[0], 0xFF00000BU);
+    EXPECT_EQ(bitmap.ScanLine(0)[1], 0U);
+    EXPECT_EQ(bitmap.ScanLine(1)[2], 0xFF000017U);
+    EXPECT_TRUE(Layer.GetIsReadyToDraw());
+}
+
+TEST_F(IdrisiMapLayer, WithoutCalculatorRenderLeavesTheBitmapAsItIs) {
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    Layer.Render();
+    EXPECT_EQ(Layer.GetBitmap(), nullptr);
+    EXPECT_FALSE(Layer.GetIsReadyToDraw());
+}
+
+TEST_F(IdrisiMapLayer, OpacityScalesTheAlphaOfTheColors) {
+    AddRendered(NumberedImage(1, 1, {0, 10, 10, 0}));
+    Layer.SetOpacity(128);
+    EXPECT_EQ(Layer.GetBitmap()->ScanLine(0)[0], 0x8000000BU);
+    Layer.SetOpacity(0);
+    EXPECT_EQ(Layer.GetBitmap()->ScanLine(0)[0], 0x0000000BU);
+}
+
+TEST_F(IdrisiMapLayer, AValueRangeResetsTheDefaultColorOfAGradient) {
+    const auto gradient = TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFF000000}, {1, White}});
+    Layer.TakeImage(NumberedImage(1, 1, {0, 10, 10, 0}));
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 1, 0xFFABCDEF, gradient));
+    Layer.Render();
+    EXPECT_EQ(Layer.GetBitmap()->ScanLine(0)[0], 0xFFABCDEFU);
+    Layer.SetValueRange({0, 2});
+    EXPECT_EQ(Layer.GetBitmap()->ScanLine(0)[0], 0U);
+}
+
+TEST_F(IdrisiMapLayer, ALegendIsAskedForWithEachCalculator) {
+    Layer.TakeImage(NumberedImage(1, 1, {0, 10, 10, 0}));
+    Layer.SetColorCalc(std::make_shared<TValueAsColor>());
+    EXPECT_EQ(Layer.Legends, 2);
+    EXPECT_EQ(Layer.GetLegendComponent(), nullptr);
+}
+
+TEST_F(IdrisiMapLayer, PaintsTheCellsWhereTheyLie) {
+    AddRendered(NumberedImage(2, 2, {-180, 90, 180, -90}));
+    TView view(TLatLonWorldSystemFactory::GetObject(), 1.0L / 90, 4, 2);
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    EXPECT_EQ(view.Row(0), (std::vector<TColor32>{0xFF00000B, 0xFF00000B, 0xFF00000C, 0xFF00000C}));
+    EXPECT_EQ(view.Row(1), (std::vector<TColor32>{0xFF000015, 0xFF000015, 0xFF000016, 0xFF000016}));
+}
+
+TEST_F(IdrisiMapLayer, CutsARasterOf0To360AtTheSeamOfAMeridianWorld) {
+    AddRendered(NumberedImage(4, 1, {0, 90, 360, -90}));
+    TView view(TLatLonWorldSystemFactory::GetObject(), 1.0L / 90, 4, 2);
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    EXPECT_EQ(view.Row(0), (std::vector<TColor32>{0xFF00000D, 0xFF00000E, 0xFF00000B, 0xFF00000C}));
+}
+
+TEST_F(IdrisiMapLayer, CutsARasterOf180To180AtTheSeamOfAnAntimeridianWorld) {
+    AddRendered(NumberedImage(4, 1, {-180, 90, 180, -90}));
+    TView view(TLatLonAntimeridianWorldSystemFactory::GetObject(), 1.0L / 90, 4, 2);
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    EXPECT_EQ(view.Row(1), (std::vector<TColor32>{0xFF00000D, 0xFF00000E, 0xFF00000B, 0xFF00000C}));
+}
+
+TEST_F(IdrisiMapLayer, APieceTakesItsPartOfTheBitmap) {
+    AddRendered(NumberedImage(4, 1, {170, 90, 190, -90})); // five degrees a cell, two cells on either side of 180
+    TView view(TLatLonWorldSystemFactory::GetObject(), 0.2L, 72, 36);
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    const std::vector<TColor32> row = view.Row(0);
+    EXPECT_EQ(row[0], 0xFF00000DU);
+    EXPECT_EQ(row[1], 0xFF00000EU);
+    EXPECT_EQ(row[2], White);
+    EXPECT_EQ(row[69], White);
+    EXPECT_EQ(row[70], 0xFF00000BU);
+    EXPECT_EQ(row[71], 0xFF00000CU);
+}
+
+TEST_F(IdrisiMapLayer, RepeatedPaintsShowEachNewPicture) {
+    AddRendered(NumberedImage(8, 4, {-180, 90, 180, -90}));
+    TView view(TLatLonWorldSystemFactory::GetObject(), 1.0L / 90, 4, 2);
+    const auto painted = [&] {
+        Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+        return view.Row(0);
+    };
+    const std::vector<TColor32> first = painted();
+    EXPECT_EQ(first, (std::vector<TColor32>{0xFF00000B, 0xFF00000D, 0xFF00000F, 0xFF000011}));
+    EXPECT_EQ(painted(), first);
+    EXPECT_EQ(painted(), first);
+    view.Viewport.SetTranslation({1, 0});
+    view.Buffer.Clear(White);
+    EXPECT_EQ(painted(), (std::vector<TColor32>{White, 0xFF00000B, 0xFF00000D, 0xFF00000F}));
+    view.Viewport.SetTranslation({0, 0});
+    Layer.TakeImage(NumberedImage(4, 4, {-180, 90, 180, -90}));
+    Layer.Render();
+    EXPECT_EQ(painted(), (std::vector<TColor32>{0xFF00000B, 0xFF00000C, 0xFF00000D, 0xFF00000E}));
+}
+
+TEST_F(IdrisiMapLayer, BlendsOntoWhatLiesBelow) {
+    AddRendered(NumberedImage(1, 1, {-180, 90, 180, -90}));
+    Layer.SetOpacity(128);
+    TView view(TLatLonWorldSystemFactory::GetObject(), 1.0L / 90, 4, 2);
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    // (255 * 127 + 127) / 255 = 127 in red and green, (11 * 128 + 255 * 127 + 127) / 255 = 133 in blue
+    EXPECT_EQ(view.Row(0)[0], 0xFF7F7F85U);
+}
+
+TEST_F(IdrisiMapLayer, StaysRightAtTheLargestScaleOfAWorld) {
+    AddRendered(NumberedImage(2, 1, {-180, 90, 180, -90}));
+    TView view(TLatLonWorldSystemFactory::GetObject(), 100000, 4, 2);
+    view.Viewport.SetCenter({0, 0}); // the border of the two cells is in the middle of the view
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    EXPECT_EQ(view.Row(0), (std::vector<TColor32>{0xFF00000B, 0xFF00000B, 0xFF00000C, 0xFF00000C}));
+}
+
+TEST_F(IdrisiMapLayer, StaysRightWhereTheRectangleLeaves32Bits) {
+    auto image = NumberedImage(2, 1, {1900000, 7000000, 3100000, 5000000});
+    image->getHeader()->SetRefSystem(QStringLiteral("plane"));
+    AddRendered(std::move(image));
+    EXPECT_EQ(Layer.GetLayerArea().WorldSystem, TNZMGWorldSystemFactory::GetObject());
+    TView view(TNZMGWorldSystemFactory::GetObject(), 1000, 4, 2); // 1.2e9 x 2e9 pixels
+    view.Viewport.SetCenter({2500000, 6000000});
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    EXPECT_EQ(view.Row(1), (std::vector<TColor32>{0xFF00000B, 0xFF00000B, 0xFF00000C, 0xFF00000C}));
+}
+
+TEST_F(IdrisiMapLayer, PaintsNothingWithoutABitmap) {
+    Layer.TakeImage(NumberedImage(2, 2, {-180, 90, 180, -90}));
+    TView view(TLatLonWorldSystemFactory::GetObject(), 1.0L / 90, 4, 2);
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    EXPECT_EQ(view.Row(0), std::vector<TColor32>(4, White));
+}
+
+class EmptyArea : public testing::TestWithParam<TMapArea> {};
+
+TEST_P(EmptyArea, DrawsNothing) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TIdrisiMapLayer layer(manager);
+    layer.TakeImage(NumberedImage(2, 2, {-180, 90, 180, -90}));
+    layer.SetColorCalc(std::make_shared<TValueAsColor>());
+    layer.Render();
+    layer.SetLayerArea({GetParam(), TLatLonWorldSystemFactory::GetObject()});
+    TView view(TLatLonWorldSystemFactory::GetObject(), 1.0L / 90, 4, 2);
+    layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    EXPECT_EQ(view.Row(0), std::vector<TColor32>(4, White));
+    EXPECT_EQ(view.Row(1), std::vector<TColor32>(4, White));
+}
+
+constexpr extended Nan = std::numeric_limits<extended>::quiet_NaN();
+constexpr extended Infinite = std::numeric_limits<extended>::infinity();
+INSTANTIATE_TEST_SUITE_P(Rows, EmptyArea,
+                         testing::Values(TMapArea(0, 90, 0, -90), TMapArea(-180, 0, 180, 0),
+                                         TMapArea(Nan, 90, 180, -90), TMapArea(-180, 90, Infinite, -90)));
+
+/// A world that grows to the left, or downwards.
+class TTurnedWorldSystem : public IWorldSystem {
+public:
+    TTurnedWorldSystem(TMapOrientation orientation) : FOrientation(orientation) {}
+
+    QString Name() const override { return {}; }
+    QString Identifier() const override { return {}; }
+    QString Units() const override { return {}; }
+    TMeridian Merdian() const override { return TMeridian::mrdNA; }
+    QString GetGroup() const override { return {}; }
+    const TMapArea& Area() const override { return FArea; }
+    bool IsTranslationRequired(const TMapArea&) const override { return false; }
+    std::vector<TMapArea> TranslateArea(const TMapArea& area) const override { return {area}; }
+    TMapOrientation GetOrientation() const override {
+        return ++FAsked > FPixelQuestions ? FOrientation : TMapOrientation{1, -1};
+    }
+    TMapPoint ToWorldPoint(const TMapPoint& point) const override { return point; }
+    bool IsWorldPoint(const TMapPoint&) const override { return true; }
+    TMapPoint ToLocalPoint(const TMapArea&, const TMapPoint& point) const override { return point; }
+    TMapArea ToWorldArea(const TMapArea& area) const override { return area; }
+    bool Wraps(const TMapPoint&, const TMapPoint&) const override { return false; }
+    TMapArea CreateMapArea(extended left, extended bottom, extended right, extended top) const override {
+        return {left, top, right, bottom};
+    }
+    TMapArea ConstrainRect(const TMapArea& area) const override { return area; }
+
+    /// How often the viewport may ask before the turned orientation is told.
+    void AllowPixelQuestions(int count) { FPixelQuestions = FAsked + count; }
+
+private:
+    TMapArea FArea{-180, 90, 180, -90};
+    TMapOrientation FOrientation;
+    mutable int FAsked = 0;
+    int FPixelQuestions = 1000;
+};
+
+class TurnedWorld : public testing::TestWithParam<TMapOrientation> {};
+
+TEST_P(TurnedWorld, IsNotImplemented) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TIdrisiMapLayer layer(manager);
+    layer.TakeImage(NumberedImage(2, 2, {-180, 90, 180, -90}));
+    layer.SetColorCalc(std::make_shared<TValueAsColor>());
+    layer.Render();
+    const auto system = std::make_shared<TTurnedWorldSystem>(GetParam());
+    TView view(system, 1.0L / 90, 4, 2);
+    // The viewport refuses such a world by itself; here it is turned only once the viewport has its pixels.
+    for (int questions = 0;; ++questions) {
+        system->AllowPixelQuestions(questions);
+        const QString message =
+            tests::MessageOf<ENotImplemented>([&] { layer.Paint(&view.World, &view.Viewport, view.Buffer); });
+        if (!message.startsWith(QStringLiteral("MapPointToPoint"))) {
+            EXPECT_EQ(message, QStringLiteral("Not implemented"));
+            break;
+        }
+        ASSERT_LT(questions, 10);
+    }
+    EXPECT_EQ(view.Row(0), std::vector<TColor32>(4, White));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, TurnedWorld, testing::Values(TMapOrientation{-1, -1}, TMapOrientation{1, 1}));
+
+TEST_F(IdrisiMapLayer, TheMenuOffersTheExports) {
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    std::vector<TLayerMenuItem> items;
+    Layer.GetContextMenuItems(&items);
+    ASSERT_EQ(items.size(), 5U);
+    EXPECT_EQ(items[0].FText, QStringLiteral("&Goto Extent"));
+    EXPECT_EQ(items[1].FText, QStringLiteral("-"));
+    EXPECT_TRUE(items[1].FEnabled);
+    EXPECT_FALSE(items[1].FEvent);
+    EXPECT_EQ(items[2].FText, QStringLiteral("Export IdrisiImage..."));
+    EXPECT_EQ(items[3].FText, QStringLiteral("Export ArcInfo Grid ASCII..."));
+    EXPECT_EQ(items[4].FText, QStringLiteral("Export XYZ ASCII..."));
+    for (std::size_t i = 2; i < 5; ++i)
+        EXPECT_TRUE(items[i].FEnabled);
+}
+
+struct TExportRow {
+    std::size_t MenuItem;
+    const char* Filter;
+    const char* Extension;
+};
+
+class Export : public testing::TestWithParam<TExportRow> {};
+
+TEST_P(Export, AsksForAFileAndWritesTheWholeImage) {
+    const QTemporaryDir folder;
+    const QString extension = QString::fromLatin1(GetParam().Extension);
+    const QString fileName = folder.filePath(QStringLiteral("out.") + extension);
+    tests::TScriptedFileDialog dialogs;
+    dialogs->Answers = {fileName};
+    const auto manager = TLayerManagerFactory::GetObject();
+    TIdrisiMapLayer layer(manager);
+    layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    std::vector<TLayerMenuItem> items;
+    layer.GetContextMenuItems(&items);
+    items.at(GetParam().MenuItem).FEvent();
+    ASSERT_EQ(dialogs->Saved.size(), 1U);
+    EXPECT_EQ(dialogs->Saved[0].Filter, QString::fromLatin1(GetParam().Filter));
+    EXPECT_EQ(dialogs->Saved[0].DefaultExtension, extension);
+    EXPECT_TRUE(dialogs->Saved[0].OverwritePrompt);
+    EXPECT_GT(QFileInfo(fileName).size(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Export,
+                         testing::Values(TExportRow{2, "Idrisi Image|*.img", "img"},
+                                         TExportRow{3, "ArcInfo Grid Ascii|*.asc", "asc"},
+                                         TExportRow{4, "XYZ Ascii|*.xyz", "xyz"}));
+
+TEST_F(IdrisiMapLayer, ACancelledExportIsNoFailure) {
+    tests::TScriptedFileDialog dialogs;
+    dialogs->Answers = {std::nullopt};
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    TXYZAsciiExporter exporter;
+    Layer.DoExport(QStringLiteral("XYZ Ascii"), QStringLiteral("xyz"), exporter);
+    EXPECT_EQ(dialogs->Saved.size(), 1U);
+}
+
+TEST_F(IdrisiMapLayer, AFailedExportReachesTheCaller) {
+    tests::TScriptedFileDialog dialogs;
+    dialogs->Answers = {QStringLiteral("no-such-folder/out.xyz")};
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    TXYZAsciiExporter exporter;
+    EXPECT_THROW(Layer.DoExport(QStringLiteral("XYZ Ascii"), QStringLiteral("xyz"), exporter), EFileException);
+}
+
+TEST_F(IdrisiMapLayer, ADuplicateOwnsAFullCopyAndIsOpaque) {
+    const auto image = NumberedImage(2, 2, {0, 10, 10, 0});
+    Layer.SetImage(image.get());
+    Layer.SetColorCalc(std::make_shared<TValueAsColor>());
+    Layer.Render();
+    Layer.SetOpacity(100);
+    const auto other = TLayerManagerFactory::GetObject();
+    const auto duplicate = Layer.Duplicate(other);
+    auto* copy = dynamic_cast<TIdrisiMapLayer*>(duplicate.get());
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy->GetLayerManager(), other);
+    EXPECT_EQ(copy->GetOpacity(), 255);
+    EXPECT_TRUE(copy->GetOwnsImage());
+    EXPECT_NE(copy->GetImage(), image.get());
+    image->SetCell(1, 1, 77);
+    EXPECT_EQ(copy->GetImage()->GetCell(1, 1), 11.0F);
+    ASSERT_NE(copy->GetBitmap(), nullptr);
+    EXPECT_EQ(copy->GetBitmap()->ScanLine(0)[0], 0xFF00000BU);
+    EXPECT_EQ(Layer.GetOpacity(), 100);
+    EXPECT_FALSE(Layer.GetOwnsImage());
+}
+
+TEST_F(IdrisiMapLayer, ALayerWithoutImageDuplicatesToOneWithout) {
+    const auto duplicate = Layer.Duplicate(Manager);
+    EXPECT_EQ(dynamic_cast<TIdrisiMapLayer&>(*duplicate).GetImage(), nullptr);
+    EXPECT_FALSE(duplicate->GetIsReadyToDraw());
+}
+
+} // namespace
+} // namespace lmx

@@ -1,0 +1,241 @@
+#include <tests/Support/Printers.h>
+#include <tests/Support/TestLayer.h>
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+namespace lmx {
+namespace {
+
+using tests::AddTestLayer;
+using tests::TTestLayer;
+
+/// Writes down the events of a manager as words.
+struct TLog {
+    explicit TLog(ILayerManager& manager) {
+        const auto write = [this](const char* word) {
+            return [this, word](ILayerManager*, TBaseMapLayer* layer) {
+                Text += QLatin1StringView(word) + u' ' + (layer ? layer->GetLayerName() : QStringLiteral("nil")) + u';';
+            };
+        };
+        Keep(manager.GetOnLayerAdded().Add(write("added")));
+        Keep(manager.GetOnLayerRemoved().Add(write("removed")));
+        Keep(manager.GetOnLayerVisibilityChanged().Add(write("visibility")));
+        Keep(manager.GetOnLayerReadyToDraw().Add(write("ready")));
+        Keep(manager.GetOnLayerInvalidated().Add(write("invalidated")));
+        Keep(manager.GetOnSelectedLayerChanged().Add(write("selected")));
+        Keep(manager.GetOnTitleChanged().Add(
+            [this](ILayerManager* sender) { Text += QStringLiteral("title ") + sender->GetTitle() + u';'; }));
+        Keep(manager.GetOnLayerMoved().Add(
+            [this](ILayerManager*, int from, int to) { Text += QStringLiteral("moved %1 %2;").arg(from).arg(to); }));
+        Keep(manager.GetOnMapCommand().Add([this](TBaseMapLayer* layer, TLayerMapCommand, void*) {
+            Text += QStringLiteral("command ") + layer->GetLayerName() + u';';
+        }));
+    }
+    void Keep(TSubscription subscription) { Subscriptions.push_back(std::move(subscription)); }
+    QString Take() { return std::exchange(Text, QString()); }
+
+    QString Text;
+    std::vector<TSubscription> Subscriptions;
+};
+
+TEST(LayerManager, EachCallOfTheFactoryGivesANewOne) {
+    EXPECT_NE(TLayerManagerFactory::GetObject(), TLayerManagerFactory::GetObject());
+}
+
+TEST(LayerManager, TellsOfLayersThatComeAndGo) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TLog log(*manager);
+    TTestLayer* layer = AddTestLayer(manager, QStringLiteral("Rain"));
+    EXPECT_EQ(log.Take(), QStringLiteral("added Rain;"));
+    manager->GetLayers().Remove(layer);
+    EXPECT_EQ(log.Take(), QStringLiteral("removed Rain;"));
+}
+
+TEST(LayerManager, TellsOfSpecialLayersToo) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TLog log(*manager);
+    auto special = std::make_unique<TTestLayer>(manager);
+    special->SetFlags({TLayerFlag::lfSpecial});
+    TBaseMapLayer* added = manager->GetSpecialLayers().Add(std::move(special));
+    manager->GetSpecialLayers().Extract(added);
+    EXPECT_EQ(log.Take(), QStringLiteral("added ;removed ;"));
+}
+
+TEST(LayerManager, ForwardsTheEventsOfItsLayers) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager, QStringLiteral("Rain"));
+    layer->SetIsReadyToDraw(true);
+    layer->SetLayerArea(tests::LatLonArea({0, 1, 1, 0}));
+    TLog log(*manager);
+    layer->SetIsVisible(false);
+    layer->Invalidate();
+    layer->GotoExtendMenuItem_Click();
+    EXPECT_EQ(log.Take(), QStringLiteral("visibility Rain;ready Rain;ready Rain;invalidated Rain;command Rain;"));
+}
+
+TEST(LayerManager, DoesNotForwardNamesLegendsAndAreas) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager);
+    TLog log(*manager);
+    layer->SetLayerName(QStringLiteral("Snow"));
+    layer->SetLayerArea(tests::LatLonArea({0, 1, 1, 0}));
+    EXPECT_EQ(log.Take(), QString());
+}
+
+TEST(LayerManager, NoLongerHearsALayerThatLeft) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager);
+    const auto extracted = manager->GetLayers().Extract(layer);
+    TLog log(*manager);
+    layer->SetIsVisible(false);
+    layer->Invalidate();
+    EXPECT_EQ(log.Take(), QString());
+}
+
+TEST(LayerManager, PreventNotifySilencesComingAndGoingOnly) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TLog log(*manager);
+    manager->PreventNotify();
+    TTestLayer* layer = AddTestLayer(manager, QStringLiteral("Rain"));
+    AddTestLayer(manager, QStringLiteral("Snow"));
+    EXPECT_EQ(log.Take(), QString());
+    layer->SetIsVisible(false);
+    EXPECT_TRUE(manager->MoveLayer(0, 1));
+    EXPECT_EQ(log.Take(), QStringLiteral("visibility Rain;moved 0 1;"));
+    const auto extracted = manager->GetLayers().Extract(layer);
+    layer->SetIsVisible(true);
+    EXPECT_EQ(log.Take(), QString());
+}
+
+TEST(LayerManager, ALayerAddedTwiceOverIsHeardOnce) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager, QStringLiteral("Rain"));
+    manager->GetLayers().Add(manager->GetLayers().Extract(layer));
+    TLog log(*manager);
+    layer->SetIsVisible(false);
+    EXPECT_EQ(log.Take(), QStringLiteral("visibility Rain;"));
+}
+
+TEST(LayerManager, ASubscriberMayTakeALayerOutAsItComes) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    const TSubscription refuse = manager->GetOnLayerAdded().Add(
+        [](ILayerManager* sender, TBaseMapLayer* layer) { sender->GetLayers().Remove(layer); });
+    manager->GetLayers().Add(std::make_unique<TTestLayer>(manager));
+    EXPECT_EQ(manager->GetLayers().Count(), 0);
+}
+
+TEST(LayerManager, TheTitleIsToldOnRealChanges) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TLog log(*manager);
+    manager->SetTitle(QStringLiteral("Rainfall"));
+    manager->SetTitle(QStringLiteral("Rainfall"));
+    EXPECT_EQ(log.Take(), QStringLiteral("title Rainfall;"));
+    EXPECT_EQ(manager->GetTitle(), QStringLiteral("Rainfall"));
+}
+
+TEST(LayerManager, TheSelectionIsToldOnRealChanges) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager, QStringLiteral("Rain"));
+    TLog log(*manager);
+    manager->SetSelLayer(layer);
+    manager->SetSelLayer(layer);
+    manager->SetSelLayer(nullptr);
+    EXPECT_EQ(log.Take(), QStringLiteral("selected Rain;selected nil;"));
+}
+
+TEST(LayerManager, RemovingTheSelectedLayerTellsNothingOfTheSelection) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager, QStringLiteral("Rain"));
+    manager->SetSelLayer(layer);
+    TLog log(*manager);
+    auto extracted = manager->GetLayers().Extract(layer);
+    EXPECT_EQ(log.Take(), QStringLiteral("removed Rain;"));
+    EXPECT_EQ(manager->GetSelLayer(), layer);
+    extracted.reset();
+    EXPECT_EQ(manager->GetSelLayer(), nullptr);
+}
+
+TEST(LayerManager, FindsLayersByTheirExactName) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* first = AddTestLayer(manager, QStringLiteral("Rain"));
+    AddTestLayer(manager, QStringLiteral("Rain"));
+    EXPECT_EQ(manager->FindLayer(QStringLiteral("Rain")), first);
+    EXPECT_EQ(manager->FindLayer(QStringLiteral("rain")), nullptr);
+}
+
+TEST(LayerManager, FindsLayersByTheirId) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    AddTestLayer(manager);
+    TTestLayer* second = AddTestLayer(manager);
+    EXPECT_EQ(manager->FindLayer(second->GetLayerID()), second);
+    EXPECT_EQ(manager->FindLayer(QUuid::createUuid()), nullptr);
+}
+
+TEST(LayerManager, FindsSpecialLayersByTheirClass) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    AddTestLayer(manager);
+    EXPECT_EQ(manager->GetSpecialLayerWithType(QStringLiteral("TestLayer")), nullptr);
+    TBaseMapLayer* special = manager->GetSpecialLayers().Add(std::make_unique<TTestLayer>(manager));
+    EXPECT_EQ(manager->GetSpecialLayerWithType(QStringLiteral("TestLayer")), special);
+    EXPECT_EQ(manager->GetSpecialLayerWithType(QStringLiteral("testLayer")), nullptr);
+}
+
+TEST(LayerManager, GivesTheNextFreeName) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    EXPECT_EQ(manager->GetNextName(QStringLiteral("Rain")), QStringLiteral("Rain"));
+    AddTestLayer(manager, QStringLiteral("Rain (2)"));
+    EXPECT_EQ(manager->GetNextName(QStringLiteral("Rain")), QStringLiteral("Rain"));
+    AddTestLayer(manager, QStringLiteral("Rain"));
+    EXPECT_EQ(manager->GetNextName(QStringLiteral("Rain")), QStringLiteral("Rain (3)"));
+}
+
+TEST(LayerManager, NamesOfSpecialLayersAreFree) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    manager->GetSpecialLayers().Add(std::make_unique<TTestLayer>(manager))->SetLayerName(QStringLiteral("Rain"));
+    EXPECT_EQ(manager->GetNextName(QStringLiteral("Rain")), QStringLiteral("Rain"));
+}
+
+struct TMoveRow {
+    int From;
+    int To;
+    bool Moves;
+    const char* Order;
+};
+
+class MoveLayer : public testing::TestWithParam<TMoveRow> {};
+
+TEST_P(MoveLayer, KeepsTheOrderOfTheOthers) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    for (const char* name : {"a", "b", "c"})
+        AddTestLayer(manager, QString::fromLatin1(name));
+    TLog log(*manager);
+    EXPECT_EQ(manager->MoveLayer(GetParam().From, GetParam().To), GetParam().Moves);
+    QString order;
+    for (TBaseMapLayer* layer : manager->GetLayers())
+        order += layer->GetLayerName();
+    EXPECT_EQ(order, QString::fromLatin1(GetParam().Order));
+    EXPECT_EQ(log.Take(),
+              GetParam().Moves ? QStringLiteral("moved %1 %2;").arg(GetParam().From).arg(GetParam().To) : QString());
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, MoveLayer,
+                         testing::Values(TMoveRow{0, 0, false, "abc"}, TMoveRow{2, 0, true, "cab"},
+                                         TMoveRow{0, 2, true, "bca"}, TMoveRow{1, 2, true, "acb"},
+                                         TMoveRow{-1, 0, false, "abc"}, TMoveRow{0, -1, false, "abc"},
+                                         TMoveRow{3, 0, false, "abc"}, TMoveRow{0, 3, false, "abc"}));
+
+TEST(LayerManager, ItsEndTellsOfTheStackButNotOfSpecialLayers) {
+    auto manager = TLayerManagerFactory::GetObject();
+    TLog log(*manager);
+    AddTestLayer(manager, QStringLiteral("Rain"));
+    manager->GetSpecialLayers().Add(std::make_unique<TTestLayer>(manager))->SetLayerName(QStringLiteral("Rulers"));
+    log.Take();
+    manager.reset();
+    EXPECT_EQ(log.Take(), QStringLiteral("removed Rain;"));
+}
+
+} // namespace
+} // namespace lmx
