@@ -1,0 +1,78 @@
+#include "OpenRaster.h"
+
+#include <lmx/Climate/lmxSpatialConst.h>
+#include <lmx/Colour/lmxGradientColorCalculator.h>
+#include <lmx/Coordinates/wskMappingTypes.h>
+#include <lmx/Formats/lmxIdrisiImages.h>
+#include <lmx/Formats/lmxImageFactory.h>
+#include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
+#include <lmx/Runtime/lmxText.h>
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+#include <variant>
+#include <vector>
+
+namespace {
+
+bool LooksGeographic(const lmx::TMapArea& bounds) {
+    return bounds.Left >= -360 && bounds.Right <= 360 && bounds.Bottom >= -90 && bounds.Top <= 90;
+}
+
+// From dark to light with even steps to the eye: the colours of viridis at five places.
+std::shared_ptr<lmx::IBaseColorCalculator> DefaultColors(const lmx::TValueRange& range) {
+    return lmx::TGradientColorCalculatorFactory::GetObject(
+        range,
+        lmx::TGradientFactory::GetObject(std::vector<lmx::TColorStop>{
+            {0.00, 0xFF440154}, {0.25, 0xFF3B528B}, {0.50, 0xFF21918C}, {0.75, 0xFF5EC962}, {1.00, 0xFFFDE725}}));
+}
+
+bool IsIdrisiName(const QString& fileName) {
+    const QString suffix = QFileInfo(fileName).suffix();
+    return std::ranges::any_of(std::array{"rst", "rdc", "img", "doc"},
+                               [&](const char* known) { return lmx::SameText(suffix, QString::fromLatin1(known)); });
+}
+
+std::unique_ptr<lmx::TAbstractImage> LoadImage(const QString& fileName) {
+    if (IsIdrisiName(fileName))
+        return lmx::TImageFactory::Load(fileName);
+    const lmx::TArcInfoAsciiGridRasterFrame grid(fileName, lmx::TDataKind::dkFloat);
+    return ImageOfGrid(grid);
+}
+
+} // namespace
+
+std::unique_ptr<lmx::TRealImage> ImageOfGrid(const lmx::IArcInfoAsciiGridRasterFrame& grid) {
+    const lmx::TMapArea bounds = grid.GetBounds();
+    lmx::TImageHeader header;
+    header.SetWidth(grid.GetWidth());
+    header.SetHeight(grid.GetHeight());
+    header.SetMinX(static_cast<float>(bounds.Left));
+    header.SetMaxX(static_cast<float>(bounds.Right));
+    header.SetMinY(static_cast<float>(bounds.Bottom));
+    header.SetMaxY(static_cast<float>(bounds.Top));
+    header.SetRefSystem(LooksGeographic(bounds) ? "latlong" : "plane");
+    auto image = std::make_unique<lmx::TRealImage>(QString(), header);
+    const auto noData = static_cast<float>(grid.GetHeading()->GetNODATAValue());
+    for (int row = 0; row < grid.GetHeight(); ++row) {
+        const auto cells = std::get<std::span<const float>>(grid.ScanLine(row));
+        std::ranges::replace_copy(cells, image->GetRow(row + 1).begin(), noData, lmx::TSpatialConst::NoData);
+    }
+    image->UpdateValueRange();
+    return image;
+}
+
+std::unique_ptr<lmx::TIdrisiMapLayer> OpenRaster(const std::shared_ptr<lmx::ILayerManager>& manager,
+                                                 const QString& fileName) {
+    auto layer = std::make_unique<lmx::TIdrisiMapLayer>(manager);
+    layer->TakeImage(LoadImage(fileName));
+    layer->SetLayerName(manager->GetNextName(QFileInfo(fileName).completeBaseName()));
+    layer->SetColorCalc(DefaultColors(layer->GetValueRange()));
+    layer->Render();
+    return layer;
+}

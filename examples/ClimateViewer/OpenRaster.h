@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+namespace lmx {
+class IArcInfoAsciiGridRasterFrame;
+class ILayerManager;
+class TIdrisiMapLayer;
+class TRealImage;
+} // namespace lmx
+
+/// The numbers of an ASCII grid as an image. Cells of the grid's NODATA_value hold no data. A grid knows no reference
+/// system: bounds within 360 degrees of longitude and 90 of latitude are taken for degrees.
+std::unique_ptr<lmx::TRealImage> ImageOfGrid(const lmx::IArcInfoAsciiGridRasterFrame& grid);
+
+/// A rendered layer that shows an Idrisi image (.rst, .rdc, .img, .doc) or an ASCII grid (any other name), in a
+/// gradient over its values, named after the file.
+/// @throws lmx::Exception with a message that names what is wrong.
+std::unique_ptr<lmx::TIdrisiMapLayer> OpenRaster(const std::shared_ptr<lmx::ILayerManager>& manager,
+                                                 const QString& fileName);

@@ -1,0 +1,70 @@
+// The full example host: real climate data on an interactive map. examples/MinimalHost is the one to read first.
+//   ClimateViewer                    opens the window
+//   ClimateViewer FILE...            opens the files too
+//   ClimateViewer --model            adds a model's field on Gaussian axes
+//   ClimateViewer --picture map.png  renders the window into a file, without a display
+
+#include <lmx/Runtime/lmxExceptions.h>
+
+#include <QApplication>
+#include <QCommandLineParser>
+
+#include <iostream>
+
+#include "SampleMap.h"
+#include "ViewerWindow.h"
+
+namespace {
+
+// The platform is chosen before the application exists.
+void ChoosePlatform(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i)
+        if (qstrcmp(argv[i], "--picture") == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+int Run(const QApplication& application) {
+    QCommandLineParser options;
+    const QCommandLineOption picture("picture", "Render the window into this file and end.", "file");
+    const QCommandLineOption data("data", "Folder of the sample data.", "folder", CLIMATE_VIEWER_DATA);
+    options.addOption(picture);
+    const QCommandLineOption model("model", "Add a model's field, gridded from its Gaussian axes.");
+    options.addOption(data);
+    options.addOption(model);
+    options.addPositionalArgument("files", "Idrisi images and ASCII grids to open.", "[files...]");
+    options.addHelpOption();
+    options.process(application);
+
+    TViewerWindow window(options.value(data));
+    window.resize(1280, 610);
+    AddSampleLayers(window.GetLayerManager(), options.value(data));
+    QApplication::processEvents(); // the panel makes its rows
+    window.show();
+    QApplication::processEvents(); // the window takes its final layout
+    window.ShowWholeWorld();
+    if (options.isSet(model))
+        window.AddModelField();
+    for (const QString& fileName : options.positionalArguments())
+        window.OpenFile(fileName);
+    QApplication::processEvents(); // the panel makes the rows of opened files,
+    QApplication::processEvents(); // and lays them out
+    if (!options.isSet(picture))
+        return QApplication::exec();
+    if (window.grab().save(options.value(picture)))
+        return 0;
+    std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    ChoosePlatform(argc, argv);
+    const QApplication application(argc, argv);
+    try {
+        return Run(application);
+    } catch (const lmx::Exception& failure) {
+        std::cerr << failure.Message().toStdString() << '\n';
+        return 1;
+    }
+}

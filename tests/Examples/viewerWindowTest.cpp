@@ -1,0 +1,204 @@
+// The viewer's window: opening files from the menu and by dropping them, the wheel, the status bar, the layers panel.
+
+#include "ViewerWindow.h"
+
+#include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
+#include <lmx/Colour/lmxColorClassCalculator.h>
+#include <lmx/Colour/lmxValueRange.h>
+#include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Formats/lmxAbstractImage.h>
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxFormatSettings.h>
+#include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QSlider>
+#include <QStatusBar>
+#include <QTest>
+#include <QToolButton>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+#include "ColorSchemes.h"
+#include "OpenRaster.h"
+#include "SampleMap.h"
+
+namespace lmx {
+namespace {
+
+const QString DataFolder = QStringLiteral(LMX_EXAMPLE_DATA);
+
+class ViewerWindow : public testing::Test {
+protected:
+    ViewerWindow() {
+        AddSampleLayers(Window.GetLayerManager(), DataFolder);
+        Window.resize(900, 500);
+        Window.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&Window));
+        QCoreApplication::processEvents();
+        Window.ShowWholeWorld();
+    }
+
+    TMapViewControl& View() { return *Window.GetView(); }
+    TObjectList<TBaseMapLayer>& Layers() { return Window.GetLayerManager()->GetLayers(); }
+    /// Center of the view's device pixel that shows a place.
+    QPointF PositionOf(extended longitude, extended latitude) {
+        const TMapPoint pixel = View().GetViewport()->MapPointToPoint({longitude, latitude});
+        return {static_cast<double>(pixel.X), static_cast<double>(pixel.Y)};
+    }
+
+    const TFormatSettingsScope Point{TFormatSettings{u'.'}};
+    TViewerWindow Window{DataFolder};
+};
+
+TEST_F(ViewerWindow, OpensAnAsciiGridFromTheMenu) {
+    tests::TScriptedFileDialog dialogs;
+    dialogs->Answers = {DataFolder + QStringLiteral("/relief_newzealand.asc")};
+    Window.menuBar()->actions().at(0)->menu()->actions().at(0)->trigger();
+    ASSERT_EQ(dialogs->Opened.size(), 1U);
+    ASSERT_EQ(Layers().Count(), 3);
+    const auto& layer = dynamic_cast<TIdrisiMapLayer&>(*Layers()[2]);
+    EXPECT_EQ(layer.GetLayerName(), QStringLiteral("relief_newzealand"));
+    EXPECT_TRUE(layer.GetLayerArea().Area.Equals(TMapArea(160, -30, 180, -50)));
+    EXPECT_TRUE(layer.GetIsReadyToDraw());
+    // 20 x 20 degrees, as large as they fit
+    EXPECT_EQ(View().GetViewport()->GetScale(), View().GetViewport()->GetViewSize().cy / 20.0L);
+}
+
+TEST_F(ViewerWindow, ACancelledDialogOpensNothing) {
+    tests::TScriptedFileDialog dialogs;
+    dialogs->Answers = {std::nullopt};
+    Window.menuBar()->actions().at(0)->menu()->actions().at(0)->trigger();
+    EXPECT_EQ(Layers().Count(), 2);
+}
+
+TEST_F(ViewerWindow, OpensWhatIsDroppedOnIt) {
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(DataFolder + QStringLiteral("/sst_january.rst")),
+                   QUrl::fromLocalFile(DataFolder + QStringLiteral("/relief_newzealand.asc"))});
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&Window, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&Window, &drop);
+    ASSERT_EQ(Layers().Count(), 4);
+    EXPECT_EQ(Layers()[2]->GetLayerName(), QStringLiteral("sst_january"));
+}
+
+TEST_F(ViewerWindow, AFileThatCannotBeOpenedIsNamedInABox) {
+    tests::TScriptedMsgBox boxes;
+    Window.OpenFile(QStringLiteral("no-such-file.rst"));
+    QCoreApplication::processEvents();
+    ASSERT_EQ(boxes->Shown.size(), 1U);
+    EXPECT_TRUE(boxes->Shown[0].Text.startsWith(QStringLiteral("no-such-file"))) << boxes->Shown[0].Text.toStdString();
+    EXPECT_EQ(Layers().Count(), 2);
+}
+
+TEST_F(ViewerWindow, AddsAModelFieldInClasses) {
+    Window.menuBar()->actions().at(0)->menu()->actions().at(1)->trigger();
+    ASSERT_EQ(Layers().Count(), 3);
+    auto& layer = dynamic_cast<TIdrisiMapLayer&>(*Layers()[2]);
+    EXPECT_NE(std::dynamic_pointer_cast<IColorClassCalculator>(layer.GetColorCalc()), nullptr);
+    EXPECT_TRUE(layer.GetIsReadyToDraw());
+    EXPECT_EQ(layer.GetLayerName(), QStringLiteral("Rossby-Haurwitz wave, height in m"));
+}
+
+TEST_F(ViewerWindow, TheWheelZooms) {
+    const extended before = View().GetViewport()->GetScale();
+    const auto turn = [&](int delta) {
+        QWheelEvent wheel({50, 50}, View().mapToGlobal(QPointF(50, 50)), {}, {0, delta}, {}, {}, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(&View(), &wheel);
+    };
+    turn(120);
+    EXPECT_GT(View().GetViewport()->GetScale(), before);
+    turn(-120);
+    EXPECT_LT(View().GetViewport()->GetScale(), before);
+}
+
+TEST_F(ViewerWindow, TheStatusBarTellsPlaceAndValues) {
+    const QPointF position = PositionOf(-150.25L, 0.25L); // 209.75 east in the temperatures
+    QMouseEvent move(QEvent::MouseMove, position, View().mapToGlobal(position), Qt::NoButton, Qt::NoButton, {});
+    QCoreApplication::sendEvent(&View(), &move);
+    QString text;
+    for (const QLabel* label : Window.statusBar()->findChildren<QLabel*>())
+        text += label->text() + u'\n';
+    EXPECT_TRUE(text.contains(QStringLiteral("W"))) << text.toStdString();
+    const float temperature = dynamic_cast<TIdrisiMapLayer&>(*Layers()[1]).GetImage()->GetValue(209.75F, 0.25F);
+    EXPECT_TRUE(
+        text.contains(QStringLiteral("Sea surface temperature, January: %1").arg(double{temperature}, 0, 'f', 1)))
+        << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("Relief: "))) << text.toStdString();
+}
+
+TEST_F(ViewerWindow, ThePanelShowsHidesAndFades) {
+    const auto boxes = Window.findChildren<QCheckBox*>();
+    ASSERT_EQ(boxes.size(), 2);
+    EXPECT_EQ(boxes[0]->text(), QStringLiteral("Sea surface temperature, January")); // the top layer comes first
+    boxes[0]->click();
+    EXPECT_FALSE(Layers()[1]->GetIsVisible());
+    const auto sliders = Window.findChildren<QSlider*>();
+    ASSERT_EQ(sliders.size(), 2);
+    sliders[0]->setValue(17);
+    EXPECT_EQ(dynamic_cast<TIdrisiMapLayer&>(*Layers()[1]).GetOpacity(), 17);
+}
+
+TEST_F(ViewerWindow, ThePanelRecoloursALayer) {
+    const auto choices = Window.findChildren<QComboBox*>();
+    ASSERT_EQ(choices.size(), 2);
+    EXPECT_EQ(choices[1]->accessibleName(), QStringLiteral("Colours of Relief"));
+    auto& relief = dynamic_cast<TIdrisiMapLayer&>(*Layers()[0]);
+    choices[1]->setFocus();
+    for (int i = 0; i < 4; ++i)
+        QTest::keyClick(choices[1], Qt::Key_Down); // "Even palette: cividis"
+    EXPECT_EQ(choices[1]->currentText(), QStringLiteral("Even palette: cividis"));
+    EXPECT_NE(std::dynamic_pointer_cast<IBasicPaletteColorCalculator>(relief.GetColorCalc()), nullptr);
+    EXPECT_EQ(relief.GetColorCalc()->GetColor(static_cast<float>(relief.GetValueRange().Low)), 0xFF00224EU);
+    EXPECT_TRUE(relief.GetIsReadyToDraw());
+}
+
+TEST(ColorSchemes, AllColourBothEndsOfARange) {
+    for (const QString& name : ColorSchemeNames()) {
+        const auto calculator = MakeColorScheme(name, TValueRange(-100, 300), DataFolder);
+        for (const float value : {-100.0F, -1.0F, 0.0F, 150.0F, 300.0F})
+            EXPECT_EQ(AlphaComponent(calculator->GetColor(value)), 255) << name.toStdString() << ' ' << value;
+        EXPECT_NE(calculator->GetColor(-100), calculator->GetColor(300)) << name.toStdString();
+    }
+}
+
+TEST(ColorSchemes, TwoGradientsMeetAtZero) {
+    const auto calculator = MakeColorScheme(QStringLiteral("Two gradients"), TValueRange(-100, 300), DataFolder);
+    EXPECT_EQ(calculator->GetColor(0), 0xFFD1E5F0U);
+    EXPECT_EQ(calculator->GetColor(std::nextafter(0.0F, 1.0F)), 0xFFE9E3C8U);
+}
+
+TEST(ColorSchemes, AnUnknownNameIsRefused) {
+    EXPECT_EQ(tests::MessageOf<EArgumentException>([] { MakeColorScheme(QStringLiteral("x"), {}, DataFolder); }),
+              QStringLiteral("name"));
+}
+
+TEST_F(ViewerWindow, ThePanelOffersTheCommandsOfALayer) {
+    const auto buttons = Window.findChildren<QToolButton*>();
+    const auto found = std::ranges::find_if(
+        buttons, [](const QToolButton* b) { return b->accessibleName() == QStringLiteral("Commands of Relief"); });
+    ASSERT_NE(found, buttons.end());
+    QMenu* menu = (*found)->menu();
+    Q_EMIT menu->aboutToShow();
+    ASSERT_EQ(menu->actions().size(), 5);
+    View().GetViewport()->SetScale(50);
+    menu->actions().at(0)->trigger(); // goes to the extent of the layer
+    EXPECT_LT(View().GetViewport()->GetScale(), 10);
+}
+
+} // namespace
+} // namespace lmx
