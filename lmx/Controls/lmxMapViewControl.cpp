@@ -1,12 +1,33 @@
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRulerMapLayer.h>
+#include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/lmxMsgBox.h>
 
 #include <QApplication>
 
 namespace lmx {
+
+namespace {
+
+// The flag and the view's reference come first: the manager tells of the layer as soon as it has it.
+template<class Layer>
+void AddSpecialLayer(ILayerManager& manager, TReceiverReference<Layer>& reference, std::unique_ptr<Layer> layer) {
+    reference = layer.get();
+    layer->SetFlags(layer->GetFlags() + TLayerFlags{TLayerFlag::lfSpecial});
+    manager.GetSpecialLayers().Add(std::move(layer));
+}
+
+template<class Layer>
+void RemoveSpecialLayer(ILayerManager& manager, TReceiverReference<Layer>& reference) {
+    manager.GetSpecialLayers().Remove(reference.Get());
+    reference = nullptr;
+}
+
+} // namespace
 
 TMapViewControl::TMapViewControl(QWidget* owner)
     : TMapViewControl(owner, {TSpecialLayers::slSelection, TSpecialLayers::slRulers,
@@ -77,11 +98,39 @@ void TMapViewControl::RegisterLayerManagerEvents(ILayerManager* manager, bool re
     }
 }
 
-// No kind of special layer exists in this version: whatever the set asks for, there is none to make or to remove.
-void TMapViewControl::RegisterSpecialLayers(const std::shared_ptr<ILayerManager>& manager, bool) {
+void TMapViewControl::RegisterSpecialLayers(const std::shared_ptr<ILayerManager>& manager, bool registering) {
     if (!manager)
         throw EExArgumentNilException(QStringLiteral("TMapViewControl.RegisterSpecialLayers"),
                                       QStringLiteral("LayerManager"));
+    if (registering)
+        AddSpecialLayers(manager);
+    else
+        RemoveSpecialLayers(*manager);
+}
+
+void TMapViewControl::AddSpecialLayers(const std::shared_ptr<ILayerManager>& manager) {
+    if (FSpecialLayerAccess.Contains(TSpecialLayers::slSelection))
+        AddSpecialLayer(*manager, FSpSelectionLayer, std::make_unique<TSelectionMapLayer>(manager));
+    if (FSpecialLayerAccess.Contains(TSpecialLayers::slRulers))
+        AddSpecialLayer(*manager, FSpRulersLayer, std::make_unique<TRulerMapLayer>(manager));
+    if (FSpecialLayerAccess.Contains(TSpecialLayers::slInfoQueryPointLayer))
+        AddSpecialLayer(*manager, FSpInfoQueryPointsLayer, std::make_unique<TInfoQueryPointLayer>(manager));
+    if (!FSpecialLayerAccess.Contains(TSpecialLayers::slObject))
+        return;
+    const bool allowLegends = !FSpecialLayerAccess.Contains(TSpecialLayers::slDisableObjectLegendControlOption);
+    if (auto layer = CreateObjectLayer(manager, allowLegends))
+        AddSpecialLayer(*manager, FSpObjectLayer, std::move(layer));
+}
+
+void TMapViewControl::RemoveSpecialLayers(ILayerManager& manager) {
+    RemoveSpecialLayer(manager, FSpSelectionLayer);
+    RemoveSpecialLayer(manager, FSpRulersLayer);
+    RemoveSpecialLayer(manager, FSpInfoQueryPointsLayer);
+    RemoveSpecialLayer(manager, FSpObjectLayer);
+}
+
+std::unique_ptr<TBaseMapLayer> TMapViewControl::CreateObjectLayer(const std::shared_ptr<ILayerManager>&, bool) {
+    return nullptr;
 }
 
 void TMapViewControl::LayerManager_LayerAdded(ILayerManager*, TBaseMapLayer* layer) {

@@ -7,6 +7,7 @@
 #include <lmx/Layers/lmxLayerTypes.h>
 #include <lmx/Runtime/lmxEventList.h>
 #include <lmx/Runtime/lmxGeometry.h>
+#include <lmx/Runtime/lmxReceiverReference.h>
 #include <lmx/Widgets/lmxPaintBox32.h>
 
 #include <QMenu>
@@ -18,6 +19,9 @@
 namespace lmx {
 
 class TBitmap32;
+class TInfoQueryPointLayer;
+class TRulerMapLayer;
+class TSelectionMapLayer;
 
 /// The control that shows a map. It holds a world and a viewport, listens to a layer manager and repaints the whole
 /// stack of layers into its back buffer: background, visible ready layers from index 0, special layers, crosshair,
@@ -29,7 +33,7 @@ class TBitmap32;
 /// thread only.
 class TMapViewControl : public TPaintBox32, public TEventReceiver {
 public:
-    /// A view with all four special layers.
+    /// A view with every kind of special layer.
     explicit TMapViewControl(QWidget* owner = nullptr);
     TMapViewControl(QWidget* owner, TSpecialLayerAccess specialLayers);
     ~TMapViewControl() override;
@@ -37,6 +41,14 @@ public:
     const std::shared_ptr<ILayerManager>& GetLayerManager() const { return FLayerManager; }
     /// Shows another manager, or none with nil. World and viewport survive; the special layers and what they hold go.
     void SetLayerManager(const std::shared_ptr<ILayerManager>& manager);
+
+    /// The special layers, on top of the stack of the present manager; nil without a manager, for a kind that the view
+    /// was not asked for, and once it has left the manager's list. The selection is painted in the two selection modes
+    /// while it is enabled, the others always.
+    TSelectionMapLayer* GetSpSelectionLayer() const { return FSpSelectionLayer.Get(); }
+    TRulerMapLayer* GetSpRulersLayer() const { return FSpRulersLayer.Get(); }
+    TInfoQueryPointLayer* GetSpInfoQueryPointsLayer() const { return FSpInfoQueryPointsLayer.Get(); }
+    TBaseMapLayer* GetSpObjectLayer() const { return FSpObjectLayer.Get(); } ///< what CreateObjectLayer made
 
     bool WorldCreated() const { return FWorld != nullptr; }
     TWorld* GetWorld() const { return FWorld.get(); }               ///< nil until a world exists
@@ -118,7 +130,7 @@ public:
     /// Subscribes to a manager's events, or takes part of the subscriptions back: which ones is fixed and uneven.
     /// @throws EExArgumentNilException if `manager` is nil.
     void RegisterLayerManagerEvents(ILayerManager* manager, bool registering);
-    /// Makes the special layers on a manager, or removes them.
+    /// Makes the special layers on a manager, or removes them, whereby rulers and query points go, too.
     /// @throws EExArgumentNilException if `manager` is nil.
     void RegisterSpecialLayers(const std::shared_ptr<ILayerManager>& manager, bool registering);
 
@@ -127,6 +139,10 @@ public:
     void UpdateViewSize();
 
 protected:
+    /// Makes the layer of annotations for a manager, or nil. Here: nil, no such layer exists yet.
+    virtual std::unique_ptr<TBaseMapLayer> CreateObjectLayer(const std::shared_ptr<ILayerManager>& manager,
+                                                             bool allowLegendControlOption);
+
     void MouseDown(TMouseButton button, TPoint point) override;
     void MouseMove(TPoint point) override;
     void MouseUp(TMouseButton button, TPoint point) override;
@@ -135,11 +151,15 @@ protected:
     void DoEnter() override;
     void DoExit() override;
 
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void CreateMapControl();
+    void AddSpecialLayers(const std::shared_ptr<ILayerManager>& manager);
+    void RemoveSpecialLayers(ILayerManager& manager);
 
     void LayerManager_LayerAdded(ILayerManager* manager, TBaseMapLayer* layer);
     void LayerManager_LayerRemoved(ILayerManager* manager, TBaseMapLayer* layer);
@@ -153,18 +173,28 @@ private:
     bool CanPaintLayers() const;
     void PaintBackground(TBitmap32& buffer);
     void PaintLayers(TBitmap32& buffer);
+    void PaintSpecialLayers(TBitmap32& buffer);
     void PaintCrosshair(TBitmap32& buffer);
     void PaintFocusBorder(TBitmap32& buffer);
     void UpdateCheckerboard();
     bool UpdateCrosshairSprite();
     int ScaledToDevice(int logicalPixels) const;
 
+    void LeftButtonDown(TPoint point);
+    void LeftButtonMove(TPoint point);
+    void LeftButtonUp(TPoint point, bool wasDown);
     void OfferPress(TPoint point);
     void OfferMove(TPoint point);
     void OfferRelease(TPoint point, bool wasDown);
     TBaseMapLayer* LayerTaking(TMouseSupportAction action) const;
+    void ZoomToSelection();
     void PanStep(TPoint point);
+    TMapPoint MapPointAt(TPoint point) const;
     TMapMode EffectiveMode(bool isPanning) const { return isPanning ? TMapMode::mdPan : FMode; }
+
+    void SetCapture() { FHasCapture = true; }
+    void ReleaseCapture();
+    void NoticeLostRelease(const QMouseEvent& event);
 
     std::shared_ptr<ILayerManager> FLayerManager;
     std::unique_ptr<TWorld> FWorld;
@@ -174,6 +204,10 @@ private:
     TColor32 FBackgroundColor = clWhite32;
     TSpecialLayerAccess FSpecialLayerAccess;
     std::shared_ptr<IMapViewControlCustomModeObject> FCustomModeObject;
+    TReceiverReference<TSelectionMapLayer> FSpSelectionLayer;
+    TReceiverReference<TRulerMapLayer> FSpRulersLayer;
+    TReceiverReference<TInfoQueryPointLayer> FSpInfoQueryPointsLayer;
+    TReceiverReference<TBaseMapLayer> FSpObjectLayer;
     bool FIsMouseDown = false;
     TMouseButton FMouseButton = TMouseButton::mbLeft; // of the last press; never reset
     TPoint FCursorDownPt;
@@ -198,6 +232,8 @@ private:
     std::unique_ptr<TBitmap32> FCrosshairSprite;
     TPoint FCrosshairCenterPoint;
     bool FIsDestroying = false;
+    bool FHasCapture = false;     // moves outside the view count
+    bool FMayMissRelease = false; // the focus went during a drag, and the release may go elsewhere
 };
 
 } // namespace lmx

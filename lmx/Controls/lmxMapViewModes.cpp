@@ -1,7 +1,11 @@
 // What the mouse and the space bar do on the map.
 
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Graphics/lmxColorText.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRulerMapLayer.h>
+#include <lmx/Layers/lmxSelectionMapLayer.h>
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -59,25 +63,12 @@ void TMapViewControl::MouseDown(TMouseButton button, TPoint point) {
         setFocus(Qt::MouseFocusReason);
     FCursorDownPt = point;
     FMouseButton = button;
-    if (button != TMouseButton::mbLeft) {
-        if (button == TMouseButton::mbMiddle)
-            EnterPanMode();
-        return;
-    }
-    switch (EffectiveMode(FAutoPanning)) {
-    case TMapMode::mdNone:
-        OfferPress(point);
-        break;
-    case TMapMode::mdPan:
+    if (button != TMouseButton::mbRight)
+        SetCapture();
+    if (button == TMouseButton::mbLeft)
+        LeftButtonDown(point);
+    else if (button == TMouseButton::mbMiddle)
         EnterPanMode();
-        break;
-    case TMapMode::mdCustom:
-        if (FCustomModeObject)
-            FCustomModeObject->MouseDown(this, point, FViewport->PointToMapPoint(TMapPoint(point)));
-        break;
-    default: // modes of special layers, silent without them
-        break;
-    }
 }
 
 // The button of the last press decides, not what is held now.
@@ -85,26 +76,12 @@ void TMapViewControl::MouseMove(TPoint point) {
     if (!FViewport)
         return;
     const QPointer<TMapViewControl> self(this); // a layer or a custom mode may close the view
-    if (FMouseButton == TMouseButton::mbMiddle) {
+    if (FMouseButton == TMouseButton::mbLeft)
+        LeftButtonMove(point);
+    else if (FMouseButton == TMouseButton::mbMiddle)
         PanStep(point);
-    } else if (FMouseButton == TMouseButton::mbLeft) {
-        switch (EffectiveMode(FAutoPan && FAutoPanning)) {
-        case TMapMode::mdNone:
-            OfferMove(point);
-            break;
-        case TMapMode::mdPan:
-            PanStep(point);
-            break;
-        case TMapMode::mdCustom:
-            if (FCustomModeObject)
-                FCustomModeObject->MouseMove(this, point, FViewport->PointToMapPoint(TMapPoint(point)));
-            break;
-        default:
-            break;
-        }
-    }
     if (self && FOnMouseCursorLocationChanged && FViewport)
-        FOnMouseCursorLocationChanged(this, point, FViewport->PointToMapPoint(TMapPoint(point)));
+        FOnMouseCursorLocationChanged(this, point, MapPointAt(point));
 }
 
 void TMapViewControl::MouseUp(TMouseButton button, TPoint point) {
@@ -112,8 +89,81 @@ void TMapViewControl::MouseUp(TMouseButton button, TPoint point) {
         return;
     const bool wasDown = FIsMouseDown;
     FIsMouseDown = false;
-    if (button != TMouseButton::mbLeft)
-        return;
+    ReleaseCapture();
+    if (button == TMouseButton::mbLeft)
+        LeftButtonUp(point, wasDown);
+}
+
+// Press, move and release each have a notion of their own of when the space bar pans: a move alone asks FAutoPan, too.
+
+void TMapViewControl::LeftButtonDown(TPoint point) {
+    switch (EffectiveMode(FAutoPanning)) {
+    case TMapMode::mdNone:
+        OfferPress(point);
+        break;
+    case TMapMode::mdPan:
+        EnterPanMode();
+        break;
+    case TMapMode::mdSelection:
+    case TMapMode::mdZoomToSelection:
+        if (TSelectionMapLayer* selection = FSpSelectionLayer.Get()) {
+            FIsMouseDown = true;
+            selection->StartSelection(MapPointAt(point));
+        }
+        break;
+    case TMapMode::mdPlaceRulerH:
+        FIsMouseDown = true;
+        if (TRulerMapLayer* rulers = FSpRulersLayer.Get())
+            rulers->StartPlacing(TPlacingMode::pmHorizontal, MapPointAt(point).X);
+        break;
+    case TMapMode::mdPlaceRulerV:
+        FIsMouseDown = true;
+        if (TRulerMapLayer* rulers = FSpRulersLayer.Get())
+            rulers->StartPlacing(TPlacingMode::pmVertical, MapPointAt(point).Y);
+        break;
+    case TMapMode::mdInfoQuery:
+        if (TInfoQueryPointLayer* points = FSpInfoQueryPointsLayer.Get())
+            points->GetPoints().Add(std::make_unique<TInfoQueryPoint>(points, MapPointAt(point), GetRandomColor32()));
+        break;
+    case TMapMode::mdCustom:
+        if (FCustomModeObject)
+            FCustomModeObject->MouseDown(this, point, MapPointAt(point));
+        break;
+    }
+}
+
+void TMapViewControl::LeftButtonMove(TPoint point) {
+    switch (EffectiveMode(FAutoPan && FAutoPanning)) {
+    case TMapMode::mdNone:
+        OfferMove(point);
+        break;
+    case TMapMode::mdPan:
+        PanStep(point);
+        break;
+    case TMapMode::mdSelection:
+    case TMapMode::mdZoomToSelection:
+        if (TSelectionMapLayer* selection = FSpSelectionLayer.Get(); selection && FIsMouseDown)
+            selection->Adjust(MapPointAt(point));
+        break;
+    case TMapMode::mdPlaceRulerH:
+        if (TRulerMapLayer* rulers = FSpRulersLayer.Get(); rulers && FIsMouseDown)
+            rulers->SetPlacingValue(MapPointAt(point).X);
+        break;
+    case TMapMode::mdPlaceRulerV:
+        if (TRulerMapLayer* rulers = FSpRulersLayer.Get(); rulers && FIsMouseDown)
+            rulers->SetPlacingValue(MapPointAt(point).Y);
+        break;
+    case TMapMode::mdInfoQuery:
+        break;
+    case TMapMode::mdCustom:
+        if (FCustomModeObject)
+            FCustomModeObject->MouseMove(this, point, MapPointAt(point));
+        break;
+    }
+}
+
+// A ruler is confirmed whether or not a press began it here.
+void TMapViewControl::LeftButtonUp(TPoint point, bool wasDown) {
     switch (EffectiveMode(FAutoPanning)) {
     case TMapMode::mdNone:
         OfferRelease(point, wasDown);
@@ -121,13 +171,35 @@ void TMapViewControl::MouseUp(TMouseButton button, TPoint point) {
     case TMapMode::mdPan:
         ExitPanMode();
         break;
+    case TMapMode::mdZoomToSelection:
+        ZoomToSelection();
+        break;
+    case TMapMode::mdPlaceRulerH:
+    case TMapMode::mdPlaceRulerV:
+        if (TRulerMapLayer* rulers = FSpRulersLayer.Get())
+            rulers->ConfirmPlacing();
+        break;
     case TMapMode::mdCustom:
         if (FCustomModeObject)
-            FCustomModeObject->MouseUp(this, point, FViewport->PointToMapPoint(TMapPoint(point)));
+            FCustomModeObject->MouseUp(this, point, MapPointAt(point));
         break;
-    default:
+    case TMapMode::mdSelection: // the rectangle stays for the host to read
+    case TMapMode::mdInfoQuery:
         break;
     }
+}
+
+// Hosts hear of the zoom and may close the view, or give it another manager.
+void TMapViewControl::ZoomToSelection() {
+    const TReceiverReference<TSelectionMapLayer> selection = FSpSelectionLayer;
+    if (selection.Get())
+        FViewport->ZoomTo(selection.Get()->GetSelectedRect());
+    if (selection.Get())
+        selection.Get()->SetEnabled(false);
+}
+
+TMapPoint TMapViewControl::MapPointAt(TPoint point) const {
+    return FViewport->PointToMapPoint(TMapPoint(point));
 }
 
 void TMapViewControl::PanStep(TPoint point) {
@@ -135,9 +207,12 @@ void TMapViewControl::PanStep(TPoint point) {
         FViewport->PanBy({point.X - FCursorDownPt.X, point.Y - FCursorDownPt.Y});
 }
 
+// The selected layer first, then the object layer.
 TBaseMapLayer* TMapViewControl::LayerTaking(TMouseSupportAction action) const {
-    TBaseMapLayer* selected = FLayerManager ? FLayerManager->GetSelLayer() : nullptr;
-    return selected && selected->GetMouseSupport().Contains(action) ? selected : nullptr;
+    for (TBaseMapLayer* layer : {FLayerManager ? FLayerManager->GetSelLayer() : nullptr, FSpObjectLayer.Get()})
+        if (layer && layer->GetMouseSupport().Contains(action))
+            return layer;
+    return nullptr;
 }
 
 void TMapViewControl::OfferPress(TPoint point) {
@@ -155,6 +230,37 @@ void TMapViewControl::OfferMove(TPoint point) {
 void TMapViewControl::OfferRelease(TPoint point, bool wasDown) {
     if (TBaseMapLayer* layer = LayerTaking(TMouseSupportAction::msMouseUp))
         layer->MouseUp(FViewport.get(), point, wasDown);
+}
+
+// While a button is held the platform sends the mouse here, wherever it is. Between the release of one button and that
+// of another the view has given it up: moves outside do not count.
+void TMapViewControl::ReleaseCapture() {
+    FHasCapture = false;
+    FMayMissRelease = false;
+}
+
+// A menu or a dialog that came up during a drag may have had the release. The drag ends like by that of another button.
+void TMapViewControl::NoticeLostRelease(const QMouseEvent& event) {
+    if (!FMayMissRelease)
+        return;
+    const Qt::MouseButtons pressedNow = event.type() == QEvent::MouseMove ? Qt::NoButton : event.button();
+    if (event.buttons() & ~pressedNow)
+        return;
+    FIsMouseDown = false;
+    ReleaseCapture();
+}
+
+void TMapViewControl::mousePressEvent(QMouseEvent* event) {
+    NoticeLostRelease(*event);
+    TPaintBox32::mousePressEvent(event);
+}
+
+void TMapViewControl::mouseMoveEvent(QMouseEvent* event) {
+    NoticeLostRelease(*event);
+    const TSize size = GetDeviceSize();
+    const bool isInside = TRect(0, 0, size.cx, size.cy).Contains(ToDevicePoint(event->position()));
+    if (isInside || FHasCapture || !event->buttons())
+        TPaintBox32::mouseMoveEvent(event);
 }
 
 void TMapViewControl::mouseReleaseEvent(QMouseEvent* event) {
@@ -191,8 +297,11 @@ void TMapViewControl::DoEnter() {
     RepaintMap();
 }
 
+// Whoever has the keyboard now hears of the keys that go up.
 void TMapViewControl::DoExit() {
     TPaintBox32::DoExit();
+    FAutoPanning = false;
+    FMayMissRelease = FIsMouseDown;
     RepaintMap();
 }
 

@@ -5,7 +5,10 @@
 #include <lmx/Graphics/lmxCheckerboard.h>
 #include <lmx/Graphics/lmxPolygons.h>
 #include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRulerMapLayer.h>
+#include <lmx/Layers/lmxSelectionMapLayer.h>
 
 #include <array>
 
@@ -43,6 +46,7 @@ void TMapViewControl::DoPaintBuffer() {
     PaintBackground(buffer);
     if (CanPaintLayers()) {
         PaintLayers(buffer);
+        PaintSpecialLayers(buffer);
         if (FShowCrosshair)
             PaintCrosshair(buffer);
     }
@@ -69,6 +73,20 @@ void TMapViewControl::PaintLayers(TBitmap32& buffer) {
         if (layer->GetIsVisible() && layer->GetHasContent() && layer->GetIsReadyToDraw())
             layer->Paint(FWorld.get(), FViewport.get(), buffer);
     }
+}
+
+void TMapViewControl::PaintSpecialLayers(TBitmap32& buffer) {
+    const auto paint = [&](TBaseMapLayer* layer) {
+        if (layer)
+            layer->Paint(FWorld.get(), FViewport.get(), buffer);
+    };
+    const bool isSelecting = FMode == TMapMode::mdSelection || FMode == TMapMode::mdZoomToSelection;
+    TSelectionMapLayer* selection = FSpSelectionLayer.Get();
+    if (isSelecting && selection && selection->GetEnabled())
+        paint(selection);
+    paint(FSpInfoQueryPointsLayer.Get());
+    paint(FSpRulersLayer.Get());
+    paint(FSpObjectLayer.Get());
 }
 
 // The paint in which the sprite comes into being shows no crosshair: UpdateCrosshairSprite always answers false.

@@ -68,6 +68,11 @@ public:
     /// Writes `color` raw into every pixel.
     void Clear(TColor32 color = clBlack32);
 
+    /// Pixels of this bitmap in one unit to the eye, where it is shown; 1 unless said. Nothing is scaled by it here:
+    /// whoever draws marks of a fixed size does that.
+    double GetDeviceRatio() const { return FDeviceRatio; }
+    void SetDeviceRatio(double ratio) { FDeviceRatio = ratio; }
+
     // --- Pixels --------------------------------------------------------------------------------------------------
 
     /// First pixel of row `y`, 0 <= y < height.
@@ -207,6 +212,7 @@ private:
     std::vector<TColor32> FPixels;
     std::int32_t FWidth = 0;
     std::int32_t FHeight = 0;
+    double FDeviceRatio = 1;
     TDrawMode FDrawMode = TDrawMode::dmOpaque;
     TCombineMode FCombineMode = TCombineMode::cmBlend;
     std::uint8_t FMasterAlpha = 255;

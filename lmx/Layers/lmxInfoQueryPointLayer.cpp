@@ -18,21 +18,20 @@ constexpr TColor32 SoftOutlineColor = Color32(0, 0, 0, 100);
 
 void InfoPointPaint(const TMapPoint& point, TBitmap32& bitmap, TColor32 color, bool softOutline, float size,
                     float strokeWidth) {
-    const double side = size >= 0 ? size : DefaultSize;
-    const float width = strokeWidth >= 0 ? strokeWidth : DefaultStrokeWidth;
+    const double side = size >= 0 ? size : DefaultSize * bitmap.GetDeviceRatio();
+    const double width = strokeWidth >= 0 ? strokeWidth : DefaultStrokeWidth * bitmap.GetDeviceRatio();
     const auto x = static_cast<double>(point.X);
     const auto y = static_cast<double>(point.Y);
     const std::array<TFloatPoint, 3> triangle = {TFloatPoint{x, y}, TFloatPoint{x - side / 2, y - side},
                                                  TFloatPoint{x + side / 2, y - side}};
     PolygonFS(bitmap, triangle, color, TPolyFillMode::pfAlternate);
-    if (!SameValue(width, 0.0F))
+    if (!SameValue(static_cast<float>(width), 0.0F))
         PolylineFS(bitmap, triangle, softOutline ? SoftOutlineColor : clBlack32, true,
                    TStroke{width, TJoinStyle::jsMiter, TEndStyle::esButt, 4});
 }
 
 TInfoQueryPoint::TInfoQueryPoint(TInfoQueryPointLayer* layer, const TMapPoint& point, TColor32 color)
     : FLayer(layer),
-      FLayerLife(layer ? layer->GetLivenessToken() : std::weak_ptr<const void>()),
       FColor(color),
       FPoint(point) {}
 
@@ -62,7 +61,7 @@ QString TInfoQueryPoint::GetLabelOrLocation() const {
 }
 
 void TInfoQueryPoint::Paint(TWorldViewport* viewport, TBitmap32& bitmap) const {
-    InfoPointPaint(viewport->MapPointToPoint(FPoint), bitmap, FColor, true, -1, DefaultStrokeWidth);
+    InfoPointPaint(viewport->MapPointToPoint(FPoint), bitmap, FColor, true, -1, -1);
 }
 
 void TInfoQueryPoint::Changed() const {

@@ -4,6 +4,7 @@
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
 #include <lmx/Runtime/lmxObjectList.h>
+#include <lmx/Runtime/lmxReceiverReference.h>
 
 #include <QString>
 
@@ -14,8 +15,8 @@ namespace lmx {
 class TInfoQueryPointLayer;
 
 /// Draws the marker of a query point: a filled triangle that stands with its tip on `point`, in pixels of the bitmap,
-/// and a black outline around it, which is half transparent if `softOutline`. A negative size asks for 20 and a
-/// negative stroke width for 3; no outline is drawn with a stroke width of 0.
+/// and a black outline around it, which is translucent if `softOutline`. A negative size asks for 20 and a
+/// negative stroke width for 3, both times the bitmap's device ratio. No outline is drawn with a stroke width of 0.
 void InfoPointPaint(const TMapPoint& point, TBitmap32& bitmap, TColor32 color, bool softOutline, float size,
                     float strokeWidth);
 
@@ -26,7 +27,7 @@ public:
     TInfoQueryPoint() = default;                                                          ///< for no layer
     TInfoQueryPoint(TInfoQueryPointLayer* layer, const TMapPoint& point, TColor32 color); ///< `layer` may be nil
 
-    TInfoQueryPointLayer* GetLayer() const { return FLayerLife.expired() ? nullptr : FLayer; } ///< nil once it is gone
+    TInfoQueryPointLayer* GetLayer() const { return FLayer.Get(); } ///< nil once it is gone
     TColor32 GetColor() const { return FColor; }
     void SetColor(TColor32 color);
     const TMapPoint& GetPoint() const { return FPoint; } ///< map coordinates
@@ -41,8 +42,7 @@ public:
 private:
     void Changed() const;
 
-    TInfoQueryPointLayer* FLayer = nullptr;
-    std::weak_ptr<const void> FLayerLife;
+    TReceiverReference<TInfoQueryPointLayer> FLayer;
     TColor32 FColor = 0;
     TMapPoint FPoint;
     QString FPointLabel;

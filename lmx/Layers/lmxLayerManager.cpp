@@ -1,6 +1,7 @@
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
 #include <lmx/Runtime/lmxNumberText.h>
+#include <lmx/Runtime/lmxReceiverReference.h>
 
 namespace lmx {
 
@@ -26,7 +27,7 @@ public:
     TMapCommandEventList& GetOnMapCommand() override { return FOnMapComamnd; }
     std::shared_ptr<ILayerManagerConfig> GetConfig() const override { return FConfig; }
     TBaseMapLayer* GetSpecialLayerWithType(const QString& name) const override;
-    TBaseMapLayer* GetSelLayer() const override { return FSelectedLayerLife.expired() ? nullptr : FSelectedLayer; }
+    TBaseMapLayer* GetSelLayer() const override { return FSelectedLayer.Get(); }
     void SetSelLayer(TBaseMapLayer* layer) override;
     QString GetNextName(const QString& name) const override;
     TBaseMapLayer* FindLayer(const QString& name) const override;
@@ -46,8 +47,7 @@ private:
         FOnMapComamnd.Send(layer, command, data);
     }
 
-    TBaseMapLayer* FSelectedLayer = nullptr;
-    std::weak_ptr<const void> FSelectedLayerLife;
+    TReceiverReference<TBaseMapLayer> FSelectedLayer;
     std::shared_ptr<ILayerManagerConfig> FConfig;
     QString FTitle;
     bool FPreventNotify = false;
@@ -97,7 +97,6 @@ void TLayerManager::SetSelLayer(TBaseMapLayer* layer) {
     if (layer == GetSelLayer())
         return;
     FSelectedLayer = layer;
-    FSelectedLayerLife = layer ? layer->GetLivenessToken() : std::weak_ptr<const void>();
     FOnSelectedLayerChanged.Send(this, layer);
 }
 

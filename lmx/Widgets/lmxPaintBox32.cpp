@@ -69,6 +69,7 @@ TPoint TPaintBox32::ToDevicePoint(QPointF position) const {
 void TPaintBox32::Resize() {
     const TSize size = GetDeviceSize();
     FBuffer.SetSize(std::max(size.cx, 1) + 2 * FBufferOversize, std::max(size.cy, 1) + 2 * FBufferOversize);
+    FBuffer.SetDeviceRatio(GetDeviceRatio());
     Invalidate();
 }
 

@@ -58,7 +58,7 @@ protected:
     /// Draws the buffer. Overrides call this at their end: it marks the buffer as up to date.
     virtual void DoPaintBuffer() { FBufferValid = true; }
     /// Called when the size in device pixels or the ratio has changed, before the next paint at the latest. Gives the
-    /// buffer the size of the widget, at least 1 x 1, and marks it as out of date.
+    /// buffer the size of the widget, at least 1 x 1, and the ratio, and marks it as out of date.
     virtual void Resize();
 
     /// Handlers of the mouse, in device pixels; all of them do nothing here. The second press of a double click is a
