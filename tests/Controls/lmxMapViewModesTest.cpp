@@ -16,17 +16,6 @@ namespace {
 using tests::TShownView;
 using tests::TTestLayer;
 
-void Press(TShownView& shown, Qt::MouseButton button, QPoint at) {
-    QTest::mousePress(&shown.View, button, Qt::NoModifier, at);
-}
-void Move(TShownView& shown, QPoint at) {
-    QTest::mouseMove(&shown.View, at);
-    TShownView::Settle();
-}
-void Release(TShownView& shown, Qt::MouseButton button, QPoint at) {
-    QTest::mouseRelease(&shown.View, button, Qt::NoModifier, at);
-}
-
 TPoint Translation(const TShownView& shown) {
     return shown.View.GetViewport()->GetTranslation();
 }
@@ -98,12 +87,12 @@ TEST(MapViewModes, ADragInPanModeMovesTheMap) {
     shown.AddReadyLayer();
     shown.View.SetMode(TMapMode::mdPan);
     const TPoint before = Translation(shown);
-    Press(shown, Qt::LeftButton, {10, 10});
-    Move(shown, {30, 15});
-    Move(shown, {40, 5});
+    shown.Press(Qt::LeftButton, {10, 10});
+    shown.Move({30, 15});
+    shown.Move({40, 5});
     EXPECT_EQ(Translation(shown), TPoint(before.X + 30, before.Y - 5));
-    Release(shown, Qt::LeftButton, {40, 5});
-    Move(shown, {90, 50});
+    shown.Release(Qt::LeftButton, {40, 5});
+    shown.Move({90, 50});
     EXPECT_EQ(Translation(shown), TPoint(before.X + 30, before.Y - 5));
 }
 
@@ -111,23 +100,23 @@ TEST(MapViewModes, TheMiddleButtonPansInAnyMode) {
     TShownView shown;
     shown.AddReadyLayer();
     const TPoint before = Translation(shown);
-    Press(shown, Qt::MiddleButton, {10, 10});
+    shown.Press(Qt::MiddleButton, {10, 10});
     EXPECT_TRUE(shown.View.GetIsMouseDown());
-    Move(shown, {20, 30});
+    shown.Move({20, 30});
     EXPECT_EQ(Translation(shown), TPoint(before.X + 10, before.Y + 20));
-    Release(shown, Qt::MiddleButton, {20, 30});
-    Move(shown, {60, 60});
+    shown.Release(Qt::MiddleButton, {20, 30});
+    shown.Move({60, 60});
     EXPECT_EQ(Translation(shown), TPoint(before.X + 10, before.Y + 20));
 }
 
 TEST(MapViewModes, ZoomDoesNothingWhileTheMiddleButtonIsHeld) {
     TShownView shown;
     shown.AddReadyLayer();
-    Press(shown, Qt::MiddleButton, {10, 10});
+    shown.Press(Qt::MiddleButton, {10, 10});
     shown.View.ZoomIn();
     shown.View.ZoomOut();
     EXPECT_EQ(shown.View.GetViewport()->GetScale(), 1);
-    Release(shown, Qt::MiddleButton, {10, 10});
+    shown.Release(Qt::MiddleButton, {10, 10});
     shown.View.ZoomIn();
     EXPECT_GT(shown.View.GetViewport()->GetScale(), 1);
 }
@@ -137,20 +126,20 @@ TEST(MapViewModes, ASecondButtonDuringADragIsIgnored) {
     shown.AddReadyLayer();
     shown.View.SetMode(TMapMode::mdPan);
     const TPoint before = Translation(shown);
-    Press(shown, Qt::LeftButton, {10, 10});
-    Press(shown, Qt::MiddleButton, {50, 50});
-    Move(shown, {20, 10});
+    shown.Press(Qt::LeftButton, {10, 10});
+    shown.Press(Qt::MiddleButton, {50, 50});
+    shown.Move({20, 10});
     EXPECT_EQ(Translation(shown), TPoint(before.X + 10, before.Y));
-    Release(shown, Qt::LeftButton, {20, 10});
+    shown.Release(Qt::LeftButton, {20, 10});
 }
 
 TEST(MapViewModes, WithoutWorldTheMouseDoesNothing) {
     TShownView shown;
     int locations = 0;
     shown.View.SetOnMouseCursorLocationChanged([&](TMapViewControl*, const TPoint&, const TMapPoint&) { ++locations; });
-    Press(shown, Qt::LeftButton, {10, 10});
-    Move(shown, {20, 20});
-    Release(shown, Qt::LeftButton, {20, 20});
+    shown.Press(Qt::LeftButton, {10, 10});
+    shown.Move({20, 20});
+    shown.Release(Qt::LeftButton, {20, 20});
     EXPECT_FALSE(shown.View.GetIsMouseDown());
     EXPECT_EQ(locations, 0);
 }
@@ -164,16 +153,16 @@ TEST(MapViewModes, MovesTellTheLocationOfTheCursor) {
             told = point;
             EXPECT_TRUE(mapPoint.Equals(sender->GetViewport()->PointToMapPoint(TMapPoint(point))));
         });
-    Move(shown, {33, 44});
+    shown.Move({33, 44});
     EXPECT_EQ(told, TPoint(33, 44));
 }
 
 TEST(MapViewModes, APressSaysWhereTheMapWasPressed) {
     TShownView shown;
     shown.AddReadyLayer();
-    Press(shown, Qt::LeftButton, {33, 44});
+    shown.Press(Qt::LeftButton, {33, 44});
     EXPECT_TRUE(shown.View.GetMapPoint().Equals(shown.View.GetViewport()->PointToMapPoint({33, 44})));
-    Release(shown, Qt::LeftButton, {33, 44});
+    shown.Release(Qt::LeftButton, {33, 44});
 }
 
 TEST(MapViewModes, TheSelectedLayerGetsTheMouseThatItWants) {
@@ -182,10 +171,10 @@ TEST(MapViewModes, TheSelectedLayerGetsTheMouseThatItWants) {
     shown.Manager->SetSelLayer(layer);
     layer->MouseSupport = {TMouseSupportAction::msMouseDown, TMouseSupportAction::msMouseMove,
                            TMouseSupportAction::msMouseUp};
-    Move(shown, {5, 6});
-    Press(shown, Qt::LeftButton, {10, 11});
-    Move(shown, {20, 21});
-    Release(shown, Qt::LeftButton, {20, 21});
+    shown.Move({5, 6});
+    shown.Press(Qt::LeftButton, {10, 11});
+    shown.Move({20, 21});
+    shown.Release(Qt::LeftButton, {20, 21});
     EXPECT_EQ(layer->Mouse, QStringLiteral("move 5,6 0 down 10,11 move 20,21 1 up 20,21 1 "));
 }
 
@@ -193,9 +182,9 @@ TEST(MapViewModes, ALayerThatWantsNoMouseGetsNone) {
     TShownView shown;
     TTestLayer* layer = shown.AddReadyLayer();
     shown.Manager->SetSelLayer(layer);
-    Press(shown, Qt::LeftButton, {10, 11});
+    shown.Press(Qt::LeftButton, {10, 11});
     EXPECT_FALSE(shown.View.GetIsMouseDown());
-    Release(shown, Qt::LeftButton, {10, 11});
+    shown.Release(Qt::LeftButton, {10, 11});
     EXPECT_EQ(layer->Mouse, QString());
 }
 
@@ -205,9 +194,9 @@ TEST(MapViewModes, ASelectedLayerThatWasFreedIsNotCalled) {
     layer->MouseSupport = {TMouseSupportAction::msMouseDown};
     shown.Manager->SetSelLayer(layer);
     shown.Manager->GetLayers().Remove(layer);
-    Press(shown, Qt::LeftButton, {10, 11});
+    shown.Press(Qt::LeftButton, {10, 11});
     EXPECT_FALSE(shown.View.GetIsMouseDown());
-    Release(shown, Qt::LeftButton, {10, 11});
+    shown.Release(Qt::LeftButton, {10, 11});
 }
 
 TEST(MapViewModes, AfterARightClickHoverMovesReachNoLayerUntilTheNextPress) {
@@ -217,15 +206,15 @@ TEST(MapViewModes, AfterARightClickHoverMovesReachNoLayerUntilTheNextPress) {
     shown.Manager->SetSelLayer(layer);
     int locations = 0;
     shown.View.SetOnMouseCursorLocationChanged([&](TMapViewControl*, const TPoint&, const TMapPoint&) { ++locations; });
-    Press(shown, Qt::RightButton, {10, 10});
-    Release(shown, Qt::RightButton, {10, 10});
+    shown.Press(Qt::RightButton, {10, 10});
+    shown.Release(Qt::RightButton, {10, 10});
     shown.View.GetPopupMenu()->close();
-    Move(shown, {20, 20});
+    shown.Move({20, 20});
     EXPECT_EQ(layer->Mouse, QString());
     EXPECT_EQ(locations, 1);
-    Press(shown, Qt::LeftButton, {20, 20});
-    Release(shown, Qt::LeftButton, {20, 20});
-    Move(shown, {30, 30});
+    shown.Press(Qt::LeftButton, {20, 20});
+    shown.Release(Qt::LeftButton, {20, 20});
+    shown.Move({30, 30});
     EXPECT_EQ(layer->Mouse, QStringLiteral("move 30,30 0 "));
 }
 
@@ -235,10 +224,10 @@ TEST(MapViewModes, ACustomModeGetsEveryLeftMouseEvent) {
     const auto mode = std::make_shared<TCustomMode>();
     shown.View.SetCustomModeObject(mode);
     shown.View.SetMode(TMapMode::mdCustom);
-    Move(shown, {1, 2});
-    Press(shown, Qt::LeftButton, {3, 4});
+    shown.Move({1, 2});
+    shown.Press(Qt::LeftButton, {3, 4});
     EXPECT_FALSE(shown.View.GetIsMouseDown());
-    Release(shown, Qt::LeftButton, {3, 4});
+    shown.Release(Qt::LeftButton, {3, 4});
     EXPECT_EQ(mode->Told, QStringLiteral("move 1,2;down 3,4;up 3,4;"));
 }
 
@@ -247,9 +236,9 @@ TEST(MapViewModes, ACustomModeWithoutObjectDoesNothing) {
     shown.AddReadyLayer();
     shown.View.SetMode(TMapMode::mdCustom);
     const TPoint before = Translation(shown);
-    Press(shown, Qt::LeftButton, {3, 4});
-    Move(shown, {9, 9});
-    Release(shown, Qt::LeftButton, {9, 9});
+    shown.Press(Qt::LeftButton, {3, 4});
+    shown.Move({9, 9});
+    shown.Release(Qt::LeftButton, {9, 9});
     EXPECT_EQ(Translation(shown), before);
 }
 
@@ -260,15 +249,15 @@ TEST(MapViewModes, TheHeldSpaceBarPans) {
     shown.View.SetMode(TMapMode::mdSelection);
     const TPoint before = Translation(shown);
     QTest::keyPress(&shown.View, Qt::Key_Space);
-    Press(shown, Qt::LeftButton, {10, 10});
-    Move(shown, {25, 10});
-    Release(shown, Qt::LeftButton, {25, 10});
+    shown.Press(Qt::LeftButton, {10, 10});
+    shown.Move({25, 10});
+    shown.Release(Qt::LeftButton, {25, 10});
     QTest::keyRelease(&shown.View, Qt::Key_Space);
     EXPECT_EQ(Translation(shown), TPoint(before.X + 15, before.Y));
     EXPECT_EQ(shown.View.GetMode(), TMapMode::mdSelection);
-    Press(shown, Qt::LeftButton, {10, 10});
-    Move(shown, {25, 10});
-    Release(shown, Qt::LeftButton, {25, 10});
+    shown.Press(Qt::LeftButton, {10, 10});
+    shown.Move({25, 10});
+    shown.Release(Qt::LeftButton, {25, 10});
     EXPECT_EQ(Translation(shown), TPoint(before.X + 15, before.Y));
 }
 
@@ -277,9 +266,9 @@ TEST(MapViewModes, WithoutAutoPanTheSpaceBarDoesNothing) {
     shown.AddReadyLayer();
     const TPoint before = Translation(shown);
     QTest::keyPress(&shown.View, Qt::Key_Space);
-    Press(shown, Qt::LeftButton, {10, 10});
-    Move(shown, {25, 10});
-    Release(shown, Qt::LeftButton, {25, 10});
+    shown.Press(Qt::LeftButton, {10, 10});
+    shown.Move({25, 10});
+    shown.Release(Qt::LeftButton, {25, 10});
     QTest::keyRelease(&shown.View, Qt::Key_Space);
     EXPECT_EQ(Translation(shown), before);
 }
@@ -291,11 +280,11 @@ TEST(MapViewModes, ClearingAutoPanStopsTheDragOnly) {
     const TPoint before = Translation(shown);
     QTest::keyPress(&shown.View, Qt::Key_Space);
     shown.View.SetAutoPan(false);
-    Press(shown, Qt::LeftButton, {10, 10});
+    shown.Press(Qt::LeftButton, {10, 10});
     EXPECT_TRUE(shown.View.GetViewport()->GetIsPanning());
-    Move(shown, {25, 10});
+    shown.Move({25, 10});
     EXPECT_EQ(Translation(shown), before);
-    Release(shown, Qt::LeftButton, {25, 10});
+    shown.Release(Qt::LeftButton, {25, 10});
     EXPECT_FALSE(shown.View.GetViewport()->GetIsPanning());
     QTest::keyRelease(&shown.View, Qt::Key_Space);
 }
@@ -316,9 +305,9 @@ TEST(MapViewModes, APressTakesTheFocus) {
     shown.View.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&shown.View));
     shown.View.clearFocus();
-    Press(shown, Qt::LeftButton, {10, 10});
+    shown.Press(Qt::LeftButton, {10, 10});
     EXPECT_TRUE(shown.View.hasFocus());
-    Release(shown, Qt::LeftButton, {10, 10});
+    shown.Release(Qt::LeftButton, {10, 10});
 }
 
 /// Closes a view from within its mouse event.

@@ -14,9 +14,10 @@
 
 namespace lmx::tests {
 
-/// A view of 200 x 100 logical pixels on a manager of its own, shown and painted.
-struct TShownView {
-    TShownView() {
+/// A view of 200 x 100 logical pixels on a manager of its own, shown and painted. Positions of the mouse are logical.
+template<class ViewClass = TMapViewControl>
+struct TShownViewOf {
+    TShownViewOf() {
         View.resize(200, 100);
         View.SetLayerManager(Manager);
         View.show();
@@ -36,6 +37,19 @@ struct TShownView {
         return static_cast<TTestLayer*>(Manager->GetLayers().Add(std::move(layer)));
     }
 
+    void Press(Qt::MouseButton button, QPoint at) { QTest::mousePress(&View, button, Qt::NoModifier, at); }
+    void Move(QPoint at) {
+        QTest::mouseMove(&View, at);
+        Settle();
+    }
+    void Release(Qt::MouseButton button, QPoint at) { QTest::mouseRelease(&View, button, Qt::NoModifier, at); }
+    /// Presses the left button, moves and lets go.
+    void Drag(QPoint from, QPoint to) {
+        Press(Qt::LeftButton, from);
+        Move(to);
+        Release(Qt::LeftButton, to);
+    }
+
     /// Paints now and gives the pixel at a place of the buffer.
     TColor32 PixelAt(int x, int y) {
         Settle();
@@ -44,7 +58,9 @@ struct TShownView {
     }
 
     std::shared_ptr<ILayerManager> Manager = TLayerManagerFactory::GetObject();
-    TMapViewControl View;
+    ViewClass View;
 };
+
+using TShownView = TShownViewOf<>;
 
 } // namespace lmx::tests
