@@ -3,9 +3,8 @@
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <tests/Support/ShownView.h>
-
-#include <QMouseEvent>
 
 #include <gtest/gtest.h>
 
@@ -47,8 +46,7 @@ TEST(MapViewDense, MousePositionsBecomeDevicePixelsRoundedDown) {
     shown.View.SetOnMouseCursorLocationChanged(
         [&](TMapViewControl*, const TPoint& point, const TMapPoint&) { told = point; });
     const QPointF position(33.4, 45.8);
-    QMouseEvent move(QEvent::MouseMove, position, shown.View.mapToGlobal(position), Qt::NoButton, Qt::NoButton, {});
-    QCoreApplication::sendEvent(&shown.View, &move);
+    shown.Hover(position);
     const double ratio = shown.View.devicePixelRatioF();
     EXPECT_EQ(told, TPoint(static_cast<int>(std::floor(position.x() * ratio)),
                            static_cast<int>(std::floor(position.y() * ratio))));
@@ -111,6 +109,22 @@ TEST(MapViewDense, TheCrosshairKeepsItsSizeToTheEye) {
     EXPECT_EQ(shown.PixelAt(left + Scaled(shown, 9), top + Scaled(shown, 8)), White);
     EXPECT_EQ(shown.PixelAt(left + Scaled(shown, 9), top + Scaled(shown, 20) - 1), Black);
     EXPECT_EQ(shown.PixelAt(left + Scaled(shown, 11), top), White);
+}
+
+TEST(MapViewDense, QueryPointsKeepTheirSizeToTheEye) {
+    TShownView shown;
+    shown.AddReadyLayer();
+    TWorldViewport& viewport = *shown.View.GetViewport();
+    const int x = Scaled(shown, 50);
+    const int y = Scaled(shown, 40);
+    TInfoQueryPointLayer& points = *shown.View.GetSpInfoQueryPointsLayer();
+    points.GetPoints().Add(
+        std::make_unique<TInfoQueryPoint>(&points, viewport.PointToMapPoint(TMapPoint(TPoint(x, y))), 0xFFFF0000));
+    const int top = y - Scaled(shown, 20);
+    EXPECT_EQ(shown.PixelAt(x, top + Scaled(shown, 2)), 0xFFFF0000U); // inside the outline
+    EXPECT_EQ(shown.PixelAt(x, top - Scaled(shown, 1)), 0xFF9B9B9BU); // in the outline
+    EXPECT_EQ(shown.PixelAt(x, top - Scaled(shown, 1.5) - 1), White); // above it
+    EXPECT_EQ(shown.PixelAt(x - Scaled(shown, 7), top + Scaled(shown, 3)), 0xFFFF0000U);
 }
 
 TEST(MapViewDense, TheFocusBorderIsAsThickAsAPixelAtRatio1) {

@@ -6,6 +6,7 @@
 #include <tests/Support/TestLayer.h>
 
 #include <QCoreApplication>
+#include <QMouseEvent>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -41,6 +42,11 @@ struct TShownViewOf {
     void Move(QPoint at) {
         QTest::mouseMove(&View, at);
         Settle();
+    }
+    /// A move with no button held, to exactly this place: the window system's own may be a pixel off on dense screens.
+    void Hover(QPointF at) {
+        QMouseEvent move(QEvent::MouseMove, at, View.mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&View, &move);
     }
     void Release(Qt::MouseButton button, QPoint at) { QTest::mouseRelease(&View, button, Qt::NoModifier, at); }
     /// Presses the left button, moves and lets go.

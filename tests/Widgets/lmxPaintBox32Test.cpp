@@ -160,6 +160,7 @@ TEST_F(PaintBox32, NoticesAnotherRatioWithTheNextPaint) {
     EXPECT_EQ(Box->GetBuffer().GetWidth(), 253);
     EXPECT_EQ(Box->GetBuffer().GetHeight(), 128);
     EXPECT_EQ(Box->ToDevicePoint({10.5, -0.1}), TPoint(26, -1));
+    EXPECT_EQ(Box->GetBuffer().GetDeviceRatio(), 2.5);
 }
 
 TEST_F(PaintBox32, NoticesARatioThatLeavesTheSizeAsItWas) {
