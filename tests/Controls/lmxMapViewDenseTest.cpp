@@ -123,8 +123,8 @@ TEST(MapViewDense, QueryPointsKeepTheirSizeToTheEye) {
     const int top = y - Scaled(shown, 20);
     EXPECT_EQ(shown.PixelAt(x, top + Scaled(shown, 2)), 0xFFFF0000U); // inside the outline
     EXPECT_EQ(shown.PixelAt(x, top - Scaled(shown, 1)), 0xFF9B9B9BU); // in the outline
-    EXPECT_EQ(shown.PixelAt(x, top - Scaled(shown, 1.5) - 1), White); // above it
-    EXPECT_EQ(shown.PixelAt(x - Scaled(shown, 7), top + Scaled(shown, 3)), 0xFFFF0000U);
+    EXPECT_EQ(shown.PixelAt(x, top - Scaled(shown, 2.5) - 1), White); // above it
+    EXPECT_EQ(shown.PixelAt(x - Scaled(shown, 5), top + Scaled(shown, 3)), 0xFFFF0000U);
 }
 
 TEST(MapViewDense, TheFocusBorderIsAsThickAsAPixelAtRatio1) {

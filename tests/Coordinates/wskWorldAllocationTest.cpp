@@ -1,40 +1,15 @@
 #include <lmx/Coordinates/wskWorld.h>
+#include <tests/Support/CountedMemory.h>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
 // Conversions stand inside the loops over the vertices of a map: none of them may take memory, nor may sending an
-// event. This program counts every allocation.
-
-namespace {
-std::atomic<long> Allocations = 0;
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++Allocations;
-    if (void* memory = std::malloc(size ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+// event.
 
 namespace lmx {
 namespace {
 
-template<class Action>
-long AllocationsOf(Action&& action) {
-    const long before = Allocations;
-    action();
-    return Allocations - before;
-}
+using tests::AllocationsOf;
 
 struct TCounter : TEventReceiver {
     int Calls = 0;

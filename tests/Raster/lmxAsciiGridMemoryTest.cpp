@@ -1,38 +1,20 @@
 #include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
 #include <lmx/Raster/lmxLinearRasterFrame.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <tests/Support/CountedMemory.h>
 
 #include <QBuffer>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
-#include <cstdlib>
-#include <new>
 
-// Reading a grid takes the memory of its cells, of a block of the file and of one line. This program counts what is
-// asked for in all, so nothing hides behind memory that is given back in between.
-
-namespace {
-std::atomic<std::size_t> Bytes = 0;
-} // namespace
-
-void* operator new(std::size_t size) {
-    Bytes += size;
-    if (void* memory = std::malloc(size ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+// Reading a grid takes the memory of its cells, of a block of the file and of one line.
 
 namespace lmx {
 namespace {
+
+using tests::BytesOf;
 
 constexpr std::size_t BlockAndRest = 80'000; // a block of the stream, the heading and the like
 
@@ -64,13 +46,6 @@ private:
     QByteArray FText;
     qsizetype FAt = 0;
 };
-
-template<class Action>
-std::size_t BytesOf(Action&& action) {
-    const std::size_t before = Bytes;
-    action();
-    return Bytes - before;
-}
 
 template<class Stream = TText>
 std::size_t BytesToRead(const QByteArray& text) {
