@@ -2,10 +2,13 @@
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxMsgBox.h>
 
+#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QMetaObject>
 #include <QPointer>
 #include <QWidget>
+
+#include <utility>
 
 namespace lmx {
 
@@ -32,6 +35,11 @@ bool GuardEvent(QWidget* parent, const std::function<void()>& action) noexcept {
         ReportFault(QStringLiteral("Unknown exception"), guarded);
     }
     return false;
+}
+
+void GuardClick(QAbstractButton* button, std::function<void()> action) {
+    QObject::connect(button, &QAbstractButton::clicked, button,
+                     [button, action = std::move(action)] { GuardEvent(button, action); });
 }
 
 } // namespace lmx

@@ -6,6 +6,7 @@
 #include <functional>
 
 QT_BEGIN_NAMESPACE
+class QAbstractButton;
 class QWidget;
 QT_END_NAMESPACE
 
@@ -19,5 +20,8 @@ void ReportFault(const QString& text, QWidget* parent);
 /// ReportFault. False if something was raised. Overrides of event methods that run code of layers, documents or hosts
 /// wrap it in this.
 bool GuardEvent(QWidget* parent, const std::function<void()>& action) noexcept;
+
+/// Runs `action` in GuardEvent at each click of a button.
+void GuardClick(QAbstractButton* button, std::function<void()> action);
 
 } // namespace lmx

@@ -1,0 +1,59 @@
+#include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Widgets/lmxColorChooser.h>
+#include <lmx/Widgets/lmxColorShape.h>
+#include <lmx/Widgets/lmxEventGuard.h>
+
+#include <QColor>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
+
+namespace lmx {
+
+TColorShape::TColorShape(QWidget* parent) : QAbstractButton(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    SetColor(clWhite);
+    GuardClick(this, [this] { SelectColor(); });
+}
+
+void TColorShape::SetColor(TColor color) {
+    if (color == FColor)
+        return;
+    FColor = color;
+    setAccessibleDescription(QColor::fromRgb(Color32(color)).name().toUpper());
+    update();
+}
+
+void TColorShape::SelectColor() {
+    const auto chooser = TColorChooserFactory::GetObject();
+    chooser->SetColor(FColor);
+    if (chooser->Execute(window()))
+        SetColor(chooser->GetColor());
+}
+
+void TColorShape::paintEvent(QPaintEvent*) {
+    constexpr int FocusRoom = 3; // around the field, so that the mark stands off any colour
+    QPainter painter(this);
+    const QRect field = rect().adjusted(FocusRoom, FocusRoom, -FocusRoom, -FocusRoom);
+    painter.fillRect(field, palette().color(QPalette::WindowText));
+    painter.fillRect(field.adjusted(1, 1, -1, -1), QColor::fromRgb(Color32(FColor)));
+    if (!hasFocus())
+        return;
+    QStyleOptionFocusRect mark;
+    mark.initFrom(this);
+    mark.backgroundColor = palette().color(QPalette::Window);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, this);
+}
+
+// The choice begins with the press, whichever button it is; the release belongs to what came up since.
+void TColorShape::mousePressEvent(QMouseEvent* event) {
+    event->accept();
+    click();
+}
+
+void TColorShape::mouseReleaseEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+} // namespace lmx

@@ -1,0 +1,29 @@
+#include <lmx/Widgets/lmxDeviceGrid.h>
+#include <lmx/Widgets/lmxImageList.h>
+
+#include <utility>
+
+namespace lmx {
+
+int TImageList::Add(TPicture picture) {
+    FPictures.push_back(std::move(picture));
+    return GetCount() - 1;
+}
+
+void TImageList::Replace(int index, TPicture picture) {
+    if (Contains(index))
+        FPictures[static_cast<std::size_t>(index)] = std::move(picture);
+}
+
+QImage TImageList::GetImage(int index, double ratio, const QColor& ink) const {
+    if (!Contains(index))
+        return {};
+    const TPicture& picture = FPictures[static_cast<std::size_t>(index)];
+    return picture ? picture(ratio, ink) : QImage();
+}
+
+void TImageList::Draw(QPainter& canvas, TPoint topLeft, int index, const QColor& ink) const {
+    DrawImageOnGrid(canvas, topLeft.ToQPoint(), GetImage(index, canvas.device()->devicePixelRatioF(), ink));
+}
+
+} // namespace lmx
