@@ -1,0 +1,67 @@
+#pragma once
+
+#include <lmx/Runtime/lmxEventList.h>
+
+#include <QWidget>
+
+#include <memory>
+
+namespace lmx {
+
+class TBaseMapLayer;
+class TPngButton;
+class TRulerItem;
+class TRulerListView;
+class TRulerMapLayer;
+class TToggleButtonBar;
+
+/// Lists the rulers of a layer, to add, delete and edit them: by the buttons, or in the list by the keys Insert, Delete
+/// and Enter (also F2) and by a double click. Several panels may show one layer.
+///
+/// The layer is borrowed. Before it goes, or with it at the latest, the owner sets another layer or nil; a panel that
+/// is not told shows no rulers and does nothing.
+class TMapViewRulersPanelControl : public QWidget, public TEventReceiver {
+public:
+    explicit TMapViewRulersPanelControl(QWidget* parent = nullptr);
+
+    TRulerMapLayer* GetRulersLayer() const; ///< nil if none is set or the one that was is gone
+    void SetRulersLayer(TRulerMapLayer* layer);
+
+    TPngButton* GetAddButton() const { return FAddButton; }
+    TPngButton* GetDelButton() const { return FDelButton; }
+    TPngButton* GetEditButton() const { return FEditButton; }
+    TToggleButtonBar* GetButtonBar() const { return FButtonBar; }
+    TRulerListView* GetListView() const { return FListView; }
+
+    /// What the buttons do. Without a layer nothing happens; without a selected ruler there is nothing to delete or
+    /// edit.
+    /// @throws EConvertError if the dialog was closed with OK and a location that is no number; nothing has changed.
+    void AddButton_Click();
+    void DelButton_Click();
+    void EditButton_Click();
+
+    QSize sizeHint() const override { return {200, 240}; }
+
+private:
+    TPngButton* AddBarButton(const QString& imageName, const QString& hint,
+                             void (TMapViewRulersPanelControl::*click)());
+    void ConnectList();
+    void RegisterRulersLayerEvents(TRulerMapLayer* layer, bool registering);
+    void UpdateList();
+    void UpdateButtons();
+    void AddRulerListItem(TRulerItem* ruler);
+    void RulersLayer_Added(TRulerMapLayer* sender, TRulerItem* ruler);
+    void RulersLayer_Removed(TRulerMapLayer* sender, TRulerItem* ruler);
+    void RulersLayer_Invalidated(TBaseMapLayer* layer);
+
+    TToggleButtonBar* FButtonBar;
+    TPngButton* FAddButton;
+    TPngButton* FDelButton;
+    TPngButton* FEditButton;
+    TRulerListView* FListView;
+    TRulerMapLayer* FRulersLayer = nullptr;
+    std::weak_ptr<const void> FRulersLayerLife;
+    TRulerItem* FEditedRuler = nullptr; ///< of the last edit; nil once it is gone
+};
+
+} // namespace lmx
