@@ -25,15 +25,15 @@ QPainterPath Lids() {
 }
 
 void OpenEye(TGlyphPainter& glyph) {
-    glyph.Curve(Lids(), 1);
-    glyph.Disc({6, 6}, 1.9);
+    glyph.Curve(Lids(), 1.2);
+    glyph.Disc({6, 6}, 2);
 }
 
 void StruckEye(TGlyphPainter& glyph) {
-    glyph.Curve(Lids(), 1);
+    glyph.Curve(Lids(), 1.2);
     QPainterPath stroke(QPointF(2, 10.5));
     stroke.lineTo(10, 1.5);
-    glyph.Curve(stroke, 1.3);
+    glyph.Curve(stroke, 1.4);
 }
 
 void Nothing(TGlyphPainter&) {}

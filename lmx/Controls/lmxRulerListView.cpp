@@ -73,9 +73,7 @@ void DrawRulerItem(QPainter& canvas, const TRulerRow& row, const TRulerItem& rul
     canvas.drawText(row.Cells[LocationColumn].adjusted(2, 0, -2, 0), Qt::TextSingleLine | Qt::AlignVCenter,
                     LocationText(ruler));
     DrawLine(canvas, row.Cells[TypeColumn].adjusted(2, 2, -2, -2), ruler.GetOrientation(), pen);
-    const QRect swatch = row.Cells[ColorColumn].adjusted(3, 4, -3, -4);
-    FillRectOnGrid(canvas, swatch, pen);
-    FillRectOnGrid(canvas, swatch.adjusted(1, 1, -1, -1), ToQColor(WinColor(ruler.GetColor())));
+    DrawBoxOnGrid(canvas, row.Cells[ColorColumn].adjusted(3, 4, -3, -4), pen, ToQColor(WinColor(ruler.GetColor())));
 }
 
 TRulerListView::TRulerListView(QWidget* parent) : QTreeWidget(parent) {

@@ -32,7 +32,7 @@ TRulerDialog::TRulerDialog(QWidget* parent)
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("&Location:"), FLocation);
     form->addRow(QStringLiteral("Orientation:"), orientations);
-    form->addRow(QStringLiteral("Co&lor:"), FColor);
+    form->addRow(QStringLiteral("Colo&r:"), FColor);
     GetContent()->addLayout(form);
     AddButtons();
 

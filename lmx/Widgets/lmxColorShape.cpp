@@ -1,6 +1,7 @@
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Widgets/lmxColorChooser.h>
 #include <lmx/Widgets/lmxColorShape.h>
+#include <lmx/Widgets/lmxDeviceGrid.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 
 #include <QColor>
@@ -35,15 +36,14 @@ void TColorShape::SelectColor() {
 void TColorShape::paintEvent(QPaintEvent*) {
     constexpr int FocusRoom = 3; // around the field, so that the mark stands off any colour
     QPainter painter(this);
-    const QRect field = rect().adjusted(FocusRoom, FocusRoom, -FocusRoom, -FocusRoom);
-    painter.fillRect(field, palette().color(QPalette::WindowText));
-    painter.fillRect(field.adjusted(1, 1, -1, -1), QColor::fromRgb(Color32(FColor)));
-    if (!hasFocus())
-        return;
-    QStyleOptionFocusRect mark;
-    mark.initFrom(this);
-    mark.backgroundColor = palette().color(QPalette::Window);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, this);
+    if (hasFocus()) {
+        QStyleOptionFocusRect mark;
+        mark.initFrom(this);
+        mark.backgroundColor = palette().color(QPalette::Window);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, this);
+    }
+    DrawBoxOnGrid(painter, rect().adjusted(FocusRoom, FocusRoom, -FocusRoom, -FocusRoom),
+                  palette().color(QPalette::WindowText), QColor::fromRgb(Color32(FColor)));
 }
 
 // The choice begins with the press, whichever button it is; the release belongs to what came up since.

@@ -31,9 +31,9 @@ void TwoSheets(TGlyphPainter& glyph) {
 }
 
 void LensOverShape(TGlyphPainter& glyph) {
-    glyph.Polyline({{8, 17}, {5, 12}, {7, 5}, {14, 7}, {18, 5}, {19, 9}});
-    glyph.Circle({14, 14}, 4);
-    glyph.Polyline({{17, 17}, {20, 20}});
+    glyph.Polyline({{8, 18}, {4, 13}, {7, 5}, {17, 5}, {19, 8}});
+    glyph.Circle({14, 13}, 4);
+    glyph.Polyline({{17, 16}, {20, 19}});
 }
 
 void Pointer(TGlyphPainter& glyph) {

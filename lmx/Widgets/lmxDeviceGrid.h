@@ -18,4 +18,7 @@ void DrawImageOnGrid(QPainter& painter, QPointF topLeft, const QImage& image);
 /// lines of equal thickness look equal wherever they stand. A rectangle without an area draws nothing.
 void FillRectOnGrid(QPainter& painter, const QRectF& rect, const QColor& color);
 
+/// Fills a rectangle likewise and draws a frame inside its edges, one logical pixel thick on all sides.
+void DrawBoxOnGrid(QPainter& painter, const QRectF& rect, const QColor& frame, const QColor& fill);
+
 } // namespace lmx

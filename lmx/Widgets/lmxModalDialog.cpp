@@ -8,6 +8,13 @@
 
 namespace lmx {
 
+namespace {
+
+constexpr int Margin = 12;
+constexpr int Spacing = 8;
+
+} // namespace
+
 TModalDialog::TModalDialog(const QString& caption, const QString& heading, QWidget* parent)
     : QDialog(parent),
       FContent(new QVBoxLayout) {
@@ -16,7 +23,8 @@ TModalDialog::TModalDialog(const QString& caption, const QString& heading, QWidg
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(new TFormHeading(heading, this));
-    FContent->setContentsMargins(12, 12, 12, 12);
+    FContent->setContentsMargins(Margin, Margin, Margin, Margin);
+    FContent->setSpacing(Spacing);
     column->addLayout(FContent);
 }
 
@@ -35,7 +43,8 @@ void TModalDialog::AddButtons() {
     GuardClick(cancel, [this] { reject(); });
 
     auto* row = new QHBoxLayout;
-    row->setContentsMargins(12, 0, 12, 12);
+    row->setContentsMargins(Margin, 0, Margin, Margin);
+    row->setSpacing(Spacing);
     row->addStretch();
     row->addWidget(ok);
     row->addWidget(cancel);
