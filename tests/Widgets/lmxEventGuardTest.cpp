@@ -4,6 +4,8 @@
 #include <tests/Support/ScriptedServices.h>
 
 #include <QCoreApplication>
+#include <QPushButton>
+#include <QTest>
 #include <QWidget>
 
 #include <stdexcept>
@@ -46,6 +48,32 @@ TEST_F(EventGuard, SurvivesTheEndOfItsParent) {
         Parent.reset();
         throw Exception(QStringLiteral("gone"));
     });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Messages->Shown, (TMessages{{"Error", "gone", "Error", nullptr}}));
+}
+
+TEST_F(EventGuard, RunsAtEachClickOfAButton) {
+    QPushButton button;
+    int clicks = 0;
+    GuardClick(&button, [&] {
+        if (++clicks == 2)
+            throw Exception(QStringLiteral("twice"));
+    });
+    button.click();
+    EXPECT_EQ(clicks, 1);
+    button.click();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clicks, 2);
+    EXPECT_EQ(Messages->Shown, (TMessages{{"Error", "twice", "Error", &button}}));
+}
+
+TEST_F(EventGuard, SurvivesTheEndOfTheButton) {
+    auto button = std::make_unique<QPushButton>();
+    GuardClick(button.get(), [&] {
+        button.reset();
+        throw Exception(QStringLiteral("gone"));
+    });
+    QTest::mouseClick(button.get(), Qt::LeftButton);
     QCoreApplication::processEvents();
     EXPECT_EQ(Messages->Shown, (TMessages{{"Error", "gone", "Error", nullptr}}));
 }

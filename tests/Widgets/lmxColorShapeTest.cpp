@@ -1,0 +1,70 @@
+#include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Widgets/lmxColorShape.h>
+#include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
+#include <tests/Support/WidgetPictures.h>
+
+namespace lmx {
+namespace {
+
+constexpr TColor Orange = {0x000080FF}; // blue, green, red
+
+struct ColorShape : testing::Test {
+    TColorShape Shape;
+    tests::TScriptedColorChooser Chooser;
+};
+
+TEST_F(ColorShape, BeginsWhite) {
+    EXPECT_EQ(Shape.GetColor(), clWhite);
+    EXPECT_EQ(Shape.accessibleDescription(), "#FFFFFF");
+}
+
+TEST_F(ColorShape, ShowsItsColourInAFrame) {
+    Shape.SetColor(Orange);
+    Shape.resize(Shape.sizeHint());
+    const QImage picture = tests::PictureOf(Shape);
+    EXPECT_EQ(picture.pixel(picture.width() / 2, picture.height() / 2), 0xFFFF8000U);
+    const int frame = static_cast<int>(3 * Shape.devicePixelRatioF());
+    EXPECT_EQ(picture.pixel(frame, picture.height() / 2), Shape.palette().color(QPalette::WindowText).rgb());
+    EXPECT_EQ(Shape.accessibleDescription(), "#FF8000");
+}
+
+TEST_F(ColorShape, ResolvesASystemColour) {
+    const TSystemColorsScope colors(std::make_shared<TFixedSystemColors>());
+    Shape.SetColor(clHighlight);
+    EXPECT_EQ(Shape.accessibleDescription(), "#0078D7");
+}
+
+TEST_F(ColorShape, LetsTheUserChooseAtThePress) {
+    Shape.SetColor(Orange);
+    Chooser->Answers = {0x80102030U};
+    tests::ShowActive(Shape);
+    QTest::mousePress(&Shape, Qt::LeftButton);
+    EXPECT_EQ(Chooser->Shown, std::vector<TColor32>{0xFFFF8000U});
+    EXPECT_EQ(Chooser->Made, std::vector<TColorChooserDialogOptions>{{}}) << "opaque colours only";
+    EXPECT_EQ(Color32(Shape.GetColor()), 0xFF102030U);
+    QTest::mouseRelease(&Shape, Qt::LeftButton);
+    EXPECT_EQ(Chooser->Shown.size(), 1U);
+    EXPECT_FALSE(Shape.isDown());
+}
+
+TEST_F(ColorShape, TakesAnyMouseButtonAndTheSpaceBar) {
+    Chooser->Answers = {0xFF000001U, 0xFF000002U};
+    tests::ShowActive(Shape);
+    QTest::mouseClick(&Shape, Qt::RightButton);
+    EXPECT_EQ(Color32(Shape.GetColor()), 0xFF000001U);
+    Shape.setFocus();
+    QTest::keyClick(&Shape, Qt::Key_Space);
+    EXPECT_EQ(Color32(Shape.GetColor()), 0xFF000002U);
+}
+
+TEST_F(ColorShape, KeepsItsColourAfterACancel) {
+    Shape.SetColor(Orange);
+    Chooser->Answers = {std::nullopt};
+    tests::ShowActive(Shape);
+    QTest::mouseClick(&Shape, Qt::LeftButton);
+    EXPECT_EQ(Shape.GetColor(), Orange);
+}
+
+} // namespace
+} // namespace lmx
