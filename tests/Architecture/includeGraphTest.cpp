@@ -40,16 +40,20 @@ const QMap<QString, QStringList>& AllowedFolders() {
     return allowed;
 }
 
-// A layer makes its own legend control and its own property pages, so sources of layers, and no headers, look up.
-const QStringList& FoldersForSourcesOfLayers() {
-    static const QStringList folders{"Controls/Legend", "Dialogs"};
+// A layer makes its own legend control and its own property pages, and a control opens the dialogs of what it lists. So
+// sources of these folders, and no headers, look up.
+const QMap<QString, QStringList>& FoldersForSources() {
+    static const QMap<QString, QStringList> folders{
+        {"Layers", {"Controls/Legend", "Dialogs"}},
+        {"Controls", {"Dialogs"}},
+        {"Controls/Legend", {"Dialogs"}},
+    };
     return folders;
 }
 
 bool MayInclude(const TSourceFile& file, const QString& folder) {
     return folder == file.Folder() || AllowedFolders()[file.Folder()].contains(folder) ||
-           (file.Folder() == QStringLiteral("Layers") && !file.IsHeader() &&
-            FoldersForSourcesOfLayers().contains(folder));
+           (!file.IsHeader() && FoldersForSources()[file.Folder()].contains(folder));
 }
 
 TEST(IncludeGraph, EveryFolderHasItsPlace) {
@@ -99,7 +103,10 @@ TEST(IncludeGraph, TellsARuleFromABreach) {
     EXPECT_FALSE(MayInclude({"lmx/Runtime/a.h", {}}, "Graphics"));
     EXPECT_FALSE(MayInclude({"lmx/Colour/a.cpp", {}}, "Layers"));
     EXPECT_FALSE(MayInclude({"lmx/Layers/a.h", {}}, "Dialogs"));
+    EXPECT_FALSE(MayInclude({"lmx/Controls/a.h", {}}, "Dialogs"));
+    EXPECT_FALSE(MayInclude({"lmx/Colour/a.cpp", {}}, "Dialogs"));
     EXPECT_TRUE(MayInclude({"lmx/Layers/a.cpp", {}}, "Dialogs"));
+    EXPECT_TRUE(MayInclude({"lmx/Controls/a.cpp", {}}, "Dialogs"));
     EXPECT_TRUE(MayInclude({"lmx/Controls/Legend/a.h", {}}, "Layers"));
     EXPECT_EQ(IncludesOf("#include <a/b.h>\n  # include \"c.h\"\n//#include <d.h>\n"), (QStringList{"a/b.h", "c.h"}));
 }

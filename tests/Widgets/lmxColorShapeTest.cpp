@@ -24,7 +24,7 @@ TEST_F(ColorShape, ShowsItsColourInAFrame) {
     Shape.resize(Shape.sizeHint());
     const QImage picture = tests::PictureOf(Shape);
     EXPECT_EQ(picture.pixel(picture.width() / 2, picture.height() / 2), 0xFFFF8000U);
-    const int frame = static_cast<int>(3 * Shape.devicePixelRatioF());
+    const int frame = static_cast<int>(3 * Shape.devicePixelRatioF() + 0.5);
     EXPECT_EQ(picture.pixel(frame, picture.height() / 2), Shape.palette().color(QPalette::WindowText).rgb());
     EXPECT_EQ(Shape.accessibleDescription(), "#FF8000");
 }
