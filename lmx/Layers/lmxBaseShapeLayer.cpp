@@ -1,0 +1,21 @@
+#include <lmx/Layers/lmxBaseShapeLayer.h>
+
+namespace lmx {
+
+TBaseShapeLayer::TBaseShapeLayer(const std::shared_ptr<ILayerManager>& layerManager)
+    : TBufferedMapLayer(layerManager) {}
+
+void TBaseShapeLayer::SetColor(TColor32 color) {
+    if (color == FColor)
+        return;
+    FColor = color;
+    Invalidate(true);
+    CreateLegendComponent();
+}
+
+void TBaseShapeLayer::UpdateDuplicateBaseShapeLayer(TBaseShapeLayer* target) const {
+    UpdateDuplicateBaseMapLayer(target);
+    target->FColor = FColor;
+}
+
+} // namespace lmx

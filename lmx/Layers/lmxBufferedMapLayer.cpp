@@ -1,0 +1,166 @@
+#include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Layers/lmxBufferedMapLayer.h>
+#include <lmx/Layers/lmxRenderThreadHandler.h>
+#include <lmx/Layers/lmxRenderThreadPool.h>
+#include <lmx/Runtime/lmxExceptions.h>
+
+#include <mutex>
+#include <utility>
+
+namespace lmx {
+
+/// What the threads of StartRenderThread share with their layer, and keep when it has gone.
+class TBufferedMapLayer::TRenderThreads {
+public:
+    /// On a new thread: runs `proc` when its turn has come.
+    void Run(const TRenderThreadProc& proc) {
+        const auto thread = TThread::GetCurrentThread()->shared_from_this();
+        const std::lock_guard turn(FLock);
+        if (!Enter(thread))
+            return;
+        try {
+            if (!TThread::CheckTerminated())
+                proc(*thread);
+        } catch (...) {
+            // By contract: nobody is left to hear of it.
+        }
+        Leave(thread);
+    }
+
+    std::shared_ptr<TThread> GetCurrent() const {
+        const std::lock_guard guard(FGuard);
+        return FCurrent;
+    }
+    void StopCurrent() {
+        if (const auto thread = TakeCurrent())
+            thread->Terminate();
+    }
+    /// The layer goes: no proc runs any more.
+    void Close() {
+        {
+            const std::lock_guard guard(FGuard);
+            FClosed = true;
+        }
+        StopCurrent();
+    }
+
+private:
+    bool Enter(const std::shared_ptr<TThread>& thread) {
+        const std::lock_guard guard(FGuard);
+        if (!FClosed)
+            FCurrent = thread;
+        return !FClosed;
+    }
+    void Leave(const std::shared_ptr<TThread>& thread) {
+        const std::lock_guard guard(FGuard);
+        if (FCurrent == thread)
+            FCurrent = nullptr;
+    }
+    std::shared_ptr<TThread> TakeCurrent() {
+        const std::lock_guard guard(FGuard);
+        return std::exchange(FCurrent, nullptr);
+    }
+
+    std::mutex FLock;          // held for the whole of a proc
+    mutable std::mutex FGuard; // held for a moment only, so the main thread may take it
+    std::shared_ptr<TThread> FCurrent;
+    bool FClosed = false;
+};
+
+TBufferedMapLayer::TBufferedMapLayer(const std::shared_ptr<ILayerManager>& layerManager)
+    : TBaseLayerManagerLayer(layerManager),
+      FRenderThreads(std::make_shared<TRenderThreads>()) {}
+
+TBufferedMapLayer::~TBufferedMapLayer() {
+    FRenderThreads->Close();
+    CancelRender();
+}
+
+void TBufferedMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) {
+    TBaseLayerManagerLayer::Paint(world, viewport, bitmap);
+    if (!PaintBuffer(*viewport, bitmap))
+        RenderBuffer(viewport->GetViewSize(), viewport->GetVisibleMapArea(), viewport->GetLocal());
+}
+
+// Whether the picture is current.
+bool TBufferedMapLayer::PaintBuffer(const TWorldViewport& viewport, TBitmap32& bitmap) const {
+    if (!FBufferedBitmap)
+        return false;
+    const TBitmap32& picture = FBufferedBitmap->Bitmap;
+    const TMapArea& area = FBufferedBitmap->MapArea;
+    const TMapArea pixels(viewport.MapPointToPoint(area.GetTopLeft()), viewport.MapPointToPoint(area.GetBottomRight()));
+    bitmap.Draw(pixels.ToRect(), picture.GetBounds(), picture);
+    return !FIsOutdated && viewport.GetVisibleMapArea().Equals(area);
+}
+
+void TBufferedMapLayer::Invalidate() {
+    TBaseLayerManagerLayer::Invalidate();
+}
+
+void TBufferedMapLayer::Invalidate(bool clearBuffer) {
+    if (clearBuffer) {
+        CancelRender();
+        FBufferedBitmap = nullptr;
+    }
+    Invalidate();
+}
+
+void TBufferedMapLayer::SetBufferedBitmap(std::unique_ptr<TBufferedBitmap> buffered) {
+    FBufferedBitmap = std::move(buffered);
+    FIsOutdated = false;
+    Invalidate();
+}
+
+void TBufferedMapLayer::StartRender(std::shared_ptr<TRenderThreadHandler> handler) {
+    CancelRender();
+    handler->FLayer = this;
+    handler->FLayerLiveness = GetLivenessToken();
+    const auto thread = RenderThreadPool().GetThread();
+    thread->SetOnExecute([execute = handler.get()](TThreadPoolThread& onThread) { execute->ThreadExecute(onThread); });
+    thread->SetData(std::move(handler));
+    FCurrentThread = thread;
+    thread->StartOperation();
+}
+
+void TBufferedMapLayer::CancelRender() {
+    if (const auto thread = std::exchange(FCurrentThread, nullptr))
+        thread->CancelOperation();
+}
+
+void TBufferedMapLayer::OutdateBuffer() {
+    CancelRender();
+    FIsOutdated = true;
+}
+
+// The end of every render, on the main thread. A render that has been superseded changes nothing.
+void TBufferedMapLayer::FinishRender(const TThreadPoolThread& thread, std::unique_ptr<TBufferedBitmap> picture) {
+    if (FCurrentThread.get() != &thread)
+        return;
+    const auto liveness = GetLivenessToken();
+    if (picture && !thread.ShouldStop())
+        SetBufferedBitmap(std::move(picture));
+    if (!liveness.expired() && FCurrentThread.get() == &thread)
+        FCurrentThread = nullptr;
+}
+
+std::shared_ptr<TThread> TBufferedMapLayer::StartRenderThread(TRenderThreadProc proc, bool stopCurrent, bool startNow) {
+    if (!proc)
+        throw EExArgumentNilException(QStringLiteral("TBufferedMapLayer.StartRenderThread"), QStringLiteral("Proc"));
+    if (stopCurrent)
+        StopCurrentRenderThread();
+    auto thread =
+        TThread::CreateAnonymousThread([threads = FRenderThreads, proc = std::move(proc)] { threads->Run(proc); });
+    if (startNow)
+        thread->Start();
+    return thread;
+}
+
+void TBufferedMapLayer::StopCurrentRenderThread() {
+    FRenderThreads->StopCurrent();
+}
+
+std::shared_ptr<TThread> TBufferedMapLayer::GetRenderThread() const {
+    return FRenderThreads->GetCurrent();
+}
+
+} // namespace lmx
