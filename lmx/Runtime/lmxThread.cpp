@@ -18,8 +18,8 @@ namespace {
 
 thread_local TThread* CurrentThread = nullptr;
 
-/// Work from all threads that waits for the event loop of the main thread: one posted event for each piece, so that a
-/// modal loop inside one of them comes to the next. The queue is our own, under a mutex of our own; Qt only wakes us.
+/// Work from all threads that waits for the event loop of the main thread. The queue is our own, under a mutex of our
+/// own; Qt only wakes us, by one posted event while there is work.
 class TMainThreadQueue {
 public:
     /// Never freed: threads that run at the very end of the process may still come here.
@@ -38,6 +38,8 @@ public:
     void RunNext();
 
 private:
+    void WakeUp() { QCoreApplication::postEvent(FDispatcher, new QEvent(QEvent::User)); }
+
     class TDispatcher final : public QObject {
     public:
         bool event(QEvent* event) override {
@@ -84,7 +86,8 @@ void TMainThreadQueue::Add(std::function<void()> work) {
     if (!FDispatcher)
         return;
     FWork.push_back(std::move(work));
-    QCoreApplication::postEvent(FDispatcher, new QEvent(QEvent::User));
+    if (FWork.size() == 1)
+        WakeUp();
 }
 
 void TMainThreadQueue::RunNext() {
@@ -96,6 +99,8 @@ void TMainThreadQueue::RunNext() {
             return;
         work = std::move(FWork.front());
         FWork.pop_front();
+        if (!FWork.empty())
+            WakeUp(); // before this piece runs: an event posted earlier would not wake a modal loop inside it
     }
     try {
         work();
