@@ -71,9 +71,12 @@ void TBaseMapLayer::Invalidate() {
         ++FInvalidateCount;
         return;
     }
+    const auto liveness = GetLivenessToken(); // whoever is told may destroy the layer
     SetIsReadyToDraw(false);
-    SetIsReadyToDraw(true);
-    DoNotifyInvalidated();
+    if (!liveness.expired())
+        SetIsReadyToDraw(true);
+    if (!liveness.expired())
+        DoNotifyInvalidated();
 }
 
 QString TBaseMapLayer::GetLayerClassName() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxThread.h>
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
@@ -40,6 +42,13 @@ bool WaitUntil(Condition condition) {
         std::this_thread::yield();
     }
     return true;
+}
+
+/// Whether all that was handed to the main thread until now has arrived.
+inline bool PumpUntilHandedOver() {
+    const auto arrived = std::make_shared<bool>(false);
+    TThread::CreateAnonymousThread([arrived] { TThread::Synchronize([arrived] { *arrived = true; }); })->Start();
+    return PumpUntil([&] { return *arrived; });
 }
 
 /// Holds threads up until the test opens it. Opens in any case when the test leaves it, so that none stays behind.
