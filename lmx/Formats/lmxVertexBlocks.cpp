@@ -1,0 +1,65 @@
+#include <lmx/Formats/lmxGeoPoint.h>
+#include <lmx/Formats/lmxShpPoint.h>
+#include <lmx/Formats/lmxVertexBlocks.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace lmx {
+
+namespace {
+
+constexpr float Infinity = std::numeric_limits<float>::infinity();
+
+float RoundDown(double value) {
+    const auto nearest = static_cast<float>(value);
+    return static_cast<double>(nearest) > value ? std::nextafter(nearest, -Infinity) : nearest;
+}
+
+float RoundUp(double value) {
+    return -RoundDown(-value);
+}
+
+template<class Vertex>
+TVertexBlock BoxOf(std::span<const Vertex> vertices, std::size_t first, std::size_t end) {
+    double xMin = vertices[first].X;
+    double yMin = vertices[first].Y;
+    double xMax = xMin;
+    double yMax = yMin;
+    for (std::size_t i = first + 1; i < end; ++i) {
+        xMin = std::min<double>(xMin, vertices[i].X);
+        yMin = std::min<double>(yMin, vertices[i].Y);
+        xMax = std::max<double>(xMax, vertices[i].X);
+        yMax = std::max<double>(yMax, vertices[i].Y);
+    }
+    return {static_cast<std::uint32_t>(first), RoundDown(xMin), RoundDown(yMin), RoundUp(xMax), RoundUp(yMax)};
+}
+
+} // namespace
+
+template<class Vertex>
+std::vector<TVertexBlock> MakeVertexBlocks(std::span<const Vertex> vertices,
+                                           std::span<const std::uint32_t> partStarts) {
+    std::vector<TVertexBlock> blocks;
+    blocks.reserve(vertices.size() / LongestVertexBlock + 2);
+    auto part = partStarts.begin();
+    for (std::size_t first = 0; first < vertices.size();) {
+        const std::size_t longest = std::min<std::size_t>(first + LongestVertexBlock, vertices.size());
+        const std::size_t shortest = std::min<std::size_t>(first + ShortestVertexBlock, vertices.size());
+        part = std::lower_bound(part, partStarts.end(), shortest);
+        const bool endsWithPart = part != partStarts.end() && *part <= longest;
+        const std::size_t end = endsWithPart ? *part : longest;
+        const bool isJoined = !partStarts.empty() && !endsWithPart && end < vertices.size();
+        blocks.push_back(BoxOf(vertices, first, end + (isJoined ? 1 : 0)));
+        first = end;
+    }
+    blocks.push_back({static_cast<std::uint32_t>(vertices.size()), 0, 0, 0, 0});
+    blocks.shrink_to_fit();
+    return blocks;
+}
+
+template std::vector<TVertexBlock> MakeVertexBlocks(std::span<const TShpPoint>, std::span<const std::uint32_t>);
+template std::vector<TVertexBlock> MakeVertexBlocks(std::span<const TGeoPoint>, std::span<const std::uint32_t>);
+
+} // namespace lmx
