@@ -80,6 +80,9 @@ public:
 
     TMapPoint MapPointToPoint(const TMapPoint& point) const; ///< as TWorldViewport's
     TMapPoint PointToMapPoint(const TMapPoint& pixel) const; ///< as TWorldViewport's
+    /// The system by which it converts; stays as long as this snapshot.
+    /// @throws EInvalidOperation "World system is nil".
+    const IWorldSystem& GetWorldSystem() const { return FWorldSystem->Get(); }
 
 private:
     std::shared_ptr<const TCurrentWorldSystem> FWorldSystem;

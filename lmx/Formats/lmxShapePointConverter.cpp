@@ -2,6 +2,7 @@
 #include <lmx/Runtime/lmxText.h>
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <array>
 #include <cmath>
@@ -70,6 +71,14 @@ bool IsPlainDegrees(PJ_CONTEXT* context, const PJ* system) {
     return longitude == 0 && std::abs(unit / RadiansPerDegree - 1) < 1e-9;
 }
 
+// A definition may name a projection that nobody knows.
+bool HasKnownProjection(PJ_CONTEXT* context, const PJ* system) {
+    if (proj_get_type(system) != PJ_TYPE_PROJECTED_CRS)
+        return true;
+    const TProjObject projection(proj_crs_get_coordoperation(context, system));
+    return projection && proj_coordoperation_is_instantiable(context, projection.get());
+}
+
 bool IsWgs84(const PJ* datum) {
     const QString name = QString::fromUtf8(proj_get_name(datum));
     return name == QStringLiteral("World Geodetic System 1984") ||
@@ -114,6 +123,11 @@ QByteArray ReadDefinition(const QString& prjFileName) {
 
 } // namespace
 
+QString ProjectionFileOf(const QString& shpFileName) {
+    const qsizetype extension = QFileInfo(shpFileName).suffix().size();
+    return (extension > 0 ? shpFileName.chopped(extension + 1) : shpFileName) + QStringLiteral(".prj");
+}
+
 QString GetDatum(const QString& prjFileName) {
     const QByteArray definition = ReadDefinition(prjFileName);
     const TContext context = MakeContext();
@@ -135,7 +149,7 @@ std::shared_ptr<IShapePointConverter> TSHapePointConverterFactory::GetObject(con
         system = FromDatum(context.get(), named.get());
     else
         system = FromText(context.get(), datum.toUtf8());
-    if (!system)
+    if (!system || !HasKnownProjection(context.get(), system.get()))
         return nullptr;
     if (IsPlainDegrees(context.get(), system.get()) && IsWgs84(DatumOf(context.get(), system.get()).get()))
         return nullptr;

@@ -19,6 +19,9 @@ public:
     virtual void Convert(std::span<TShpPoint> points) = 0;
 };
 
+/// The name of the projection file that goes with a shape file: the same with the extension ".prj".
+QString ProjectionFileOf(const QString& shpFileName);
+
 /// What a projection file (.prj) says of the coordinates beside it, as TSHapePointConverterFactory takes it: the name
 /// of the datum, where longitudes and latitudes in degrees on that datum are all there is to it ("New Zealand Geodetic
 /// Datum 1949"), else the whole definition, since a grid is more than its datum. Empty if there is no such file, or

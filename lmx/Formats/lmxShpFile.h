@@ -3,6 +3,7 @@
 #include <lmx/Formats/lmxShapePointConverter.h>
 #include <lmx/Formats/lmxShpOutlines.h>
 #include <lmx/Formats/lmxShpPoint.h>
+#include <lmx/Runtime/lmxLifetime.h>
 
 #include <QString>
 
@@ -78,8 +79,9 @@ public:
 
     /// The geometry, for who draws it: it stays when the file goes.
     const std::shared_ptr<const TShpData>& GetData() const { return FData; }
-    std::size_t GetVertexCount() const; ///< points and vertices of all parts
-    std::size_t GetMemorySize() const;  ///< bytes of the geometry
+    std::weak_ptr<const void> WatchLifetime() const { return FLifetime.Watch(); } ///< expires with the file
+    std::size_t GetVertexCount() const;                                           ///< points and vertices of all parts
+    std::size_t GetMemorySize() const;                                            ///< bytes of the geometry
 
 private:
     TShpFile(QString fileName, TShpData data);
@@ -90,6 +92,7 @@ private:
     double FYMin = 0;
     double FXMax = 0;
     double FYMax = 0;
+    TLifetime FLifetime;
 };
 
 } // namespace lmx

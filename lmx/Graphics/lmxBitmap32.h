@@ -157,6 +157,8 @@ public:
     /// A line of raw pixels in PenColor from the pen to (x, y), which gets the pen. The end pixel is left out.
     /// A pixel is n steps along the longer axis and the nearest number of steps along the shorter one, ties forward.
     void LineToS(std::int32_t x, std::int32_t y);
+    /// LineToS to each of the points in turn.
+    void LinesToS(std::span<const TPoint> points);
 
     /// Sets the pen of the antialiased lines, which name pixel centres: (3.0, 5.0) is exactly pixel (3, 5).
     void MoveToF(double x, double y) { FPenF = {x, y}; }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 namespace lmx {
@@ -69,15 +70,19 @@ void TBitmap32::LineToS(std::int32_t x, std::int32_t y) {
     const TPoint begin = std::exchange(FPen, TPoint(x, y));
     if (major.Length == 0)
         return;
-    const auto [first, last] = VisibleSteps(major, minor);
-    if (first > last)
-        return;
-
+    std::int64_t first = 0;
+    std::int64_t last = major.Length - 1;
     const std::int64_t whole = 2 * major.Length;
-    const TInt128 progress = TInt128{2} * first * minor.Length + major.Length;
-    std::int64_t remainder = static_cast<std::int64_t>(progress % whole);
-    std::int64_t offset = std::int64_t{begin.Y} * FWidth + begin.X + first * majorStride +
-                          static_cast<std::int64_t>(progress / whole) * minorStride;
+    std::int64_t remainder = major.Length;
+    std::int64_t offset = std::int64_t{begin.Y} * FWidth + begin.X;
+    if (!GetBounds().Contains(begin) || !GetBounds().Contains(FPen)) { // else every step is visible
+        std::tie(first, last) = VisibleSteps(major, minor);
+        if (first > last)
+            return;
+        const TInt128 progress = TInt128{2} * first * minor.Length + major.Length;
+        remainder = static_cast<std::int64_t>(progress % whole);
+        offset += first * majorStride + static_cast<std::int64_t>(progress / whole) * minorStride;
+    }
     for (std::int64_t k = first; k <= last; ++k) {
         FPixels[static_cast<std::size_t>(offset)] = FPenColor;
         offset += majorStride;
@@ -86,6 +91,26 @@ void TBitmap32::LineToS(std::int32_t x, std::int32_t y) {
             remainder -= whole;
             offset += minorStride;
         }
+    }
+}
+
+// Dense outlines are made of lines one pixel long, which are worth a short way.
+void TBitmap32::LinesToS(std::span<const TPoint> points) {
+    TColor32* const pixels = FPixels.data();
+    const auto width = static_cast<std::uint32_t>(FWidth);
+    const auto height = static_cast<std::uint32_t>(FHeight);
+    for (const TPoint& end : points) {
+        const auto x = static_cast<std::uint32_t>(FPen.X);
+        const auto y = static_cast<std::uint32_t>(FPen.Y);
+        const std::uint32_t dx = static_cast<std::uint32_t>(end.X) - x + 1; // 0, 1 or 2 for a neighbour
+        const std::uint32_t dy = static_cast<std::uint32_t>(end.Y) - y + 1;
+        if (dx > 2 || dy > 2) {
+            LineToS(end.X, end.Y);
+            continue;
+        }
+        if (end != FPen && x < width && y < height)
+            pixels[std::size_t{y} * width + x] = FPenColor;
+        FPen = end;
     }
 }
 

@@ -1,0 +1,129 @@
+#include <lmx/Coordinates/wskWorldSystem.h>
+#include <lmx/Formats/lmxShapePointConverter.h>
+#include <lmx/Formats/lmxShpFile.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxLayerManagerConfig.h>
+#include <lmx/Layers/lmxShapeFileLayer.h>
+#include <lmx/Layers/lmxShapeFileRender.h>
+#include <lmx/Runtime/lmxExceptions.h>
+
+#include <utility>
+
+namespace lmx {
+
+TShapeFileLayer::TShapeFileLayer(const std::shared_ptr<ILayerManager>& layerManager)
+    : TBaseShapeLayer(layerManager),
+      FProjection(std::make_shared<TWGS84ShapeFileProjection>()) {}
+
+TShapeFileLayer::~TShapeFileLayer() {
+    DeleteShpFile();
+}
+
+TShpFile* TShapeFileLayer::GetShpFile() const {
+    return FShpFileLifetime.expired() ? nullptr : FShpFile;
+}
+
+void TShapeFileLayer::SetShpFile(TShpFile* shpFile) {
+    if (!shpFile)
+        throw EExArgumentNilException(QStringLiteral("TShapeFileLayer.SetShpFile"), QStringLiteral("ShpFile"));
+    if (shpFile == GetShpFile())
+        return;
+    const TWorldMapArea area = AreaOf(*shpFile);
+    DeleteShpFile();
+    ShowShpFile(shpFile, area);
+}
+
+void TShapeFileLayer::TakeShpFile(std::unique_ptr<TShpFile> shpFile) {
+    if (!shpFile || shpFile.get() == GetShpFile()) {
+        SetShpFile(shpFile.release());
+        FOwnsShpFile = true;
+        return;
+    }
+    const TWorldMapArea area = AreaOf(*shpFile);
+    DeleteShpFile();
+    FOwnsShpFile = true;
+    ShowShpFile(shpFile.release(), area);
+}
+
+// The bounds of a file, projected. A projection that fails leaves the layer as it was.
+TWorldMapArea TShapeFileLayer::AreaOf(const TShpFile& shpFile) const {
+    const TMapPoint corner1 = ProjectMapPoint(shpFile.GetXMin(), shpFile.GetYMin());
+    const TMapPoint corner2 = ProjectMapPoint(shpFile.GetXMax(), shpFile.GetYMax());
+    const auto system = TLatLonWorldSystemFactory::GetObject();
+    return {system->CreateMapArea(corner1.X, corner1.Y, corner2.X, corner2.Y), system};
+}
+
+void TShapeFileLayer::ShowShpFile(TShpFile* shpFile, const TWorldMapArea& area) {
+    FShpFile = shpFile;
+    FShpFileLifetime = shpFile->WatchLifetime();
+    const auto lifetime = GetLivenessToken();
+    Invalidate(true);
+    if (!lifetime.expired())
+        CreateLegendComponent();
+    if (!lifetime.expired())
+        SetLayerArea(area);
+}
+
+void TShapeFileLayer::DeleteShpFile() {
+    TShpFile* const file = GetShpFile();
+    FShpFile = nullptr;
+    FShpFileLifetime.reset();
+    if (FOwnsShpFile)
+        delete file;
+}
+
+void TShapeFileLayer::SetProjection(std::shared_ptr<const IShapeFileProjection> projection) {
+    if (GetShpFile())
+        throw EInvalidOperation(QStringLiteral("Projection must be set before ShapeFile is set"));
+    FProjection = std::move(projection);
+}
+
+TMapPoint TShapeFileLayer::ProjectMapPoint(extended x, extended y) const {
+    TMapPoint point(x, y);
+    if (FProjection)
+        FProjection->Convert(x, y, point.X, point.Y);
+    return point;
+}
+
+void TShapeFileLayer::CreateLegendComponent() {
+    TBaseShapeLayer::CreateLegendComponent();
+    const auto manager = GetLayerManager();
+    const auto factory = manager ? manager->GetConfig()->GetLayerComponentFactory() : nullptr;
+    TBaseLegendControl* control = nullptr;
+    if (factory)
+        factory->GetLegendComponent(this, control);
+    // Only a legend control of shape files would be taken, and there is none in this version.
+    SetLegendComponent(nullptr);
+}
+
+bool TShapeFileLayer::GetHasContent() const {
+    return GetShpFile() != nullptr;
+}
+
+QString TShapeFileLayer::GetLayerTypeName() const {
+    return QStringLiteral("Shape file");
+}
+
+TLayerOptionFlags TShapeFileLayer::GetLayerOptionFlags() const {
+    return TBaseShapeLayer::GetLayerOptionFlags() + TLayerOptionFlags{TLayerOptionFlag::lofDuplicate};
+}
+
+std::unique_ptr<TBaseLayerManagerLayer>
+TShapeFileLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const {
+    auto duplicate = std::make_unique<TShapeFileLayer>(manager);
+    UpdateDuplicateBaseShapeLayer(duplicate.get());
+    duplicate->FProjection = FProjection;
+    if (const TShpFile* file = GetShpFile()) {
+        const auto converter = TSHapePointConverterFactory::GetObject(GetDatum(ProjectionFileOf(file->GetFileName())));
+        duplicate->TakeShpFile(TShpFile::LoadFromFile(file->GetFileName(), converter));
+    }
+    return duplicate;
+}
+
+void TShapeFileLayer::RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) {
+    const TShpFile* file = GetShpFile();
+    StartRender(std::make_shared<TShapeFileLayerRenderThreadHandler>(
+        viewSize, visibleMapArea, vpLocal, file ? file->GetData() : nullptr, FProjection, GetColor()));
+}
+
+} // namespace lmx

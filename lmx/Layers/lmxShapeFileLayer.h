@@ -1,0 +1,72 @@
+#pragma once
+
+#include <lmx/Coordinates/wskMappingTypes.h>
+#include <lmx/Layers/lmxBaseShapeLayer.h>
+#include <lmx/Layers/lmxShapeFileProjection.h>
+
+#include <memory>
+
+namespace lmx {
+
+class TShpFile;
+struct TShpData;
+
+/// A way of drawing points other than squares. Nothing draws by it yet.
+class IShpPointRenderer {
+public:
+    virtual ~IShpPointRenderer() = default;
+};
+
+/// Shows a shape file in one colour: points as squares of 4 x 4 pixels, polygons and polylines as outlines one pixel
+/// wide, not antialiased and never filled; first all points, then all polygons, then all polylines. A polygon is closed
+/// by its own last vertex. Vertices lie where the projection puts them; nothing is folded at the seam of the world.
+/// Set the projection first, then the file.
+class TShapeFileLayer : public TBaseShapeLayer {
+public:
+    explicit TShapeFileLayer(const std::shared_ptr<ILayerManager>& layerManager);
+    ~TShapeFileLayer() override;
+
+    /// The file; nil while there is none, or once a file that the layer does not own is gone.
+    TShpFile* GetShpFile() const;
+    /// Shows another file: the old picture goes at once, and the layer's area becomes the file's bounds, projected, in
+    /// longitudes and latitudes. An old file that the layer owns is freed, whatever renders it; renders keep what they
+    /// need. GetOwnsShpFile stays as it is, and from now on says whose the new file is. The present file does nothing.
+    /// @throws EExArgumentNilException naming "TShapeFileLayer.SetShpFile" and "ShpFile" if the file is nil.
+    void SetShpFile(TShpFile* shpFile);
+    /// As SetShpFile; the layer owns the file.
+    void TakeShpFile(std::unique_ptr<TShpFile> shpFile);
+    /// Takes the file off the layer, and frees it if the layer owns it. The picture stays until the next render.
+    void DeleteShpFile();
+    /// Whether the layer frees its file. True after construction.
+    bool GetOwnsShpFile() const { return FOwnsShpFile; }
+    void SetOwnsShpFile(bool ownsShpFile) { FOwnsShpFile = ownsShpFile; }
+
+    /// TWGS84ShapeFileProjection after construction; nil means the same.
+    const std::shared_ptr<const IShapeFileProjection>& GetProjection() const { return FProjection; }
+    /// @throws EInvalidOperation "Projection must be set before ShapeFile is set" while there is a file.
+    void SetProjection(std::shared_ptr<const IShapeFileProjection> projection);
+    /// Where the projection puts a coordinate of the file.
+    TMapPoint ProjectMapPoint(extended x, extended y) const;
+
+    /// The host's factory may supply the control; no other one exists in this version.
+    void CreateLegendComponent() override;
+    bool GetHasContent() const override;                    ///< whether there is a file
+    QString GetLayerTypeName() const override;              ///< "Shape file"
+    TLayerOptionFlags GetLayerOptionFlags() const override; ///< the base's and lofDuplicate
+    using TBaseShapeLayer::Duplicate;
+    /// A layer that reads the file again, converted as the projection file beside it says, and owns it.
+    /// @throws what TShpFile::LoadFromFile raises.
+    std::unique_ptr<TBaseLayerManagerLayer> Duplicate(const std::shared_ptr<ILayerManager>& manager) const override;
+    void RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) override;
+
+private:
+    TWorldMapArea AreaOf(const TShpFile& shpFile) const;
+    void ShowShpFile(TShpFile* shpFile, const TWorldMapArea& area);
+
+    TShpFile* FShpFile = nullptr;
+    std::weak_ptr<const void> FShpFileLifetime;
+    std::shared_ptr<const IShapeFileProjection> FProjection;
+    bool FOwnsShpFile = true;
+};
+
+} // namespace lmx
