@@ -1,4 +1,5 @@
 #include <lmx/Formats/lmxAsciiNumber.h>
+#include <lmx/Runtime/lmxExtended.h>
 
 #include <charconv>
 #include <cmath>
@@ -12,11 +13,32 @@ bool IsWhiteSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-// Cells below the smallest float are 0; std::from_chars reports them like those above the largest.
+// Numbers below the smallest float are 0; std::from_chars reports them like those above the largest.
 bool IsTiny(QByteArrayView token) {
-    double value = 0;
+    extended value = 0;
     const auto result = std::from_chars(token.begin(), token.end(), value);
     return result.ec == std::errc{} && std::abs(value) < 1;
+}
+
+template<class Float>
+bool TakeNumber(QByteArrayView& text, Float& value) {
+    qsizetype start = 0;
+    while (start < text.size() && IsWhiteSpace(text[start]))
+        ++start;
+    text = text.sliced(start);
+    const bool hasPlus = text.size() > 1 && text.front() == '+' && text[1] != '-';
+    const char* first = text.begin() + (hasPlus ? 1 : 0);
+    Float number = 0;
+    const auto [end, error] = std::from_chars(first, text.end(), number);
+    if (error == std::errc::result_out_of_range && IsTiny({first, end}))
+        number = *first == '-' ? -Float{0} : Float{0};
+    else if (error != std::errc{})
+        return false;
+    if (end != text.end() && !IsWhiteSpace(*end))
+        return false;
+    value = number;
+    text = text.sliced(end - text.begin());
+    return true;
 }
 
 } // namespace
@@ -37,23 +59,11 @@ QString AsciiNumber(float value) {
 }
 
 bool TakeAsciiNumber(QByteArrayView& text, float& value) {
-    qsizetype start = 0;
-    while (start < text.size() && IsWhiteSpace(text[start]))
-        ++start;
-    text = text.sliced(start);
-    const bool hasPlus = text.size() > 1 && text.front() == '+' && text[1] != '-';
-    const char* first = text.begin() + (hasPlus ? 1 : 0);
-    float number = 0;
-    const auto [end, error] = std::from_chars(first, text.end(), number);
-    if (error == std::errc::result_out_of_range && IsTiny({first, end}))
-        number = *first == '-' ? -0.0F : 0.0F;
-    else if (error != std::errc{})
-        return false;
-    if (end != text.end() && !IsWhiteSpace(*end))
-        return false;
-    value = number;
-    text = text.sliced(end - text.begin());
-    return true;
+    return TakeNumber(text, value);
+}
+
+bool TakeAsciiNumber(QByteArrayView& text, double& value) {
+    return TakeNumber(text, value);
 }
 
 } // namespace lmx

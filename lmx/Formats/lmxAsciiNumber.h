@@ -16,5 +16,6 @@ QString AsciiNumber(float value);
 /// specials of AppendAsciiNumber are read; the number must end at white space or at the end of the text.
 /// False, with `text` left at the offending place, if there is none or it lies beyond the range of a float.
 bool TakeAsciiNumber(QByteArrayView& text, float& value);
+bool TakeAsciiNumber(QByteArrayView& text, double& value); ///< the same within the range of a double
 
 } // namespace lmx

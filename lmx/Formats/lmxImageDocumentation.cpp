@@ -1,11 +1,11 @@
 #include <lmx/Formats/lmxAnsiText.h>
 #include <lmx/Formats/lmxAsciiNumber.h>
+#include <lmx/Formats/lmxDocumentationEntries.h>
 #include <lmx/Formats/lmxImageDocumentation.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>
 
-#include <QHash>
 #include <QStringList>
 
 #include <cmath>
@@ -14,57 +14,7 @@ namespace lmx {
 
 namespace {
 
-// Entries of a documentation file by their bare key. Repeated ones are kept: descriptions run over several lines.
-class TEntries {
-public:
-    explicit TEntries(const QString& text) {
-        for (const QString& line : SplitLines(text)) {
-            const qsizetype colon = line.indexOf(u':');
-            if (colon > 0)
-                Add(line.first(colon), Trim(line.sliced(colon + 1)));
-        }
-    }
-
-    bool Contains(const QString& key) const { return FTexts.contains(key); }
-    QString First(const QString& key) const { return FTexts.value(key).value(0); }
-    QString Lines(const QString& key) const { return FTexts.value(key).join(u'\n'); }
-    const TLegendCategories& Categories() const { return FCategories; }
-
-    // Leaves `value` alone if the entry is absent or no number.
-    bool TryNumber(const QString& key, float& value) const {
-        return TryStrToFloat(First(key), value, TFormatSettings::Invariant());
-    }
-
-private:
-    static QString BareKey(const QString& key) {
-        QString bare;
-        for (const QChar c : key.toLower())
-            if ((c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9'))
-                bare += c;
-        return bare;
-    }
-
-    // "code 5" or "category 5"; a code may be negative.
-    static bool TryCode(const QString& key, std::int32_t& code) {
-        for (const QString& word : {QStringLiteral("code"), QStringLiteral("category")})
-            if (key.startsWith(word, Qt::CaseInsensitive) && TryStrToInt(Trim(key.sliced(word.size())), code))
-                return true;
-        return false;
-    }
-
-    void Add(const QString& key, const QString& text) {
-        std::int32_t code = 0;
-        if (TryCode(Trim(key), code))
-            FCategories.try_emplace(code, text);
-        else
-            FTexts[BareKey(key)] += text;
-    }
-
-    QHash<QString, QStringList> FTexts;
-    TLegendCategories FCategories;
-};
-
-std::int32_t RequiredCount(const TEntries& entries, const QString& key, const QString& fileName) {
+std::int32_t RequiredCount(const TDocumentationEntries& entries, const QString& key, const QString& fileName) {
     std::int32_t count = 0;
     if (!TryStrToInt(entries.First(key), count) || count < 1)
         throw EFileFormatException(fileName, QStringLiteral("the number of ") + key +
@@ -72,7 +22,7 @@ std::int32_t RequiredCount(const TEntries& entries, const QString& key, const QS
     return count;
 }
 
-float RequiredBound(const TEntries& entries, const QString& key, const QString& fileName) {
+float RequiredBound(const TDocumentationEntries& entries, const QString& key, const QString& fileName) {
     float bound = 0;
     if (!entries.TryNumber(key, bound))
         throw EFileFormatException(fileName, QStringLiteral("the bound ") + key.first(3) + u' ' + key.back().toUpper() +
@@ -99,12 +49,12 @@ TImageFileType FileTypeOf(const QString& text, const QString& fileName) {
     throw EFileFormatException(fileName, QStringLiteral("the file type '") + text + QStringLiteral("' is unknown"));
 }
 
-float NumberOr(const TEntries& entries, const QString& key, float substitute) {
+float NumberOr(const TDocumentationEntries& entries, const QString& key, float substitute) {
     entries.TryNumber(key, substitute);
     return substitute;
 }
 
-void ReadGrid(const TEntries& entries, const QString& fileName, TImageHeader& header) {
+void ReadGrid(const TDocumentationEntries& entries, const QString& fileName, TImageHeader& header) {
     header.SetWidth(RequiredCount(entries, QStringLiteral("columns"), fileName));
     header.SetHeight(RequiredCount(entries, QStringLiteral("rows"), fileName));
     header.SetMinX(RequiredBound(entries, QStringLiteral("minx"), fileName));
@@ -120,7 +70,7 @@ void ReadGrid(const TEntries& entries, const QString& fileName, TImageHeader& he
     header.SetResolutionY(resolution);
 }
 
-void ReadValues(const TEntries& entries, TImageHeader& header) {
+void ReadValues(const TDocumentationEntries& entries, TImageHeader& header) {
     header.SetMinValue(NumberOr(entries, QStringLiteral("minvalue"), 0));
     header.SetMaxValue(NumberOr(entries, QStringLiteral("maxvalue"), 0));
     header.SetDisplayMin(NumberOr(entries, QStringLiteral("displaymin"), header.GetMinValue()));
@@ -218,7 +168,7 @@ void WriteLegend(const TImageHeader& header, TDocumentationForm form, TEntryWrit
 } // namespace
 
 TImageDocumentation ParseImageDocumentation(const QByteArray& text, const QString& fileName) {
-    const TEntries entries(DecodeAnsiText(text));
+    const TDocumentationEntries entries(DecodeAnsiText(text));
     TImageDocumentation documentation;
     TImageHeader& header = documentation.Header;
     const QString title = entries.First(QStringLiteral("filetitle"));

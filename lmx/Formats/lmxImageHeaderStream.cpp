@@ -1,106 +1,26 @@
-// The exact binary form of an image header. Little-endian: the mark "LMXH", a 32-bit version, the 32-bit length of the
-// entries, the entries, and a 16-bit checksum (CRC-16, ITU-T V.41) of the entries. Texts are a 32-bit length in bytes
-// and UTF-16 units.
+// The stored form of an image header (lmxHeaderStream.h), marked "LMXH".
 
+#include <lmx/Formats/lmxHeaderStream.h>
 #include <lmx/Formats/lmxImageHeader.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
-#include <QDataStream>
-#include <QIODevice>
-
-#include <algorithm>
-#include <type_traits>
-
 namespace lmx {
+
+static std::size_t CountOf(TImageDataType) {
+    return DataTypeNames.size();
+}
+
+static std::size_t CountOf(TImageFileType) {
+    return FileTypeNames.size();
+}
 
 namespace {
 
-constexpr char Mark[4] = {'L', 'M', 'X', 'H'};
-constexpr quint32 Version = 1;
+constexpr char Mark[] = "LMXH";
 
 QString StreamName() {
     return QStringLiteral("Image header");
 }
-
-void Configure(QDataStream& stream) {
-    stream.setVersion(QDataStream::Qt_6_0);
-    stream.setByteOrder(QDataStream::LittleEndian);
-    stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
-}
-
-// Both directions go through one list of entries, so that they cannot drift apart.
-class TEntryReader {
-public:
-    explicit TEntryReader(const QByteArray& bytes) : FStream(bytes) { Configure(FStream); }
-
-    template<class Value>
-    void Entry(Value (TImageHeader::*)() const, void (TImageHeader::*set)(Value), TImageHeader& header) {
-        (header.*set)(Read<Value>());
-    }
-    template<class Value>
-    void Entry(const Value& (TImageHeader::*)() const, void (TImageHeader::*set)(const Value&), TImageHeader& header) {
-        (header.*set)(Read<Value>());
-    }
-
-    bool IsComplete() const { return FIsValid && FStream.status() == QDataStream::Ok && FStream.atEnd(); }
-
-private:
-    template<class Value>
-    Value Read() {
-        Value value{};
-        if constexpr (std::is_enum_v<Value>) {
-            quint8 ordinal = 0;
-            FStream >> ordinal;
-            FIsValid = FIsValid && ordinal < CountOf(value);
-            value = static_cast<Value>(ordinal);
-        } else if constexpr (std::is_same_v<Value, TLegendCategories>) {
-            quint32 count = 0;
-            FStream >> count;
-            for (; count > 0 && FStream.status() == QDataStream::Ok; --count) {
-                const auto code = Read<std::int32_t>();
-                value.emplace(code, Read<QString>());
-            }
-        } else {
-            FStream >> value;
-        }
-        return value;
-    }
-
-    static std::size_t CountOf(TImageDataType) { return DataTypeNames.size(); }
-    static std::size_t CountOf(TImageFileType) { return FileTypeNames.size(); }
-
-    QDataStream FStream;
-    bool FIsValid = true;
-};
-
-class TEntryWriter {
-public:
-    TEntryWriter() : FStream(&FBytes, QIODevice::WriteOnly) { Configure(FStream); }
-
-    template<class Get, class Set>
-    void Entry(Get get, Set, const TImageHeader& header) {
-        Write((header.*get)());
-    }
-
-    const QByteArray& Bytes() const { return FBytes; }
-
-private:
-    template<class Value>
-    void Write(const Value& value) {
-        if constexpr (std::is_enum_v<Value>) {
-            FStream << static_cast<quint8>(value);
-        } else if constexpr (std::is_same_v<Value, TLegendCategories>) {
-            FStream << static_cast<quint32>(value.size());
-            for (const auto& [code, name] : value)
-                FStream << code << name;
-        } else {
-            FStream << value;
-        }
-    }
-
-    QByteArray FBytes;
-    QDataStream FStream;
-};
 
 template<class Coder, class Header>
 void CodeEntries(Coder& coder, Header& header) {
@@ -136,32 +56,10 @@ void CodeEntries(Coder& coder, Header& header) {
     coder.Entry(&H::GetComment, &H::SetComment, header);
 }
 
-// The entries' bytes, verified.
-QByteArray ReadEntries(QIODevice& device) {
-    QDataStream stream(&device);
-    Configure(stream);
-    char mark[sizeof Mark] = {};
-    quint32 version = 0;
-    quint32 length = 0;
-    quint16 checksum = 0;
-    if (stream.readRawData(mark, sizeof mark) != sizeof mark || !std::equal(mark, mark + sizeof mark, Mark))
-        throw EFileFormatException(StreamName(), QStringLiteral("not in the stored form"));
-    stream >> version >> length;
-    if (stream.status() == QDataStream::Ok && version != Version)
-        throw EFileFormatException(StreamName(), QStringLiteral("stored by a newer version"));
-    if (stream.status() != QDataStream::Ok || device.bytesAvailable() < qint64{length} + qint64{sizeof checksum})
-        throw EFileFormatException(StreamName(), QStringLiteral("cut short"));
-    QByteArray entries = device.read(length);
-    stream >> checksum;
-    if (stream.status() != QDataStream::Ok || entries.size() != qsizetype{length} || checksum != qChecksum(entries))
-        throw EFileFormatException(StreamName(), QStringLiteral("damaged"));
-    return entries;
-}
-
 } // namespace
 
 void TImageHeader::LoadFromStream(QIODevice& stream) {
-    TEntryReader reader(ReadEntries(stream));
+    THeaderEntryReader reader(ReadHeaderEntries(stream, Mark, StreamName()));
     TImageHeader header;
     CodeEntries(reader, header);
     if (!reader.IsComplete())
@@ -170,17 +68,9 @@ void TImageHeader::LoadFromStream(QIODevice& stream) {
 }
 
 void TImageHeader::SaveToStream(QIODevice& stream) const {
-    TEntryWriter writer;
+    THeaderEntryWriter writer;
     CodeEntries(writer, *this);
-    const QByteArray& entries = writer.Bytes();
-    QDataStream out(&stream);
-    Configure(out);
-    out.writeRawData(Mark, sizeof Mark);
-    out << Version << static_cast<quint32>(entries.size());
-    out.writeRawData(entries.constData(), static_cast<int>(entries.size()));
-    out << qChecksum(entries);
-    if (out.status() != QDataStream::Ok)
-        throw EFileException(StreamName(), QStringLiteral("cannot be written: ") + stream.errorString());
+    WriteHeaderEntries(stream, Mark, StreamName(), writer.Bytes());
 }
 
 } // namespace lmx

@@ -17,7 +17,7 @@ public:
     TReach(const TPixelConverter& converter, const TBitmap32& bitmap);
 
     /// Whether nothing can be seen of the lines within the box.
-    bool Misses(float xMin, float yMin, float xMax, float yMax) const {
+    bool Misses(double xMin, double yMin, double xMax, double yMax) const {
         return xMax < FXMin || xMin > FXMax || yMax < FYMin || yMin > FYMax;
     }
     bool Misses(const TVertexBlock& block) const { return Misses(block.XMin, block.YMin, block.XMax, block.YMax); }

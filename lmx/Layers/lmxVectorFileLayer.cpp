@@ -1,0 +1,61 @@
+#include <lmx/Formats/lmxVector.h>
+#include <lmx/Layers/lmxVectorFileLayer.h>
+#include <lmx/Layers/lmxVectorFileRender.h>
+
+#include <utility>
+
+namespace lmx {
+
+TVectorFileLayer::TVectorFileLayer(const std::shared_ptr<ILayerManager>& layerManager)
+    : TBaseShapeLayer(layerManager) {}
+
+TVectorFileLayer::~TVectorFileLayer() = default;
+
+void TVectorFileLayer::SetVectorFile(std::unique_ptr<TVector> vectorFile) {
+    if (vectorFile == FVectorFile)
+        return;
+    FVectorFile = std::move(vectorFile);
+    OutdateBuffer();
+    const auto lifetime = GetLivenessToken();
+    Invalidate();
+    if (!lifetime.expired())
+        CreateLegendComponent();
+}
+
+void TVectorFileLayer::DeleteVectorFile() {
+    FVectorFile = nullptr;
+}
+
+void TVectorFileLayer::CreateLegendComponent() {
+    TBaseShapeLayer::CreateLegendComponent();
+    SetLegendComponent(nullptr);
+}
+
+bool TVectorFileLayer::GetHasContent() const {
+    return FVectorFile != nullptr;
+}
+
+QString TVectorFileLayer::GetLayerTypeName() const {
+    return QStringLiteral("Vector");
+}
+
+TLayerOptionFlags TVectorFileLayer::GetLayerOptionFlags() const {
+    return TBaseShapeLayer::GetLayerOptionFlags() + TLayerOptionFlags{TLayerOptionFlag::lofDuplicate};
+}
+
+std::unique_ptr<TBaseLayerManagerLayer>
+TVectorFileLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const {
+    auto duplicate = std::make_unique<TVectorFileLayer>(manager);
+    UpdateDuplicateBaseShapeLayer(duplicate.get());
+    if (FVectorFile)
+        duplicate->SetVectorFile(std::make_unique<TVector>(FVectorFile->GetFileName()));
+    return duplicate;
+}
+
+void TVectorFileLayer::RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea,
+                                    const TWorldViewportLocal& vpLocal) {
+    StartRender(std::make_shared<TVectorFileLayerRenderThreadHandler>(
+        viewSize, visibleMapArea, vpLocal, FVectorFile ? FVectorFile->GetData() : nullptr, GetColor()));
+}
+
+} // namespace lmx

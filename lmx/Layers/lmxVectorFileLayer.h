@@ -1,0 +1,40 @@
+#pragma once
+
+#include <lmx/Layers/lmxBaseShapeLayer.h>
+
+#include <memory>
+
+namespace lmx {
+
+class TVector;
+
+/// Shows the lines and polygons of a vector file in one colour: outlines one pixel wide, not antialiased and never
+/// filled. A line breaks at a pen-up mark (0, 0), and where the world wraps: vertices are folded into the world's own
+/// longitudes. Files of points or texts show nothing. The layer has no area of its own unless it is given one.
+class TVectorFileLayer : public TBaseShapeLayer {
+public:
+    explicit TVectorFileLayer(const std::shared_ptr<ILayerManager>& layerManager);
+    ~TVectorFileLayer() override;
+
+    TVector* GetVectorFile() const { return FVectorFile.get(); } ///< or nil
+    /// Shows another file, or none with nil. The old picture stays until there is a new one; the layer's area stays.
+    void SetVectorFile(std::unique_ptr<TVector> vectorFile);
+    /// Frees the file. The picture stays until the next render.
+    void DeleteVectorFile();
+
+    /// No legend control of vector files exists in this version.
+    void CreateLegendComponent() override;
+    bool GetHasContent() const override;                    ///< whether there is a file
+    QString GetLayerTypeName() const override;              ///< "Vector"
+    TLayerOptionFlags GetLayerOptionFlags() const override; ///< the base's and lofDuplicate
+    using TBaseShapeLayer::Duplicate;
+    /// A layer that reads the file again.
+    /// @throws what TVector::LoadFromFile raises.
+    std::unique_ptr<TBaseLayerManagerLayer> Duplicate(const std::shared_ptr<ILayerManager>& manager) const override;
+    void RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) override;
+
+private:
+    std::unique_ptr<TVector> FVectorFile;
+};
+
+} // namespace lmx
