@@ -7,6 +7,11 @@ namespace lmx {
 
 namespace {
 
+// Whether a layer is still there. A subscriber that is told of it may free it, and then no other one is told.
+auto IsAlive(const TBaseMapLayer& layer) {
+    return [life = layer.GetLivenessToken()] { return !life.expired(); };
+}
+
 class TLayerManager final : public ILayerManager, public TEventReceiver {
 public:
     TLayerManager();
@@ -40,11 +45,14 @@ private:
     void Subscribe(TBaseMapLayer* layer);
     void Unsubscribe(TBaseMapLayer* layer);
 
-    void Layer_VisibilityChanged(TBaseMapLayer* layer) { FOnLayerVisibilityChanged.Send(this, layer); }
-    void Layer_ReadyToDrawChanged(TBaseMapLayer* layer) { FOnLayerReadyToDraw.Send(this, layer); }
-    void Layer_Invalidated(TBaseMapLayer* layer) { FOnLayerInvalidated.Send(this, layer); }
+    void Layer_VisibilityChanged(TBaseMapLayer* layer) { Tell(FOnLayerVisibilityChanged, layer); }
+    void Layer_ReadyToDrawChanged(TBaseMapLayer* layer) { Tell(FOnLayerReadyToDraw, layer); }
+    void Layer_Invalidated(TBaseMapLayer* layer) { Tell(FOnLayerInvalidated, layer); }
     void Layer_MapCommand(TBaseMapLayer* layer, TLayerMapCommand command, void* data) {
-        FOnMapComamnd.Send(layer, command, data);
+        FOnMapComamnd.SendWhile(IsAlive(*layer), layer, command, data);
+    }
+    void Tell(const TLayerManagerLayerEventList& event, TBaseMapLayer* layer) {
+        event.SendWhile(IsAlive(*layer), this, layer);
     }
 
     TReceiverReference<TBaseMapLayer> FSelectedLayer;
@@ -97,7 +105,10 @@ void TLayerManager::SetSelLayer(TBaseMapLayer* layer) {
     if (layer == GetSelLayer())
         return;
     FSelectedLayer = layer;
-    FOnSelectedLayerChanged.Send(this, layer);
+    if (layer)
+        Tell(FOnSelectedLayerChanged, layer);
+    else
+        FOnSelectedLayerChanged.Send(this, nullptr);
 }
 
 QString TLayerManager::GetNextName(const QString& name) const {
@@ -132,11 +143,11 @@ bool TLayerManager::MoveLayer(int fromIndex, int toIndex) {
 
 void TLayerManager::Layers_Changed(TBaseMapLayer* layer, TListChange change) {
     if (change == TListChange::lcAdded) {
-        const std::weak_ptr<const void> life = layer->GetLivenessToken();
+        const auto isAlive = IsAlive(*layer);
         if (!FPreventNotify)
-            FOnLayerAdded.Send(this, layer);
+            Tell(FOnLayerAdded, layer);
         // A subscriber may have taken the layer out again.
-        if (!life.expired() && (FLayers.Contains(layer) || FSpecialLayers.Contains(layer)))
+        if (isAlive() && (FLayers.Contains(layer) || FSpecialLayers.Contains(layer)))
             Subscribe(layer);
     } else {
         if (!FPreventNotify)

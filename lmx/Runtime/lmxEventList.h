@@ -110,6 +110,13 @@ public:
     }
 
     void Send(Args... args) const {
+        SendWhile([] { return true; }, args...);
+    }
+
+    /// Sends as long as `condition` holds, which is asked before each call. For news of an object that a subscriber may
+    /// destroy: the ones behind it must not be told of it.
+    template<class Condition>
+    void SendWhile(Condition condition, Args... args) const {
         const std::shared_ptr<TState> state = FState; // survives the list if a subscriber destroys it
         ++state->SendDepth;
         const std::size_t count = state->Entries.size();
@@ -117,6 +124,8 @@ public:
             const TEntry& entry = state->Entries[i]; // a deque: stays in place while others are appended
             if (!entry.IsAlive())
                 continue;
+            if (!condition())
+                break;
             try {
                 if (entry.CallMethod)
                     entry.CallMethod(entry.Key, args...);

@@ -133,6 +133,23 @@ TEST(BaseMapLayer, InvalidateOfALayerThatWasNotReadySendsReadyOnce) {
     EXPECT_EQ(watch.Ready, std::vector<bool>{true});
 }
 
+TEST(BaseMapLayer, ASubscriberMayFreeTheLayerThatIsInvalidated) {
+    for (const bool freeWhenReady : {false, true}) {
+        auto layer = std::make_unique<TPlainLayer>();
+        layer->SetIsReadyToDraw(true);
+        int told = 0;
+        const TSubscription ready = layer->GetOnReadyToDrawChanged().Add([&](TBaseMapLayer* sender) {
+            ++told;
+            if (sender->GetIsReadyToDraw() == freeWhenReady)
+                layer.reset();
+        });
+        const TSubscription invalidated = layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { ++told; });
+        layer->Invalidate();
+        EXPECT_EQ(layer, nullptr);
+        EXPECT_EQ(told, freeWhenReady ? 2 : 1);
+    }
+}
+
 TEST(BaseMapLayer, AnUpdateCollapsesInvalidationsIntoOne) {
     TPlainLayer layer;
     const TWatch watch(layer);

@@ -127,6 +127,76 @@ TEST(LayerManager, ASubscriberMayTakeALayerOutAsItComes) {
     EXPECT_EQ(manager->GetLayers().Count(), 0);
 }
 
+TEST(LayerManager, ForwardsALayersEventsOnlyOnceItsComingIsTold) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TLog log(*manager);
+    const TSubscription hide =
+        manager->GetOnLayerAdded().Add([](ILayerManager*, TBaseMapLayer* layer) { layer->SetIsVisible(false); });
+    AddTestLayer(manager, QStringLiteral("Rain"));
+    EXPECT_EQ(log.Take(), QStringLiteral("added Rain;"));
+}
+
+TEST(LayerManager, ForwardsALayersEventsUntilItsGoingIsTold) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TLog log(*manager);
+    TTestLayer* layer = AddTestLayer(manager, QStringLiteral("Rain"));
+    const TSubscription hide =
+        manager->GetOnLayerRemoved().Add([](ILayerManager*, TBaseMapLayer* gone) { gone->SetIsVisible(false); });
+    log.Take();
+    manager->GetLayers().Remove(layer);
+    EXPECT_EQ(log.Take(), QStringLiteral("removed Rain;visibility Rain;"));
+}
+
+struct TNewsRow {
+    const char* Name;
+    TLayerManagerLayerEventList& (ILayerManager::*Event)();
+    void (*Cause)(ILayerManager& manager, TBaseMapLayer& layer);
+};
+
+class LayerNews : public testing::TestWithParam<TNewsRow> {};
+
+TEST_P(LayerNews, EndWithTheLayerWhenASubscriberFreesIt) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager);
+    layer->SetIsReadyToDraw(true);
+    const TSubscription free = (*manager.*GetParam().Event)().Add(
+        [](ILayerManager* sender, TBaseMapLayer* freed) { sender->GetLayers().Remove(freed); });
+    int told = 0;
+    const TSubscription count = (*manager.*GetParam().Event)().Add([&](ILayerManager*, TBaseMapLayer*) { ++told; });
+    GetParam().Cause(*manager, *layer);
+    EXPECT_EQ(manager->GetLayers().Count(), 0);
+    EXPECT_EQ(told, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, LayerNews,
+    testing::Values(TNewsRow{"Added", &ILayerManager::GetOnLayerAdded,
+                             [](ILayerManager& manager, TBaseMapLayer& layer) {
+                                 manager.GetLayers().Add(manager.GetLayers().Extract(&layer));
+                             }},
+                    TNewsRow{"Visibility", &ILayerManager::GetOnLayerVisibilityChanged,
+                             [](ILayerManager&, TBaseMapLayer& layer) { layer.SetIsVisible(false); }},
+                    TNewsRow{"Ready", &ILayerManager::GetOnLayerReadyToDraw,
+                             [](ILayerManager&, TBaseMapLayer& layer) { layer.Invalidate(); }},
+                    TNewsRow{"Invalidated", &ILayerManager::GetOnLayerInvalidated,
+                             [](ILayerManager&, TBaseMapLayer& layer) { layer.Invalidate(); }},
+                    TNewsRow{"Selected", &ILayerManager::GetOnSelectedLayerChanged,
+                             [](ILayerManager& manager, TBaseMapLayer& layer) { manager.SetSelLayer(&layer); }}),
+    [](const auto& row) { return row.param.Name; });
+
+TEST(LayerManager, AMapCommandEndsWithTheLayerWhenASubscriberFreesIt) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager);
+    layer->SetLayerArea(tests::LatLonArea({0, 1, 1, 0}));
+    const TSubscription free = manager->GetOnMapCommand().Add(
+        [&](TBaseMapLayer* freed, TLayerMapCommand, void*) { manager->GetLayers().Remove(freed); });
+    int told = 0;
+    const TSubscription count =
+        manager->GetOnMapCommand().Add([&](TBaseMapLayer*, TLayerMapCommand, void*) { ++told; });
+    layer->GotoExtendMenuItem_Click();
+    EXPECT_EQ(told, 0);
+}
+
 TEST(LayerManager, TheTitleIsToldOnRealChanges) {
     const auto manager = TLayerManagerFactory::GetObject();
     TLog log(*manager);

@@ -150,6 +150,24 @@ TEST(EventList, ASubscriberMayDestroyAnotherReceiver) {
     EXPECT_EQ(events.Count(), 1);
 }
 
+TEST(EventList, ASendUnderAConditionEndsWithIt) {
+    TIntEvents events;
+    int calls = 0;
+    bool goesOn = true;
+    const TSubscription first = events.Add([&](int) { ++calls; });
+    const TSubscription second = events.Add([&](int) {
+        ++calls;
+        goesOn = false;
+    });
+    const TSubscription third = events.Add([&](int) { ++calls; });
+    events.SendWhile([&] { return goesOn; }, 1);
+    EXPECT_EQ(calls, 2);
+    events.SendWhile([&] { return goesOn; }, 2);
+    EXPECT_EQ(calls, 2);
+    events.Send(3);
+    EXPECT_EQ(calls, 5) << "the list is in order after a send that ended early";
+}
+
 TEST(EventList, ACopyOfAReceiverIsAReceiverOfItsOwn) {
     TIntEvents events;
     auto original = std::make_unique<TReceiver>();
