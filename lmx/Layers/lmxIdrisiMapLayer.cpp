@@ -51,24 +51,36 @@ TIdrisiMapLayer::~TIdrisiMapLayer() {
 }
 
 void TIdrisiMapLayer::SetImage(TAbstractImage* image) {
-    if (image == FImage)
-        return;
+    if (image != FImage)
+        ShowImage(image, nullptr);
+}
+
+void TIdrisiMapLayer::TakeImage(std::unique_ptr<TAbstractImage> image) {
+    TAbstractImage* const shown = image.get();
+    if (shown == FImage)
+        OwnImage(std::move(image));
+    else
+        ShowImage(shown, std::move(image));
+}
+
+// The image is the layer's own as soon as it is shown: whatever is raised from there on, it is freed once.
+void TIdrisiMapLayer::ShowImage(TAbstractImage* image, std::unique_ptr<TAbstractImage> owned) {
     // Reading the new values can fail, and then nothing has changed.
     const auto data = image ? std::make_shared<TIdrisiImageMapData>(image, true) : nullptr;
+    const std::weak_ptr<const void> life = GetLivenessToken(); // a subscriber may free the layer
     Invalidate();
-    if (FOwnsImage && FImage)
-        FReplacedImages.emplace_back(FImage);
-    for (auto& replaced : FReplacedImages)
-        if (replaced.get() == image)
-            static_cast<void>(replaced.release()); // shown again
-    std::erase(FReplacedImages, nullptr);
-
+    if (life.expired())
+        return;
+    KeepReplacedImage(image);
     FImage = image;
+    OwnImage(std::move(owned));
     FMapData = data;
     FCookieData = data;
     if (image) {
         const TImageHeader* header = image->getHeader();
         SetLayerArea(TWorldMapArea(header));
+        if (life.expired())
+            return;
         StoreValueRange(TValueRange(header->GetMinValue(), header->GetMaxValue()));
     } else {
         StoreValueRange(TValueRange::Empty());
@@ -76,10 +88,18 @@ void TIdrisiMapLayer::SetImage(TAbstractImage* image) {
     CreateLegendComponent();
 }
 
-void TIdrisiMapLayer::TakeImage(std::unique_ptr<TAbstractImage> image) {
-    SetImage(image.get());
-    static_cast<void>(image.release());
-    SetOwnsImage(true);
+void TIdrisiMapLayer::KeepReplacedImage(const TAbstractImage* next) {
+    if (FOwnsImage && FImage)
+        FReplacedImages.emplace_back(FImage);
+    for (auto& replaced : FReplacedImages)
+        if (replaced.get() == next)
+            static_cast<void>(replaced.release()); // shown again
+    std::erase(FReplacedImages, nullptr);
+}
+
+void TIdrisiMapLayer::OwnImage(std::unique_ptr<TAbstractImage> shown) {
+    if (shown.release())
+        FOwnsImage = true;
 }
 
 // No legend control exists for any kind of calculator in this version, so a raster layer has none.
@@ -153,7 +173,8 @@ void TIdrisiMapLayer::DoExport(const QString& description, const QString& extens
     request.DefaultExtension = extension;
     request.OverwritePrompt = true;
     QString fileName;
-    if (TFileDialog::Save(request, fileName) && FImage)
+    const std::weak_ptr<const void> life = GetLivenessToken(); // the layer may go while the dialog is open
+    if (TFileDialog::Save(request, fileName) && !life.expired() && FImage)
         exporter.Export(*FImage, fileName);
 }
 

@@ -47,13 +47,16 @@ public:
     void Render() override;
 
     /// Asks the user for a file and writes the whole image to it. A cancelled dialog is no failure; those of the
-    /// exporter pass through.
+    /// exporter pass through. Nothing is written if the layer or its image goes while the dialog is open.
     void DoExport(const QString& description, const QString& extension, IIdrisiImageExporter& exporter);
 
 protected:
     void UpdateDuplicateIdrisiMapLayer(TIdrisiMapLayer* target) const;
 
 private:
+    void ShowImage(TAbstractImage* image, std::unique_ptr<TAbstractImage> owned);
+    void KeepReplacedImage(const TAbstractImage* next);
+    void OwnImage(std::unique_ptr<TAbstractImage> shown);
     void ExportIdrisiImageClick();
     void ExportAsciiClick();
     void ExportXYZClick();

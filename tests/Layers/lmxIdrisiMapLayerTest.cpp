@@ -142,8 +142,11 @@ TEST_F(IdrisiMapLayer, NoImageLeavesAnEmptyRangeAndNoExports) {
 TEST_F(IdrisiMapLayer, AnotherImageLeavesTheOldPictureUntilRender) {
     AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
     const auto other = NumberedImage(3, 3, {0, 10, 10, 0});
+    int invalidations = 0;
+    const TSubscription count = Layer.GetOnInvalidated().Add([&](TBaseMapLayer*) { ++invalidations; });
     Layer.SetImage(other.get());
     Layer.SetOwnsImage(false);
+    EXPECT_EQ(invalidations, 1);
     ASSERT_NE(Layer.GetBitmap(), nullptr);
     EXPECT_EQ(Layer.GetBitmap()->GetWidth(), 2);
     Layer.Render();
@@ -157,6 +160,40 @@ TEST_F(IdrisiMapLayer, AReplacedImageLivesAsLongAsTheLayer) {
     EXPECT_EQ(first->GetCell(2, 2), 22.0F);
     Layer.SetImage(first); // shown again, and still freed once
     EXPECT_EQ(Layer.GetImage(), first);
+}
+
+TEST_F(IdrisiMapLayer, TheImageThatItHasCanBecomeItsOwn) {
+    auto image = NumberedImage(2, 2, {0, 10, 10, 0});
+    Layer.SetImage(image.get());
+    Layer.TakeImage(std::move(image));
+    EXPECT_TRUE(Layer.GetOwnsImage());
+    EXPECT_EQ(Layer.Legends, 1);
+    EXPECT_EQ(Layer.GetImage()->GetCell(2, 2), 22.0F);
+}
+
+TEST_F(IdrisiMapLayer, ASubscriberMayFreeTheLayerThatGetsAnImage) {
+    auto layer = std::make_unique<TIdrisiMapLayer>(Manager);
+    const TSubscription subscription = layer->GetOnLayerAreaChanged().Add([&](TBaseMapLayer*) { layer.reset(); });
+    layer->TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    EXPECT_EQ(layer, nullptr);
+}
+
+/// A host's layer whose legend fails.
+class TFailingLegendLayer : public TIdrisiMapLayer {
+public:
+    using TIdrisiMapLayer::TIdrisiMapLayer;
+    void CreateLegendComponent() override { throw EInvalidOperation(QStringLiteral("no legend")); }
+};
+
+TEST_F(IdrisiMapLayer, AnImageIsTheLayersOwnAlsoIfItsLegendFails) {
+    TFailingLegendLayer layer(Manager);
+    EXPECT_EQ(tests::MessageOf<EInvalidOperation>([&] {
+                  layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+              }),
+              QStringLiteral("no legend"));
+    ASSERT_NE(layer.GetImage(), nullptr);
+    EXPECT_TRUE(layer.GetOwnsImage());
+    EXPECT_EQ(layer.GetImage()->GetCell(2, 2), 22.0F);
 }
 
 TEST_F(IdrisiMapLayer, TheImageIsNotReadAfterItIsSet) {
@@ -234,6 +271,32 @@ TEST_F(IdrisiMapLayer, CutsARasterOf180To180AtTheSeamOfAnAntimeridianWorld) {
     Layer.Paint(&view.World, &view.Viewport, view.Buffer);
     EXPECT_EQ(view.Row(1), (std::vector<TColor32>{0xFF00000D, 0xFF00000E, 0xFF00000B, 0xFF00000C}));
 }
+
+struct THalfColumnRow {
+    int Columns;
+    std::vector<TColor32> Pixels;
+};
+
+class HalfColumn : public testing::TestWithParam<THalfColumnRow> {};
+
+TEST_P(HalfColumn, GoesToTheEvenSideOfTheCut) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TIdrisiMapLayer layer(manager);
+    layer.TakeImage(NumberedImage(GetParam().Columns, 1, {0, 90, 360, -90}));
+    layer.SetColorCalc(std::make_shared<TValueAsColor>());
+    layer.Render();
+    TView view(TLatLonWorldSystemFactory::GetObject(), 1.0L / 30, 12, 6);
+    layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    std::vector<TColor32> columns = view.Row(0);
+    for (TColor32& column : columns)
+        column &= 0xFF;
+    EXPECT_EQ(columns, GetParam().Pixels);
+}
+
+// The cut at 180 degrees goes through the middle of the third of five columns and of the fourth of seven.
+INSTANTIATE_TEST_SUITE_P(Rows, HalfColumn,
+                         testing::Values(THalfColumnRow{5, {13, 13, 14, 14, 15, 15, 11, 11, 11, 12, 12, 12}},
+                                         THalfColumnRow{7, {15, 15, 16, 16, 17, 17, 11, 11, 12, 13, 13, 14}}));
 
 TEST_F(IdrisiMapLayer, APieceTakesItsPartOfTheBitmap) {
     AddRendered(NumberedImage(4, 1, {170, 90, 190, -90})); // five degrees a cell, two cells on either side of 180
@@ -451,6 +514,21 @@ TEST_F(IdrisiMapLayer, AFailedExportReachesTheCaller) {
     EXPECT_THROW(Layer.DoExport(QStringLiteral("XYZ Ascii"), QStringLiteral("xyz"), exporter), EFileException);
 }
 
+TEST_F(IdrisiMapLayer, ALayerThatGoesWhileTheDialogIsOpenExportsNothing) {
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath(QStringLiteral("out.xyz"));
+    auto layer = std::make_unique<TIdrisiMapLayer>(Manager);
+    layer->TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    std::vector<TLayerMenuItem> items;
+    layer->GetContextMenuItems(&items);
+    tests::TScriptedFileDialog dialogs;
+    dialogs->Answers = {fileName};
+    dialogs->WhileOpen = [&layer] { layer.reset(); };
+    items.at(4).FEvent();
+    EXPECT_EQ(dialogs->Saved.size(), 1U);
+    EXPECT_FALSE(QFileInfo::exists(fileName));
+}
+
 TEST_F(IdrisiMapLayer, ADuplicateOwnsAFullCopyAndIsOpaque) {
     const auto image = NumberedImage(2, 2, {0, 10, 10, 0});
     Layer.SetImage(image.get());
@@ -471,6 +549,20 @@ TEST_F(IdrisiMapLayer, ADuplicateOwnsAFullCopyAndIsOpaque) {
     EXPECT_EQ(copy->GetBitmap()->ScanLine(0)[0], 0xFF00000BU);
     EXPECT_EQ(Layer.GetOpacity(), 100);
     EXPECT_FALSE(Layer.GetOwnsImage());
+}
+
+TEST_F(IdrisiMapLayer, ADuplicateTakesItsRangeFromTheImageAndTheCalculatorAsItIs) {
+    Layer.TakeImage(NumberedImage(1, 1, {0, 10, 10, 0}));
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 1, 0xFFABCDEF, TGradientFactory::GetObject()));
+    Layer.SetValueRange({5, 6});
+    const auto duplicate = Layer.Duplicate(Manager);
+    const auto& copy = dynamic_cast<TIdrisiMapLayer&>(*duplicate);
+    EXPECT_TRUE(copy.GetValueRange().Equals({1, 99}));
+    const auto calculator = std::dynamic_pointer_cast<IGradientColorCalculator>(copy.GetColorCalc());
+    ASSERT_NE(calculator, nullptr);
+    EXPECT_NE(calculator, Layer.GetColorCalc());
+    EXPECT_EQ(calculator->GetMinVal(), 5);
+    EXPECT_EQ(calculator->GetMaxVal(), 6);
 }
 
 TEST_F(IdrisiMapLayer, ALayerWithoutImageDuplicatesToOneWithout) {

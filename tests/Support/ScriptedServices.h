@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -141,6 +142,7 @@ public:
     std::vector<TFileDialogRequest> Saved;
     std::vector<TFileDialogRequest> Opened;
     std::deque<std::optional<QString>> Answers; ///< nothing: cancelled
+    std::function<void()> WhileOpen;            ///< what goes on meanwhile, if anything
 
     bool Save(const TFileDialogRequest& request, QString& fileName, QWidget*) override {
         Saved.push_back(request);
@@ -154,6 +156,8 @@ public:
 private:
     bool Answer(const TFileDialogRequest& request, QString& fileName) {
         const auto answer = TakeAnswer(Answers, request.Filter, std::optional<QString>());
+        if (WhileOpen)
+            WhileOpen();
         if (answer)
             fileName = *answer;
         return answer.has_value();
