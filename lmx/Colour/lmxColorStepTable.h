@@ -1,8 +1,10 @@
 #pragma once
 
 #include <lmx/Colour/lmxColorSteps.h>
+#include <lmx/Colour/lmxValuePages.h>
 #include <lmx/Graphics/lmxColor32.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -14,10 +16,10 @@ class TLayerOpacity;
 
 /// Finds the colours of many values at once; made for one render.
 ///
-/// The values from the first step's end to the last step's start are cut into buckets: of equal width, or of equal
-/// ratio where the steps are of many magnitudes. Each bucket knows the last step that starts before it, and the steps
-/// that start inside are settled by comparing the value with their starts. A value's bucket never falls where the value
-/// rises, and steps and values go to their buckets by the same arithmetic, so its rounding cannot change a colour.
+/// The steps are sorted into pages, each of which holds its colours and the few values at which they begin. So a value
+/// touches one line of the processor's cache, however many steps there are, and comparing it with all starts of its
+/// page settles its colour. Only where steps crowd, as they can under bounds of very different widths, is it searched
+/// for.
 class TColorStepTable {
 public:
     /// The steps' colours faded by `opacity`.
@@ -33,39 +35,26 @@ public:
     void GetColors(std::span<const float> values, TColor32* colors) const;
 
 private:
-    enum class TBuckets { OfEqualWidth, OfEqualRatio };
+    /// One line of the cache.
+    struct alignas(64) TPage {
+        static constexpr std::size_t MaxStarts = 7;
 
-    void ChooseBuckets();
-    void DivideInto(TBuckets kind, std::size_t bucketCount);
-    void SpanWidth(std::span<const float> starts);
-    void SpanRatio(std::span<const float> starts);
-
-    void FindBuckets(std::span<const float> values, std::int32_t* buckets) const;
-    void FindBucketsByWidth(std::span<const float> values, std::int32_t* buckets) const;
-    void FindBucketsByRatio(std::span<const float> values, std::int32_t* buckets) const;
-
-    template<int Probes>
-    void Probe(std::span<const float> values, const std::int32_t* buckets, TColor32* colors) const;
-    void Search(std::span<const float> values, const std::int32_t* buckets, TColor32* colors) const;
-
-    /// A colour, and the start of the step that follows; NaN, which no value reaches, after the last. Side by side, so
-    /// that a value touches one place in memory.
-    struct TStep {
-        float End;
-        TColor32 Color;
+        /// Of the steps that start here, ascending; behind them, in the last place at least, NaN, which no value
+        /// reaches. A crowded page has none.
+        std::array<float, MaxStarts + 1> Starts;
+        std::array<TColor32, MaxStarts + 1> Colors; ///< before the first start, and from each start on
     };
 
-    std::vector<float> FStarts; ///< of the steps after the first
-    std::vector<TStep> FSteps;
-    std::vector<std::uint16_t> FBuckets; ///< number of steps after the first that start before each bucket
-    std::size_t FProbes = 0;             ///< most steps that start in one bucket
-    TBuckets FKind = TBuckets::OfEqualWidth;
-    float FLow = 0;
-    float FBucketsPerUnit = 0;
-    std::int32_t FSmallest = 0; ///< bits of the smallest magnitude that buckets of equal ratio tell from 0
-    std::int32_t FLowPlace = 0;
-    std::int32_t FHighPlace = 0;
-    int FPlaceShift = 0; ///< a bucket holds 2 to the power of this many places
+    void FillPages();
+    void FillPage(TPage& page, std::size_t first, std::size_t end) const;
+    void SearchCrowded(std::span<const float> values, const std::uint32_t* places, TColor32* colors) const;
+
+    std::vector<float> FStarts;    ///< of the steps after the first
+    std::vector<TColor32> FColors; ///< of all steps
+    TValuePages FCut;
+    std::vector<TPage> FPages;
+    std::vector<std::uint16_t> FFirstStarts; ///< index of the first start in each page, and the end
+    bool FIsAnyCrowded = false;
 };
 
 } // namespace lmx

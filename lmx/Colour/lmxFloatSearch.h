@@ -29,16 +29,19 @@ float FirstFloat(Condition&& holds, float guess) {
 
     std::int64_t below = FloatToPlace(guess); // the condition fails there, or it is the place before the first
     std::int64_t found = below;               // it holds there, or it is the place after the last
+    std::int64_t stride = 1;
     if (holdsAt(found)) {
-        for (std::int64_t stride = 1; below >= Lowest && holdsAt(below); stride *= 2) {
+        do {
             found = below;
             below = std::max(below - stride, Lowest - 1);
-        }
+            stride *= 2;
+        } while (below >= Lowest && holdsAt(below));
     } else {
-        for (std::int64_t stride = 1; !holdsAt(found); stride *= 2) {
+        do {
             below = found;
             found = std::min(found + stride, Highest + 1);
-        }
+            stride *= 2;
+        } while (!holdsAt(found));
     }
     while (found - below > 1) {
         const std::int64_t middle = below + (found - below) / 2;

@@ -1,12 +1,13 @@
 #include <lmx/Graphics/lmxBlend.h>
 #include <lmx/Graphics/lmxPixelRows.h>
+#include <lmx/Runtime/lmxAvx2.h>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
 #ifdef __SSE2__
-#include <immintrin.h>
+#include <emmintrin.h>
 #endif
 
 namespace lmx::PixelRows {
@@ -67,10 +68,9 @@ std::size_t BlendFours(TColor32* to, const TColor32* from, std::size_t count) {
     return i;
 }
 
-#if defined(__GNUC__) && defined(__x86_64__)
-#define LMX_HAS_AVX2_KERNELS
+#ifdef LMX_HAS_AVX2_KERNELS
 
-__attribute__((target("avx2"))) inline __m256i MixChannels(__m256i over, __m256i under) {
+LMX_AVX2 inline __m256i MixChannels(__m256i over, __m256i under) {
     const __m256i alpha = _mm256_shufflehi_epi16(_mm256_shufflelo_epi16(over, FourthOfEach), FourthOfEach);
     const __m256i under255 = _mm256_sub_epi16(_mm256_slli_epi16(under, 8), under);
     const __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(_mm256_sub_epi16(over, under), alpha),
@@ -78,7 +78,7 @@ __attribute__((target("avx2"))) inline __m256i MixChannels(__m256i over, __m256i
     return _mm256_srli_epi16(_mm256_mulhi_epu16(sum, _mm256_set1_epi16(DivideBy255)), DivideBy255Shift);
 }
 
-__attribute__((target("avx2"))) std::size_t BlendEights(TColor32* to, const TColor32* from, std::size_t count) {
+LMX_AVX2 std::size_t BlendEights(TColor32* to, const TColor32* from, std::size_t count) {
     const __m256i opaque = _mm256_set1_epi32(OpaqueBits);
     const __m256i zero = _mm256_setzero_si256();
     std::size_t i = 0;
@@ -172,8 +172,7 @@ void ScaleAlphas(TColor32* to, const TColor32* from, std::size_t count, unsigned
 void Blend(TColor32* to, const TColor32* from, std::size_t count) {
     std::size_t done = 0;
 #ifdef LMX_HAS_AVX2_KERNELS
-    static const bool hasAvx2 = __builtin_cpu_supports("avx2") != 0;
-    if (hasAvx2)
+    if (HasAvx2())
         done = BlendEights(to, from, count);
 #endif
 #ifdef __SSE2__

@@ -1,4 +1,5 @@
 #include <lmx/Raster/lmxNeighbourBlend.h>
+#include <lmx/Runtime/lmxAvx2.h>
 
 #include <algorithm>
 #include <bit>
@@ -6,11 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-
-#if defined(__GNUC__) && defined(__x86_64__)
-#include <immintrin.h>
-#define LMX_HAS_AVX2_KERNELS
-#endif
 
 namespace lmx {
 
@@ -46,8 +42,6 @@ float BlendCell(double low, double high, double fraction, bool bestGuess) {
 
 #ifdef LMX_HAS_AVX2_KERNELS
 
-#define LMX_AVX2 [[gnu::target("avx2,fma")]] inline
-
 // The extended result X is rounded to single. Here r is computed instead, in double and for eight cells at once, with L
 // the largest magnitude of the row: X and r differ by less than 2^-51 * L, as the difference (at most 2 * L) and the
 // fused sum (at most L) are each rounded by at most 2^-53 of their size, and the roundings of extended are far smaller.
@@ -61,11 +55,11 @@ float BlendCell(double low, double high, double fraction, bool bestGuess) {
 constexpr double RelativeBound = 0x1p-50;
 constexpr double LeastBound = 0x1p-140;
 
-LMX_AVX2 __m256d LoadFractions(TSameFraction fractions, std::size_t) {
+LMX_AVX2 inline __m256d LoadFractions(TSameFraction fractions, std::size_t) {
     return _mm256_set1_pd(fractions.Fraction);
 }
 
-LMX_AVX2 __m256d LoadFractions(std::span<const double> fractions, std::size_t i) {
+LMX_AVX2 inline __m256d LoadFractions(std::span<const double> fractions, std::size_t i) {
     return _mm256_loadu_pd(fractions.data() + i);
 }
 
@@ -75,7 +69,7 @@ struct TFour {
 };
 
 template<class Fractions>
-LMX_AVX2 TFour BlendFour(TRow low, TRow high, Fractions fractions, std::size_t i) {
+LMX_AVX2 inline TFour BlendFour(TRow low, TRow high, Fractions fractions, std::size_t i) {
     TFour four{};
     four.Low = _mm256_loadu_pd(low.data() + i);
     four.High = _mm256_loadu_pd(high.data() + i);
@@ -85,21 +79,21 @@ LMX_AVX2 TFour BlendFour(TRow low, TRow high, Fractions fractions, std::size_t i
     return four;
 }
 
-LMX_AVX2 __m256 ToSingles(__m256d first, __m256d second) {
+LMX_AVX2 inline __m256 ToSingles(__m256d first, __m256d second) {
     return _mm256_set_m128(_mm256_cvtpd_ps(second), _mm256_cvtpd_ps(first));
 }
 
-LMX_AVX2 __m256d AreEqual(__m256d a, __m256d b) {
+LMX_AVX2 inline __m256d AreEqual(__m256d a, __m256d b) {
     return _mm256_cmp_pd(a, b, _CMP_EQ_OQ);
 }
 
-LMX_AVX2 __m256d IsNaN(__m256d numbers) {
+LMX_AVX2 inline __m256d IsNaN(__m256d numbers) {
     return _mm256_cmp_pd(numbers, numbers, _CMP_UNORD_Q);
 }
 
 /// Whether the three operations of every cell without a flag are exact. A rounded sum or difference is, if taking
 /// either operand out of it leaves the other: to take out the larger one is always exact.
-LMX_AVX2 bool IsExact(const TFour& four) {
+LMX_AVX2 inline bool IsExact(const TFour& four) {
     const __m256d product = _mm256_mul_pd(four.Difference, four.Fraction);
     const __m256d productError = _mm256_fmsub_pd(four.Difference, four.Fraction, product);
     __m256d exact = AreEqual(productError, _mm256_setzero_pd());
@@ -111,7 +105,7 @@ LMX_AVX2 bool IsExact(const TFour& four) {
 }
 
 /// The results of exact cells: a flag, or the best guess, where a neighbour is NaN.
-LMX_AVX2 __m128 ResultsOf(const TFour& four, bool bestGuess) {
+LMX_AVX2 inline __m128 ResultsOf(const TFour& four, bool bestGuess) {
     __m256d results = _mm256_set1_pd(TSpatialConst::NoData);
     if (bestGuess) {
         results = _mm256_blendv_pd(four.High, results, IsNaN(four.High));
@@ -122,8 +116,8 @@ LMX_AVX2 __m128 ResultsOf(const TFour& four, bool bestGuess) {
 
 /// Blends four cells with whatever is in them.
 template<class Fractions>
-LMX_AVX2 void BlendAnyFour(TRow low, TRow high, Fractions fractions, bool bestGuess, std::span<float> result,
-                           std::size_t i) {
+LMX_AVX2 inline void BlendAnyFour(TRow low, TRow high, Fractions fractions, bool bestGuess, std::span<float> result,
+                                  std::size_t i) {
     const TFour four = BlendFour(low, high, fractions, i);
     if (IsExact(four)) {
         _mm_storeu_ps(result.data() + i, ResultsOf(four, bestGuess));
@@ -135,8 +129,8 @@ LMX_AVX2 void BlendAnyFour(TRow low, TRow high, Fractions fractions, bool bestGu
 
 /// Blends as many cells as eights hold, and gives their number.
 template<class Fractions>
-LMX_AVX2 std::size_t BlendEights(TRow low, TRow high, Fractions fractions, float largest, bool bestGuess,
-                                 std::span<float> result) {
+LMX_AVX2 inline std::size_t BlendEights(TRow low, TRow high, Fractions fractions, float largest, bool bestGuess,
+                                        std::span<float> result) {
     const __m256d bound = _mm256_set1_pd(largest * RelativeBound + LeastBound);
     std::size_t i = 0;
     for (; i + 8 <= result.size(); i += 8) {
@@ -155,15 +149,8 @@ LMX_AVX2 std::size_t BlendEights(TRow low, TRow high, Fractions fractions, float
     return i;
 }
 
-LMX_AVX2 float WidenByEights(std::span<float> row, double* result) {
+LMX_AVX2 inline float WidenByEights(std::span<float> row, double* result) {
     return WidenInLanes(row, result);
-}
-
-#undef LMX_AVX2
-
-bool HasAvx2() {
-    static const bool has = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
-    return has;
 }
 
 #endif
