@@ -1,7 +1,6 @@
 // What colouring a large raster costs, as a part of the speed at which the same floats are copied. Each calculator of
 // the library should reach 0.2 of it; the plain loop that asks the calculator for each cell stands beside it. Classes
-// should be as fast as one gradient, however many they are and wherever their bounds lie, and gradients in parts half
-// as fast: 32 of them have 32 times the colours, which the processor's first cache does not take.
+// and gradients in parts should be as fast as one gradient: up to 32 of them, wherever their bounds lie.
 
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>

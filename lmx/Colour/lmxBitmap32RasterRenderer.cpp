@@ -5,6 +5,7 @@
 #include <lmx/Colour/lmxLayerOpacity.h>
 #include <lmx/Colour/lmxRasterRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/lmxAvx2.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
@@ -81,6 +82,27 @@ private:
     std::span<const float> FValues;
 };
 
+/// The colours of the cells with data, 0 elsewhere.
+[[gnu::always_inline]] inline void CutOutInLanes(const TColor32* colors, std::span<const std::uint8_t> cookies,
+                                                 TColor32* pixels) {
+    for (std::size_t i = 0; i < cookies.size(); ++i)
+        pixels[i] = colors[i] & (cookies[i] == 1 ? ~TColor32{0} : 0);
+}
+
+#ifdef LMX_HAS_AVX2_KERNELS
+LMX_AVX2 void CutOutByEights(const TColor32* colors, std::span<const std::uint8_t> cookies, TColor32* pixels) {
+    CutOutInLanes(colors, cookies, pixels);
+}
+#endif
+
+void CutOut(const TColor32* colors, std::span<const std::uint8_t> cookies, TColor32* pixels) {
+#ifdef LMX_HAS_AVX2_KERNELS
+    if (HasAvx2())
+        return CutOutByEights(colors, cookies, pixels);
+#endif
+    CutOutInLanes(colors, cookies, pixels);
+}
+
 /// The same picture from colours that are known in advance.
 void RenderSteps(const ICookieData& cookie, const IMapData& data, const TColorStepTable& table, TBitmap32& image) {
     TBlockReader reader(cookie, data);
@@ -91,10 +113,7 @@ void RenderSteps(const ICookieData& cookie, const IMapData& data, const TColorSt
             const auto count = static_cast<std::size_t>(std::min(BlockSize, image.GetWidth() - x));
             reader.Read(x, y, count);
             table.GetColors(reader.GetValues(), colors);
-            const std::uint8_t* cookies = reader.GetCookies().data();
-            TColor32* pixels = image.ScanLine(y) + x;
-            for (std::size_t i = 0; i < count; ++i)
-                pixels[i] = colors[i] & (cookies[i] == 1 ? ~TColor32{0} : 0);
+            CutOut(colors, reader.GetCookies(), image.ScanLine(y) + x);
         }
     }
 }

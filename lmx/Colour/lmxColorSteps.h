@@ -18,7 +18,17 @@ public:
 
     /// Gives the values from `start` on another colour. Where `start` is not above the last step's start, the last
     /// step takes the colour; a start that is no number adds nothing.
-    void Add(float start, TColor32 color);
+    void Add(float start, TColor32 color) {
+        if (!(start > FStarts.back()))
+            return Replace(start, color);
+        if (FColors.back() == color)
+            return;
+        FStarts.push_back(start);
+        FColors.push_back(color);
+    }
+
+    /// Takes memory for so many steps.
+    void Reserve(std::size_t count);
 
     std::size_t GetCount() const { return FStarts.size(); }            ///< at least 1
     const std::vector<float>& GetStarts() const { return FStarts; }    ///< ascending, the first minus infinity
@@ -26,6 +36,8 @@ public:
     TColor32 GetNaNColor() const { return FNaNColor; }                 ///< of what is no number
 
 private:
+    void Replace(float start, TColor32 color);
+
     static constexpr float Infinity = std::numeric_limits<float>::infinity();
 
     std::vector<float> FStarts;

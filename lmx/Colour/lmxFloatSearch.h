@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -48,6 +49,16 @@ float FirstFloat(Condition&& holds, float guess) {
         (holdsAt(middle) ? found : below) = middle;
     }
     return found > Highest ? std::numeric_limits<float>::quiet_NaN() : PlaceToFloat(found);
+}
+
+/// The same where the condition is known to begin to hold within `doubt` of a number: it is asked there only, or
+/// everywhere if the doubt is infinite. `number` is no NaN.
+template<class Condition>
+float FirstFloatNear(Condition&& holds, double number, double doubt) {
+    const auto holdsAt = [&](float value) {
+        return std::abs(value - number) > doubt ? value > number : static_cast<bool>(holds(value));
+    };
+    return FirstFloat(holdsAt, static_cast<float>(number));
 }
 
 } // namespace lmx

@@ -69,11 +69,14 @@ TValuePages::TWidths TValuePages::TWidths::Over(std::span<const float> positions
 }
 
 TValuePages::TRatios TValuePages::TRatios::WithNearZero(std::span<const float> values, std::size_t count) {
-    std::vector<float> magnitudes(values.size());
-    std::transform(values.begin(), values.end(), magnitudes.begin(), [](float value) { return std::abs(value); });
-    const auto smallest = magnitudes.begin() + static_cast<std::ptrdiff_t>(std::min(count, values.size()) - 1);
-    std::nth_element(magnitudes.begin(), smallest, magnitudes.end());
-    return {std::bit_cast<std::int32_t>(*smallest), {}};
+    auto above = std::lower_bound(values.begin(), values.end(), 0.0F);
+    auto below = above;
+    float smallest = 0;
+    for (std::size_t i = 0; i < std::min(count, values.size()); ++i) {
+        const bool isAboveNearer = below == values.begin() || (above != values.end() && *above < -*(below - 1));
+        smallest = isAboveNearer ? *above++ : -*--below;
+    }
+    return {std::bit_cast<std::int32_t>(std::abs(smallest)), {}};
 }
 
 TValuePages::TValuePages(std::span<const float> values, std::size_t perPage, std::size_t mostPages) {
