@@ -2,6 +2,7 @@
 
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxBlend.h>
+#include <lmx/Graphics/lmxPixelRows.h>
 
 #include <algorithm>
 #include <cmath>
@@ -191,37 +192,116 @@ struct TSampledLine {
     }
 };
 
+/// The visible samples of a line, all but the last one for its rest.
+struct TVisibleSamples {
+    double First = 0;
+    double Last;
+
+    TVisibleSamples(const TBitmap32& bitmap, const TSampledLine& line) : Last(line.Whole - 1) {
+        TSampledLine::Clip(line.Begin.X, line.Direction.X, bitmap.GetWidth(), First, Last);
+        TSampledLine::Clip(line.Begin.Y, line.Direction.Y, bitmap.GetHeight(), First, Last);
+    }
+
+    std::int64_t GetCount() const { return First <= Last ? static_cast<std::int64_t>(Last - First) + 1 : 0; }
+};
+
 /// Draws the visible samples; colorAt(k) gives the colour of the k-th one.
 template<class ColorAt>
 void DrawSamples(TBitmap32& bitmap, const TSampledLine& line, ColorAt colorAt) {
-    if (bitmap.IsEmpty())
-        return;
-    double first = 0;
-    double last = line.Whole - 1;
-    TSampledLine::Clip(line.Begin.X, line.Direction.X, bitmap.GetWidth(), first, last);
-    TSampledLine::Clip(line.Begin.Y, line.Direction.Y, bitmap.GetHeight(), first, last);
-    if (first <= last) {
-        const auto count = static_cast<std::int64_t>(last - first) + 1;
-        for (std::int64_t i = 0; i < count; ++i) {
-            const double k = first + static_cast<double>(i);
-            const TFloatPoint place = line.At(k);
-            CombineSample(bitmap, place.X, place.Y, colorAt(k), 1.0);
-        }
+    const TVisibleSamples visible(bitmap, line);
+    for (std::int64_t i = 0; i < visible.GetCount(); ++i) {
+        const double k = visible.First + static_cast<double>(i);
+        const TFloatPoint place = line.At(k);
+        CombineSample(bitmap, place.X, place.Y, colorAt(k), 1.0);
     }
+}
+
+/// Draws the rest of a line.
+void DrawRest(TBitmap32& bitmap, const TSampledLine& line, TColor32 color) {
     const TFloatPoint place = line.At(line.Whole + line.Rest / 2 - 0.5);
-    CombineSample(bitmap, place.X, place.Y, colorAt(line.Whole), line.Rest);
+    CombineSample(bitmap, place.X, place.Y, color, line.Rest);
+}
+
+/// Whether all samples of a line along an axis that begins at `begin` have one and the same fraction: those 1024ths can
+/// be added to any number of steps without rounding.
+bool HasOneFraction(double begin) {
+    return std::abs(begin) < 0x1p40 && std::floor(begin * 1024) == begin * 1024;
+}
+
+/// A run of pixels along an axis, each combined with the same weights: across the axis, that of the cell and that of
+/// the next one.
+struct TStraightRun {
+    std::int64_t Begin; // along the axis; the end is left out
+    std::int64_t End;
+    std::int64_t Cell; // across it
+    std::uint32_t Weight;
+    std::uint32_t NextWeight;
+};
+
+void DrawRun(TBitmap32& bitmap, TStraightRun run, bool isLevel, TColor32 color) {
+    run.Begin = std::max<std::int64_t>(run.Begin, 0);
+    run.End = std::min<std::int64_t>(run.End, isLevel ? bitmap.GetWidth() : bitmap.GetHeight());
+    if (run.Begin >= run.End)
+        return;
+    const auto begin = static_cast<std::int32_t>(run.Begin);
+    const auto end = static_cast<std::int32_t>(run.End);
+    for (const auto& [cell, weight] : {std::pair(run.Cell, run.Weight), std::pair(run.Cell + 1, run.NextWeight)}) {
+        if (weight == 0 || cell < 0 || cell >= (isLevel ? bitmap.GetHeight() : bitmap.GetWidth()))
+            continue;
+        const auto across = static_cast<std::int32_t>(cell);
+        if (isLevel)
+            PixelRows::CombineFill(&bitmap.Pixel(begin, across), static_cast<std::size_t>(end - begin), color, weight);
+        else
+            for (std::int32_t y = begin; y < end; ++y)
+                bitmap.Pixel(across, y) = CombineColor(color, bitmap.Pixel(across, y), weight);
+    }
+}
+
+/// DrawSamples for a line of one colour along an axis whose samples have one fraction: what takes most of the time of
+/// many rulers. Each pixel gets the near share of one sample and the far share of its neighbour, in the order in which
+/// the line passes.
+void DrawStraight(TBitmap32& bitmap, const TSampledLine& line, bool isLevel, TColor32 color) {
+    const TVisibleSamples visible(bitmap, line);
+    const std::int64_t count = visible.GetCount();
+    if (count == 0)
+        return;
+    const TFloatPoint one = line.At(visible.First);
+    const TFloatPoint other = line.At(visible.First + static_cast<double>(count - 1));
+    const bool isForward = isLevel ? line.Direction.X > 0 : line.Direction.Y > 0;
+    const TSamplePlace along(isLevel ? std::min(one.X, other.X) : std::min(one.Y, other.Y));
+    const TSamplePlace across(isLevel ? one.Y : one.X);
+    const auto run = [&](std::int64_t begin, std::uint32_t share) {
+        const std::uint32_t whole = share * AlphaComponent(color);
+        return TStraightRun{begin, begin + count, across.Cell, whole * (256 - across.NextWeight),
+                            whole * across.NextWeight};
+    };
+    const TStraightRun nearShares = run(along.Cell, 256 - along.NextWeight);
+    const TStraightRun farShares = run(along.Cell + 1, along.NextWeight);
+    DrawRun(bitmap, isForward ? farShares : nearShares, isLevel, color);
+    DrawRun(bitmap, isForward ? nearShares : farShares, isLevel, color);
 }
 
 } // namespace
 
 void TBitmap32::LineToFS(double x, double y) {
     const TSampledLine line(std::exchange(FPenF, TFloatPoint{x, y}), {x, y});
-    DrawSamples(*this, line, [this](double) { return FPenColor; });
+    if (IsEmpty())
+        return;
+    const bool isLevel = line.Direction.Y == 0;
+    if (isLevel ? HasOneFraction(line.Begin.X) : line.Direction.X == 0 && HasOneFraction(line.Begin.Y))
+        DrawStraight(*this, line, isLevel, FPenColor);
+    else
+        DrawSamples(*this, line, [this](double) { return FPenColor; });
+    DrawRest(*this, line, FPenColor);
 }
 
 void TBitmap32::LineToFSP(double x, double y) {
     const TSampledLine line(std::exchange(FPenF, TFloatPoint{x, y}), {x, y});
-    DrawSamples(*this, line, [this](double k) { return StippleColor(FStippleCounter + k * FStippleStep); });
+    const auto colorAt = [this](double k) { return StippleColor(FStippleCounter + k * FStippleStep); };
+    if (!IsEmpty()) {
+        DrawSamples(*this, line, colorAt);
+        DrawRest(*this, line, colorAt(line.Whole));
+    }
     FStippleCounter += (line.Whole + 1) * FStippleStep;
     if (!FStipple.empty())
         FStippleCounter = std::fmod(FStippleCounter, static_cast<double>(FStipple.size()));

@@ -58,9 +58,10 @@ constexpr TColor32 MergeColor(TColor32 over, TColor32 under) {
 /// The weight of CombineColor that gives `over` whole: a product of two weights of 256ths, times an alpha.
 inline constexpr std::uint32_t CombineOne = 65536U * 255U;
 
-/// All four channels, alpha too, moved from `under` towards `over` by weight / CombineOne, rounded half up.
+/// All four channels, alpha too, moved from `under` towards `over` by weight / CombineOne, rounded half up. The sums
+/// stay within 32 bits: 255 * CombineOne and the half are less than 2^32.
 constexpr TColor32 CombineColor(TColor32 over, TColor32 under, std::uint32_t weight) {
-    const auto mix = [weight](std::uint64_t f, std::uint64_t b) {
+    const auto mix = [weight](std::uint32_t f, std::uint32_t b) {
         return static_cast<std::uint8_t>((f * weight + b * (CombineOne - weight) + CombineOne / 2) / CombineOne);
     };
     return Color32(mix(RedComponent(over), RedComponent(under)), mix(GreenComponent(over), GreenComponent(under)),

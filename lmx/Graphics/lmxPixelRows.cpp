@@ -207,4 +207,29 @@ void MergeFill(TColor32* to, std::size_t count, TColor32 color) {
         to[i] = MergeColor(color, to[i]);
 }
 
+namespace {
+
+// In steps that vectorise: CombineOne is 65536 * 255, and (n + 1 + n / 256) / 256 is n / 255 for every n below 65535.
+inline std::uint32_t CombineChannel(std::uint32_t overPart, std::uint32_t under, std::uint32_t rest) {
+    const std::uint32_t sum = (overPart + under * rest) >> 16;
+    return (sum + 1 + (sum >> 8)) >> 8;
+}
+
+} // namespace
+
+void CombineFill(TColor32* to, std::size_t count, TColor32 color, std::uint32_t weight) {
+    if (weight == CombineOne)
+        return Fill(to, count, color);
+    const std::uint32_t rest = CombineOne - weight;
+    const std::uint32_t blue = BlueComponent(color) * weight + CombineOne / 2;
+    const std::uint32_t green = GreenComponent(color) * weight + CombineOne / 2;
+    const std::uint32_t red = RedComponent(color) * weight + CombineOne / 2;
+    const std::uint32_t alpha = AlphaComponent(color) * weight + CombineOne / 2;
+    for (std::size_t i = 0; i < count; ++i) {
+        const TColor32 under = to[i];
+        to[i] = CombineChannel(blue, under & 255, rest) | CombineChannel(green, under >> 8 & 255, rest) << 8 |
+                CombineChannel(red, under >> 16 & 255, rest) << 16 | CombineChannel(alpha, under >> 24, rest) << 24;
+    }
+}
+
 } // namespace lmx::PixelRows

@@ -30,4 +30,7 @@ void Merge(TColor32* to, const TColor32* from, std::size_t count);
 void BlendFill(TColor32* to, std::size_t count, TColor32 color);
 void MergeFill(TColor32* to, std::size_t count, TColor32 color);
 
+/// CombineColor of one colour over each pixel; `weight` is at most CombineOne.
+void CombineFill(TColor32* to, std::size_t count, TColor32 color, std::uint32_t weight);
+
 } // namespace lmx::PixelRows

@@ -1,6 +1,7 @@
 #include <lmx/Graphics/lmxBlend.h>
 #include <tests/Graphics/Pictures.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -233,6 +234,29 @@ TEST(Bitmap32Lines, AClippedLineIsTheCutOutOfTheUnclippedOne) {
             to.Y = from.Y = std::floor(from.Y / 4) + 0.25;
         if (round % 7 == 0)
             to.X = from.X = std::floor(from.X / 4);
+        fast.MoveToF(from.X, from.Y);
+        fast.LineToFS(to.X, to.Y);
+        DrawSamplesPlainly(plain, from, to, plain.GetPenColor());
+        ASSERT_EQ(AllPixels(fast), AllPixels(plain)) << from.X << ',' << from.Y << " to " << to.X << ',' << to.Y;
+    }
+}
+
+// Lines along an axis, from places between which the fraction stays the same and from others.
+TEST(Bitmap32Lines, LinesAlongAnAxisEqualTheirSamples) {
+    std::mt19937 random(28);
+    for (int round = 0; round < 20000; ++round) {
+        TBitmap32 fast = tests::RandomBitmap(random, Between(random, 1, 40), Between(random, 1, 20));
+        fast.SetPenColor(tests::RandomColor(random));
+        TBitmap32 plain = fast;
+        const auto place = [&] {
+            constexpr std::array<double, 5> steps = {1, 4, 256, 1024, 1000}; // the last gives fractions that round
+            return Between(random, -60'000, 60'000) / 1000 + Between(random, 0, 1023) / steps[random() % steps.size()];
+        };
+        TFloatPoint from = {place(), place()};
+        TFloatPoint to = {place(), place()};
+        if (round % 3 == 0)
+            from = {std::floor(from.X / 20), std::floor(from.Y / 20)};
+        (round % 2 == 0 ? to.X = from.X : to.Y = from.Y);
         fast.MoveToF(from.X, from.Y);
         fast.LineToFS(to.X, to.Y);
         DrawSamplesPlainly(plain, from, to, plain.GetPenColor());

@@ -56,5 +56,19 @@ TEST(CombineColor, MovesAllFourChannels) {
     EXPECT_EQ(CombineColor(0x00000000U, 0xFF000000U, CombineOne / 4), 0xBF000000U) << "191.25";
 }
 
+// By numbers of 64 bits, in which nothing can overflow.
+TEST(CombineColor, RoundsHalfUpInEveryCase) {
+    for (std::uint64_t over : {0, 1, 127, 128, 254, 255})
+        for (std::uint64_t under = 0; under < 256; ++under)
+            for (std::uint64_t weight : {0U, 1U, 255U, 65536U, CombineOne / 2 - 1, CombineOne / 2, CombineOne / 2 + 1,
+                                         CombineOne - 65536U, CombineOne - 1, CombineOne}) {
+                const std::uint64_t exact =
+                    (2 * (over * weight + under * (CombineOne - weight)) + CombineOne) / (2 * CombineOne);
+                const TColor32 color = CombineColor(static_cast<TColor32>(over), static_cast<TColor32>(under),
+                                                    static_cast<std::uint32_t>(weight));
+                ASSERT_EQ(color, exact) << over << " over " << under << " by " << weight;
+            }
+}
+
 } // namespace
 } // namespace lmx

@@ -115,6 +115,25 @@ TEST(PixelRows, FillsOfOneColorEqualTheirDefinitions) {
         }
 }
 
+TEST(PixelRows, CombineFillIsExactForEveryChannelAndWeight) {
+    std::mt19937 random(21);
+    for (int round = 0; round < 3000; ++round) {
+        const TColor32 color = RandomColor(random);
+        const auto weight =
+            static_cast<std::uint32_t>(round % 10 == 0 ? random() % 3 * (CombineOne / 2) : random() % (CombineOne + 1));
+        std::vector<TColor32> to(300);
+        for (std::size_t i = 0; i < to.size(); ++i)
+            to[i] = i < 256 ? static_cast<TColor32>(i) * 0x01010101U : RandomColor(random);
+        std::vector<TColor32> expected = to;
+        const std::size_t offset = random() % 8;
+        const std::size_t count = round % 2 == 0 ? to.size() - 8 : random() % 40;
+        for (std::size_t i = offset; i < offset + count; ++i)
+            expected[i] = CombineColor(color, to[i], weight);
+        PixelRows::CombineFill(to.data() + offset, count, color, weight);
+        ASSERT_EQ(to, expected) << std::hex << color << " with weight " << weight;
+    }
+}
+
 TEST(PixelRows, GatherFollowsTheColumns) {
     std::mt19937 random(22);
     std::vector<TColor32> from(3000);
