@@ -236,25 +236,44 @@ struct TStraightRun {
     std::int64_t Cell; // across it
     std::uint32_t Weight;
     std::uint32_t NextWeight;
+
+    /// Cuts off what lies beyond the lengths of the two axes.
+    void Clip(std::int32_t along, std::int32_t across) {
+        Begin = std::max<std::int64_t>(Begin, 0);
+        End = std::min<std::int64_t>(End, along);
+        if (Cell < 0 || Cell >= across)
+            Weight = 0;
+        if (Cell + 1 < 0 || Cell + 1 >= across)
+            NextWeight = 0;
+    }
+    bool IsEmpty() const { return Begin >= End || (Weight == 0 && NextWeight == 0); }
 };
 
-void DrawRun(TBitmap32& bitmap, TStraightRun run, bool isLevel, TColor32 color) {
-    run.Begin = std::max<std::int64_t>(run.Begin, 0);
-    run.End = std::min<std::int64_t>(run.End, isLevel ? bitmap.GetWidth() : bitmap.GetHeight());
-    if (run.Begin >= run.End)
+void DrawLevelRun(TBitmap32& bitmap, TStraightRun run, TColor32 color) {
+    run.Clip(bitmap.GetWidth(), bitmap.GetHeight());
+    if (run.IsEmpty())
         return;
-    const auto begin = static_cast<std::int32_t>(run.Begin);
-    const auto end = static_cast<std::int32_t>(run.End);
-    for (const auto& [cell, weight] : {std::pair(run.Cell, run.Weight), std::pair(run.Cell + 1, run.NextWeight)}) {
-        if (weight == 0 || cell < 0 || cell >= (isLevel ? bitmap.GetHeight() : bitmap.GetWidth()))
-            continue;
-        const auto across = static_cast<std::int32_t>(cell);
-        if (isLevel)
-            PixelRows::CombineFill(&bitmap.Pixel(begin, across), static_cast<std::size_t>(end - begin), color, weight);
-        else
-            for (std::int32_t y = begin; y < end; ++y)
-                bitmap.Pixel(across, y) = CombineColor(color, bitmap.Pixel(across, y), weight);
+    const auto x = static_cast<std::int32_t>(run.Begin);
+    const auto y = static_cast<std::int32_t>(run.Cell);
+    const auto count = static_cast<std::size_t>(run.End - run.Begin);
+    if (run.Weight != 0)
+        PixelRows::CombineFill(&bitmap.Pixel(x, y), count, color, run.Weight);
+    if (run.NextWeight != 0)
+        PixelRows::CombineFill(&bitmap.Pixel(x, y + 1), count, color, run.NextWeight);
+}
+
+void DrawUprightRun(TBitmap32& bitmap, TStraightRun run, TColor32 color) {
+    run.Clip(bitmap.GetHeight(), bitmap.GetWidth());
+    if (run.IsEmpty())
+        return;
+    if (run.Cell < 0) { // the next one alone
+        ++run.Cell;
+        run.Weight = std::exchange(run.NextWeight, 0);
     }
+    PixelRows::CombineFillColumns(
+        &bitmap.Pixel(static_cast<std::int32_t>(run.Cell), static_cast<std::int32_t>(run.Begin)),
+        static_cast<std::size_t>(bitmap.GetWidth()), static_cast<std::size_t>(run.End - run.Begin), color, run.Weight,
+        run.NextWeight);
 }
 
 /// DrawSamples for a line of one colour along an axis whose samples have one fraction: what takes most of the time of
@@ -277,8 +296,9 @@ void DrawStraight(TBitmap32& bitmap, const TSampledLine& line, bool isLevel, TCo
     };
     const TStraightRun nearShares = run(along.Cell, 256 - along.NextWeight);
     const TStraightRun farShares = run(along.Cell + 1, along.NextWeight);
-    DrawRun(bitmap, isForward ? farShares : nearShares, isLevel, color);
-    DrawRun(bitmap, isForward ? nearShares : farShares, isLevel, color);
+    const auto draw = isLevel ? DrawLevelRun : DrawUprightRun;
+    draw(bitmap, isForward ? farShares : nearShares, color);
+    draw(bitmap, isForward ? nearShares : farShares, color);
 }
 
 } // namespace

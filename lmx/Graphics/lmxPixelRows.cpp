@@ -209,26 +209,58 @@ void MergeFill(TColor32* to, std::size_t count, TColor32 color) {
 
 namespace {
 
-// In steps that vectorise: CombineOne is 65536 * 255, and (n + 1 + n / 256) / 256 is n / 255 for every n below 65535.
-inline std::uint32_t CombineChannel(std::uint32_t overPart, std::uint32_t under, std::uint32_t rest) {
-    const std::uint32_t sum = (overPart + under * rest) >> 16;
-    return (sum + 1 + (sum >> 8)) >> 8;
-}
+/// CombineColor of one colour with one weight: what does not depend on the pixel is done once, and the rest in steps
+/// that vectorise. CombineOne is 65536 * 255, and (n + 1 + n / 256) / 256 is n / 255 for every n below 65535.
+class TCombination {
+public:
+    TCombination(TColor32 color, std::uint32_t weight)
+        : FRest(CombineOne - weight),
+          FBlue(BlueComponent(color) * weight + CombineOne / 2),
+          FGreen(GreenComponent(color) * weight + CombineOne / 2),
+          FRed(RedComponent(color) * weight + CombineOne / 2),
+          FAlpha(AlphaComponent(color) * weight + CombineOne / 2) {}
+
+    TColor32 Over(TColor32 under) const {
+        return Channel(FBlue, under & 255) | Channel(FGreen, under >> 8 & 255) << 8 |
+               Channel(FRed, under >> 16 & 255) << 16 | Channel(FAlpha, under >> 24) << 24;
+    }
+
+private:
+    std::uint32_t Channel(std::uint32_t overPart, std::uint32_t under) const {
+        const std::uint32_t sum = (overPart + under * FRest) >> 16;
+        return (sum + 1 + (sum >> 8)) >> 8;
+    }
+
+    std::uint32_t FRest;
+    std::uint32_t FBlue;
+    std::uint32_t FGreen;
+    std::uint32_t FRed;
+    std::uint32_t FAlpha;
+};
 
 } // namespace
 
 void CombineFill(TColor32* to, std::size_t count, TColor32 color, std::uint32_t weight) {
     if (weight == CombineOne)
         return Fill(to, count, color);
-    const std::uint32_t rest = CombineOne - weight;
-    const std::uint32_t blue = BlueComponent(color) * weight + CombineOne / 2;
-    const std::uint32_t green = GreenComponent(color) * weight + CombineOne / 2;
-    const std::uint32_t red = RedComponent(color) * weight + CombineOne / 2;
-    const std::uint32_t alpha = AlphaComponent(color) * weight + CombineOne / 2;
-    for (std::size_t i = 0; i < count; ++i) {
-        const TColor32 under = to[i];
-        to[i] = CombineChannel(blue, under & 255, rest) | CombineChannel(green, under >> 8 & 255, rest) << 8 |
-                CombineChannel(red, under >> 16 & 255, rest) << 16 | CombineChannel(alpha, under >> 24, rest) << 24;
+    const TCombination combination(color, weight);
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = combination.Over(to[i]);
+}
+
+// Every row is another line of the cache, which is asked for some rows ahead. A weight of 0 touches nothing: there may
+// be no pixel.
+void CombineFillColumns(TColor32* to, std::size_t stride, std::size_t count, TColor32 color, std::uint32_t weight,
+                        std::uint32_t nextWeight) {
+    constexpr std::size_t ahead = 16;
+    const TCombination combination(color, weight);
+    const TCombination nextCombination(color, nextWeight);
+    for (std::size_t i = 0; i < count; ++i, to += stride) {
+        Prefetch(to + std::min(ahead, count - i - 1) * stride);
+        if (weight != 0)
+            to[0] = combination.Over(to[0]);
+        if (nextWeight != 0)
+            to[1] = nextCombination.Over(to[1]);
     }
 }
 

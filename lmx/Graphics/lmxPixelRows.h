@@ -32,5 +32,9 @@ void MergeFill(TColor32* to, std::size_t count, TColor32 color);
 
 /// CombineColor of one colour over each pixel; `weight` is at most CombineOne.
 void CombineFill(TColor32* to, std::size_t count, TColor32 color, std::uint32_t weight);
+/// The same down two columns, `to` and the one to its right, by a weight of its own each: `stride` pixels from one row
+/// to the next.
+void CombineFillColumns(TColor32* to, std::size_t stride, std::size_t count, TColor32 color, std::uint32_t weight,
+                        std::uint32_t nextWeight);
 
 } // namespace lmx::PixelRows

@@ -134,6 +134,29 @@ TEST(PixelRows, CombineFillIsExactForEveryChannelAndWeight) {
     }
 }
 
+TEST(PixelRows, CombineFillColumnsTouchesTwoPixelsOfEachRow) {
+    std::mt19937 random(22);
+    const auto anyWeight = [&] {
+        return static_cast<std::uint32_t>(random() % 5 == 0 ? random() % 2 * CombineOne : random() % (CombineOne + 1));
+    };
+    for (int round = 0; round < 500; ++round) {
+        const TColor32 color = RandomColor(random);
+        const std::uint32_t weight = anyWeight();
+        const std::uint32_t nextWeight = anyWeight();
+        std::vector<TColor32> to(7 * 50);
+        for (TColor32& pixel : to)
+            pixel = RandomColor(random);
+        std::vector<TColor32> expected = to;
+        const std::size_t count = random() % 45;
+        for (std::size_t place = 2 * 7 + 3; place < (2 + count) * 7; place += 7) {
+            expected[place] = CombineColor(color, to[place], weight);
+            expected[place + 1] = CombineColor(color, to[place + 1], nextWeight);
+        }
+        PixelRows::CombineFillColumns(to.data() + 2 * 7 + 3, 7, count, color, weight, nextWeight);
+        ASSERT_EQ(to, expected) << std::hex << color << " with weights " << weight << ", " << nextWeight;
+    }
+}
+
 TEST(PixelRows, GatherFollowsTheColumns) {
     std::mt19937 random(22);
     std::vector<TColor32> from(3000);
