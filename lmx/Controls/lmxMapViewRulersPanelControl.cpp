@@ -11,6 +11,8 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include <memory>
+
 namespace lmx {
 
 TMapViewRulersPanelControl::TMapViewRulersPanelControl(QWidget* parent)
@@ -57,16 +59,11 @@ void TMapViewRulersPanelControl::ConnectList() {
     press(Qt::Key_F2, FEditButton);
 }
 
-TRulerMapLayer* TMapViewRulersPanelControl::GetRulersLayer() const {
-    return FRulersLayerLife.expired() ? nullptr : FRulersLayer;
-}
-
 void TMapViewRulersPanelControl::SetRulersLayer(TRulerMapLayer* layer) {
     if (layer == GetRulersLayer())
         return;
     RegisterRulersLayerEvents(GetRulersLayer(), false);
     FRulersLayer = layer;
-    FRulersLayerLife = layer ? layer->GetLivenessToken() : std::weak_ptr<const void>();
     RegisterRulersLayerEvents(layer, true);
     UpdateList();
 }
@@ -138,9 +135,8 @@ void TMapViewRulersPanelControl::DelButton_Click() {
     const TRulerItem* ruler = FListView->GetSelectedRuler();
     if (!layer || !ruler)
         return;
-    const auto life = layer->GetLivenessToken();
     layer->Delete(ruler);
-    if (!life.expired())
+    if (GetRulersLayer() == layer) // whoever was told may have let it go
         layer->Invalidate();
 }
 

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <lmx/Runtime/lmxEventList.h>
+#include <lmx/Runtime/lmxReceiverReference.h>
 
 #include <QWidget>
-
-#include <memory>
 
 namespace lmx {
 
@@ -24,7 +23,8 @@ class TMapViewRulersPanelControl : public QWidget, public TEventReceiver {
 public:
     explicit TMapViewRulersPanelControl(QWidget* parent = nullptr);
 
-    TRulerMapLayer* GetRulersLayer() const; ///< nil if none is set or the one that was is gone
+    /// Nil if none is set or the one that was is gone.
+    TRulerMapLayer* GetRulersLayer() const { return FRulersLayer.Get(); }
     void SetRulersLayer(TRulerMapLayer* layer);
 
     TPngButton* GetAddButton() const { return FAddButton; }
@@ -59,8 +59,7 @@ private:
     TPngButton* FDelButton;
     TPngButton* FEditButton;
     TRulerListView* FListView;
-    TRulerMapLayer* FRulersLayer = nullptr;
-    std::weak_ptr<const void> FRulersLayerLife;
+    TReceiverReference<TRulerMapLayer> FRulersLayer;
     TRulerItem* FEditedRuler = nullptr; ///< of the last edit; nil once it is gone
 };
 

@@ -48,7 +48,7 @@ void TModalDialog::AddButtons() {
     row->addStretch();
     row->addWidget(ok);
     row->addWidget(cancel);
-    layout()->addItem(row);
+    static_cast<QBoxLayout*>(layout())->addLayout(row);
 }
 
 } // namespace lmx

@@ -11,6 +11,7 @@
 #include <tests/Support/ModalAnswer.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/ScriptedServices.h>
+#include <tests/Support/ShownView.h>
 #include <tests/Support/TestMap.h>
 #include <tests/Support/WidgetPictures.h>
 
@@ -392,6 +393,25 @@ TEST_F(MapViewRulersPanelControl, LosesItsRulersWithTheLayer) {
     TRulerMapLayer other(Manager);
     Panel->SetRulersLayer(&other);
     EXPECT_EQ(other.GetOnRulerAdded().Count(), 1);
+    Panel->SetRulersLayer(nullptr);
+}
+
+TEST_F(MapViewRulersPanelControl, ListsWhatIsPlacedOnAView) {
+    tests::TShownView shown;
+    shown.AddReadyLayer();
+    Panel->SetRulersLayer(shown.View.GetSpRulersLayer());
+    shown.View.SetMode(TMapMode::mdPlaceRulerH);
+    shown.Drag({20, 20}, {40, 30});
+    shown.View.SetMode(TMapMode::mdPlaceRulerV);
+    shown.Drag({20, 20}, {40, 30});
+    ASSERT_EQ(Rulers().size(), 2U);
+    EXPECT_EQ(Rulers()[0]->GetOrientation(), Horizontal);
+    EXPECT_EQ(Rulers()[1]->GetOrientation(), Vertical);
+    shown.View.SetLayerManager(Manager); // the rulers go with the layer of the old manager
+    EXPECT_TRUE(Rulers().empty());
+    EXPECT_EQ(Panel->GetRulersLayer(), nullptr);
+    Panel->SetRulersLayer(shown.View.GetSpRulersLayer());
+    EXPECT_NE(Panel->GetRulersLayer(), nullptr);
     Panel->SetRulersLayer(nullptr);
 }
 
