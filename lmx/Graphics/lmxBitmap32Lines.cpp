@@ -98,19 +98,16 @@ void TBitmap32::LineToS(std::int32_t x, std::int32_t y) {
 // Dense outlines are made of lines one pixel long, which are worth a short way.
 void TBitmap32::LinesToS(std::span<const TPoint> points) {
     TColor32* const pixels = FPixels.data();
-    const auto width = static_cast<std::uint32_t>(FWidth);
-    const auto height = static_cast<std::uint32_t>(FHeight);
+    const TRect bounds = GetBounds();
     for (const TPoint& end : points) {
-        const auto x = static_cast<std::uint32_t>(FPen.X);
-        const auto y = static_cast<std::uint32_t>(FPen.Y);
-        const std::uint32_t dx = static_cast<std::uint32_t>(end.X) - x + 1; // 0, 1 or 2 for a neighbour
-        const std::uint32_t dy = static_cast<std::uint32_t>(end.Y) - y + 1;
+        const auto dx = static_cast<std::uint64_t>(std::int64_t{end.X} - FPen.X + 1); // 0, 1 or 2 for a neighbour
+        const auto dy = static_cast<std::uint64_t>(std::int64_t{end.Y} - FPen.Y + 1);
         if (dx > 2 || dy > 2) {
             LineToS(end.X, end.Y);
             continue;
         }
-        if (end != FPen && x < width && y < height)
-            pixels[std::size_t{y} * width + x] = FPenColor;
+        if (end != FPen && bounds.Contains(FPen))
+            pixels[RowOffset(FPen.Y) + static_cast<std::size_t>(FPen.X)] = FPenColor;
         FPen = end;
     }
 }

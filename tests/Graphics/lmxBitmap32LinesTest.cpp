@@ -93,6 +93,39 @@ TEST(Bitmap32Lines, ClippingKeepsTheUnclippedPixels) {
     }
 }
 
+TEST(Bitmap32Lines, ManyLinesEqualOneAfterTheOther) {
+    std::mt19937 random(27);
+    for (int round = 0; round < 5000; ++round) {
+        TBitmap32 together(Between(random, 0, 20), Between(random, 1, 20));
+        together.SetPenColor(Pen);
+        TBitmap32 plain = together;
+        const std::int32_t step = round % 3; // up to one pixel, and up to two
+        std::vector<TPoint> points{{Between(random, -5, 25), Between(random, -5, 25)}};
+        while (points.size() < 30)
+            points.emplace_back(points.back().X + Between(random, -step, step),
+                                points.back().Y + Between(random, -step, step));
+        together.LinesToS(points);
+        plain.MoveTo(0, 0);
+        for (const TPoint& point : points)
+            plain.LineToS(point.X, point.Y);
+        ASSERT_EQ(AllPixels(together), AllPixels(plain));
+        together.LineToS(9, 9); // the pen stands at the last point
+        plain.LineToS(9, 9);
+        ASSERT_EQ(AllPixels(together), AllPixels(plain));
+    }
+}
+
+TEST(Bitmap32Lines, NoPointIsANeighbourAroundTheEndOfTheIntegers) {
+    constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+    TBitmap32 bitmap(3, 1);
+    bitmap.SetPenColor(Pen);
+    bitmap.MoveTo(highest, 0);
+    const TPoint end(lowest, 0);
+    bitmap.LinesToS(std::span(&end, 1));
+    EXPECT_EQ(Show(bitmap, Letters), TPicture{"###"});
+}
+
 TEST(Bitmap32Lines, FarPointsAreExact) {
     constexpr std::int32_t far = 1 << 29;
     EXPECT_EQ(WholeLine(4, 4, {-far, -far}, {far, far}), (TPicture{"#...", ".#..", "..#.", "...#"}));
