@@ -58,6 +58,20 @@ TEST(AsciiNumber, TakesNumbersOffTheFrontOfAText) {
     EXPECT_TRUE(rest.isEmpty());
 }
 
+TEST(AsciiNumber, TakesDoublesInTheirOwnRange) {
+    const QByteArray text = "1e39 16777217 0.1 1e-400";
+    QByteArrayView rest(text);
+    for (const double expected : {1e39, 16777217.0, 0.1, 0.0}) {
+        double number = 1;
+        ASSERT_TRUE(TakeAsciiNumber(rest, number));
+        EXPECT_EQ(number, expected);
+    }
+    double number = 7;
+    QByteArrayView huge("1e309");
+    EXPECT_FALSE(TakeAsciiNumber(huge, number));
+    EXPECT_EQ(number, 7);
+}
+
 TEST(AsciiNumber, RefusesWhatIsNoNumber) {
     for (const char* text : {"", "x", "1,5", "1x", "--1", "+-1", "+", "1e39", "-1e400", "0x10"}) {
         QByteArrayView rest(text);

@@ -1,0 +1,420 @@
+#include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Formats/lmxShpFile.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxLayerManagerConfig.h>
+#include <lmx/Layers/lmxShapeFileLayer.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <tests/Formats/ImageFiles.h>
+#include <tests/Layers/PlainOutlines.h>
+#include <tests/Support/CoordinatePrinters.h>
+#include <tests/Support/Printers.h>
+#include <tests/Support/ShapeBytes.h>
+#include <tests/Support/ShownView.h>
+#include <tests/Support/TestBufferedLayer.h>
+
+#include <QBuffer>
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace lmx {
+namespace {
+
+using namespace tests;
+
+constexpr TColor32 Red = 0xFFFF0000;
+constexpr TColor32 Blue = 0xFF0000FF;
+constexpr TColor32 White = 0xFFFFFFFF;
+
+std::unique_ptr<TShpFile> Load(QByteArray bytes) {
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    return TShpFile::LoadFromStream(buffer, QStringLiteral("x.shp"), nullptr);
+}
+
+/// A square of 10 degrees with its south-western corner at 20 E, 30 N.
+QByteArray SquareBytes(double x = 20, double y = 30) {
+    return TShapeBytes().Lines(5, {{{x, y}, {x, y + 10}, {x + 10, y + 10}, {x + 10, y}, {x, y}}}).File(5);
+}
+
+std::unique_ptr<TShpFile> Square() {
+    return Load(SquareBytes());
+}
+
+class TDoublingProjection : public IShapeFileProjection {
+public:
+    void Convert(extended x, extended y, extended& outX, extended& outY) const override {
+        outX = 2 * x;
+        outY = y / 2;
+    }
+};
+
+class TFailingProjection : public IShapeFileProjection {
+public:
+    void Convert(extended, extended, extended&, extended&) const override {
+        throw EInvalidOp(QStringLiteral("no place"));
+    }
+};
+
+class TCountingFactory : public ILayerComponentFactory {
+public:
+    bool GetLegendComponent(TBaseMapLayer* layer, TBaseLegendControl*& component) override {
+        Asked.push_back(layer);
+        component = nullptr;
+        return true;
+    }
+    std::vector<TBaseMapLayer*> Asked;
+};
+
+class ShapeFileLayer : public testing::Test {
+protected:
+    ShapeFileLayer() {
+        Viewport.SetViewSize({60, 40});
+        Viewport.SetScale(2);
+        Viewport.SetCenter({25, 35});
+        Layer->SetColor(Red);
+    }
+    ~ShapeFileLayer() override {
+        Layer = nullptr;
+        EXPECT_TRUE(PumpUntilRendersEnd());
+    }
+
+    void Paint() {
+        Target.Clear(White);
+        Layer->Paint(&World, &Viewport, Target);
+    }
+    void PaintAndRender() {
+        Paint();
+        ASSERT_TRUE(PumpUntilRendersEnd());
+    }
+
+    std::shared_ptr<ILayerManager> Manager = TLayerManagerFactory::GetObject();
+    std::unique_ptr<TShapeFileLayer> Layer = std::make_unique<TShapeFileLayer>(Manager);
+    TWorld World{TLatLonWorldSystemFactory::GetObject()};
+    TWorldViewport Viewport{&World};
+    TBitmap32 Target{60, 40};
+};
+
+// --- The file -------------------------------------------------------------------------------------------------------
+
+TEST_F(ShapeFileLayer, BeginsWithoutAFile) {
+    EXPECT_EQ(Layer->GetShpFile(), nullptr);
+    EXPECT_TRUE(Layer->GetOwnsShpFile());
+    EXPECT_FALSE(Layer->GetHasContent());
+    EXPECT_NE(dynamic_cast<const TWGS84ShapeFileProjection*>(Layer->GetProjection().get()), nullptr);
+    EXPECT_EQ(Layer->GetLayerTypeName(), "Shape file");
+    EXPECT_EQ(Layer->GetLayerClassName(), "ShapeFileLayer");
+    EXPECT_TRUE(Layer->GetLayerOptionFlags().Contains(TLayerOptionFlag::lofDuplicate));
+    EXPECT_TRUE(Layer->GetLayerOptionFlags().Contains(TLayerOptionFlag::lofDelete));
+    PaintAndRender();
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr) << "nothing to draw gives no picture";
+}
+
+TEST_F(ShapeFileLayer, AFileGivesTheAreaInLongitudesAndLatitudes) {
+    auto file = Square();
+    TShpFile* const square = file.get();
+    Layer->SetShpFile(file.release());
+    EXPECT_EQ(Layer->GetShpFile(), square);
+    EXPECT_TRUE(Layer->GetHasContent());
+    EXPECT_TRUE(Layer->GetIsReadyToDraw());
+    EXPECT_EQ(Layer->GetLayerArea().Area, TMapArea(20, 40, 30, 30));
+    EXPECT_EQ(Layer->GetLayerArea().WorldSystem, TLatLonWorldSystemFactory::GetObject());
+}
+
+TEST_F(ShapeFileLayer, TheAreaIsTheProjectedBounds) {
+    Layer->SetProjection(std::make_shared<TDoublingProjection>());
+    Layer->TakeShpFile(Square());
+    EXPECT_EQ(Layer->GetLayerArea().Area, TMapArea(40, 20, 60, 15));
+    EXPECT_EQ(Layer->ProjectMapPoint(3, 4), TMapPoint(6, 2));
+}
+
+TEST_F(ShapeFileLayer, ANilProjectionLeavesPointsAsTheyAre) {
+    Layer->SetProjection(nullptr);
+    EXPECT_EQ(Layer->ProjectMapPoint(3, 4), TMapPoint(3, 4));
+    Layer->TakeShpFile(Square());
+    EXPECT_EQ(Layer->GetLayerArea().Area, TMapArea(20, 40, 30, 30));
+    PaintAndRender();
+    ASSERT_NE(Layer->GetBufferedBitmap(), nullptr);
+    EXPECT_GT(CountPixels(Layer->GetBufferedBitmap()->Bitmap), 0);
+}
+
+TEST_F(ShapeFileLayer, TheProjectionMustComeFirst) {
+    const auto projection = Layer->GetProjection();
+    Layer->TakeShpFile(Square());
+    EXPECT_EQ(MessageOf<EInvalidOperation>([&] { Layer->SetProjection(std::make_shared<TDoublingProjection>()); }),
+              "Projection must be set before ShapeFile is set");
+    EXPECT_EQ(Layer->GetProjection(), projection);
+    Layer->DeleteShpFile();
+    Layer->SetProjection(nullptr);
+    EXPECT_EQ(Layer->GetProjection(), nullptr);
+}
+
+TEST_F(ShapeFileLayer, SettingTheSameFileDoesNothing) {
+    Layer->TakeShpFile(Square());
+    PaintAndRender();
+    const TBufferedBitmap* const picture = Layer->GetBufferedBitmap();
+    ASSERT_NE(picture, nullptr);
+    Layer->SetShpFile(Layer->GetShpFile());
+    EXPECT_EQ(Layer->GetBufferedBitmap(), picture);
+    EXPECT_EQ(Layer->GetCurrentThread(), nullptr);
+}
+
+TEST_F(ShapeFileLayer, AnotherFileDropsThePictureAtOnce) {
+    Layer->TakeShpFile(Square());
+    PaintAndRender();
+    int invalidations = 0;
+    const auto subscription = Layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { ++invalidations; });
+    Layer->TakeShpFile(Load(SquareBytes(15, 25)));
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr);
+    EXPECT_EQ(invalidations, 1);
+    EXPECT_EQ(Layer->GetLayerArea().Area, TMapArea(15, 35, 25, 25));
+}
+
+TEST_F(ShapeFileLayer, AnOwnedFileGoesWithItsLayerOrItsSuccessor) {
+    Layer->SetShpFile(Square().release());
+    const auto first = Layer->GetShpFile()->WatchLifetime();
+    Layer->SetShpFile(Square().release());
+    EXPECT_TRUE(first.expired());
+    const auto second = Layer->GetShpFile()->WatchLifetime();
+    Layer = nullptr;
+    EXPECT_TRUE(second.expired());
+}
+
+TEST_F(ShapeFileLayer, AFileThatIsNotOwnedStaysAlive) {
+    const auto first = Square();
+    const auto second = Square();
+    Layer->SetOwnsShpFile(false);
+    Layer->SetShpFile(first.get());
+    Layer->SetShpFile(second.get());
+    EXPECT_FALSE(first->WatchLifetime().expired());
+    Layer->DeleteShpFile();
+    EXPECT_EQ(Layer->GetShpFile(), nullptr);
+    Layer->SetShpFile(first.get());
+    Layer->TakeShpFile(Square());
+    EXPECT_TRUE(Layer->GetOwnsShpFile());
+    Layer = nullptr;
+    EXPECT_EQ(first->GetPolygonCount(), 1U);
+    EXPECT_EQ(second->GetPolygonCount(), 1U);
+}
+
+TEST_F(ShapeFileLayer, AFileThatTheHostDestroysIsNoLongerThere) {
+    auto file = Square();
+    Layer->SetOwnsShpFile(false);
+    Layer->SetShpFile(file.get());
+    Paint();
+    file = nullptr; // while it is rendered
+    EXPECT_EQ(Layer->GetShpFile(), nullptr);
+    EXPECT_FALSE(Layer->GetHasContent());
+    ASSERT_TRUE(PumpUntilRendersEnd());
+    ASSERT_NE(Layer->GetBufferedBitmap(), nullptr) << "the render had a share of the geometry";
+    EXPECT_GT(CountPixels(Layer->GetBufferedBitmap()->Bitmap), 0);
+}
+
+TEST_F(ShapeFileLayer, RefusesNoFile) {
+    Layer->TakeShpFile(Square());
+    TShpFile* const file = Layer->GetShpFile();
+    EXPECT_EQ(MessageOf<EExArgumentNilException>([&] { Layer->SetShpFile(nullptr); }),
+              "TShapeFileLayer.SetShpFile: argument ShpFile is nil");
+    EXPECT_EQ(MessageOf<EExArgumentNilException>([&] { Layer->TakeShpFile(nullptr); }),
+              "TShapeFileLayer.SetShpFile: argument ShpFile is nil");
+    EXPECT_EQ(Layer->GetShpFile(), file);
+}
+
+TEST_F(ShapeFileLayer, AProjectionThatFailsLeavesTheLayerAsItWas) {
+    Layer->SetProjection(std::make_shared<TFailingProjection>());
+    auto file = Square();
+    EXPECT_EQ(MessageOf<EInvalidOp>([&] { Layer->SetShpFile(file.get()); }), "no place");
+    EXPECT_EQ(MessageOf<EInvalidOp>([&] { Layer->TakeShpFile(Square()); }), "no place");
+    EXPECT_EQ(Layer->GetShpFile(), nullptr);
+    EXPECT_EQ(Layer->GetLayerArea().WorldSystem, nullptr);
+}
+
+TEST_F(ShapeFileLayer, ASubscriberMayDestroyTheLayerThatGetsAFile) {
+    const auto subscription = Layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { Layer = nullptr; });
+    auto file = Square();
+    const auto lifetime = file->WatchLifetime();
+    Layer->TakeShpFile(std::move(file));
+    EXPECT_EQ(Layer, nullptr);
+    EXPECT_TRUE(lifetime.expired());
+}
+
+// --- Pictures -------------------------------------------------------------------------------------------------------
+
+TEST_F(ShapeFileLayer, TheFilesOutlinesComeOutInTheColour) {
+    Layer->TakeShpFile(Square());
+    PaintAndRender();
+    ASSERT_NE(Layer->GetBufferedBitmap(), nullptr);
+    TBitmap32 plain(60, 40);
+    plain.SetPenColor(Red);
+    DrawPlainly(*Layer->GetShpFile(), Viewport.GetLocal(), plain);
+    EXPECT_EQ(CountPixels(plain), 80);
+    EXPECT_TRUE(SamePixels(Layer->GetBufferedBitmap()->Bitmap, plain));
+    EXPECT_EQ(Layer->GetBufferedBitmap()->MapArea, Viewport.GetVisibleMapArea());
+}
+
+TEST_F(ShapeFileLayer, ANewColourDropsThePicture) {
+    Layer->TakeShpFile(Square());
+    PaintAndRender();
+    const TBufferedBitmap* const picture = Layer->GetBufferedBitmap();
+    Layer->SetColor(Red);
+    EXPECT_EQ(Layer->GetBufferedBitmap(), picture);
+    Layer->SetColor(Blue);
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr);
+    PaintAndRender();
+    EXPECT_EQ(Layer->GetBufferedBitmap()->Bitmap.Pixel(20, 10), Blue);
+}
+
+TEST_F(ShapeFileLayer, ARenderGoesOnWithWhatItBeganWith) {
+    Layer->TakeShpFile(Square());
+    Paint();
+    const auto render = Layer->GetCurrentThread();
+    Layer->TakeShpFile(Load(SquareBytes(15, 25)));
+    EXPECT_TRUE(render->ShouldStop());
+    ASSERT_TRUE(PumpUntilRendersEnd());
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr) << "a picture of the old file is not taken";
+}
+
+TEST_F(ShapeFileLayer, DestroyingTheLayerDuringALongRenderReturnsAtOnce) {
+    std::vector<TShpPoint> line; // some seconds of work
+    for (int i = 0; i < 1'000'000; ++i)
+        line.push_back({i % 2 == 0 ? -170.0 : 170.0, i % 3 == 0 ? 80.0 : -80.0});
+    Layer->TakeShpFile(Load(TShapeBytes().Lines(3, {line}).File(3)));
+    Paint();
+    const auto render = Layer->GetCurrentThread();
+    ASSERT_TRUE(WaitUntil([] { return RenderThreadPool().GetRunningCount() == 1; }));
+    QElapsedTimer elapsed;
+    elapsed.start();
+    Layer = nullptr;
+    EXPECT_LT(elapsed.elapsed(), 1000);
+    EXPECT_TRUE(render->ShouldStop());
+    EXPECT_TRUE(PumpUntilRendersEnd());
+}
+
+// Paints, pans, recolours, replaces and destroys at random, over all threads of the pool.
+TEST(ShapeFileLayerStress, AnythingMayHappenDuringARender) {
+    TShownView shown;
+    std::mt19937 random(11);
+    const auto below = [&](unsigned limit) { return static_cast<int>(random() % limit); };
+    const auto coast = QStringLiteral(LMX_SOURCE_DIR "/tests/data/shp/ne_110m_coastline.shp");
+    auto borrowed = TShpFile::LoadFromFile(coast, nullptr);
+    std::vector<TShapeFileLayer*> layers;
+    const auto add = [&] {
+        auto layer = std::make_unique<TShapeFileLayer>(shown.Manager);
+        layer->SetColor(Red);
+        if (below(3) == 0 && borrowed) {
+            layer->SetOwnsShpFile(false);
+            layer->SetShpFile(borrowed.get());
+        } else {
+            layer->TakeShpFile(TShpFile::LoadFromFile(coast, nullptr));
+        }
+        layers.push_back(layer.get());
+        shown.Manager->GetLayers().Add(std::move(layer));
+    };
+    for (int i = 0; i < 12; ++i)
+        add();
+    int pictures = 0;
+    for (int step = 0; step < 3000; ++step) {
+        TShapeFileLayer* layer = layers[static_cast<std::size_t>(below(static_cast<unsigned>(layers.size())))];
+        switch (below(9)) {
+        case 0:
+            layer->SetColor(White - static_cast<TColor32>(below(5)));
+            break;
+        case 1:
+            layer->TakeShpFile(below(2) == 0 ? Square() : TShpFile::LoadFromFile(coast, nullptr));
+            break;
+        case 2:
+            layer->DeleteShpFile();
+            break;
+        case 3:
+            std::erase(layers, layer);
+            shown.Manager->GetLayers().Remove(layer);
+            add();
+            break;
+        case 4:
+            borrowed = step % 2 == 0 ? nullptr : TShpFile::LoadFromFile(coast, nullptr);
+            break;
+        case 5:
+            shown.View.GetViewport()->SetScale(1 + below(40));
+            break;
+        case 6:
+            layer->Invalidate(below(2) == 0);
+            break;
+        default:
+            shown.View.GetViewport()->SetTranslation({below(200) - 100, below(200) - 100});
+        }
+        if (below(3) == 0)
+            shown.View.DoPaintBuffer();
+        if (below(6) == 0)
+            QCoreApplication::processEvents();
+        if (step % 20 == 0) { // else hardly a picture would ever be finished
+            ASSERT_TRUE(PumpUntilRendersEnd());
+        }
+        pictures += layer && std::ranges::count(layers, layer) > 0 && layer->GetBufferedBitmap() ? 1 : 0;
+    }
+    EXPECT_GT(pictures, 100);
+    shown.Manager->GetLayers().Clear();
+    EXPECT_TRUE(PumpUntilRendersEnd());
+}
+
+// --- Copies and legends ---------------------------------------------------------------------------------------------
+
+TEST_F(ShapeFileLayer, ADuplicateReadsTheFileAgain) {
+    const TImageFolder folder;
+    folder.Write("square.shp", SquareBytes());
+    Layer->TakeShpFile(TShpFile::LoadFromFile(folder.Path("square.shp"), nullptr));
+    Layer->SetLayerName(QStringLiteral("square"));
+    const auto other = TLayerManagerFactory::GetObject();
+    const auto copy = Layer->Duplicate(other);
+    auto* duplicate = dynamic_cast<TShapeFileLayer*>(copy.get());
+    ASSERT_NE(duplicate, nullptr);
+    EXPECT_NE(duplicate->GetShpFile(), Layer->GetShpFile());
+    EXPECT_EQ(duplicate->GetShpFile()->GetFileName(), Layer->GetShpFile()->GetFileName());
+    EXPECT_TRUE(duplicate->GetOwnsShpFile());
+    EXPECT_EQ(duplicate->GetColor(), Red);
+    EXPECT_EQ(duplicate->GetLayerName(), "square");
+    EXPECT_EQ(duplicate->GetProjection(), Layer->GetProjection());
+    EXPECT_EQ(duplicate->GetLayerManager(), other);
+    EXPECT_EQ(duplicate->GetLayerArea(), Layer->GetLayerArea());
+    EXPECT_EQ(other->GetLayers().Count(), 0U);
+}
+
+TEST_F(ShapeFileLayer, ADuplicateIsConvertedAsTheProjectionFileSays) {
+    const TImageFolder folder;
+    folder.Write("nz.shp", TShapeBytes().Point(1, {174, -41}).File(1));
+    folder.Write("nz.prj", R"(GEOGCS["GCS_New_Zealand_1949",DATUM["D_New_Zealand_1949",)"
+                           R"(SPHEROID["International_1924",6378388.0,297.0]],PRIMEM["Greenwich",0.0],)"
+                           R"(UNIT["Degree",0.0174532925199433]])");
+    Layer->TakeShpFile(TShpFile::LoadFromFile(folder.Path("nz.shp"), nullptr));
+    const auto copy = Layer->Duplicate(Manager);
+    const auto* duplicate = dynamic_cast<TShapeFileLayer*>(copy.get());
+    EXPECT_EQ(Layer->GetShpFile()->GetPoint(0).X, 174) << "the original was read without a converter";
+    EXPECT_NEAR(duplicate->GetShpFile()->GetPoint(0).X, 174.000186162, 2e-9);
+    EXPECT_NEAR(duplicate->GetShpFile()->GetPoint(0).Y, -40.998259197, 2e-9);
+}
+
+TEST_F(ShapeFileLayer, ADuplicateFailsAsTheFileDoes) {
+    Layer->TakeShpFile(Square()); // of a stream: there is no file of its name
+    EXPECT_EQ(MessageOf<EFileException>([&] { Layer->Duplicate(Manager); }),
+              "x.shp: cannot be opened: No such file or directory");
+    EXPECT_EQ(Manager->GetLayers().Count(), 0U);
+}
+
+TEST_F(ShapeFileLayer, ADuplicateOfAnEmptyLayerIsEmpty) {
+    const auto copy = Layer->Duplicate(Manager);
+    EXPECT_FALSE(copy->GetHasContent());
+}
+
+TEST_F(ShapeFileLayer, TheHostIsAskedForTheLegend) {
+    const auto factory = std::make_shared<TCountingFactory>();
+    Manager->GetConfig()->SetLayerComponentFactory(factory);
+    Layer->TakeShpFile(Square());
+    EXPECT_EQ(factory->Asked, std::vector<TBaseMapLayer*>{Layer.get()});
+    Layer->SetColor(Blue);
+    EXPECT_EQ(factory->Asked.size(), 2U);
+    EXPECT_EQ(Layer->GetLegendComponent(), nullptr);
+}
+
+} // namespace
+} // namespace lmx
