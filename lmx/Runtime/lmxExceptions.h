@@ -23,6 +23,12 @@ public:
     using Exception::Exception;
 };
 
+/// A required argument that is null. The message is the argument's name.
+class EArgumentNilException : public EArgumentException {
+public:
+    using EArgumentException::EArgumentException;
+};
+
 /// A required argument that is null. Names the routine and the argument.
 class EExArgumentNilException : public EArgumentException {
 public:
