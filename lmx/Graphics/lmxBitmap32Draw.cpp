@@ -88,6 +88,23 @@ struct TStretchAxis {
         From += before;
         FromSize -= before + behind;
     }
+
+    /// A destination one pixel short shows all but the last of its source: floor(i * n / (n - 1)) is i. So it is a
+    /// copy.
+    void LeaveOutLast() {
+        if (ToSize == FromSize - 1)
+            --FromSize;
+    }
+
+    bool IsCopy() const { return ToSize == FromSize; }
+
+    /// The visible pixels of the destination.
+    std::int32_t VisibleBegin(std::int32_t visible) const {
+        return static_cast<std::int32_t>(std::clamp<TInt128>(To, 0, visible));
+    }
+    std::int32_t VisibleEnd(std::int32_t visible) const {
+        return static_cast<std::int32_t>(std::clamp<TInt128>(To + ToSize, 0, visible));
+    }
 };
 
 /// The visible part of a stretched axis: destination pixel Begin + i shows source pixel Sources[i].
@@ -96,16 +113,15 @@ struct TStretchSteps {
     std::vector<std::int32_t> Sources;
 
     TStretchSteps(const TStretchAxis& axis, std::int32_t visible) {
-        const TInt128 begin = std::max<TInt128>(axis.To, 0);
-        const TInt128 end = std::min<TInt128>(axis.To + axis.ToSize, visible);
-        if (begin >= end)
+        Begin = axis.VisibleBegin(visible);
+        const std::int32_t end = axis.VisibleEnd(visible);
+        if (Begin >= end)
             return;
-        Begin = static_cast<std::int32_t>(begin);
-        Sources.resize(static_cast<std::size_t>(end - begin));
+        Sources.resize(static_cast<std::size_t>(end - Begin));
         if (axis.ToSize == 1)
             Sources[0] = static_cast<std::int32_t>((2 * axis.From + axis.FromSize - 1) / 2);
         else
-            FillSources(axis, begin - axis.To);
+            FillSources(axis, Begin - axis.To);
     }
 
     /// What the visible pixel behind the i-th one shows; the last one stands for itself.
@@ -129,6 +145,21 @@ private:
         }
     }
 };
+
+/// Equal sizes: pixel for pixel, without tables.
+void CopyPixels(TBitmap32& to, const TStretchAxis& horizontal, const TStretchAxis& vertical, const TBitmap32& from,
+                const TRowTransfer& transfer) {
+    const std::int32_t left = horizontal.VisibleBegin(to.GetWidth());
+    const std::int32_t right = horizontal.VisibleEnd(to.GetWidth());
+    const std::int32_t bottom = vertical.VisibleEnd(to.GetHeight());
+    if (left >= right)
+        return;
+    const auto column = static_cast<std::int32_t>(horizontal.From + (left - horizontal.To));
+    for (std::int32_t y = vertical.VisibleBegin(to.GetHeight()); y < bottom; ++y) {
+        const auto row = static_cast<std::int32_t>(vertical.From + (y - vertical.To));
+        transfer(to.ScanLine(y) + left, from.ScanLine(row) + column, static_cast<std::size_t>(right - left));
+    }
+}
 
 /// Equal widths: the columns follow each other.
 void CopyRows(TBitmap32& to, const TStretchSteps& columns, const TStretchSteps& rows, const TBitmap32& from,
@@ -215,12 +246,19 @@ void TBitmap32::DrawStretched(const TWideRect& destination, const TRect& sourceR
     if (horizontal.IsEmpty() || vertical.IsEmpty())
         return;
 
+    horizontal.LeaveOutLast();
+    vertical.LeaveOutLast();
+    const TRowTransfer transfer(*this, source, mode);
+    if (horizontal.IsCopy() && vertical.IsCopy()) {
+        CopyPixels(*this, horizontal, vertical, source, transfer);
+        return;
+    }
+
     const TStretchSteps columns(horizontal, FWidth);
     const TStretchSteps rows(vertical, FHeight);
     if (columns.Sources.empty())
         return;
-    const TRowTransfer transfer(*this, source, mode);
-    if (horizontal.ToSize == horizontal.FromSize)
+    if (horizontal.IsCopy())
         CopyRows(*this, columns, rows, source, transfer);
     else if (transfer.IsPlainCopy())
         StretchRows(*this, columns, rows, source);

@@ -144,6 +144,11 @@ TEST(Bitmap32Draw, EqualSizesCopy) {
     EXPECT_EQ(Stretched(5, {1, 0, 4, 1}, {2, 0, 5, 1}, 6), (TNumbers{0, 3, 4, 5, 0}));
 }
 
+TEST(Bitmap32Draw, OnePixelShortLeavesOutTheLast) {
+    EXPECT_EQ(Stretched(7, {1, 0, 6, 1}, {0, 0, 6, 1}, 6), (TNumbers{0, 1, 2, 3, 4, 5, 0}));
+    EXPECT_EQ(Stretched(3, {1, 0, 2, 1}, {0, 0, 2, 1}, 2), (TNumbers{0, 1, 0}));
+}
+
 TEST(Bitmap32Draw, ASourceRectangleThatLeavesTheSourceIsCut) {
     // Twice as wide; one source pixel is missing on the left and two on the right.
     EXPECT_EQ(Stretched(12, {0, 0, 12, 1}, {-1, 0, 5, 1}, 3), (TNumbers{0, 0, 1, 1, 2, 2, 3, 3, 0, 0, 0, 0}));
@@ -282,8 +287,12 @@ TEST(Bitmap32Draw, EqualsTheDefinitionForRandomRectangles) {
         const std::int64_t factor = round % 7 == 0 ? 1'000'000'007 : 1;
         const TRect from(Between(random, -5, 20), Between(random, -3, 6), Between(random, 10, 45),
                          Between(random, 4, 16));
-        const TWideRect to(factor * Between(random, -reach, 40), factor * Between(random, -reach, 10),
-                           factor * Between(random, 0, 40 + reach), factor * Between(random, 0, 10 + reach));
+        TWideRect to(factor * Between(random, -reach, 40), factor * Between(random, -reach, 10),
+                     factor * Between(random, 0, 40 + reach), factor * Between(random, 0, 10 + reach));
+        if (round % 5 == 0)
+            to.Right = to.Left + from.Right - from.Left - Between(random, 0, 2);
+        if (round % 3 == 0)
+            to.Bottom = to.Top + from.Bottom - from.Top - Between(random, 0, 2);
         fast.Draw(to, from, source);
         DrawPlainly(plain, to, from, source);
         ASSERT_EQ(AllPixels(fast), AllPixels(plain)) << "round " << round;

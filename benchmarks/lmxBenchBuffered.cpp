@@ -1,0 +1,187 @@
+// A buffered layer on 1920 x 1080 pixels: what a paint costs while its picture is current, how soon a render that is
+// given up is over, and how long the main thread is held while a map with a slow render is panned. The yardstick is one
+// stretched drawing of the picture.
+
+#include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Layers/lmxBufferedMapLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRenderThreadHandler.h>
+
+#include <QApplication>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <new>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+std::atomic<std::int64_t> Allocations = 0;
+
+constexpr int Width = 1920;
+constexpr int Height = 1080;
+constexpr int Repetitions = 50;
+constexpr int Vertices = 10'000'000;
+
+using TClock = std::chrono::steady_clock;
+
+double MillisecondsSince(TClock::time_point start) {
+    return std::chrono::duration<double, std::milli>(TClock::now() - start).count();
+}
+
+double BestMilliseconds(const std::function<void()>& work) {
+    double best = 1e300;
+    for (int i = 0; i < Repetitions; ++i) {
+        const auto start = TClock::now();
+        work();
+        best = std::min(best, MillisecondsSince(start));
+    }
+    return best;
+}
+
+/// Draws a line of ten million vertices all over the picture.
+class THandler final : public lmx::TRenderThreadHandler {
+public:
+    THandler(lmx::TSize viewSize, const lmx::TMapArea& visibleMapArea, const lmx::TWorldViewportLocal& vpLocal,
+             std::shared_ptr<std::atomic<int>> drawing)
+        : TRenderThreadHandler(viewSize, visibleMapArea, vpLocal),
+          FDrawing(std::move(drawing)) {}
+
+protected:
+    void Draw(lmx::TBitmap32& bitmap, const lmx::TThreadPoolThread& thread) const override {
+        ++*FDrawing;
+        for (std::int32_t vertex = 0; vertex < Vertices && !thread.ShouldStop(); ++vertex)
+            bitmap.LineToS(vertex * 7 % Width, vertex * 13 % Height);
+        --*FDrawing;
+    }
+
+private:
+    std::shared_ptr<std::atomic<int>> FDrawing;
+};
+
+class TLayer final : public lmx::TBufferedMapLayer {
+public:
+    using TBufferedMapLayer::TBufferedMapLayer;
+
+    QString GetLayerTypeName() const override { return QStringLiteral("Benchmark"); }
+    void RenderBuffer(lmx::TSize viewSize, const lmx::TMapArea& visibleMapArea,
+                      const lmx::TWorldViewportLocal& vpLocal) override {
+        StartRender(std::make_shared<THandler>(viewSize, visibleMapArea, vpLocal, Drawing));
+    }
+
+    std::shared_ptr<std::atomic<int>> Drawing = std::make_shared<std::atomic<int>>(0);
+};
+
+struct TView {
+    TView() {
+        Viewport.SetViewSize({Width, Height});
+        Viewport.SetScale(5);
+    }
+
+    std::shared_ptr<lmx::ILayerManager> Manager = lmx::TLayerManagerFactory::GetObject();
+    lmx::TWorld World{lmx::TLatLonWorldSystemFactory::GetObject()};
+    lmx::TWorldViewport Viewport{&World};
+    lmx::TBitmap32 Buffer{Width, Height};
+    TLayer Layer{Manager};
+
+    void Paint() { Layer.Paint(&World, &Viewport, Buffer); }
+};
+
+/// A picture whose pixels are one third lines.
+std::unique_ptr<lmx::TBufferedBitmap> MakePicture(const lmx::TMapArea& area) {
+    auto picture = lmx::CreateBufferedBitmap({Width, Height}, area);
+    for (int y = 0; y < Height; ++y)
+        for (int x = y % 3; x < Width; x += 3)
+            picture->Bitmap.Pixel(x, y) = 0xFF204060;
+    return picture;
+}
+
+double MeasureDraw(TView& view) {
+    const auto picture = MakePicture({});
+    const lmx::TRect shorter(0, 0, Width - 1, Height - 1);
+    return BestMilliseconds([&] { view.Buffer.Draw(shorter, picture->Bitmap.GetBounds(), picture->Bitmap); });
+}
+
+void MeasurePaint(TView& view, double draw) {
+    view.Layer.SetBufferedBitmap(MakePicture(view.Viewport.GetVisibleMapArea()));
+    view.Paint();
+    const std::int64_t before = Allocations;
+    view.Paint();
+    const std::int64_t allocations = Allocations - before;
+    const double paint = BestMilliseconds([&] { view.Paint(); });
+    std::printf("paint with a current picture: %.2f x one stretched drawing (%.2f ms), %lld allocations\n",
+                paint / draw, draw, static_cast<long long>(allocations));
+}
+
+void MeasureCancel(TView& view) {
+    double call = 0;
+    double end = 0;
+    for (int i = 0; i < Repetitions; ++i) {
+        view.Layer.Invalidate(true);
+        view.Paint();
+        while (*view.Layer.Drawing != 1)
+            std::this_thread::yield();
+        const auto thread = view.Layer.GetCurrentThread();
+        const auto start = TClock::now();
+        thread->CancelOperation();
+        call = std::max(call, MillisecondsSince(start));
+        while (*view.Layer.Drawing != 0) {
+        }
+        end = std::max(end, MillisecondsSince(start));
+    }
+    std::printf("giving up a render of %d vertices: the call %.4f ms, until the render is over %.4f ms (the longest of "
+                "%d)\n",
+                Vertices, call, end, Repetitions);
+}
+
+void MeasurePan(TView& view, double draw) {
+    view.Layer.SetBufferedBitmap(MakePicture(view.Viewport.GetVisibleMapArea()));
+    std::vector<double> held;
+    for (int step = 0; step < 200; ++step) {
+        const auto start = TClock::now();
+        view.Viewport.SetTranslation({step % 50, -step % 30});
+        view.Paint();
+        QCoreApplication::processEvents();
+        held.push_back(MillisecondsSince(start));
+        std::this_thread::sleep_for(std::chrono::milliseconds(4)); // the render works on
+    }
+    std::sort(held.begin(), held.end());
+    std::printf("panning over a render of %d vertices: a step holds the main thread %.2f ms (%.2f x one stretched "
+                "drawing), the longest of %zu %.2f ms\n",
+                Vertices, held[held.size() / 2], held[held.size() / 2] / draw, held.size(), held.back());
+}
+
+} // namespace
+
+// NOLINTBEGIN: replaced to count
+void* operator new(std::size_t size) {
+    ++Allocations;
+    if (void* memory = std::malloc(size > 0 ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+// NOLINTEND
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    TView view;
+    const double draw = MeasureDraw(view);
+    MeasurePaint(view, draw);
+    MeasureCancel(view);
+    MeasurePan(view, draw);
+    return 0;
+}
