@@ -41,13 +41,8 @@ private:
     void WakeUp() { QCoreApplication::postEvent(FDispatcher, new QEvent(QEvent::User)); }
 
     class TDispatcher final : public QObject {
-    public:
-        bool event(QEvent* event) override {
-            if (event->type() != QEvent::User)
-                return QObject::event(event);
-            GetSingleton().RunNext();
-            return true;
-        }
+    protected:
+        void customEvent(QEvent*) override { GetSingleton().RunNext(); }
     };
 
     std::mutex FMutex;
