@@ -45,9 +45,9 @@ float BlendCell(double low, double high, double fraction, bool bestGuess) {
 // The extended result X is rounded to single. Here r is computed instead, in double and for eight cells at once, with L
 // the largest magnitude of the row: X and r differ by less than 2^-51 * L, as the difference (at most 2 * L) and the
 // fused sum (at most L) are each rounded by at most 2^-53 of their size, and the roundings of extended are far smaller.
-// So where both ends of r -+ 2^-50 * L round to the same single, X rounds to it as well, and that is nearly everywhere.
-// Elsewhere r lies at the middle of two singles, or there is a flag. At the middle two cases remain: each of the three
-// operations is exact, as with fractions like 1/2, and then X = r; or the cell is computed in extended.
+// So where both ends of r -+ 2^-50 * L round to the same single, X rounds to it as well, and that is nearly everywhere
+// where there is no flag, of which r is NaN. Elsewhere r lies at the middle of two singles. Then two cases remain: each
+// of the three operations is exact, as with fractions like 1/2, and X = r; or the cell is computed in extended.
 //
 // Values are smaller than 1e30 and fractions are not tiny, so nothing overflows and nothing underflows on the way. What
 // is added to the bound keeps both ends from rounding to zeros of different signs.
@@ -81,6 +81,11 @@ LMX_AVX2 inline TFour BlendFour(TRow low, TRow high, Fractions fractions, std::s
 
 LMX_AVX2 inline __m256 ToSingles(__m256d first, __m256d second) {
     return _mm256_set_m128(_mm256_cvtpd_ps(second), _mm256_cvtpd_ps(first));
+}
+
+/// The numbers, or others in the place of NaN.
+LMX_AVX2 inline __m256 OrElse(__m256 numbers, __m256 others) {
+    return _mm256_blendv_ps(numbers, others, _mm256_cmp_ps(numbers, numbers, _CMP_UNORD_Q));
 }
 
 LMX_AVX2 inline __m256d AreEqual(__m256d a, __m256d b) {
@@ -127,24 +132,34 @@ LMX_AVX2 inline void BlendAnyFour(TRow low, TRow high, Fractions fractions, bool
         result[cell] = BlendCell(low[cell], high[cell], fractions[cell], bestGuess);
 }
 
+/// What eight cells give whose blend is NaN: a flag, or the best guess.
+template<bool BestGuess>
+LMX_AVX2 inline __m256 ResultsBesideFlags(const TFour& first, const TFour& second) {
+    const __m256 flags = _mm256_set1_ps(TSpatialConst::NoData);
+    if (!BestGuess)
+        return flags;
+    const __m256 low = ToSingles(first.Low, second.Low);
+    const __m256 high = ToSingles(first.High, second.High);
+    return OrElse(low, OrElse(high, flags));
+}
+
 /// Blends as many cells as eights hold, and gives their number.
-template<class Fractions>
-LMX_AVX2 inline std::size_t BlendEights(TRow low, TRow high, Fractions fractions, float largest, bool bestGuess,
+template<bool BestGuess, class Fractions>
+LMX_AVX2 inline std::size_t BlendEights(TRow low, TRow high, Fractions fractions, float largest,
                                         std::span<float> result) {
     const __m256d bound = _mm256_set1_pd(largest * RelativeBound + LeastBound);
     std::size_t i = 0;
     for (; i + 8 <= result.size(); i += 8) {
-        const __m256d first = BlendFour(low, high, fractions, i).Sum;
-        const __m256d second = BlendFour(low, high, fractions, i + 4).Sum;
-        const __m256 lower = ToSingles(_mm256_sub_pd(first, bound), _mm256_sub_pd(second, bound));
-        const __m256 upper = ToSingles(_mm256_add_pd(first, bound), _mm256_add_pd(second, bound));
-        // A NaN is unlike itself.
-        if (_mm256_movemask_ps(_mm256_cmp_ps(lower, upper, _CMP_EQ_OQ)) == 0xFF) {
-            _mm256_storeu_ps(result.data() + i, lower);
+        const TFour first = BlendFour(low, high, fractions, i);
+        const TFour second = BlendFour(low, high, fractions, i + 4);
+        const __m256 lower = ToSingles(_mm256_sub_pd(first.Sum, bound), _mm256_sub_pd(second.Sum, bound));
+        const __m256 upper = ToSingles(_mm256_add_pd(first.Sum, bound), _mm256_add_pd(second.Sum, bound));
+        if (_mm256_movemask_ps(_mm256_cmp_ps(lower, upper, _CMP_EQ_UQ)) == 0xFF) { // or NaN
+            _mm256_storeu_ps(result.data() + i, OrElse(lower, ResultsBesideFlags<BestGuess>(first, second)));
             continue;
         }
-        BlendAnyFour(low, high, fractions, bestGuess, result, i);
-        BlendAnyFour(low, high, fractions, bestGuess, result, i + 4);
+        BlendAnyFour(low, high, fractions, BestGuess, result, i);
+        BlendAnyFour(low, high, fractions, BestGuess, result, i + 4);
     }
     return i;
 }
@@ -161,7 +176,8 @@ void BlendCells(TRow low, TRow high, Fractions fractions, [[maybe_unused]] float
     std::size_t i = 0;
 #ifdef LMX_HAS_AVX2_KERNELS
     if (HasAvx2())
-        i = BlendEights(low, high, fractions, largest, bestGuess, result);
+        i = bestGuess ? BlendEights<true>(low, high, fractions, largest, result)
+                      : BlendEights<false>(low, high, fractions, largest, result);
 #endif
     for (; i < result.size(); ++i)
         result[i] = BlendCell(low[i], high[i], fractions[i], bestGuess);
