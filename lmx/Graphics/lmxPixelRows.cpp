@@ -16,8 +16,8 @@ namespace lmx::PixelRows {
 namespace {
 
 // Blending is what a paint spends its time on. Eight pixels at once, where the machine has AVX2, take about 0.6 of the
-// time of four. The arithmetic is the same in both widths: a channel is over * a + under * (255 - a) + 127, which fits
-// 16 bits, divided by 255, which for every 16-bit number is multiplying by 0x8081 and shifting by 23.
+// time of four. A channel is over * a + under * (255 - a) + 127, which fits 16 bits, divided by 255, which for every
+// 16-bit number is multiplying by 0x8081 and shifting by 23.
 
 constexpr short DivideBy255 = static_cast<short>(0x8081);
 constexpr int DivideBy255Shift = 23 - 16;
@@ -70,22 +70,28 @@ std::size_t BlendFours(TColor32* to, const TColor32* from, std::size_t count) {
 
 #ifdef LMX_HAS_AVX2_KERNELS
 
-LMX_AVX2 inline __m256i MixChannels(__m256i over, __m256i under) {
-    const __m256i alpha = _mm256_shufflehi_epi16(_mm256_shufflelo_epi16(over, FourthOfEach), FourthOfEach);
-    const __m256i under255 = _mm256_sub_epi16(_mm256_slli_epi16(under, 8), under);
-    const __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(_mm256_sub_epi16(over, under), alpha),
-                                         _mm256_add_epi16(under255, _mm256_set1_epi16(127)));
-    return _mm256_srli_epi16(_mm256_mulhi_epu16(sum, _mm256_set1_epi16(DivideBy255)), DivideBy255Shift);
+/// Alpha of each of two pixels in a half of a lane, eight times: from its first pair or from its second pair of pixels.
+LMX_AVX2 inline __m256i AlphasOf(__m256i pixels, int pair) {
+    const auto place = [pair](int pixel) { return 0x0101010101010101 * (8 * pair + 4 * pixel + 3); };
+    return _mm256_shuffle_epi8(pixels, _mm256_setr_epi64x(place(0), place(1), place(0), place(1)));
+}
+
+/// The channels of pixels whose bytes alternate, over and under, mixed by the alphas. Products of a byte without and
+/// one with a sign are summed in pairs: so 128 is taken from the channels, and 128 * 255 added to what comes out.
+LMX_AVX2 inline __m256i MixPairs(__m256i channels, __m256i alphas) {
+    const __m256i weights = _mm256_xor_si256(alphas, _mm256_set1_epi16(static_cast<short>(0xFF00))); // a and 255 - a
+    const __m256i sum = _mm256_maddubs_epi16(weights, _mm256_xor_si256(channels, _mm256_set1_epi8(-128)));
+    const __m256i rounded = _mm256_add_epi16(sum, _mm256_set1_epi16(128 * 255 + 127));
+    return _mm256_srli_epi16(_mm256_mulhi_epu16(rounded, _mm256_set1_epi16(DivideBy255)), DivideBy255Shift);
 }
 
 LMX_AVX2 std::size_t BlendEights(TColor32* to, const TColor32* from, std::size_t count) {
     const __m256i opaque = _mm256_set1_epi32(OpaqueBits);
-    const __m256i zero = _mm256_setzero_si256();
     std::size_t i = 0;
     for (; i + 8 <= count; i += 8) {
         const __m256i over = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from + i));
         const __m256i alphas = _mm256_and_si256(over, opaque);
-        const __m256i hidden = _mm256_cmpeq_epi32(alphas, zero);
+        const __m256i hidden = _mm256_cmpeq_epi32(alphas, _mm256_setzero_si256());
         if (_mm256_movemask_epi8(hidden) == -1)
             continue;
         __m256i* const place = reinterpret_cast<__m256i*>(to + i);
@@ -94,10 +100,10 @@ LMX_AVX2 std::size_t BlendEights(TColor32* to, const TColor32* from, std::size_t
             continue;
         }
         const __m256i under = _mm256_loadu_si256(place);
-        const __m256i mixed =
-            _mm256_packus_epi16(MixChannels(_mm256_unpacklo_epi8(over, zero), _mm256_unpacklo_epi8(under, zero)),
-                                MixChannels(_mm256_unpackhi_epi8(over, zero), _mm256_unpackhi_epi8(under, zero)));
-        _mm256_storeu_si256(place, _mm256_blendv_epi8(_mm256_or_si256(mixed, opaque), under, hidden));
+        const __m256i mixed = _mm256_packus_epi16(MixPairs(_mm256_unpacklo_epi8(over, under), AlphasOf(over, 0)),
+                                                  MixPairs(_mm256_unpackhi_epi8(over, under), AlphasOf(over, 1)));
+        // Of a hidden pixel all four channels came out as those under it.
+        _mm256_storeu_si256(place, _mm256_or_si256(mixed, _mm256_andnot_si256(hidden, opaque)));
     }
     return i;
 }
@@ -133,14 +139,40 @@ void CopyExcept(TColor32* to, const TColor32* from, std::size_t count, TColor32 
 
 namespace {
 
-/// `Every` is how many pixels share a question for what is read next.
+/// Asks for what is read next, once for `Every` pixels, of which four stand at `columns`.
+template<std::size_t Every>
+void AskForFour(const TColor32* next, const std::int32_t* columns) {
+    for (std::size_t i = 0; i < 4; i += Every)
+        Prefetch(next + columns[i]);
+}
+
+#ifdef LMX_HAS_AVX2_KERNELS
+/// Gathers the first pixels of a row; gives their number.
+template<std::size_t Every>
+LMX_AVX2 std::size_t GatherEights(TColor32* to, const TColor32* from, const std::int32_t* columns, std::size_t count,
+                                  const TColor32* next) {
+    std::size_t i = 0;
+    for (; i + 8 <= count; i += 8) {
+        AskForFour<Every>(next, columns + i);
+        AskForFour<Every>(next, columns + i + 4);
+        const __m256i places = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(columns + i));
+        const __m256i pixels = _mm256_i32gather_epi32(reinterpret_cast<const int*>(from), places, sizeof(TColor32));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(to + i), pixels);
+    }
+    return i;
+}
+#endif
+
 template<std::size_t Every>
 void GatherAsking(TColor32* to, const TColor32* from, const std::int32_t* columns, std::size_t count,
                   const TColor32* next) {
     std::size_t i = 0;
+#ifdef LMX_HAS_AVX2_KERNELS
+    if (HasAvx2())
+        i = GatherEights<Every>(to, from, columns, count, next);
+#endif
     for (; i + 4 <= count; i += 4) {
-        for (std::size_t ask = i; ask < i + 4; ask += Every)
-            Prefetch(next + columns[ask]);
+        AskForFour<Every>(next, columns + i);
         to[i] = from[columns[i]];
         to[i + 1] = from[columns[i + 1]];
         to[i + 2] = from[columns[i + 2]];
@@ -149,6 +181,21 @@ void GatherAsking(TColor32* to, const TColor32* from, const std::int32_t* column
     for (; i < count; ++i)
         to[i] = from[columns[i]];
 }
+
+[[gnu::always_inline]] inline void ScaleAlphasInLanes(TColor32* to, const TColor32* from, std::size_t count,
+                                                      unsigned factor) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const unsigned product = (from[i] >> 24) * factor + 127;
+        const unsigned alpha = (product + 1 + (product >> 8)) >> 8; // product / 255, in steps that vectorise
+        to[i] = (from[i] & 0x00FFFFFFU) | alpha << 24;
+    }
+}
+
+#ifdef LMX_HAS_AVX2_KERNELS
+LMX_AVX2 void ScaleAlphasByEights(TColor32* to, const TColor32* from, std::size_t count, unsigned factor) {
+    ScaleAlphasInLanes(to, from, count, factor);
+}
+#endif
 
 } // namespace
 
@@ -162,11 +209,11 @@ void Gather(TColor32* to, const TColor32* from, const std::int32_t* columns, std
 }
 
 void ScaleAlphas(TColor32* to, const TColor32* from, std::size_t count, unsigned factor) {
-    for (std::size_t i = 0; i < count; ++i) {
-        const unsigned product = (from[i] >> 24) * factor + 127;
-        const unsigned alpha = (product + 1 + (product >> 8)) >> 8; // product / 255, in steps that vectorise
-        to[i] = (from[i] & 0x00FFFFFFU) | alpha << 24;
-    }
+#ifdef LMX_HAS_AVX2_KERNELS
+    if (HasAvx2())
+        return ScaleAlphasByEights(to, from, count, factor);
+#endif
+    ScaleAlphasInLanes(to, from, count, factor);
 }
 
 void Blend(TColor32* to, const TColor32* from, std::size_t count) {
