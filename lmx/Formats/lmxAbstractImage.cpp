@@ -2,9 +2,9 @@
 #include <lmx/Formats/lmxAbstractImage.h>
 #include <lmx/Formats/lmxImageFiles.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxReplacementFile.h>
 
 #include <QFile>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <cmath>
@@ -25,16 +25,6 @@ std::int32_t CellAt(double offset, double extent, std::int32_t count) {
     if (!(position >= 0 && position <= count))
         return 0;
     return std::min(static_cast<std::int32_t>(position), count - 1) + 1;
-}
-
-void OpenForWriting(QSaveFile& file) {
-    if (!file.open(QIODevice::WriteOnly))
-        throw EFileException(file.fileName(), QStringLiteral("cannot be written: ") + file.errorString());
-}
-
-void Commit(QSaveFile& file) {
-    if (!file.commit())
-        throw EFileException(file.fileName(), QStringLiteral("cannot be written: ") + file.errorString());
 }
 
 } // namespace
@@ -105,15 +95,19 @@ TImageHeader TAbstractImage::HeaderForFile() const {
 void TAbstractImage::SaveToFile(const QString& fileName) const {
     const TImageFiles files = ImageFilesFor(fileName);
     const bool isNew = !QFile::exists(files.Data);
-    QSaveFile data(files.Data);
-    QSaveFile documentation(files.Documentation);
-    OpenForWriting(data);
-    OpenForWriting(documentation);
-    SaveData(data);
-    documentation.write(FormatImageDocumentation(HeaderForFile(), files.Form));
-    Commit(data);
+    TReplacementFile data(files.Data);
+    TReplacementFile documentation(files.Documentation);
     try {
-        Commit(documentation);
+        SaveData(data.GetDevice());
+    } catch (const EFileException& failure) {
+        throw EFileException(files.Data, failure.Problem()); // the device has no name
+    }
+    documentation.Write(FormatImageDocumentation(HeaderForFile(), files.Form));
+    data.Flush();
+    documentation.Flush();
+    data.Commit();
+    try {
+        documentation.Commit();
     } catch (const EFileException&) {
         if (isNew)
             QFile::remove(files.Data); // data that nothing documents are of no use

@@ -5,9 +5,8 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxNumberText.h>
+#include <lmx/Runtime/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxText.h>
-
-#include <QSaveFile>
 
 #include <algorithm>
 #include <cmath>
@@ -65,10 +64,7 @@ struct TGridLines {
 // A text file that appears whole, when it is committed.
 class TTextFile {
 public:
-    explicit TTextFile(const QString& fileName) : FFile(fileName), FLineBreak(LineBreak().toLatin1()) {
-        if (!FFile.open(QIODevice::WriteOnly))
-            Refuse();
-    }
+    explicit TTextFile(const QString& fileName) : FFile(fileName), FLineBreak(LineBreak().toLatin1()) {}
 
     /// Where text is appended.
     QByteArray& Text() { return FText; }
@@ -76,29 +72,23 @@ public:
     void EndLine() {
         FText += FLineBreak;
         if (FText.size() >= BlockSize)
-            Flush();
+            WriteText();
     }
 
     void Commit() {
-        Flush();
-        if (!FFile.commit())
-            Refuse();
+        WriteText();
+        FFile.Commit();
     }
 
 private:
     static constexpr qsizetype BlockSize = 256 * 1024;
 
-    void Flush() {
-        if (FFile.write(FText) != FText.size())
-            Refuse();
+    void WriteText() {
+        FFile.Write(FText);
         FText.resize(0);
     }
 
-    [[noreturn]] void Refuse() const {
-        throw EFileException(FFile.fileName(), QStringLiteral("cannot be written: ") + FFile.errorString());
-    }
-
-    QSaveFile FFile;
+    TReplacementFile FFile;
     QByteArray FText;
     QByteArray FLineBreak;
 };

@@ -2,10 +2,10 @@
 #include <lmx/Raster/lmxAsciiGridRows.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
+#include <lmx/Runtime/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxTextStreams.h>
 
 #include <QFile>
-#include <QSaveFile>
 
 namespace lmx {
 
@@ -54,12 +54,9 @@ void TArcInfoAsciiGridRasterFrame::Load(QIODevice& stream, TDataKind kind) {
 }
 
 void TArcInfoAsciiGridRasterFrame::Save(const QString& fileName) const {
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly))
-        throw EFileException(fileName, QStringLiteral("cannot be written: ") + file.errorString());
-    Save(file);
-    if (!file.commit())
-        throw EFileException(fileName, QStringLiteral("cannot be written: ") + file.errorString());
+    TReplacementFile file(fileName);
+    Save(file.GetDevice());
+    file.Commit();
 }
 
 void TArcInfoAsciiGridRasterFrame::Save(QIODevice& stream) const {

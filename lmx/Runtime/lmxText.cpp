@@ -1,10 +1,11 @@
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxNumberText.h>
+#include <lmx/Runtime/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxText.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace lmx {
 
@@ -64,27 +65,30 @@ QString LineBreak() {
 #endif
 }
 
-QByteArray ReadFile(const QString& fileName) {
+QByteArray ReadFile(const QString& fileName, qint64 mostBytes) {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         throw EFileException(fileName, QStringLiteral("cannot be opened: ") + file.errorString());
+    if (file.size() > mostBytes)
+        throw EFileFormatException(fileName,
+                                   QStringLiteral("holds more than ") + IntToStr(mostBytes) + QStringLiteral(" bytes"));
     QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
         throw EFileException(fileName, QStringLiteral("cannot be read: ") + file.errorString());
     return content;
 }
 
-QStringList ReadLines(const QString& fileName) {
-    QByteArray content = ReadFile(fileName);
+QStringList ReadLines(const QString& fileName, qint64 mostBytes) {
+    QByteArray content = ReadFile(fileName, mostBytes);
     if (content.startsWith("\xEF\xBB\xBF"))
         content.remove(0, 3);
     return SplitLines(QString::fromUtf8(content));
 }
 
 void WriteFile(const QString& fileName, const QByteArray& content) {
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        throw EFileException(fileName, QStringLiteral("cannot be written: ") + file.errorString());
+    TReplacementFile file(fileName);
+    file.Write(content);
+    file.Commit();
 }
 
 void WriteLines(const QString& fileName, const QStringList& lines) {

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <limits>
+
 namespace lmx {
 
 /// Takes characters up to U+0020 off both ends, and no others.
@@ -23,11 +25,12 @@ QString LineBreak();
 
 /// Content of a file.
 /// @throws EFileException if it cannot be read.
-QByteArray ReadFile(const QString& fileName);
+/// @throws EFileFormatException, before anything is read, if it holds more than `mostBytes`.
+QByteArray ReadFile(const QString& fileName, qint64 mostBytes = std::numeric_limits<qint64>::max());
 
 /// Lines of a UTF-8 text file; a byte order mark is skipped.
-/// @throws EFileException if it cannot be read.
-QStringList ReadLines(const QString& fileName);
+/// @throws EFileException and EFileFormatException as ReadFile.
+QStringList ReadLines(const QString& fileName, qint64 mostBytes = std::numeric_limits<qint64>::max());
 
 /// Replaces a file in one step: after a failure the old content is still there.
 /// @throws EFileException if it cannot be written.

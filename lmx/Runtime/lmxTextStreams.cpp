@@ -1,4 +1,5 @@
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxText.h>
 #include <lmx/Runtime/lmxTextStreams.h>
 
@@ -137,7 +138,7 @@ void TStreamWriter::Flush() {
     if (FText.isEmpty())
         return;
     const QByteArray text = std::exchange(FText, QByteArray());
-    if (FStream.write(text) != text.size())
+    if (!WriteAll(FStream, text))
         throw EFileException(NameOf(FStream), QStringLiteral("cannot be written: ") + FStream.errorString());
 }
 

@@ -4,6 +4,7 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 #include <tests/Formats/ImageFiles.h>
+#include <tests/Support/FileSizeLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <QDir>
@@ -158,6 +159,21 @@ TEST(IdrisiImageExporter, LeavesTheOldFileWhenItFailsHalfWay) {
         EXPECT_EQ(folder.Read("a.asc"), QByteArray("old"));
     }
     EXPECT_EQ(QDir(folder.Path("")).entryList(QDir::Files), QStringList{QStringLiteral("a.asc")});
+}
+
+TEST(IdrisiImageExporter, LeavesTheOldFileWhenTheDiskIsFull) {
+    const TImageFolder folder;
+    const QString name = folder.Path("a.asc");
+    folder.Write("a.asc", "old");
+    const TByteImage small(QString(), HeaderOf(4, 4, 0, 4, 0, 4));
+    const TByteImage large(QString(), HeaderOf(500, 600, 0, 500, 0, 600));
+    for (const TByteImage* image : {&small, &large}) {
+        const TFileSizeLimit limit(50);
+        const QString message = name + QStringLiteral(": cannot be written: File too large");
+        EXPECT_EQ(MessageOf<EFileException>([&] { TXYZAsciiExporter().Export(*image, name); }), message);
+        EXPECT_EQ(MessageOf<EFileException>([&] { TArcInfoGridASCIIExporter().Export(*image, name); }), message);
+    }
+    EXPECT_EQ(folder.Read("a.asc"), QByteArray("old"));
 }
 
 TEST(IdrisiImageExporter, NamesTheFileThatCannotBeWritten) {

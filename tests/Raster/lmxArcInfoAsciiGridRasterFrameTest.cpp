@@ -3,6 +3,7 @@
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <lmx/Runtime/lmxText.h>
 #include <tests/Support/CoordinatePrinters.h>
+#include <tests/Support/FileSizeLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <QBuffer>
@@ -276,6 +277,17 @@ TEST_F(ArcInfoAsciiGridRasterFrame, ReplacesAFileOnlyWhenAllIsWritten) {
     const IRasterFrame& anyFrame = singles;
     anyFrame.Save(Path("grid.asc"));
     EXPECT_EQ(ReadFile(Path("grid.asc")).replace(LineBreak().toUtf8(), "\n"), TextOf(singles));
+}
+
+TEST_F(ArcInfoAsciiGridRasterFrame, LeavesTheOldFileWhenTheDiskIsFull) {
+    WriteFile(Path("grid.asc"), "old");
+    for (const std::int32_t side : {1, 300}) {
+        const TArcInfoAsciiGridRasterFrame frame(TMapArea(0, 1, 1, 0), side, side, dkFloat);
+        const tests::TFileSizeLimit limit(50);
+        EXPECT_EQ(MessageOf<EFileException>([&] { frame.Save(Path("grid.asc")); }),
+                  Path("grid.asc") + QStringLiteral(": cannot be written: File too large"));
+    }
+    EXPECT_EQ(ReadFile(Path("grid.asc")), "old");
 }
 
 TEST_F(ArcInfoAsciiGridRasterFrame, NamesWhatCannotBeWritten) {

@@ -83,6 +83,14 @@ TEST_F(TextFile, AFailureNamesTheFile) {
               nowhere + QStringLiteral(": cannot be written: No such file or directory"));
 }
 
+TEST_F(TextFile, MayBeRefusedForItsLength) {
+    WriteFile(Path("data.bin"), "1234");
+    EXPECT_EQ(ReadFile(Path("data.bin"), 4), "1234");
+    const QString message = Path("data.bin") + QStringLiteral(": holds more than 3 bytes");
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { ReadFile(Path("data.bin"), 3); }), message);
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { ReadLines(Path("data.bin"), 3); }), message);
+}
+
 TEST_F(TextFile, FindsItsSister) {
     Create("Rivers.v1.SHP");
     Create("rivers.V1.prj");
