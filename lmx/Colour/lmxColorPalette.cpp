@@ -9,6 +9,8 @@ namespace lmx {
 
 namespace {
 
+constexpr qint64 MostBytes = 16 * 1024 * 1024; // a million colours
+
 const QString& FirstLine() {
     static const QString line = QStringLiteral("QUORVAN45PAL");
     return line;
@@ -31,7 +33,7 @@ QString ColorToLine(TColor32 color) {
 
 void TColorPalette::Load(const QString& fileName) {
     clear();
-    const QStringList lines = ReadLines(fileName);
+    const QStringList lines = ReadLines(fileName, MostBytes);
     if (lines.isEmpty())
         throw Exception(QStringLiteral("Invalid palette file"));
     if (lines.front() != FirstLine()) {

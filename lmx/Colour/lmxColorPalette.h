@@ -19,11 +19,11 @@ public:
     /// colours before it.
     /// @throws Exception "Invalid palette file" for a file without lines.
     /// @throws EConvertError for a piece that is no integer or lies outside 0 to 255.
-    /// @throws EFileException if the file cannot be read.
+    /// @throws EFileException if the file cannot be read, EFileFormatException if it holds more than 16 MiB.
     void Load(const QString& fileName);
 
     /// Replaces the colours by those of an Idrisi palette file, all opaque. After a failure the palette is empty.
-    /// @throws EFileException if the file cannot be read or is no Idrisi palette.
+    /// @throws EFileException if the file cannot be read, EFileFormatException if it is no Idrisi palette.
     void LoadIdrisiPal(const QString& fileName);
 
     /// Replaces the file in one step.

@@ -9,10 +9,6 @@ namespace lmx {
 
 namespace {
 
-bool IsWhiteSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 // Numbers below the smallest float are 0; std::from_chars reports them like those above the largest.
 bool IsTiny(QByteArrayView token) {
     extended value = 0;
@@ -23,7 +19,7 @@ bool IsTiny(QByteArrayView token) {
 template<class Float>
 bool TakeNumber(QByteArrayView& text, Float& value) {
     qsizetype start = 0;
-    while (start < text.size() && IsWhiteSpace(text[start]))
+    while (start < text.size() && IsAsciiWhiteSpace(text[start]))
         ++start;
     text = text.sliced(start);
     const bool hasPlus = text.size() > 1 && text.front() == '+' && text[1] != '-';
@@ -34,7 +30,7 @@ bool TakeNumber(QByteArrayView& text, Float& value) {
         number = *first == '-' ? -Float{0} : Float{0};
     else if (error != std::errc{})
         return false;
-    if (end != text.end() && !IsWhiteSpace(*end))
+    if (end != text.end() && !IsAsciiWhiteSpace(*end))
         return false;
     value = number;
     text = text.sliced(end - text.begin());

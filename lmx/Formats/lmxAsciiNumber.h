@@ -12,6 +12,11 @@ void AppendAsciiNumber(QByteArray& text, float value);
 /// The text of AppendAsciiNumber.
 QString AsciiNumber(float value);
 
+/// Blank, tab and the four kinds of line and page breaks.
+constexpr bool IsAsciiWhiteSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 /// Takes the next number off the front of `text`, white space before it included. A plus sign, an exponent and the
 /// specials of AppendAsciiNumber are read; the number must end at white space or at the end of the text.
 /// False, with `text` left at the offending place, if there is none or it lies beyond the range of a float.

@@ -5,6 +5,7 @@
 #include <lmx/Formats/lmxImageFiles.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
+#include <lmx/Runtime/lmxReplacementFile.h>
 
 #include <QFile>
 #include <QIODevice>
@@ -207,7 +208,7 @@ void TAsciiImage::SaveData(QIODevice& data) const {
         lines += "\r\n";
         if (lines.size() < 64 * 1024 && i + 1 < CellCount())
             continue;
-        if (data.write(lines) != lines.size())
+        if (!WriteAll(data, lines))
             RefuseWriting(data);
         lines.resize(0);
     }

@@ -14,6 +14,7 @@ namespace lmx {
 namespace {
 
 constexpr char BinaryMark[] = "[Idrisi]";
+constexpr qint64 MostBytes = 1024 * 1024; // many times 256 lines
 constexpr qsizetype HeaderLengthOffset = 11;
 constexpr std::int32_t LargestIndex = 255;
 constexpr std::int32_t LargestComponent = 255;
@@ -87,7 +88,7 @@ std::vector<TColor> ReadText(const QByteArray& content, const QString& fileName)
 } // namespace
 
 void TIdrisiPalFile::LoadFromFile(const QString& fileName) {
-    LoadFromBytes(ReadFile(fileName), fileName);
+    LoadFromBytes(ReadFile(fileName, MostBytes), fileName);
 }
 
 void TIdrisiPalFile::LoadFromBytes(const QByteArray& content, const QString& fileName) {

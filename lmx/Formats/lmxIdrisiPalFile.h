@@ -18,8 +18,8 @@ namespace lmx {
 /// "[Idrisi]", the header's length at offset 11, then up to 256 triplets red, green, blue.
 class TIdrisiPalFile {
 public:
-    /// @throws EFileException if the file cannot be read, EFileFormatException if it is neither form. The colours are
-    /// unchanged then.
+    /// @throws EFileException if the file cannot be read, EFileFormatException if it is neither form or holds more than
+    /// 1 MiB. The colours are unchanged then.
     void LoadFromFile(const QString& fileName);
 
     /// Takes the content of a palette file; `fileName` is for the messages.

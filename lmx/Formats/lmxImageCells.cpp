@@ -2,6 +2,7 @@
 #include <lmx/Formats/lmxImageCells.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
+#include <lmx/Runtime/lmxReplacementFile.h>
 
 #include <QIODevice>
 #include <QtEndian>
@@ -42,22 +43,62 @@ std::vector<Cell> ReadBinary(QIODevice& device, std::uint64_t count, const QStri
     return cells;
 }
 
+/// The numbers of a text, read block by block: a file of any length takes little memory.
+class TNumberReader {
+public:
+    explicit TNumberReader(QIODevice& device) : FDevice(device) {}
+
+    /// Takes the next number. False if the text is at its end, or if what comes next is none.
+    bool TryTake(float& number) {
+        while (!TakeAsciiNumber(FRest, number))
+            if (!FRest.isEmpty() || !ReadBlock())
+                return false;
+        return true;
+    }
+    bool IsAtEnd() const { return FRest.isEmpty(); }
+
+private:
+    static constexpr qint64 BlockSize = 64 * 1024;
+
+    // Goes on to the words that the next block completes. False if there are none: at the end of the text, and where a
+    // word fills a whole block, which no number does.
+    bool ReadBlock() {
+        FText.remove(0, FEnd);
+        const QByteArray block = FDevice.read(BlockSize);
+        FText += block;
+        FEnd = block.isEmpty() ? FText.size() : EndOfLastWord(FText);
+        FRest = QByteArrayView(FText).first(FEnd > 0 ? FEnd : FText.size());
+        return FEnd > 0;
+    }
+
+    static qsizetype EndOfLastWord(const QByteArray& text) {
+        qsizetype end = text.size();
+        while (end > 0 && !IsAsciiWhiteSpace(text[end - 1]))
+            --end;
+        return end;
+    }
+
+    QIODevice& FDevice;
+    QByteArray FText;
+    qsizetype FEnd = 0; ///< of the words that are complete
+    QByteArrayView FRest;
+};
+
 template<class Cell>
 std::vector<Cell> ReadAscii(QIODevice& device, std::uint64_t count, const QString& fileName) {
-    const QByteArray bytes = device.readAll();
     // A number takes a character and, but for the last, a separator.
-    const auto most = (static_cast<std::uint64_t>(bytes.size()) + 1) / 2;
+    const std::uint64_t most = (BytesIn(device) + 1) / 2;
     if (most < count)
         RefuseShortData(count, most, fileName);
     std::vector<Cell> cells(count);
-    QByteArrayView rest(bytes);
+    TNumberReader reader(device);
     for (std::uint64_t i = 0; i < count; ++i) {
         float number = 0;
-        if (TakeAsciiNumber(rest, number)) {
+        if (reader.TryTake(number)) {
             cells[i] = static_cast<Cell>(number);
             continue;
         }
-        if (rest.isEmpty())
+        if (reader.IsAtEnd())
             RefuseShortData(count, i, fileName);
         throw EFileFormatException(fileName, QStringLiteral("cell ") + IntToStr(static_cast<std::int64_t>(i + 1)) +
                                                  QStringLiteral(" is not a number"));
@@ -99,9 +140,11 @@ std::vector<Cell> ReadPacked(QIODevice& device, std::uint64_t count, const QStri
     if constexpr (std::is_floating_point_v<Cell>) {
         throw EFileFormatException(fileName, QStringLiteral("an image of real numbers cannot be packed"));
     } else {
-        const QByteArray bytes = device.readAll();
         if (count > MostPackedCells)
             throw EFileFormatException(fileName, QStringLiteral("a packed image holds at most 268435456 cells"));
+        // No layout uses up more than the widest pair for each cell: what is longer need not be read.
+        const bool mayFit = BytesIn(device) <= count * (sizeof(quint16) + sizeof(Cell));
+        const QByteArray bytes = mayFit ? device.readAll() : QByteArray();
         constexpr std::array<TRunLayout, 3> layouts = {{{sizeof(Cell), true}, {2, true}, {sizeof(Cell), false}}};
         for (const TRunLayout& layout : layouts) {
             if (!WalkRuns<Cell>(bytes, layout, count, [](std::uint64_t, Cell) {}))
@@ -139,8 +182,7 @@ bool WriteCells(QIODevice& device, const std::vector<Cell>& cells, std::uint64_t
         const auto length = static_cast<qsizetype>(std::min<std::uint64_t>(block.size(), count - start));
         if (!cells.empty())
             qToLittleEndian<Cell>(cells.data() + start, length, block.data());
-        const qint64 size = length * static_cast<qint64>(sizeof(Cell));
-        if (device.write(reinterpret_cast<const char*>(block.data()), size) != size)
+        if (!WriteAll(device, {reinterpret_cast<const char*>(block.data()), length * qsizetype{sizeof(Cell)}}))
             return false;
     }
     return true;

@@ -2,6 +2,7 @@
 #include <lmx/Formats/lmxImageFactory.h>
 #include <lmx/Formats/lmxImageFiles.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxNumberText.h>
 
 #include <QIODevice>
 
@@ -54,6 +55,9 @@ std::unique_ptr<TAbstractImage> TImageFactory::Load(const QString& fileName) {
 }
 
 std::unique_ptr<TAbstractImage> TImageFactory::Load(QIODevice& documentation, QIODevice& data, const QString& name) {
+    if (documentation.bytesAvailable() > MostDocumentationBytes)
+        throw EFileFormatException(name, QStringLiteral("holds more than ") + IntToStr(MostDocumentationBytes) +
+                                             QStringLiteral(" bytes of documentation"));
     TImageDocumentation parsed = ParseImageDocumentation(documentation.readAll(), name);
     SettleDataType(parsed, static_cast<std::uint64_t>(data.bytesAvailable()), name);
     return Load(QString(), parsed.Header, parsed.HasValueRange, data, name);

@@ -79,7 +79,8 @@ TImageFiles ImageFilesFor(const QString& fileName) {
 TImageFileReader::TImageFileReader(const QString& fileName)
     : FFiles(FindImageFiles(fileName)),
       FData(FFiles.Data),
-      FDocumentation(ParseImageDocumentation(ReadFile(FFiles.Documentation), FFiles.Documentation)) {
+      FDocumentation(
+          ParseImageDocumentation(ReadFile(FFiles.Documentation, MostDocumentationBytes), FFiles.Documentation)) {
     SettleDataType(FDocumentation, static_cast<std::uint64_t>(FData.size()), FFiles.Documentation);
 }
 

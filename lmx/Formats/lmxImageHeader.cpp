@@ -25,7 +25,7 @@ bool TImageHeader::IsGeographic() const {
 
 void TImageHeader::LoadFromFile(const QString& fileName) {
     const QString documentation = FindImageFiles(fileName).Documentation;
-    *this = ParseImageDocumentation(ReadFile(documentation), documentation).Header;
+    *this = ParseImageDocumentation(ReadFile(documentation, MostDocumentationBytes), documentation).Header;
 }
 
 void TImageHeader::SaveToFile(const QString& fileName) const {

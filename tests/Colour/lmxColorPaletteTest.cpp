@@ -89,6 +89,14 @@ TEST_F(ColorPalette, OtherFilesAreTakenForIdrisiPalettes) {
     }
 }
 
+TEST_F(ColorPalette, AFileThatIsMuchTooLargeIsRefused) {
+    TColorPalette palette = {9};
+    FileOf(QByteArray(16 * 1024 * 1024 + 1, '\n'));
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { palette.Load(FFileName); }),
+              FFileName + QStringLiteral(": holds more than 16777216 bytes"));
+    EXPECT_TRUE(palette.empty());
+}
+
 TEST_F(ColorPalette, AMissingFileSaysSo) {
     TColorPalette palette = {9};
     EXPECT_THROW(palette.Load(FFolder.filePath(QStringLiteral("none.pal"))), EFileException);

@@ -3,6 +3,7 @@
 #include <lmx/Formats/lmxImageFactory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Formats/ImageFiles.h>
+#include <tests/Support/FileSizeLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <QBuffer>
@@ -357,6 +358,54 @@ TEST(IdrisiImages, ThatCannotBeSavedLeaveNothing) {
     ASSERT_TRUE(QDir().mkdir(folder.Path("b.rdc"))); // the documentation cannot be replaced
     EXPECT_THROW(image.SaveToFile(folder.Path("b.rst")), EFileException);
     EXPECT_EQ(QDir(folder.Path("")).entryList(QDir::Files), QStringList());
+}
+
+TEST(IdrisiImages, ThatFindNoRoomLeaveTheOldPair) {
+    const TImageFolder folder;
+    const QString file = folder.Path("a.rst");
+    Counting<TByteImage>().SaveToFile(file);
+    const QByteArray documentation = folder.Read("a.rdc");
+    const auto faultOf = [&file](const TAbstractImage& image) {
+        const TFileSizeLimit limit(100);
+        return MessageOf<EFileException>([&] { image.SaveToFile(file); });
+    };
+    TByteImage small = Counting<TByteImage>(); // its cells find room, and what is said about them does not
+    small.SetCell(1, 1, 99);
+    EXPECT_EQ(faultOf(small), folder.Path("a.rdc") + QStringLiteral(": cannot be written: File too large"));
+    EXPECT_EQ(faultOf(TRealImage(QString(), SmallHeader(5, 6))),
+              file + QStringLiteral(": cannot be written: File too large"));
+    EXPECT_EQ(faultOf(TRealImage(QString(), SmallHeader(500, 600))),
+              file + QStringLiteral(": cannot be written: File too large"));
+    EXPECT_EQ(faultOf(TAsciiImage(QString(), SmallHeader(500, 600))),
+              file + QStringLiteral(": cannot be written: File too large"));
+    EXPECT_EQ(folder.Read("a.rst"), QByteArray("\x01\x02\x03\x04\x05\x06", 6));
+    EXPECT_EQ(folder.Read("a.rdc"), documentation);
+    EXPECT_EQ(QDir(folder.Path("")).entryList(QDir::Files).size(), 2);
+}
+
+TEST(IdrisiImages, OversizedFilesAreNotReadWhole) {
+    const TImageFolder folder;
+    const auto makeSparse = [&folder](const char* name) {
+        QFile file(folder.Path(name));
+        return file.open(QIODevice::ReadWrite) && file.resize(qint64{1} << 36);
+    };
+    const auto faultOf = [&folder](const QByteArray& fileType) {
+        folder.Write("a.rdc", Documentation("byte", fileType, 2, 2));
+        const QString message = MessageOf<EFileFormatException>([&] { TImageFactory::Load(folder.Path("a.rst")); });
+        return message.mid(folder.Path("a.rst").size());
+    };
+    if (!makeSparse("a.rst"))
+        GTEST_FAIL() << "the file system of the test's folder has no sparse files";
+    EXPECT_EQ(faultOf("ascii"), QStringLiteral(": cell 1 is not a number"));
+    EXPECT_EQ(faultOf("packed"), QStringLiteral(": the run lengths do not add up to the image"));
+    folder.Write("a.rdc", Documentation("byte", "binary", 2, 2));
+    EXPECT_EQ(TImageFactory::Load(folder.Path("a.rst"))->GetCell(2, 2), 0);
+    ASSERT_TRUE(makeSparse("a.rdc"));
+    const QString message = folder.Path("a.rdc") + QStringLiteral(": holds more than 8388608 bytes");
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { TImageFactory::Load(folder.Path("a.rst")); }), message);
+    TImageHeader header;
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { header.LoadFromFile(folder.Path("a.rst")); }), message);
+    EXPECT_EQ(header, TImageHeader());
 }
 
 TEST(IdrisiImages, AreRefusedWhenTheirDataAreDamaged) {

@@ -108,6 +108,14 @@ TEST(IdrisiPalFile, RefusesAFileWithoutColours) {
     EXPECT_EQ(FaultOf("\r\n  \r\n"), QStringLiteral("x.pal: the palette has no colours"));
 }
 
+TEST(IdrisiPalFile, RefusesAFileThatIsMuchTooLarge) {
+    const TImageFolder folder;
+    folder.Write("large.pal", QByteArray(1024 * 1024 + 1, '\n'));
+    const QString file = folder.Path("large.pal");
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { TIdrisiPalFile().LoadFromFile(file); }),
+              file + QStringLiteral(": holds more than 1048576 bytes"));
+}
+
 TEST(IdrisiPalFile, KeepsItsColoursWhenAFileIsRefused) {
     const TImageFolder folder;
     folder.Write("good.pal", "0 63 0 0");

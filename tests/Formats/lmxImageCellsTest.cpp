@@ -1,3 +1,4 @@
+#include <lmx/Formats/lmxAsciiNumber.h>
 #include <lmx/Formats/lmxImageCells.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Support/Printers.h>
@@ -79,6 +80,33 @@ TEST(ImageCellsAscii, MustAllBeNumbers) {
               QStringLiteral("x.rst: the header claims 3 cells, the data hold 2"));
 }
 
+TEST(ImageCellsAscii, OfManyBlocksComeBack) {
+    QByteArray text;
+    std::vector<float> cells;
+    for (int i = 0; i < 50'000; ++i) {
+        cells.push_back(static_cast<float>(i) / 8);
+        AppendAsciiNumber(text, cells.back());
+        text += i % 3 == 0 ? "\r\n" : " ";
+    }
+    EXPECT_EQ(Read<float>(text, TImageFileType::ftAscii, cells.size()), cells);
+    EXPECT_EQ(Read<float>(text.trimmed(), TImageFileType::ftAscii, cells.size()), cells);
+    EXPECT_EQ(FaultOf<float>(text, TImageFileType::ftAscii, cells.size() + 1),
+              QStringLiteral("x.rst: the header claims 50001 cells, the data hold 50000"));
+}
+
+TEST(ImageCellsAscii, MayHaveAnyDistance) {
+    const QByteArray gap(200'000, ' ');
+    EXPECT_EQ(Read<float>(gap + "1" + gap + "2" + gap, TImageFileType::ftAscii, 2), (std::vector<float>{1, 2}));
+    EXPECT_EQ(FaultOf<float>(gap, TImageFileType::ftAscii, 1),
+              QStringLiteral("x.rst: the header claims 1 cells, the data hold 0"));
+}
+
+TEST(ImageCellsAscii, ANumberOfEndlessDigitsIsNone) {
+    EXPECT_EQ(Read<float>(QByteArray(60'000, '0') + "7 8", TImageFileType::ftAscii, 2), (std::vector<float>{7, 8}));
+    EXPECT_EQ(FaultOf<float>("5 " + QByteArray(200'000, '0') + "7 8", TImageFileType::ftAscii, 3),
+              QStringLiteral("x.rst: cell 2 is not a number"));
+}
+
 TEST(ImageCellsPacked, HoldACountAndAValue) {
     const std::vector<std::uint8_t> image = {7, 7, 7, 9, 9};
     EXPECT_EQ(Read<std::uint8_t>(Bytes({3, 7, 2, 9}), TImageFileType::ftPacked, 5), image);
@@ -108,6 +136,7 @@ TEST(ImageCellsPacked, MayHoldTheValueFirst) {
 
 TEST(ImageCellsPacked, AreRefusedWhenNoLayoutFits) {
     const QString message = QStringLiteral("x.rst: the run lengths do not add up to the image");
+    EXPECT_EQ(FaultOf<std::uint8_t>(QByteArray(7, '\1'), TImageFileType::ftPacked, 2), message) << "longer than any";
     EXPECT_EQ(FaultOf<std::uint8_t>(Bytes({3, 7, 2, 9}), TImageFileType::ftPacked, 6), message);
     EXPECT_EQ(FaultOf<std::uint8_t>(Bytes({3, 7, 2}), TImageFileType::ftPacked, 5), message);
     EXPECT_EQ(FaultOf<std::uint8_t>(Bytes({0, 0, 5, 0}), TImageFileType::ftPacked, 5), message);

@@ -168,4 +168,16 @@ TEST(ImageFactory, ComputesTheRangeThatTheDocumentationLeavesOut) {
     EXPECT_EQ(image->getHeader()->GetMaxValue(), 10);
 }
 
+TEST(ImageFactory, RefusesEndlessDocumentation) {
+    QByteArray text(9 * 1024 * 1024, '\n');
+    QBuffer documentation(&text);
+    QByteArray cells(4, '\0');
+    QBuffer data(&cells);
+    documentation.open(QIODevice::ReadOnly);
+    data.open(QIODevice::ReadOnly);
+    EXPECT_EQ(
+        MessageOf<EFileFormatException>([&] { TImageFactory::Load(documentation, data, QStringLiteral("memory")); }),
+        QStringLiteral("memory: holds more than 8388608 bytes of documentation"));
+}
+
 } // namespace lmx::tests
