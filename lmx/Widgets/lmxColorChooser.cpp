@@ -1,5 +1,6 @@
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Widgets/lmxColorChooser.h>
+#include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 
 #include <QColor>
@@ -20,12 +21,12 @@ public:
 
     bool Execute(QWidget* parent) override {
         const bool hasAlpha = FOptions.Contains(TColorChooserDialogOption::coColor32);
-        QColorDialog dialog(parent);
-        dialog.setOption(QColorDialog::ShowAlphaChannel, hasAlpha);
-        dialog.setCurrentColor(QColor::fromRgba(hasAlpha ? FColor : SetAlpha(FColor, 255)));
-        if (dialog.exec() != QDialog::Accepted)
+        TOwnedDialog<QColorDialog> dialog(parent);
+        dialog->setOption(QColorDialog::ShowAlphaChannel, hasAlpha);
+        dialog->setCurrentColor(QColor::fromRgba(hasAlpha ? FColor : SetAlpha(FColor, 255)));
+        if (dialog.Execute() != QDialog::Accepted)
             return false;
-        const TColor32 chosen = dialog.selectedColor().rgba();
+        const TColor32 chosen = dialog->selectedColor().rgba();
         FColor = hasAlpha ? chosen : SetAlpha(chosen, 255);
         return true;
     }

@@ -1,5 +1,6 @@
 #include <lmx/Runtime/lmxText.h>
 #include <lmx/Widgets/lmxFileDialog.h>
+#include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 
 #include <QFileDialog>
@@ -12,33 +13,33 @@ namespace {
 class TQtFileDialogService final : public IFileDialogService {
 public:
     bool Save(const TFileDialogRequest& request, QString& fileName, QWidget* parent) override {
-        QFileDialog dialog(parent);
-        dialog.setAcceptMode(QFileDialog::AcceptSave);
-        dialog.setFileMode(QFileDialog::AnyFile);
-        dialog.setDefaultSuffix(request.DefaultExtension);
-        dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.OverwritePrompt);
+        TOwnedDialog<QFileDialog> dialog(parent);
+        dialog->setAcceptMode(QFileDialog::AcceptSave);
+        dialog->setFileMode(QFileDialog::AnyFile);
+        dialog->setDefaultSuffix(request.DefaultExtension);
+        dialog->setOption(QFileDialog::DontConfirmOverwrite, !request.OverwritePrompt);
         return Run(dialog, request, fileName);
     }
     bool Open(const TFileDialogRequest& request, QString& fileName, QWidget* parent) override {
-        QFileDialog dialog(parent);
-        dialog.setAcceptMode(QFileDialog::AcceptOpen);
-        dialog.setFileMode(QFileDialog::ExistingFile);
+        TOwnedDialog<QFileDialog> dialog(parent);
+        dialog->setAcceptMode(QFileDialog::AcceptOpen);
+        dialog->setFileMode(QFileDialog::ExistingFile);
         return Run(dialog, request, fileName);
     }
 
 private:
-    static bool Run(QFileDialog& dialog, const TFileDialogRequest& request, QString& fileName) {
+    static bool Run(TOwnedDialog<QFileDialog>& dialog, const TFileDialogRequest& request, QString& fileName) {
         if (!request.Title.isEmpty())
-            dialog.setWindowTitle(request.Title);
+            dialog->setWindowTitle(request.Title);
         if (const QStringList filters = TFileDialog::NameFilters(request.Filter); !filters.isEmpty())
-            dialog.setNameFilters(filters);
+            dialog->setNameFilters(filters);
         if (QFileInfo(request.FileName).isDir())
-            dialog.setDirectory(request.FileName);
+            dialog->setDirectory(request.FileName);
         else if (!request.FileName.isEmpty())
-            dialog.selectFile(request.FileName);
-        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+            dialog->selectFile(request.FileName);
+        if (dialog.Execute() != QDialog::Accepted || dialog->selectedFiles().isEmpty())
             return false;
-        fileName = dialog.selectedFiles().front();
+        fileName = dialog->selectedFiles().front();
         return true;
     }
 };

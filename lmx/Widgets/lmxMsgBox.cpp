@@ -1,4 +1,5 @@
 #include <lmx/Widgets/lmxMsgBox.h>
+#include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 
 #include <QGuiApplication>
@@ -26,11 +27,15 @@ public:
 private:
     static int Show(QMessageBox::Icon icon, const QString& text, const QString& title,
                     QMessageBox::StandardButtons buttons, QWidget* parent) {
-        QMessageBox box(icon, title, text, buttons, parent);
-        box.setTextFormat(Qt::PlainText);
+        TOwnedDialog<QMessageBox> box(parent);
+        box->setIcon(icon);
+        box->setWindowTitle(title);
+        box->setTextFormat(Qt::PlainText);
+        box->setText(text);
+        box->setStandardButtons(buttons);
         if (buttons.testFlag(QMessageBox::No))
-            box.setEscapeButton(QMessageBox::No);
-        return box.exec();
+            box->setEscapeButton(QMessageBox::No);
+        return box.Execute();
     }
 };
 
