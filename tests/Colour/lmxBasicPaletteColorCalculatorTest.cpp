@@ -60,7 +60,8 @@ INSTANTIATE_TEST_SUITE_P(
         TBandRow{"OneEntry", 0, 10, 1, false, 10, 100}, TBandRow{"OneReservedEntryOutside", 0, 10, 1, true, 11, 100},
         TBandRow{"Inverted", 10, 0, 5, false, 5, 0}, TBandRow{"InvertedReserved", 10, 0, 5, true, 5, 100},
         TBandRow{"CollapsedOutside", 5, 5, 5, false, 6, 0},
-        TBandRow{"StepRoundedDown", 0, 0.7F, 7, false, 0.7F, 106}, // 0.7 / step is above 7
+        TBandRow{"StepRoundedDown", 0, 0.7F, 7, false, 0.7F, 106},              // 0.7 / step is above 7
+        TBandRow{"AHairBelowABand", 0x1p-30F, 0x1p26F, 4, false, 0x1p24F, 100}, // 1 - 2^-54 bands from the low end
         TBandRow{"HugeRange", -3e38F, 3e38F, 4, false, 1, 102}, TBandRow{"EndlessTop", 0, Inf, 4, false, 1e38F, 100},
         TBandRow{"StepBeyondSingles", -3e38F, 3e38F, 1, false, 3e38F, 100},
         TBandRow{"MinNotANumberOutside", NaN, 10, 4, false, 11, 0}),

@@ -54,6 +54,8 @@ TEST_P(IdrisiImageMapData, NegativeSizesCountAsNone) {
     const TIdrisiImageMapData data(&image, GetParam());
     EXPECT_EQ(data.GetWidth(), 0);
     EXPECT_EQ(data.GetHeight(), 2);
+    const TTestImage turned(3, -2, {});
+    EXPECT_EQ(TIdrisiImageMapData(&turned, GetParam()).GetHeight(), 0);
 }
 
 TEST_P(IdrisiImageMapData, NeedsAnImage) {

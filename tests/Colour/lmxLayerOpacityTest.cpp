@@ -21,13 +21,13 @@ TEST_P(LayerAlpha, FollowsTheOpacity) {
 
 constexpr float Inf = std::numeric_limits<float>::infinity();
 
-INSTANTIATE_TEST_SUITE_P(Opacities, LayerAlpha,
-                         testing::Values(TAlphaRow{0, 0}, TAlphaRow{-0.0F, 0}, TAlphaRow{1, 255},
-                                         TAlphaRow{0.5F, 128}, // 127.5 ties to even
-                                         TAlphaRow{0.1F, 26},  // the single above 0.1: 25.5000004
-                                         TAlphaRow{0.25F, 64}, TAlphaRow{1.5F, 255}, TAlphaRow{Inf, 255},
-                                         TAlphaRow{-0.1F, 0}, TAlphaRow{-Inf, 0}, TAlphaRow{std::nanf(""), 0},
-                                         TAlphaRow{1e-40F, 0}));
+INSTANTIATE_TEST_SUITE_P(
+    Opacities, LayerAlpha,
+    testing::Values(TAlphaRow{0.0098039219F, 3}, // 2.50000009, which a single product rounds to 2.5
+                    TAlphaRow{0, 0}, TAlphaRow{-0.0F, 0}, TAlphaRow{1, 255}, TAlphaRow{0.5F, 128}, // 127.5 ties to even
+                    TAlphaRow{0.1F, 26}, // the single above 0.1: 25.5000004
+                    TAlphaRow{0.25F, 64}, TAlphaRow{1.5F, 255}, TAlphaRow{Inf, 255}, TAlphaRow{-0.1F, 0},
+                    TAlphaRow{-Inf, 0}, TAlphaRow{std::nanf(""), 0}, TAlphaRow{1e-40F, 0}));
 
 TEST(LayerOpacity, ScalesTheAlphaAndKeepsTheColor) {
     EXPECT_EQ(TLayerOpacity(0.5F).Fade(0xFF123456U), 0x80123456U);

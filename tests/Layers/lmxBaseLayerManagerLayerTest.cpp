@@ -50,6 +50,27 @@ TEST(BaseLayerManagerLayer, HearsOfItsOwnRemovalOnly) {
     EXPECT_TRUE(kept->IsLMSet());
 }
 
+/// Looks at its manager while it is being removed.
+class TLeavingLayer : public TTestLayer {
+public:
+    using TTestLayer::TTestLayer;
+    void BeforeLayerManagerRemoved(ILayerManager* manager) override {
+        Left = manager;
+        StillKnown = GetLayerManager().get();
+    }
+    ILayerManager* Left = nullptr;
+    ILayerManager* StillKnown = nullptr;
+};
+
+TEST(BaseLayerManagerLayer, KnowsItsManagerUntilItHasLeft) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    auto* layer = static_cast<TLeavingLayer*>(manager->GetLayers().Add(std::make_unique<TLeavingLayer>(manager)));
+    const auto extracted = manager->GetLayers().Extract(layer);
+    EXPECT_EQ(layer->Left, manager.get());
+    EXPECT_EQ(layer->StillKnown, manager.get());
+    EXPECT_FALSE(layer->IsLMSet());
+}
+
 TEST(BaseLayerManagerLayer, AStaleSubscriptionDoesNothing) {
     const auto manager = TLayerManagerFactory::GetObject();
     manager->GetLayers().Remove(AddTestLayer(manager));

@@ -57,9 +57,11 @@ public:
     using TIdrisiMapLayer::TIdrisiMapLayer;
     void CreateLegendComponent() override {
         ++Legends;
+        PixelAtLegend = GetBitmap() ? GetBitmap()->Pixel(0, 0) : 0;
         TIdrisiMapLayer::CreateLegendComponent();
     }
     int Legends = 0;
+    TColor32 PixelAtLegend = 0; ///< of the picture, when the last legend was made
 };
 
 class IdrisiMapLayer : public testing::Test {
@@ -248,6 +250,11 @@ TEST_F(IdrisiMapLayer, ALegendIsAskedForWithEachCalculator) {
     Layer.SetColorCalc(std::make_shared<TValueAsColor>());
     EXPECT_EQ(Layer.Legends, 2);
     EXPECT_EQ(Layer.GetLegendComponent(), nullptr);
+    Layer.Render();
+    const auto gradient = TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFFABCDEF}});
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 99, gradient));
+    EXPECT_EQ(Layer.Legends, 3);
+    EXPECT_EQ(Layer.PixelAtLegend, 0xFFABCDEFU) << "the picture comes before the legend";
 }
 
 TEST_F(IdrisiMapLayer, PaintsTheCellsWhereTheyLie) {

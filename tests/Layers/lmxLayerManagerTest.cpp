@@ -88,10 +88,12 @@ TEST(LayerManager, DoesNotForwardNamesLegendsAndAreas) {
 TEST(LayerManager, NoLongerHearsALayerThatLeft) {
     const auto manager = TLayerManagerFactory::GetObject();
     TTestLayer* layer = AddTestLayer(manager);
+    layer->SetLayerArea(tests::LatLonArea({0, 1, 1, 0}));
     const auto extracted = manager->GetLayers().Extract(layer);
     TLog log(*manager);
     layer->SetIsVisible(false);
     layer->Invalidate();
+    layer->GotoExtendMenuItem_Click();
     EXPECT_EQ(log.Take(), QString());
 }
 
