@@ -9,6 +9,7 @@
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
+#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 
 #include <QFileInfo>
@@ -38,11 +39,24 @@ bool IsIdrisiName(const QString& fileName) {
                                [&](const char* known) { return lmx::SameText(suffix, QString::fromLatin1(known)); });
 }
 
+// What the reader of grids says is about a text; a user who opened several files needs the name as well.
+std::unique_ptr<lmx::TRealImage> LoadGrid(const QString& fileName) {
+    try {
+        const lmx::TArcInfoAsciiGridRasterFrame grid(fileName, lmx::TDataKind::dkFloat);
+        if (grid.GetWidth() == 0 || grid.GetHeight() == 0 || grid.GetHeading()->GetCellSize() <= 0)
+            throw lmx::Exception("no cells to show");
+        return ImageOfGrid(grid);
+    } catch (const lmx::EFileException&) { // has the name
+        throw;
+    } catch (const lmx::Exception& failure) {
+        throw lmx::EFileFormatException(fileName, failure.Message());
+    }
+}
+
 std::unique_ptr<lmx::TAbstractImage> LoadImage(const QString& fileName) {
     if (IsIdrisiName(fileName))
         return lmx::TImageFactory::Load(fileName);
-    const lmx::TArcInfoAsciiGridRasterFrame grid(fileName, lmx::TDataKind::dkFloat);
-    return ImageOfGrid(grid);
+    return LoadGrid(fileName);
 }
 
 } // namespace
@@ -57,6 +71,9 @@ std::unique_ptr<lmx::TRealImage> ImageOfGrid(const lmx::IArcInfoAsciiGridRasterF
     header.SetMinY(static_cast<float>(bounds.Bottom));
     header.SetMaxY(static_cast<float>(bounds.Top));
     header.SetRefSystem(LooksGeographic(bounds) ? "latlong" : "plane");
+    header.SetFlagValue(lmx::TSpatialConst::NoData);
+    header.SetFlagDef("missing data");
+    header.SetFlag(true);
     auto image = std::make_unique<lmx::TRealImage>(QString(), header);
     const auto noData = static_cast<float>(grid.GetHeading()->GetNODATAValue());
     for (int row = 0; row < grid.GetHeight(); ++row) {

@@ -17,6 +17,7 @@ std::unique_ptr<lmx::TRealImage> ImageOfGrid(const lmx::IArcInfoAsciiGridRasterF
 
 /// A rendered layer that shows an Idrisi image (.rst, .rdc, .img, .doc) or an ASCII grid (any other name), in a
 /// gradient over its values, named after the file.
-/// @throws lmx::Exception with a message that names what is wrong.
+/// @throws lmx::EFileException if the file cannot be read, is damaged or has no cells; the message begins with its
+/// name.
 std::unique_ptr<lmx::TIdrisiMapLayer> OpenRaster(const std::shared_ptr<lmx::ILayerManager>& manager,
                                                  const QString& fileName);

@@ -2,14 +2,17 @@
 //   ClimateViewer                    opens the window
 //   ClimateViewer FILE...            opens the files too
 //   ClimateViewer --model            adds a model's field on Gaussian axes
-//   ClimateViewer --picture map.png  renders the window into a file, without a display
+//   ClimateViewer --picture map.png  renders the window into a file, without a display; fails if a file could not be
+//   opened
 
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Widgets/lmxMsgBox.h>
 
 #include <QApplication>
 #include <QCommandLineParser>
 
 #include <iostream>
+#include <memory>
 
 #include "SampleMap.h"
 #include "ViewerWindow.h"
@@ -23,6 +26,26 @@ void ChoosePlatform(int argc, char** argv) {
             qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
+// Messages on the terminal: without a display nobody would ever close a box.
+class TerminalMessages final : public lmx::IMsgBoxService {
+public:
+    bool HasErrors() const { return FHasErrors; }
+
+    void Error(const QString& text, const QString&, QWidget*) override {
+        ShowMessage(text);
+        FHasErrors = true;
+    }
+    void Info(const QString& text, const QString&, QWidget*) override { ShowMessage(text); }
+    bool YesNo(const QString& text, const QString&, QWidget*) override {
+        ShowMessage(text);
+        return false;
+    }
+    void ShowMessage(const QString& text) override { std::cerr << text.toStdString() << '\n'; }
+
+private:
+    bool FHasErrors = false;
+};
+
 int Run(const QApplication& application) {
     QCommandLineParser options;
     const QCommandLineOption picture("picture", "Render the window into this file and end.", "file");
@@ -35,6 +58,9 @@ int Run(const QApplication& application) {
     options.addHelpOption();
     options.process(application);
 
+    const auto messages = std::make_shared<TerminalMessages>();
+    if (options.isSet(picture))
+        lmx::TMsgBox::SetService(messages);
     TViewerWindow window(options.value(data));
     window.resize(1280, 610);
     AddSampleLayers(window.GetLayerManager(), options.value(data));
@@ -51,7 +77,7 @@ int Run(const QApplication& application) {
     if (!options.isSet(picture))
         return QApplication::exec();
     if (window.grab().save(options.value(picture)))
-        return 0;
+        return messages->HasErrors() ? 1 : 0;
     std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';
     return 1;
 }

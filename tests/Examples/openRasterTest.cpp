@@ -1,0 +1,104 @@
+// Files as a layer: what an ASCII grid becomes, and what is said of a file that cannot be shown.
+
+#include "OpenRaster.h"
+
+#include <lmx/Climate/lmxSpatialConst.h>
+#include <lmx/Formats/lmxIdrisiImages.h>
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxFormatSettings.h>
+#include <lmx/Runtime/lmxText.h>
+#include <tests/Support/Printers.h>
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace lmx {
+namespace {
+
+class OpenRasters : public testing::Test {
+protected:
+    QString FileOf(const char* name, const QByteArray& bytes) const {
+        const QString fileName = Folder.filePath(QString::fromLatin1(name));
+        WriteFile(fileName, bytes);
+        return fileName;
+    }
+    /// An ASCII grid with cells of `cellSize`, its lower left corner at (10, 20).
+    QString GridOf(const QByteArray& columns, const QByteArray& rows, const QByteArray& cellSize,
+                   const QByteArray& cells) const {
+        return FileOf("grid.asc", "ncols " + columns + "\nnrows " + rows + "\nxllcorner 10\nyllcorner 20\ncellsize " +
+                                      cellSize + "\nNODATA_value 7\n" + cells);
+    }
+    std::unique_ptr<TIdrisiMapLayer> Open(const QString& fileName) const {
+        return OpenRaster(TLayerManagerFactory::GetObject(), fileName);
+    }
+    template<class Failure>
+    QString MessageFor(const QString& fileName) const {
+        return tests::MessageOf<Failure>([&] { Open(fileName); });
+    }
+
+    const TFormatSettingsScope Point{TFormatSettings{u'.'}};
+    const QTemporaryDir Folder;
+};
+
+TEST_F(OpenRasters, AGridIsAnImageOfItsValues) {
+    const auto layer = Open(GridOf("2", "2", "2.5", "1 7\n-9999 4\n"));
+    EXPECT_EQ(layer->GetLayerName(), "grid");
+    EXPECT_TRUE(layer->GetLayerArea().Area.Equals(TMapArea(10, 25, 15, 20)));
+    EXPECT_TRUE(layer->GetIsReadyToDraw());
+    const TAbstractImage& image = *layer->GetImage();
+    EXPECT_EQ(image.GetCell(1, 1), 1);
+    EXPECT_EQ(image.GetCell(2, 1), TSpatialConst::NoData) << "the grid's own value for cells without data";
+    EXPECT_EQ(image.GetCell(1, 2), -9999);
+    EXPECT_EQ(image.GetCell(2, 2), 4);
+    const TImageHeader& header = *image.getHeader();
+    EXPECT_EQ(header.GetMinValue(), 1);
+    EXPECT_EQ(header.GetMaxValue(), 4);
+    EXPECT_TRUE(header.GetFlag());
+    EXPECT_EQ(header.GetFlagValue(), TSpatialConst::NoData);
+    EXPECT_TRUE(header.IsGeographic());
+}
+
+TEST_F(OpenRasters, AGridBeyondTheDegreesIsPlane) {
+    EXPECT_TRUE(Open(GridOf("2", "1", "70", "1 2\n"))->GetImage()->getHeader()->IsGeographic());
+    EXPECT_FALSE(Open(GridOf("2", "1", "71", "1 2\n"))->GetImage()->getHeader()->IsGeographic()) << "91 north";
+    EXPECT_FALSE(
+        Open(GridOf("400", "1", "1", QByteArray("1 ").repeated(399) + "1\n"))->GetImage()->getHeader()->IsGeographic())
+        << "410 east";
+}
+
+TEST_F(OpenRasters, ADamagedGridIsNamed) {
+    const QString fileName = GridOf("2", "2", "1", "1 2\n3 x\n");
+    EXPECT_EQ(MessageFor<EFileFormatException>(fileName), fileName + ": 'x' is not a valid floating point value");
+    GridOf("2", "2", "1", "1 2\n3 4 5\n");
+    EXPECT_EQ(MessageFor<EFileFormatException>(fileName), fileName + ": Row 1 contains 3 values, 2 were expected");
+    const QString text = FileOf("notes.txt", "Dear reader\n");
+    EXPECT_EQ(MessageFor<EFileFormatException>(text), text + ": Line does not start with expected line ID");
+}
+
+TEST_F(OpenRasters, AMissingFileIsNamedOnce) {
+    const QString grid = Folder.filePath(QStringLiteral("missing.asc"));
+    EXPECT_EQ(MessageFor<EFileException>(grid), grid + ": cannot be read: No such file or directory");
+    const QString image = Folder.filePath(QStringLiteral("missing.rst"));
+    EXPECT_TRUE(MessageFor<EFileException>(image).startsWith(image + ": "));
+}
+
+TEST_F(OpenRasters, AGridThatCoversNothingIsRefused) {
+    const QString message = Folder.filePath(QStringLiteral("grid.asc")) + ": no cells to show";
+    EXPECT_EQ(MessageFor<EFileFormatException>(GridOf("0", "0", "1", "")), message);
+    EXPECT_EQ(MessageFor<EFileFormatException>(GridOf("3", "0", "1", "")), message);
+    EXPECT_EQ(MessageFor<EFileFormatException>(GridOf("2", "1", "0", "1 2\n")), message);
+    EXPECT_EQ(MessageFor<EFileFormatException>(GridOf("2", "1", "-1", "1 2\n")), message);
+}
+
+TEST_F(OpenRasters, AGridWithoutAnyDataIsALayerAllTheSame) {
+    const auto layer = Open(GridOf("2", "1", "1", "7 7\n"));
+    EXPECT_TRUE(layer->GetIsReadyToDraw());
+    EXPECT_EQ(layer->GetImage()->GetCell(1, 1), TSpatialConst::NoData);
+}
+
+} // namespace
+} // namespace lmx
