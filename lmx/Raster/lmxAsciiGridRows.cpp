@@ -34,14 +34,6 @@ void Convert(const QString& piece, const TFormatSettings&, std::int32_t& cell) {
     cell = StrToInt(piece);
 }
 
-bool IsUsable(float cell) {
-    return std::isfinite(cell);
-}
-
-bool IsUsable(std::int32_t) {
-    return true;
-}
-
 // A number in the form that nearly all have, up to a blank or the end: its end, or null for any other form.
 template<class Cell>
 const char* TakePlainNumber(const char* first, const char* last, Cell& cell) {
@@ -49,7 +41,7 @@ const char* TakePlainNumber(const char* first, const char* last, Cell& cell) {
     if (digits == last || !((*digits >= '0' && *digits <= '9') || *digits == '.')) // not "inf", "nan"
         return nullptr;
     const auto [end, error] = std::from_chars(first, last, cell);
-    const bool isNumber = error == std::errc() && IsUsable(cell) && (end == last || *end == ' ');
+    const bool isNumber = error == std::errc() && (end == last || *end == ' ');
     return isNumber ? end : nullptr;
 }
 
