@@ -300,6 +300,10 @@ TEST_F(GradientFile, GivesTheDataItsName) {
     EXPECT_EQ(data->GetGroups().Count(), 1);
     data->LoadFromText(QStringLiteral("<gradient/>"));
     EXPECT_EQ(data->GetFileName(), "");
+    data->LoadFromFile(Path("a.xml"));
+    EXPECT_EQ(MessageOf<EGradientDataException>([&] { data->LoadFromText(QStringLiteral("<Gradient/>")); }),
+              "Root node must be named \"gradient\"");
+    EXPECT_EQ(data->GetFileName(), "");
 }
 
 TEST_F(GradientFile, HoldsTheTextInUtf8AndSavingKeepsTheName) {
@@ -349,6 +353,23 @@ TEST(GradientOfData, SpreadsColorsEvenlyOverAnyRange) {
     for (const auto& [min, max] : {std::pair(0.0, 1.0), std::pair(-50.0, 50.0), std::pair(0.1, 0.7),
                                    std::pair(0.0, 5e-5), std::pair(223.15, 323.15), std::pair(-1e300, 1e300)})
         EXPECT_EQ(StopsOf(*data, min, max), (TStops{{0, 1}, {0.5, 2}, {1, 3}})) << min << " to " << max;
+}
+
+TEST(GradientOfData, ComputesPositionsInExtendedAndRoundsThemOnce) {
+    const auto data = TGradientDataFactory::GetObject();
+    AddGroup(*data, {AtValue, 0.1}, {AtValue, 40.7}, std::vector<TColor32>(98, 1));
+    constexpr double min = -1.3;
+    constexpr double max = 32.9;
+    const TStops stops = StopsOf(*data, min, max);
+    ASSERT_EQ(stops.size(), 98U);
+    int differing = 0;
+    for (int i = 0; i < 98; ++i) {
+        const double position = stops[static_cast<std::size_t>(i)].Location;
+        const long double step = (static_cast<long double>(40.7) - static_cast<long double>(0.1)) / 97;
+        ASSERT_EQ(position, static_cast<double>((i * step + 0.1 - min) / (static_cast<long double>(max) - min))) << i;
+        differing += position != (i * ((40.7 - 0.1) / 97) + 0.1 - min) / (max - min);
+    }
+    EXPECT_GT(differing, 0) << "doubles would do as well, so this tests nothing";
 }
 
 TEST(GradientOfData, IsANewOneEachTime) {

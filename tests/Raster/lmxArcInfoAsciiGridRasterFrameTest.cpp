@@ -198,6 +198,7 @@ TEST_F(ArcInfoAsciiGridRasterFrame, TakesItsCellSizeFromTheWidthOfAnArea) {
     EXPECT_EQ(frame.GetHeading()->GetNRows(), 2);
     EXPECT_EQ(frame.GetHeading()->GetNODATAValue(), -9999);
     EXPECT_EQ(frame.GetKind(), dkInt);
+    EXPECT_EQ(TArcInfoAsciiGridRasterFrame(TMapArea(0, 1, 1, 0), 3, 1, dkInt).GetHeading()->GetCellSize(), 1.0 / 3);
     EXPECT_EQ(CellsOf(frame), std::vector<double>(8, 0));
     EXPECT_EQ(MessageOf<EArgumentException>([] { TArcInfoAsciiGridRasterFrame(TMapArea(), 1, -1, dkInt); }),
               "Frame size is negative");
@@ -296,6 +297,23 @@ TEST_F(ArcInfoAsciiGridRasterFrame, NamesWhatCannotBeWritten) {
                     frame.Save(Path("no-folder/grid.asc"));
                 }).startsWith(Path("no-folder/grid.asc") + QStringLiteral(": cannot be written: ")));
     EXPECT_EQ(MessageOf<EFileException>([&] { frame.Save(Text("read only")); }), "stream: cannot be written: not open");
+}
+
+TEST_F(ArcInfoAsciiGridRasterFrame, SaysSoWhenTheLastBytesAreNotTaken) {
+    class TFullStream final : public QIODevice {
+    public:
+        TFullStream() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+
+    protected:
+        qint64 readData(char*, qint64) override { return -1; }
+        qint64 writeData(const char*, qint64) override {
+            setErrorString(QStringLiteral("No space left"));
+            return -1;
+        }
+    };
+    TFullStream stream;
+    const TArcInfoAsciiGridRasterFrame frame(TMapArea(0, 1, 1, 0), 1, 1, dkFloat);
+    EXPECT_EQ(MessageOf<EFileException>([&] { frame.Save(stream); }), "stream: cannot be written: No space left");
 }
 
 // Files of other programs

@@ -83,6 +83,8 @@ TEST(AsciiGridMemory, IsNotTakenForAMereClaim) {
     EXPECT_LT(BytesToRead(Heading("3", "2147483647") + Line(3)), BlockAndRest);
     EXPECT_LT(BytesToRead(Heading("2147483647", "1") + Line(3)), BlockAndRest);
     EXPECT_LT(BytesToRead<TPipe>(Heading("2147483647", "2147483647") + Line(3)), BlockAndRest);
+    EXPECT_LT(BytesToRead(Heading("1", "600000") + "x\n" + QByteArray(1'000'000, '1')), BlockAndRest)
+        << "a cell takes two bytes at least";
 }
 
 TEST(AsciiGridMemory, GrowsWithTheRowsOfAStreamOfUnknownLength) {

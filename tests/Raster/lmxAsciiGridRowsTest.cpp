@@ -185,7 +185,7 @@ TEST(AsciiGridRows, TakeExactlyTheMemoryOfTheirCells) {
     const std::vector<float> cells = Read<float>(text, 7, 100);
     EXPECT_EQ(cells.size(), 700U);
     EXPECT_EQ(cells.capacity(), 700U);
-    EXPECT_EQ(Read<float>("1 2", 2, 1).capacity(), 2U) << "the last row may lack its line break";
+    EXPECT_EQ(Read<float>("1 2 3", 3, 1).capacity(), 3U) << "the last row may lack its line break";
 }
 
 // The shortcut for plain numbers against the conversions that define what a number is.

@@ -81,6 +81,16 @@ TEST(AxisSamples, TheFractionIsComputedInExtendedAndRoundedToDouble) {
     EXPECT_EQ(fraction, static_cast<double>((0.2 - low) / width));
     EXPECT_NEAR(fraction, 1.0 / 3, 1e-7);
     EXPECT_NE(fraction, static_cast<double>(static_cast<float>(fraction)));
+    const std::vector<float> wide{-1000.1F, 1000.3F};
+    int differing = 0;
+    for (int i = 1; i <= 100; ++i) {
+        const double position = i / 97e4;
+        const double wideFraction = SampleAxis(wide, false, position).Fraction;
+        ASSERT_EQ(wideFraction,
+                  static_cast<double>((static_cast<extended>(position) - wide[0]) / (extended{wide[1]} - wide[0])));
+        differing += wideFraction != (position - wide[0]) / (double{wide[1]} - wide[0]);
+    }
+    EXPECT_GT(differing, 0) << "doubles would do as well, so this tests nothing";
 }
 
 TEST(AxisSamples, ATableHoldsThePositionsOfAnEvenGrid) {
@@ -98,6 +108,12 @@ TEST(AxisSamples, PositionsAreNotRoundedToSingle) {
     const TAxisSample sample = SampleTable(axis, false, 12346, 0, 0.1F)[12345];
     EXPECT_EQ(sample.Fraction, 12345 * static_cast<double>(0.1F) - 1234);
     EXPECT_GT(sample.Fraction, 0.5);
+}
+
+TEST(AxisSamples, PositionsAreComputedInExtended) {
+    // 1 + 2^-53 + 2^-76 is above the middle of two doubles; without its last bit it is that middle, which goes to 1.
+    const std::vector<float> axis{0, 1, 2};
+    EXPECT_EQ(SampleTable(axis, false, 2, 1, 0x1.000002p-53F)[1], (TAxisSample{0, 1, 1, true}));
 }
 
 class AxisTables : public testing::TestWithParam<bool> {};

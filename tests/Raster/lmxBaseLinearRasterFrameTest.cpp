@@ -333,11 +333,22 @@ TEST(BaseLinearRasterFrame, SaysSoWhereverItsCellsWereNeverCreated) {
     EXPECT_EQ(MessageOf<EArgumentException>([&] { frame.ReadCell(2, 0); }), "Row index is out of range");
 }
 
+TEST(BaseLinearRasterFrame, LosesItsCellsWithANewGeometry) {
+    TOpenFrame frame;
+    frame.Init({0, 2, 3, 0}, 3, 2, dkFloat);
+    frame.SetGeometry({0, 1, 1, 0}, 1, 1, dkInt);
+    EXPECT_EQ(MessageOf<EInvalidOperation>([&] { frame.ReadCell(0, 0); }),
+              "Cannot create buffer. Unsupported BufferKind");
+}
+
 TEST(BaseLinearRasterFrame, BeginsWithoutCells) {
     const TOpenFrame frame;
     EXPECT_EQ(frame.GetWidth(), 0);
     EXPECT_EQ(frame.GetHeight(), 0);
     EXPECT_EQ(MessageOf<EArgumentException>([&] { frame.ReadCell(0, 0); }), "Row index is out of range");
+    const TLinearRasterFrame copy(&frame); // of no cells, so their storage does not matter
+    EXPECT_EQ(copy.GetBufferKind(), dkByte);
+    EXPECT_EQ(copy.GetWidth(), 0);
 }
 
 TEST(BaseLinearRasterFrame, TakesOverCellsThatAreThereAlready) {
