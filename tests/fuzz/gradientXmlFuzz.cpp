@@ -1,5 +1,5 @@
-// A gradient description in XML. What was read is written as a document that reads back with the same colours, and
-// becomes a gradient or says why not.
+// A gradient description in XML. What was read is written as a document that reads back with the same colours, its
+// groups starting where they ended, and becomes a gradient or says why not.
 
 #include <lmx/Colour/lmxGradientData.h>
 #include <lmx/Graphics/lmxGradient.h>
@@ -26,8 +26,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         std::abort();
     std::size_t colors = 0;
     for (int i = 0; i < copy->GetGroups().Count(); ++i) {
-        colors += data->GetGroups()[i]->GetColors().size();
-        if (copy->GetGroups()[i]->GetColors() != data->GetGroups()[i]->GetColors())
+        const TGradientGroup& before = *data->GetGroups()[i];
+        const TGradientGroup& after = *copy->GetGroups()[i];
+        colors += before.GetColors().size();
+        const TStartEndAt start = StringToStartEndAtValue(StartEndAtValueToString(before.GetEndAt()));
+        if (after.GetColors() != before.GetColors() || after.GetStartAt() != start || after.GetEndAt() != TStartEndAt())
             std::abort();
     }
     try {
