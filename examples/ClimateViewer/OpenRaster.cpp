@@ -39,6 +39,12 @@ bool IsIdrisiName(const QString& fileName) {
                                [&](const char* known) { return lmx::SameText(suffix, QString::fromLatin1(known)); });
 }
 
+// A damaged row may stand in a message as a whole, and may be as long as the file.
+QString Shortened(const QString& message) {
+    constexpr qsizetype part = 120;
+    return message.size() <= 2 * part ? message : message.first(part) + " ... " + message.last(part);
+}
+
 // What the reader of grids says is about a text; a user who opened several files needs the name as well.
 std::unique_ptr<lmx::TRealImage> LoadGrid(const QString& fileName) {
     try {
@@ -49,7 +55,7 @@ std::unique_ptr<lmx::TRealImage> LoadGrid(const QString& fileName) {
     } catch (const lmx::EFileException&) { // has the name
         throw;
     } catch (const lmx::Exception& failure) {
-        throw lmx::EFileFormatException(fileName, failure.Message());
+        throw lmx::EFileFormatException(fileName, Shortened(failure.Message()));
     }
 }
 

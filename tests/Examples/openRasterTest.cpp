@@ -79,6 +79,14 @@ TEST_F(OpenRasters, ADamagedGridIsNamed) {
     EXPECT_EQ(MessageFor<EFileFormatException>(text), text + ": Line does not start with expected line ID");
 }
 
+TEST_F(OpenRasters, ALongRowIsNotShownAsAWhole) {
+    const QString fileName = GridOf("1000", "1", "0.1", QByteArray("1\t").repeated(999) + "1\n");
+    const QString message = MessageFor<EFileFormatException>(fileName);
+    EXPECT_TRUE(message.startsWith(fileName + ": '1\t1\t1")) << message.toStdString();
+    EXPECT_TRUE(message.endsWith(QStringLiteral("1\t1\t1' is not a valid floating point value")));
+    EXPECT_EQ(message.size(), fileName.size() + 2 + 245);
+}
+
 TEST_F(OpenRasters, AMissingFileIsNamedOnce) {
     const QString grid = Folder.filePath(QStringLiteral("missing.asc"));
     EXPECT_EQ(MessageFor<EFileException>(grid), grid + ": cannot be read: No such file or directory");
