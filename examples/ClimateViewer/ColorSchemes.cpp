@@ -13,12 +13,20 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <vector>
 
 namespace {
 
 using TCalculator = std::shared_ptr<lmx::IBaseColorCalculator>;
+
+// A field of one value has a range without width, over which no scale can be laid: its value goes to the middle.
+lmx::TValueRange WithWidth(const lmx::TValueRange& range) {
+    const double margin = std::max(1.0, std::abs(range.Low) / 1000);
+    return range.Low < range.High ? range : lmx::TValueRange(range.Low - margin, range.Low + margin);
+}
 
 TCalculator MakeGradient(const lmx::TValueRange& range, const QString& folder, const QString& scale) {
     const auto data = lmx::TGradientDataFactory::GetObject();
@@ -102,6 +110,6 @@ std::shared_ptr<lmx::IBaseColorCalculator> MakeColorScheme(const QString& name, 
                                                            const QString& folder) {
     for (const TScheme& scheme : Schemes)
         if (name == scheme.Name)
-            return scheme.Make(range, folder);
+            return scheme.Make(WithWidth(range), folder);
     throw lmx::EArgumentException("name");
 }

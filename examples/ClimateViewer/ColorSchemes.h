@@ -16,7 +16,8 @@ struct TValueRange;
 /// Names of the schemes, in the order of a list.
 QStringList ColorSchemeNames();
 
-/// A calculator for values of a range. `folder` holds the folders "gradients" and "palettes".
+/// A calculator for values of a range; the one value of a range without width is in its middle. `folder` holds the
+/// folders "gradients" and "palettes".
 /// @throws lmx::EArgumentException "name" for an unknown name; lmx::Exception if a scale cannot be read.
 std::shared_ptr<lmx::IBaseColorCalculator> MakeColorScheme(const QString& name, const lmx::TValueRange& range,
                                                            const QString& folder);
