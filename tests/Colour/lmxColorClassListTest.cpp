@@ -337,6 +337,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, ClassOfAValue,
                                          TFindRow{"NoNumberIsLow", {{20, 30}, {0, 10}}, NaN, "", "1"},
                                          TFindRow{"TurnedOver", {{10, 0}}, 5, "", "0"}, // 5 <= 10, the lowest minimum
                                          TFindRow{"TurnedOverAbove", {{10, 0}}, 11, "", "0"},
+                                         TFindRow{"AtTheLowestMinimum", {{10, 0}, {20, 30}}, 10, "", "0"},
+                                         TFindRow{"AtTheHighestMaximum", {{0, 5}, {40, 30}}, 30, "", "1"},
                                          TFindRow{"NaNMinimumFirst", {{NaN, 10}, {20, 30}}, 25, "1", "1"},
                                          TFindRow{"NaNMinimumFirstTakesAllElse", {{NaN, 10}, {20, 30}}, 99, "", "0"},
                                          TFindRow{"NaNMinimumLater", {{20, 30}, {NaN, 10}}, 5, "", "0"},
