@@ -61,8 +61,11 @@ public:
     virtual double Read(double x, double y, TInterpolationOption option) const = 0;
 
     /// The row without its last column: `GetWidth() - 1` values. Callers rely on it (docs/oddities.md).
+    /// @throws EArgumentException as ScanLine.
     virtual std::vector<double> ReadRow(std::int32_t row) const = 0;
-    virtual std::vector<double> ReadCol(std::int32_t col) const = 0; ///< `GetHeight()` values from the top
+    /// `GetHeight()` values from the top.
+    /// @throws EArgumentException as ReadCell; a frame without rows gives no values for any column.
+    virtual std::vector<double> ReadCol(std::int32_t col) const = 0;
 
     /// @throws EArgumentException "Row index is out of range", "Col index is out of range", in this order.
     virtual double ReadCell(std::int32_t row, std::int32_t col) const = 0;
