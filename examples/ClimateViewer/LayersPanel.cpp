@@ -60,7 +60,8 @@ void TLayersPanel::Rebuild() {
     }
     lmx::TObjectList<lmx::TBaseMapLayer>& layers = FManager->GetLayers();
     for (int i = layers.Count() - 1; i >= 0; --i)
-        FRows->addWidget(MakeRow(layers[i]));
+        if (layers[i]->GetShowsInLayersList())
+            FRows->addWidget(MakeRow(layers[i]));
     FRows->addStretch();
 }
 

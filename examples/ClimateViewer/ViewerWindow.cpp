@@ -2,9 +2,13 @@
 
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Controls/lmxMapViewRulersPanelControl.h>
 #include <lmx/Formats/lmxAbstractImage.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRulerMapLayer.h>
+#include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxFileDialog.h>
@@ -25,7 +29,10 @@
 #include "ColorSchemes.h"
 #include "GaussianField.h"
 #include "LayersPanel.h"
+#include "MeasureMode.h"
+#include "ModeActions.h"
 #include "OpenRaster.h"
+#include "Places.h"
 
 namespace {
 
@@ -48,7 +55,9 @@ float ValueAt(const lmx::TAbstractImage& image, const lmx::TMapPoint& place) {
 TViewerWindow::TViewerWindow(const QString& dataFolder)
     : FManager(lmx::TLayerManagerFactory::GetObject()),
       FView(new lmx::TMapViewControl(this)),
+      FModes(new TModeActions(FView)),
       FDataFolder(dataFolder),
+      FHint(new QLabel(this)),
       FPlace(new QLabel(this)),
       FValues(new QLabel(this)) {
     setWindowTitle(tr("Climate Viewer"));
@@ -56,27 +65,46 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
     FView->SetShowFocusedBorder(true);
     FView->SetAutoPan(true);
     FView->SetBackgroundColor(0xFFEEF1F4);
-    FView->SetMode(lmx::TMapMode::mdPan);
+    FView->SetCustomModeObject(
+        std::make_shared<TMeasureMode>([this](const QString& length) { FHint->setText(length); }));
     FView->installEventFilter(this);
-    FView->SetOnMouseCursorLocationChanged(
-        [this](lmx::TMapViewControl*, const lmx::TPoint&, const lmx::TMapPoint& place) { ShowPlace(place); });
+    FView->SetOnMouseCursorLocationChanged([this](lmx::TMapViewControl*, const lmx::TPoint& pixel,
+                                                  const lmx::TMapPoint& place) { ShowPlace(pixel, place); });
     setCentralWidget(FView);
+    setAcceptDrops(true);
 
-    auto* dock = new QDockWidget(tr("Layers"), this);
-    dock->setFeatures(QDockWidget::DockWidgetMovable);
-    dock->setWidget(new TLayersPanel(FManager, FDataFolder, dock));
-    addDockWidget(Qt::RightDockWidgetArea, dock);
+    MakeDocks();
     MakeMenus();
     MakeToolBar();
-    setAcceptDrops(true);
-    statusBar()->addWidget(FPlace, 1);
-    statusBar()->addPermanentWidget(FValues);
-    FPlace->setText(tr("Drag to pan, turn the wheel to zoom"));
+    MakeStatusBar();
+    FView->SetMode(lmx::TMapMode::mdPan);
 }
 
 // The view calls back into this window until it is gone, so it goes before what it calls.
 TViewerWindow::~TViewerWindow() {
     delete FView;
+}
+
+void TViewerWindow::MakeDocks() {
+    const auto add = [this](const QString& title, QWidget* content) {
+        auto* dock = new QDockWidget(title, this);
+        dock->setFeatures(QDockWidget::DockWidgetMovable);
+        dock->setWidget(content);
+        addDockWidget(Qt::RightDockWidgetArea, dock);
+    };
+    add(tr("Layers"), new TLayersPanel(FManager, FDataFolder, this));
+    auto* rulers = new lmx::TMapViewRulersPanelControl(this);
+    rulers->SetRulersLayer(FView->GetSpRulersLayer());
+    add(tr("Rulers"), rulers);
+}
+
+void TViewerWindow::MakeStatusBar() {
+    FHint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long hint is cut off, the window stays
+    statusBar()->addWidget(FHint, 1);
+    statusBar()->addPermanentWidget(FPlace);
+    statusBar()->addPermanentWidget(FValues);
+    FModeChanged = FView->GetOnModeChanged().Add(
+        [this](lmx::TMapViewControl*, lmx::TMapMode mode) { FHint->setText(TModeActions::HintOf(mode)); });
 }
 
 void TViewerWindow::MakeMenus() {
@@ -85,6 +113,29 @@ void TViewerWindow::MakeMenus() {
     file->addAction(tr("Add &model field"), this, [this] { AddModelField(); });
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+    QMenu* modes = menuBar()->addMenu(tr("&Mode"));
+    modes->addActions(FModes->GetActions());
+    modes->addSeparator();
+    modes->addAction(tr("&Remove all marks"), QKeySequence("Ctrl+Backspace"), this, [this] { RemoveMarks(); });
+}
+
+void TViewerWindow::RemoveMarks() {
+    FView->GetSpRulersLayer()->GetVRulers().Clear();
+    FView->GetSpRulersLayer()->GetHRulers().Clear();
+    FView->GetSpInfoQueryPointsLayer()->GetPoints().Clear();
+    FView->GetSpSelectionLayer()->SetEnabled(false);
+}
+
+void TViewerWindow::AddPlaces(const QString& fileName) {
+    auto places = std::make_unique<TPlacesLayer>(FManager);
+    places->Load(fileName);
+    FPlaces = static_cast<TPlacesLayer*>(FManager->GetLayers().Add(std::move(places)));
+}
+
+void TViewerWindow::RaisePlaces() {
+    auto& layers = FManager->GetLayers();
+    if (FPlaces.Get())
+        FManager->MoveLayer(layers.IndexOf(FPlaces.Get()), layers.Count() - 1);
 }
 
 void TViewerWindow::AskForFile() {
@@ -100,6 +151,7 @@ void TViewerWindow::AskForFile() {
 void TViewerWindow::OpenFile(const QString& fileName) {
     lmx::GuardEvent(this, [&] {
         lmx::TBaseMapLayer* layer = FManager->GetLayers().Add(OpenRaster(FManager, fileName));
+        RaisePlaces();
         FView->ZoomTo(layer);
     });
 }
@@ -113,6 +165,7 @@ void TViewerWindow::AddModelField() {
         layer->SetOpacity(170); // the coasts below show through
         layer->Render();
         FManager->GetLayers().Add(std::move(layer));
+        RaisePlaces();
     });
 }
 
@@ -131,6 +184,8 @@ void TViewerWindow::dropEvent(QDropEvent* event) {
 void TViewerWindow::MakeToolBar() {
     QToolBar* bar = addToolBar(tr("Map"));
     bar->setMovable(false);
+    bar->addActions(FModes->GetActions());
+    bar->addSeparator();
     const auto add = [&](const QString& text, const QKeySequence& keys, auto action) {
         QAction* item = bar->addAction(text, this, action);
         item->setShortcut(keys);
@@ -147,11 +202,15 @@ void TViewerWindow::MakeToolBar() {
         item->setCheckable(true);
         item->setChecked(worlds->actions().isEmpty());
         worlds->addAction(item);
-        connect(item, &QAction::triggered, this, [this, system] {
-            FView->ChangeWorldSystem(system);
-            ShowWholeWorld();
-        });
+        connect(item, &QAction::triggered, this, [this, system] { ChangeWorld(system); });
     }
+}
+
+void TViewerWindow::ChangeWorld(const std::shared_ptr<lmx::IWorldSystem>& system) {
+    if (FPlaces.Get())
+        FPlaces.Get()->FoldInto(*system);
+    FView->ChangeWorldSystem(system);
+    ShowWholeWorld();
 }
 
 void TViewerWindow::ShowWholeWorld() {
@@ -171,9 +230,12 @@ bool TViewerWindow::eventFilter(QObject* watched, QEvent* event) {
     return QMainWindow::eventFilter(watched, event);
 }
 
-void TViewerWindow::ShowPlace(const lmx::TMapPoint& place) {
+void TViewerWindow::ShowPlace(const lmx::TPoint& pixel, const lmx::TMapPoint& place) {
     const lmx::extended longitude = place.X > 180 ? place.X - 360 : place.X;
-    FPlace->setText(Degrees(longitude, 'E', 'W') + "   " + Degrees(place.Y, 'N', 'S'));
+    QString where = Degrees(longitude, 'E', 'W') + "   " + Degrees(place.Y, 'N', 'S');
+    if (const lmx::TPin* pin = FPlaces.Get() ? FPlaces.Get()->PlaceAt(lmx::TMapPoint(pixel)) : nullptr)
+        where.prepend(pin->GetName() + ", " + pin->GetAttributes()[0]->GetValue() + "   ");
+    FPlace->setText(where);
     QStringList values;
     for (lmx::TBaseMapLayer* layer : FManager->GetLayers()) {
         const auto* raster = dynamic_cast<lmx::TIdrisiMapLayer*>(layer);

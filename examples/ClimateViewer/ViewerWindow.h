@@ -1,18 +1,26 @@
 #pragma once
 
+#include <lmx/Runtime/lmxEventList.h>
+#include <lmx/Runtime/lmxReceiverReference.h>
+
 #include <QMainWindow>
 
 #include <memory>
 
 class QLabel;
+class TModeActions;
+class TPlacesLayer;
 
 namespace lmx {
 class ILayerManager;
+class IWorldSystem;
 class TMapViewControl;
 struct TMapPoint;
+struct TPoint;
 } // namespace lmx
 
-/// The window of the viewer: the map, its layers, and a status bar with the place and the values under the cursor.
+/// The window of the viewer: the map with its modes, its layers, its rulers, and a status bar with what the present
+/// mode does and the place and the values under the cursor.
 class TViewerWindow : public QMainWindow {
 public:
     /// `dataFolder` holds the colour scales.
@@ -24,9 +32,12 @@ public:
 
     /// Shows the whole world as large as it fits.
     void ShowWholeWorld();
-    /// Adds a model's field, gridded from its Gaussian axes and coloured by classes, on top of the stack.
+    /// Adds a model's field, gridded from its Gaussian axes and coloured by classes, below the places.
     void AddModelField();
-    /// Adds a file's raster on top of the stack and zooms to it. What fails is shown in an error box.
+    /// Adds the places of a file on top of the stack.
+    /// @throws lmx::EFileException, lmx::EFileFormatException
+    void AddPlaces(const QString& fileName);
+    /// Adds a file's raster, below the places, and zooms to it. What fails is shown in an error box.
     void OpenFile(const QString& fileName);
 
 protected:
@@ -35,14 +46,23 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void MakeDocks();
     void MakeMenus();
     void MakeToolBar();
+    void MakeStatusBar();
     void AskForFile();
-    void ShowPlace(const lmx::TMapPoint& place);
+    void RaisePlaces();
+    void RemoveMarks();
+    void ChangeWorld(const std::shared_ptr<lmx::IWorldSystem>& system);
+    void ShowPlace(const lmx::TPoint& pixel, const lmx::TMapPoint& place);
 
     std::shared_ptr<lmx::ILayerManager> FManager;
     lmx::TMapViewControl* FView;
+    TModeActions* FModes;
     QString FDataFolder;
+    lmx::TReceiverReference<TPlacesLayer> FPlaces;
+    QLabel* FHint;
     QLabel* FPlace;
     QLabel* FValues;
+    lmx::TSubscription FModeChanged;
 };

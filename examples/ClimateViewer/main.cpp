@@ -64,6 +64,7 @@ int Run(const QApplication& application) {
     TViewerWindow window(options.value(data));
     window.resize(1280, 610);
     AddSampleLayers(window.GetLayerManager(), options.value(data));
+    window.AddPlaces(options.value(data) + "/places.csv");
     QApplication::processEvents(); // the panel makes its rows
     window.show();
     QApplication::processEvents(); // the window takes its final layout
