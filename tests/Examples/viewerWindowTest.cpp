@@ -24,13 +24,17 @@
 #include <QSlider>
 #include <QStatusBar>
 #include <QTest>
+#include <QToolBar>
 #include <QToolButton>
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
 #include "ColorSchemes.h"
+#include "ModeActions.h"
+#include "ModeIcons.h"
 #include "OpenRaster.h"
+#include "Places.h"
 #include "SampleMap.h"
 
 namespace lmx {
@@ -165,6 +169,76 @@ TEST_F(ViewerWindow, ThePanelRecoloursALayer) {
     EXPECT_NE(std::dynamic_pointer_cast<IBasicPaletteColorCalculator>(relief.GetColorCalc()), nullptr);
     EXPECT_EQ(relief.GetColorCalc()->GetColor(static_cast<float>(relief.GetValueRange().Low)), 0xFF00224EU);
     EXPECT_TRUE(relief.GetIsReadyToDraw());
+}
+
+TEST_F(ViewerWindow, EveryModeHasAnIconAHintAndAKey) {
+    const QList<QAction*> actions = Window.menuBar()->actions().at(1)->menu()->actions();
+    const std::vector<TMapMode> modes = {
+        TMapMode::mdNone,        TMapMode::mdPan,         TMapMode::mdSelection, TMapMode::mdZoomToSelection,
+        TMapMode::mdPlaceRulerH, TMapMode::mdPlaceRulerV, TMapMode::mdInfoQuery, TMapMode::mdCustom};
+    Window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&Window));
+    for (std::size_t i = 0; i < modes.size(); ++i) {
+        QAction* action = actions.at(static_cast<int>(i));
+        QTest::keyClick(&Window, static_cast<Qt::Key>(Qt::Key_1 + i), Qt::ControlModifier);
+        EXPECT_EQ(View().GetMode(), modes[i]) << action->text().toStdString();
+        EXPECT_TRUE(action->isChecked());
+        EXPECT_TRUE(action->toolTip().contains(QStringLiteral("Ctrl+%1").arg(i + 1)));
+        EXPECT_EQ(Window.statusBar()->findChild<QLabel*>()->text(), TModeActions::HintOf(modes[i]));
+        EXPECT_FALSE(TModeActions::HintOf(modes[i]).isEmpty());
+        const QImage icon = action->icon().pixmap(QSize(24, 24), 2.0).toImage();
+        EXPECT_EQ(icon.size(), QSize(48, 48));
+        int inked = 0;
+        for (int y = 0; y < 48; ++y)
+            for (int x = 0; x < 48; ++x)
+                inked += qAlpha(icon.pixel(x, y)) > 128 ? 1 : 0;
+        EXPECT_GT(inked, 48 * 48 / 20) << action->text().toStdString();
+    }
+    View().SetMode(TMapMode::mdPan); // by whoever
+    EXPECT_TRUE(actions.at(1)->isChecked());
+}
+
+TEST_F(ViewerWindow, IconsFollowTheTheme) {
+    const QPalette before = QGuiApplication::palette();
+    QPalette dark = before;
+    dark.setColor(QPalette::ButtonText, QColor(250, 240, 230));
+    QGuiApplication::setPalette(dark);
+    const QImage icon = ModeIcon(TMapMode::mdNone).pixmap(QSize(24, 24)).toImage();
+    QGuiApplication::setPalette(before);
+    EXPECT_EQ(icon.pixelColor(9, 10), QColor(250, 240, 230)); // in the middle of the arrow
+}
+
+TEST_F(ViewerWindow, TheStatusBarNamesThePlaceUnderTheCursor) {
+    Window.AddPlaces(DataFolder + QStringLiteral("/places.csv"));
+    View().grab(); // the places are drawn
+    const QPointF position = PositionOf(18.4350L, -33.92L);
+    QMouseEvent move(QEvent::MouseMove, position, View().mapToGlobal(position), Qt::NoButton, Qt::NoButton, {});
+    QCoreApplication::sendEvent(&View(), &move);
+    QString text;
+    for (const QLabel* label : Window.statusBar()->findChildren<QLabel*>())
+        text += label->text() + u'\n';
+    EXPECT_TRUE(text.contains(QStringLiteral("Cape Town, South Africa"))) << text.toStdString();
+}
+
+TEST_F(ViewerWindow, PlacesStayOnTopAndInsideTheWorld) {
+    Window.AddPlaces(DataFolder + QStringLiteral("/places.csv"));
+    const auto& places = dynamic_cast<TPlacesLayer&>(*Layers()[2]);
+    Window.OpenFile(DataFolder + QStringLiteral("/relief_newzealand.asc"));
+    ASSERT_EQ(Layers().Count(), 4);
+    EXPECT_EQ(Layers()[3], &places);
+    Window.AddModelField();
+    EXPECT_EQ(Layers()[4], &places);
+    const auto pacific = [](const QAction* action) {
+        return action->text() == QStringLiteral("Lat/lon (Antimeridian)");
+    };
+    const QList<QAction*> actions = Window.findChild<QToolBar*>()->actions();
+    const auto found = std::ranges::find_if(actions, pacific);
+    ASSERT_NE(found, actions.end());
+    (*found)->trigger();
+    for (const TPin* pin : places.GetPins()) {
+        EXPECT_GE(pin->GetLon(), 0) << pin->GetName().toStdString();
+        EXPECT_LE(pin->GetLon(), 360) << pin->GetName().toStdString();
+    }
 }
 
 TEST(ColorSchemes, AllColourBothEndsOfARange) {

@@ -144,6 +144,18 @@ TEST_F(PinMapLayer, WithoutPinsTheRectanglesStay) {
     EXPECT_TRUE(Layer.GetRenderRects().ContainsKey(pin)); // compared only: the pin is gone
 }
 
+TEST_F(PinMapLayer, ChangesOfPinsTellNobody) {
+    int invalidations = 0;
+    const TSubscription watch = Layer.GetOnInvalidated().Add([&](TBaseMapLayer*) { ++invalidations; });
+    TPin* pin = AddPin(QStringLiteral("a"), -170, 85);
+    pin->SetName(QStringLiteral("b"));
+    pin->SetLon(1);
+    pin->SetLat(2);
+    Layer.SetPinRenderer(&Renderer);
+    Layer.GetPins().Remove(pin);
+    EXPECT_EQ(invalidations, 0);
+}
+
 TEST_F(PinMapLayer, APinMayNotStandInTheListTwice) {
     auto pin = std::make_unique<TPin>(QStringLiteral("a"), -170, 85);
     TPin* const address = pin.get();
