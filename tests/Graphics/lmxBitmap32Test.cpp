@@ -33,6 +33,7 @@ TEST(Bitmap32, Defaults) {
     EXPECT_EQ(bitmap.GetDrawMode(), TDrawMode::dmOpaque);
     EXPECT_EQ(bitmap.GetCombineMode(), TCombineMode::cmBlend);
     EXPECT_EQ(bitmap.GetStippleStep(), 1.0);
+    EXPECT_EQ(bitmap.GetDeviceRatio(), 1.0);
     EXPECT_EQ(bitmap.GetFont(), TFont32());
 }
 
