@@ -29,6 +29,16 @@ struct RulerDialog : testing::Test {
     /// The point of a number as the present settings write it.
     static QString Local(QString text) { return text.replace(u'.', TFormatSettings::Current().DecimalSeparator); }
 
+    /// Presses a key on whatever has the keyboard, which a dialog gets a moment after it came up.
+    static void Press(TRulerDialog& dialog, Qt::Key key) {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClick(dialog.focusWidget(), key);
+    }
+    static void Type(TRulerDialog& dialog, const QString& text) {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClicks(dialog.focusWidget(), text);
+    }
+
     TRulerDialog Dialog;
     QLineEdit& Location = Find<QLineEdit>("edLocation");
     QRadioButton& Horizontal = Find<QRadioButton>("rbHorizontal");
@@ -81,7 +91,7 @@ TEST_F(RulerDialog, ClosesWithOkWhateverTheLocationSays) {
     const tests::TScriptedMsgBox messages;
     {
         const TModalAnswer<TRulerDialog> answer([](TRulerDialog& dialog) {
-            QTest::keyClicks(dialog.focusWidget(), "north"); // the location has the focus, all of it selected
+            Type(dialog, QStringLiteral("north")); // the location has the focus, all of it selected
             QTest::mouseClick(dialog.findChild<QPushButton*>("btnOK"), Qt::LeftButton);
         });
         EXPECT_EQ(Dialog.ShowModal(), TModalResult::mrOk);
@@ -130,18 +140,17 @@ TEST_F(RulerDialog, IsOperatedByTheKeyboardAlone) {
     const tests::TScriptedColorChooser chooser;
     chooser->Answers = {0xFF102030U};
     const TModalAnswer<TRulerDialog> answer([](TRulerDialog& dialog) {
-        const auto press = [&](Qt::Key key) { QTest::keyClick(dialog.focusWidget(), key); };
-        QTest::keyClicks(dialog.focusWidget(), "-41");
-        press(Qt::Key_Tab);
-        press(Qt::Key_Space); // horizontal
-        press(Qt::Key_Tab);
-        press(Qt::Key_Space); // the colour
-        press(Qt::Key_Tab);
+        Type(dialog, QStringLiteral("-41"));
+        Press(dialog, Qt::Key_Tab);
+        Press(dialog, Qt::Key_Space); // horizontal
+        Press(dialog, Qt::Key_Tab);
+        Press(dialog, Qt::Key_Space); // the colour
+        Press(dialog, Qt::Key_Tab);
         EXPECT_EQ(dialog.focusWidget()->objectName(), "btnOK");
-        press(Qt::Key_Tab);
+        Press(dialog, Qt::Key_Tab);
         EXPECT_EQ(dialog.focusWidget()->objectName(), "btnCancel");
-        press(Qt::Key_Backtab);
-        press(Qt::Key_Return);
+        Press(dialog, Qt::Key_Backtab);
+        Press(dialog, Qt::Key_Return);
     });
     EXPECT_EQ(Dialog.ShowModal(), TModalResult::mrOk);
     EXPECT_EQ(Dialog.GetRulerLocation(), -41.0F);
@@ -150,8 +159,7 @@ TEST_F(RulerDialog, IsOperatedByTheKeyboardAlone) {
 }
 
 TEST_F(RulerDialog, IsCancelledByEscape) {
-    const TModalAnswer<TRulerDialog> answer(
-        [](TRulerDialog& dialog) { QTest::keyClick(dialog.focusWidget(), Qt::Key_Escape); });
+    const TModalAnswer<TRulerDialog> answer([](TRulerDialog& dialog) { Press(dialog, Qt::Key_Escape); });
     EXPECT_EQ(Dialog.ShowModal(), TModalResult::mrCancel);
 }
 
