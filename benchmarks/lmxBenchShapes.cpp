@@ -1,0 +1,263 @@
+// Overlays: the land outline of the world at 1:50 million as a picture of 1920 x 1080, whole and zoomed in eightfold,
+// against the same polylines by QPainter; what a paint with a current picture costs; and a file of ten million vertices
+// that is made on the spot: loading, rendering, memory, cancelling, and how long the main thread is held.
+
+#include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Formats/lmxShpFile.h>
+#include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRenderThreadPool.h>
+#include <lmx/Layers/lmxShapeFileLayer.h>
+#include <lmx/Layers/lmxShapeFileRender.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <thread>
+#include <vector>
+
+namespace {
+
+std::atomic<long> Allocations = 0;
+
+constexpr lmx::TSize ViewSize(1920, 1080);
+constexpr lmx::TColor32 Ink = 0xFF202020;
+constexpr double MicrosecondsPerMillisecond = 1000;
+
+double MillisecondsOf(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+double BestMilliseconds(const std::function<void()>& work, int repetitions = 25) {
+    double best = 1e300;
+    for (int i = 0; i < repetitions; ++i)
+        best = std::min(best, MillisecondsOf(work));
+    return best;
+}
+
+/// A view whose middle shows `center`, at pixels per degree.
+lmx::TWorldViewportLocal ViewOf(lmx::TWorld& world, lmx::extended scale, const lmx::TMapPoint& center) {
+    lmx::TWorldViewport viewport(&world);
+    viewport.SetViewSize(ViewSize);
+    viewport.SetScale(scale);
+    viewport.SetCenter(center);
+    return viewport.GetLocal();
+}
+
+std::unique_ptr<lmx::TBufferedBitmap> Render(const lmx::TShpFile& file, const lmx::TWorldViewportLocal& view) {
+    const lmx::TShapeFileLayerRenderThreadHandler handler(ViewSize, {}, view, file.GetData(), nullptr, Ink);
+    return handler.Render(*lmx::RenderThreadPool().GetThread());
+}
+
+/// The same lines in pixels, ready for QPainter: it is not charged for the conversion.
+std::vector<QPolygonF> PolylinesOf(const lmx::TShpFile& file, const lmx::TWorldViewportLocal& view) {
+    std::vector<QPolygonF> polylines;
+    for (std::size_t i = 0; i < file.GetPolygonCount(); ++i)
+        for (std::size_t part = 0; part < file.GetPolygon(i).GetPartCount(); ++part) {
+            QPolygonF polyline;
+            for (const lmx::TShpPoint& vertex : file.GetPolygon(i).GetPart(part)) {
+                const lmx::TMapPoint pixel = view.MapPointToPoint({vertex.X, vertex.Y});
+                polyline << QPointF(static_cast<double>(pixel.X), static_cast<double>(pixel.Y));
+            }
+            polylines.push_back(polyline);
+        }
+    return polylines;
+}
+
+void PaintWithQt(QImage& picture, const std::vector<QPolygonF>& polylines) {
+    picture.fill(0);
+    QPainter painter(&picture);
+    painter.setPen(QPen(QColor(0x20, 0x20, 0x20), 1));
+    for (const QPolygonF& polyline : polylines)
+        painter.drawPolyline(polyline);
+}
+
+void MeasureLand(const lmx::TShpFile& land, const char* name, lmx::extended scale, const lmx::TMapPoint& center) {
+    lmx::TWorld world(lmx::TLatLonWorldSystemFactory::GetObject());
+    const lmx::TWorldViewportLocal view = ViewOf(world, scale, center);
+    const std::vector<QPolygonF> polylines = PolylinesOf(land, view);
+    const double ours = BestMilliseconds([&] { Render(land, view); });
+    double qt = 1e300; // the faster one of its two formats with alpha
+    for (const auto format : {QImage::Format_ARGB32_Premultiplied, QImage::Format_ARGB32})
+        qt = std::min(qt, BestMilliseconds([&] {
+                          QImage picture(ViewSize.cx, ViewSize.cy, format);
+                          PaintWithQt(picture, polylines);
+                      }));
+    lmx::TBitmap32 bitmap(ViewSize.cx, ViewSize.cy);
+    const double clear = BestMilliseconds([&] { lmx::CreateBufferedBitmap(ViewSize, {}); });
+    QImage picture(ViewSize.cx, ViewSize.cy, QImage::Format_ARGB32_Premultiplied);
+    const double qtClear = BestMilliseconds([&] {
+        QImage empty(ViewSize.cx, ViewSize.cy, QImage::Format_ARGB32_Premultiplied);
+        empty.fill(0);
+    });
+    std::printf("%-22s %zu vertices: a render %.2f ms, of which the empty picture %.2f; QPainter %.2f ms, %.2f; its "
+                "lines alone cost %.1f x ours, all in all %.1f x\n",
+                name, land.GetVertexCount(), ours, clear, qt, qtClear, (qt - qtClear) / (ours - clear), qt / ours);
+}
+
+void MeasurePaint(const QString& landName) {
+    const auto manager = lmx::TLayerManagerFactory::GetObject();
+    lmx::TMapViewControl view(nullptr, {});
+    view.resize(ViewSize.cx, ViewSize.cy);
+    view.SetLayerManager(manager);
+    auto added = std::make_unique<lmx::TShapeFileLayer>(manager);
+    lmx::TShapeFileLayer& layer = *added;
+    layer.SetColor(Ink);
+    layer.TakeShpFile(lmx::TShpFile::LoadFromFile(landName, nullptr));
+    manager->GetLayers().Add(std::move(added));
+    view.grab();
+    view.GetViewport()->ZoomTo(view.GetWorldSystem()->Area());
+    lmx::TBitmap32& buffer = view.GetBuffer();
+    const auto paint = [&] { layer.Paint(view.GetWorld(), view.GetViewport(), buffer); };
+    paint();
+    while (layer.GetCurrentThread())
+        QCoreApplication::processEvents();
+    const lmx::TBitmap32& picture = layer.GetBufferedBitmap()->Bitmap;
+    const lmx::TRect stretched(0, 0, ViewSize.cx - 1, ViewSize.cy - 1);
+    const double copy = BestMilliseconds([&] { buffer.Draw(stretched, picture.GetBounds(), picture); });
+    const double current = BestMilliseconds(paint);
+    const long before = Allocations;
+    paint();
+    std::printf("%-22s %.3f ms = %.2f x one stretched copy, %ld allocations\n", "current picture", current,
+                current / copy, Allocations - before);
+}
+
+/// Ten million vertices of a ragged coast: 20,000 islands of 500 vertices, all over the world.
+void WriteLargeFile(const QString& fileName) {
+    constexpr int Islands = 20'000;
+    constexpr int Vertices = 500;
+    constexpr int Content = 48 + 16 * Vertices;
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
+        std::abort();
+    QByteArray header(100, '\0');
+    qToBigEndian<std::int32_t>(9994, header.data());
+    qToLittleEndian<std::int32_t>(5, header.data() + 32);
+    file.write(header);
+    QByteArray record(8 + Content, '\0');
+    qToBigEndian<std::int32_t>(Content / 2, record.data() + 4);
+    qToLittleEndian<std::int32_t>(5, record.data() + 8);
+    qToLittleEndian<std::int32_t>(1, record.data() + 44);
+    qToLittleEndian<std::int32_t>(Vertices, record.data() + 48);
+    for (int island = 0; island < Islands; ++island) {
+        const double x = -178 + 356.0 * (island % 200) / 200;
+        const double y = -88 + 176.0 * (island / 200) / 100;
+        for (int i = 0; i < Vertices; ++i) {
+            const double angle = 6.283185307179586 * i / (Vertices - 1);
+            const double radius = 0.8 + 0.1 * std::sin(37 * angle) + 0.05 * std::sin(111 * angle + island);
+            qToLittleEndian(x + radius * std::cos(angle), record.data() + 56 + 16 * i);
+            qToLittleEndian(y + radius * std::sin(angle), record.data() + 64 + 16 * i);
+        }
+        file.write(record);
+    }
+}
+
+void MeasureLarge() {
+    const QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("large.shp"));
+    WriteLargeFile(name);
+    std::unique_ptr<lmx::TShpFile> file;
+    QByteArray bytes;
+    const double read = MillisecondsOf([&] {
+        QFile raw(name);
+        if (raw.open(QIODevice::ReadOnly))
+            bytes = raw.readAll();
+    });
+    bytes.clear();
+    const double load = MillisecondsOf([&] { file = lmx::TShpFile::LoadFromFile(name, nullptr); });
+    std::printf("%-22s loaded in %.0f ms = %.1f x reading its bytes; %zu vertices of %.2f bytes\n", "ten million", load,
+                load / read, file->GetVertexCount(),
+                static_cast<double>(file->GetMemorySize()) / static_cast<double>(file->GetVertexCount()));
+
+    lmx::TWorld world(lmx::TLatLonWorldSystemFactory::GetObject());
+    double whole = 0;
+    for (const double zoom : {1.0, 8.0, 64.0, 512.0}) {
+        const auto view = ViewOf(world, 1920 / 360.0 * zoom, {20.3, 10.2});
+        const double time = BestMilliseconds([&] { Render(*file, view); }, 5);
+        whole = zoom == 1 ? time : whole;
+        std::printf("%-22s zoom %3.0f: a render %.2f ms, 1/%.0f of the whole world's\n", "", zoom, time, whole / time);
+    }
+
+    const auto manager = lmx::TLayerManagerFactory::GetObject();
+    lmx::TMapViewControl control(nullptr, {});
+    control.resize(ViewSize.cx, ViewSize.cy);
+    control.SetLayerManager(manager);
+    auto added = std::make_unique<lmx::TShapeFileLayer>(manager);
+    lmx::TShapeFileLayer* layer = added.get();
+    layer->SetColor(Ink);
+    double hold = MillisecondsOf([&] { layer->TakeShpFile(std::move(file)); });
+    manager->GetLayers().Add(std::move(added));
+    control.grab();
+    control.GetViewport()->ZoomTo(control.GetWorldSystem()->Area());
+    for (int i = 0; i < 100; ++i) { // a drag: each paint shows the old picture and starts the render anew
+        control.GetViewport()->SetTranslation({control.GetViewport()->GetTranslation().X + 3, 0});
+        hold = std::max(hold, MillisecondsOf([&] {
+                            layer->Paint(control.GetWorld(), control.GetViewport(), control.GetBuffer());
+                        }));
+        hold =
+            std::max(hold, MillisecondsOf([] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }));
+    }
+    while (layer->GetCurrentThread())
+        hold = std::max(hold, MillisecondsOf([] { QCoreApplication::processEvents(); }));
+    std::printf("%-22s the main thread is held for %.2f ms at most, paints of the view included\n", "", hold);
+
+    std::vector<double> waits;
+    for (int i = 0; i < 20; ++i) {
+        layer->Invalidate(true);
+        layer->Paint(control.GetWorld(), control.GetViewport(), control.GetBuffer());
+        const auto render = layer->GetCurrentThread();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        waits.push_back(MillisecondsOf([&] {
+            render->CancelOperation();
+            while (lmx::RenderThreadPool().GetRunningCount() > 0)
+                std::this_thread::yield();
+        }));
+    }
+    std::ranges::sort(waits);
+    std::printf("%-22s a cancelled render ends within %.0f us (median), %.0f us (longest of 20)\n", "",
+                waits[waits.size() / 2] * MicrosecondsPerMillisecond, waits.back() * MicrosecondsPerMillisecond);
+    const double destroy = MillisecondsOf([&] { manager->GetLayers().Remove(layer); });
+    std::printf("%-22s the layer and its file are destroyed in %.2f ms\n", "", destroy);
+}
+
+} // namespace
+
+// Counts what a paint takes from the heap.
+void* operator new(std::size_t size) {
+    ++Allocations;
+    if (void* memory = std::malloc(size > 0 ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    const QString name = QStringLiteral(LMX_EXAMPLE_DATA "/ne_50m_land.shp");
+    const auto land = lmx::TShpFile::LoadFromFile(name, nullptr);
+    MeasureLand(*land, "land, whole world", 1920 / 360.0L, {0, 0});
+    MeasureLand(*land, "land, zoomed in 8 x", 8 * 1920 / 360.0L, {15, 45});
+    MeasurePaint(name);
+    MeasureLarge();
+    return 0;
+}
