@@ -149,6 +149,8 @@ public:
     bool GetIsPanning() const { return FIsPanning; }
 
     TWorld* GetWorld() const { return FWorld; } ///< nil once the world is gone
+    /// Expires with the viewport.
+    std::weak_ptr<const void> GetLivenessToken() const { return FLifetime.Watch(); }
     /// A snapshot of the present scale and translation.
     /// @throws EArgumentException "World" once the world is gone.
     TWorldViewportLocal GetLocal() const;

@@ -9,8 +9,10 @@ void TBaseShapeLayer::SetColor(TColor32 color) {
     if (color == FColor)
         return;
     FColor = color;
+    const auto liveness = GetLivenessToken(); // whoever is told may destroy the layer
     Invalidate(true);
-    CreateLegendComponent();
+    if (!liveness.expired())
+        CreateLegendComponent();
 }
 
 void TBaseShapeLayer::UpdateDuplicateBaseShapeLayer(TBaseShapeLayer* target) const {

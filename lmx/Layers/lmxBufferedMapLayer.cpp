@@ -9,6 +9,24 @@
 
 namespace lmx {
 
+namespace {
+
+using TView = std::weak_ptr<const void>;
+
+bool IsSameView(const TView& a, const TView& b) {
+    return !a.owner_before(b) && !b.owner_before(a);
+}
+
+/// Whether the picture shows exactly what is visible, once it is drawn where its map area lies.
+bool DrawPicture(const TBufferedBitmap& buffered, const TWorldViewport& viewport, TBitmap32& bitmap) {
+    const TMapArea& area = buffered.MapArea;
+    const TMapArea pixels(viewport.MapPointToPoint(area.GetTopLeft()), viewport.MapPointToPoint(area.GetBottomRight()));
+    bitmap.Draw(pixels.ToRect(), buffered.Bitmap.GetBounds(), buffered.Bitmap);
+    return viewport.GetVisibleMapArea().Equals(area);
+}
+
+} // namespace
+
 /// What the threads of StartRenderThread share with their layer, and keep when it has gone.
 class TBufferedMapLayer::TRenderThreads {
 public:
@@ -78,19 +96,20 @@ TBufferedMapLayer::~TBufferedMapLayer() {
 
 void TBufferedMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) {
     TBaseLayerManagerLayer::Paint(world, viewport, bitmap);
-    if (!PaintBuffer(*viewport, bitmap))
-        RenderBuffer(viewport->GetViewSize(), viewport->GetVisibleMapArea(), viewport->GetLocal());
+    FPaintedView = viewport->GetLivenessToken();
+    const TViewPicture& picture = PictureFor(*viewport);
+    if (picture.Buffered && DrawPicture(*picture.Buffered, *viewport, bitmap) && !picture.IsOutdated)
+        return;
+    RenderBuffer(viewport->GetViewSize(), viewport->GetVisibleMapArea(), viewport->GetLocal());
 }
 
-// Whether the picture is current.
-bool TBufferedMapLayer::PaintBuffer(const TWorldViewport& viewport, TBitmap32& bitmap) const {
-    if (!FBufferedBitmap)
-        return false;
-    const TBitmap32& picture = FBufferedBitmap->Bitmap;
-    const TMapArea& area = FBufferedBitmap->MapArea;
-    const TMapArea pixels(viewport.MapPointToPoint(area.GetTopLeft()), viewport.MapPointToPoint(area.GetBottomRight()));
-    bitmap.Draw(pixels.ToRect(), picture.GetBounds(), picture);
-    return !FIsOutdated && viewport.GetVisibleMapArea().Equals(area);
+// A view that has none of its own yet is shown the newest one.
+const TBufferedMapLayer::TViewPicture& TBufferedMapLayer::PictureFor(const TWorldViewport& viewport) const {
+    const TView view = viewport.GetLivenessToken();
+    for (const TViewPicture& other : FOtherPictures)
+        if (IsSameView(other.View, view))
+            return other;
+    return FPicture;
 }
 
 void TBufferedMapLayer::Invalidate() {
@@ -100,15 +119,15 @@ void TBufferedMapLayer::Invalidate() {
 void TBufferedMapLayer::Invalidate(bool clearBuffer) {
     if (clearBuffer) {
         CancelRender();
-        FBufferedBitmap = nullptr;
+        FPicture = {};
+        FOtherPictures.clear();
     }
     Invalidate();
 }
 
 void TBufferedMapLayer::SetBufferedBitmap(std::unique_ptr<TBufferedBitmap> buffered) {
-    FBufferedBitmap = std::move(buffered);
-    FIsOutdated = false;
-    Invalidate();
+    FOtherPictures.clear();
+    ShowPicture({std::move(buffered), {}});
 }
 
 void TBufferedMapLayer::StartRender(std::shared_ptr<TRenderThreadHandler> handler) {
@@ -119,6 +138,7 @@ void TBufferedMapLayer::StartRender(std::shared_ptr<TRenderThreadHandler> handle
     thread->SetOnExecute([execute = handler.get()](TThreadPoolThread& onThread) { execute->ThreadExecute(onThread); });
     thread->SetData(std::move(handler));
     FCurrentThread = thread;
+    FCurrentView = FPaintedView;
     thread->StartOperation();
 }
 
@@ -129,18 +149,32 @@ void TBufferedMapLayer::CancelRender() {
 
 void TBufferedMapLayer::OutdateBuffer() {
     CancelRender();
-    FIsOutdated = true;
+    FPicture.IsOutdated = true;
+    for (TViewPicture& other : FOtherPictures)
+        other.IsOutdated = true;
 }
 
 // The end of every render, on the main thread. A render that has been superseded changes nothing.
-void TBufferedMapLayer::FinishRender(const TThreadPoolThread& thread, std::unique_ptr<TBufferedBitmap> picture) {
+void TBufferedMapLayer::FinishRender(const TThreadPoolThread& thread, std::unique_ptr<TBufferedBitmap> buffered) {
     if (FCurrentThread.get() != &thread)
         return;
     const auto liveness = GetLivenessToken();
-    if (picture && !thread.ShouldStop())
-        SetBufferedBitmap(std::move(picture));
+    if (buffered && !thread.ShouldStop())
+        ShowPicture({std::move(buffered), FCurrentView});
     if (!liveness.expired() && FCurrentThread.get() == &thread)
         FCurrentThread = nullptr;
+}
+
+// Two views at different places would take one picture from each other without end.
+void TBufferedMapLayer::ShowPicture(TViewPicture picture) {
+    std::erase_if(FOtherPictures, [&](const TViewPicture& other) {
+        return other.View.expired() || IsSameView(other.View, picture.View);
+    });
+    if (FPicture.Buffered && !FPicture.View.expired() && !picture.View.expired() &&
+        !IsSameView(FPicture.View, picture.View))
+        FOtherPictures.push_back(std::move(FPicture));
+    FPicture = std::move(picture);
+    Invalidate();
 }
 
 std::shared_ptr<TThread> TBufferedMapLayer::StartRenderThread(TRenderThreadProc proc, bool stopCurrent, bool startNow) {

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace lmx {
 
@@ -20,7 +21,7 @@ using TRenderThreadProc = std::function<void(TThread& thread)>;
 /// shows, and stretches it onto the view. While that is not exactly the area now visible, each paint starts a fresh
 /// render on a thread of the pool and gives up the one before it; the picture of the newest one is handed over on the
 /// main thread and repaints the view. So panning and zooming never wait for drawing, and the loop ends by itself when
-/// the view stops moving.
+/// the view stops moving. Where several views show the layer, the newest picture of each other view is kept beside it.
 ///
 /// Everything here belongs to the main thread. A render holds a share of all that it draws (TRenderThreadHandler), so
 /// the layer and its content may be changed, replaced or destroyed at any moment; nothing waits for a render.
@@ -39,8 +40,8 @@ public:
     /// so that the old picture would mislead.
     void Invalidate(bool clearBuffer);
 
-    const TBufferedBitmap* GetBufferedBitmap() const { return FBufferedBitmap.get(); } ///< or nil
-    /// Replaces the picture (nil: by none) and repaints. Main thread only.
+    const TBufferedBitmap* GetBufferedBitmap() const { return FPicture.Buffered.get(); } ///< the newest one, or nil
+    /// Replaces the picture (nil: by none), for all views, and repaints. Main thread only.
     void SetBufferedBitmap(std::unique_ptr<TBufferedBitmap> buffered);
 
     /// The pool's thread of the newest render while that is under way, else nil.
@@ -76,11 +77,21 @@ private:
     friend class TRenderThreadHandler;
     class TRenderThreads;
 
-    void FinishRender(const TThreadPoolThread& thread, std::unique_ptr<TBufferedBitmap> picture);
-    bool PaintBuffer(const TWorldViewport& viewport, TBitmap32& bitmap) const;
+    /// A picture and the viewport that it was rendered for; a host's own is for all.
+    struct TViewPicture {
+        std::unique_ptr<TBufferedBitmap> Buffered;
+        std::weak_ptr<const void> View;
+        bool IsOutdated = false; // shows content of before
+    };
 
-    std::unique_ptr<TBufferedBitmap> FBufferedBitmap;
-    bool FIsOutdated = false; // the picture shows content of before
+    void FinishRender(const TThreadPoolThread& thread, std::unique_ptr<TBufferedBitmap> buffered);
+    void ShowPicture(TViewPicture picture);
+    const TViewPicture& PictureFor(const TWorldViewport& viewport) const;
+
+    TViewPicture FPicture;                    // the newest one
+    std::vector<TViewPicture> FOtherPictures; // the newest one of each other view
+    std::weak_ptr<const void> FPaintedView;   // the viewport of the newest paint
+    std::weak_ptr<const void> FCurrentView;   // the one that the newest render is for
     std::shared_ptr<TThreadPoolThread> FCurrentThread;
     std::shared_ptr<TRenderThreads> FRenderThreads; // the threads of StartRenderThread hold it too
 };

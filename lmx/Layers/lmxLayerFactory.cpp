@@ -1,6 +1,8 @@
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerFactory.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxShapeFileLayer.h>
+#include <lmx/Layers/lmxVectorFileLayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 
@@ -93,6 +95,8 @@ const std::shared_ptr<ILayerFactory>& TLayerFactory::GetSingleton() {
 void TLayerFactory::PopulateDefault(const std::shared_ptr<ILayerFactory>& factory) {
     if (!factory)
         throw EExArgumentNilException(QStringLiteral("TLayerFactory.PopulateDefault"), QStringLiteral("Factory"));
+    RegisterType<TVectorFileLayer>(*factory, QStringLiteral("VectorFileLayer"));
+    RegisterType<TShapeFileLayer>(*factory, QStringLiteral("ShapeFileLayer"));
     RegisterType<TIdrisiMapLayer>(*factory, QStringLiteral("IdrisiMapLayer"));
 }
 

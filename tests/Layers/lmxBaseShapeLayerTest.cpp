@@ -69,6 +69,13 @@ TEST_F(BaseShapeLayer, APictureInTheOldColourIsNotTaken) {
     EXPECT_EQ(Layer.GetBufferedBitmap()->Bitmap.Pixel(0, 0), 0xFF00FF00U);
 }
 
+TEST_F(BaseShapeLayer, WhoHearsOfANewColourMayDestroyTheLayer) {
+    auto layer = std::make_unique<TTestBufferedLayer>(Manager);
+    const auto subscription = layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { layer.reset(); });
+    layer->SetColor(0xFF00FF00);
+    EXPECT_EQ(layer, nullptr);
+}
+
 TEST_F(BaseShapeLayer, ADuplicateGetsWhatTheBaseCopiesAndTheColour) {
     Layer.SetLayerName(QStringLiteral("Coast"));
     Layer.SetTag(7);

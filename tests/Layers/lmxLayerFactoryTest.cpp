@@ -1,5 +1,7 @@
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerFactory.h>
+#include <lmx/Layers/lmxShapeFileLayer.h>
+#include <lmx/Layers/lmxVectorFileLayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/TestLayer.h>
@@ -132,10 +134,24 @@ TEST_F(LayerFactory, NilIsRefused) {
 
 TEST_F(LayerFactory, PopulatedByDefaultItMakesTheLayersOfDocuments) {
     TLayerFactory::PopulateDefault(Factory);
-    const auto layer = Factory->CreateLayer(QStringLiteral("idrisimaplayer"), Manager);
-    ASSERT_NE(dynamic_cast<TIdrisiMapLayer*>(layer.get()), nullptr);
-    EXPECT_EQ(layer->GetLayerClassName(), "IdrisiMapLayer");
-    EXPECT_EQ(TLayerFactory::GetSingleton()->CreateLayer(QStringLiteral("IdrisiMapLayer"), Manager), nullptr);
+    const auto make = [this](const QString& type) { return Factory->CreateLayer(type, Manager); };
+    EXPECT_NE(dynamic_cast<TVectorFileLayer*>(make(QStringLiteral("vectorfilelayer")).get()), nullptr);
+    EXPECT_NE(dynamic_cast<TShapeFileLayer*>(make(QStringLiteral("shapefilelayer")).get()), nullptr);
+    EXPECT_NE(dynamic_cast<TIdrisiMapLayer*>(make(QStringLiteral("idrisimaplayer")).get()), nullptr);
+    for (const char* type : {"VectorFileLayer", "ShapeFileLayer", "IdrisiMapLayer"}) {
+        const auto layer = make(QString::fromLatin1(type));
+        ASSERT_NE(layer, nullptr) << type;
+        EXPECT_EQ(layer->GetLayerClassName(), QString::fromLatin1(type));
+        EXPECT_EQ(TLayerFactory::GetSingleton()->CreateLayer(QString::fromLatin1(type), Manager), nullptr);
+    }
+}
+
+TEST_F(LayerFactory, TypesOfAHostStandBehindTheDefaultOnesOrBeforeThem) {
+    Factory->Register(QStringLiteral("ShapeFileLayer"), MakerOf(QStringLiteral("own")));
+    TLayerFactory::PopulateDefault(Factory);
+    Factory->Register(QStringLiteral("IdrisiMapLayer"), MakerOf(QStringLiteral("own")));
+    EXPECT_EQ(Factory->CreateLayer(QStringLiteral("ShapeFileLayer"), Manager)->GetLayerName(), "own");
+    EXPECT_NE(Factory->CreateLayer(QStringLiteral("IdrisiMapLayer"), Manager)->GetLayerName(), "own");
 }
 
 } // namespace
