@@ -4,6 +4,15 @@
 
 namespace lmx {
 
+void TColorSteps::Add(const TColorSteps& other, std::size_t first, std::size_t end) {
+    const auto addTo = [=](auto& items, const auto& others) {
+        const auto begin = others.begin();
+        items.insert(items.end(), begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(end));
+    };
+    addTo(FStarts, other.FStarts);
+    addTo(FColors, other.FColors);
+}
+
 void TColorSteps::Reserve(std::size_t count) {
     FStarts.reserve(count);
     FColors.reserve(count);

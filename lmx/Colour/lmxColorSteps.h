@@ -27,6 +27,9 @@ public:
         FColors.push_back(color);
     }
 
+    /// Adds some steps of another colouring, of which the first starts above the last step and has another colour.
+    void Add(const TColorSteps& other, std::size_t first, std::size_t end);
+
     /// Takes memory for so many steps.
     void Reserve(std::size_t count);
 

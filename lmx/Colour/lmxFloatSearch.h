@@ -55,10 +55,15 @@ float FirstFloat(Condition&& holds, float guess) {
 /// everywhere if the doubt is infinite. `number` is no NaN.
 template<class Condition>
 float FirstFloatNear(Condition&& holds, double number, double doubt) {
+    const auto nearest = static_cast<float>(number);
+    const float above = nearest > number ? nearest : PlaceToFloat(FloatToPlace(nearest) + 1); // or NaN
+    const float below = PlaceToFloat(FloatToPlace(above) - 1);
+    if (above - number > doubt && number - below > doubt)
+        return above;
     const auto holdsAt = [&](float value) {
         return std::abs(value - number) > doubt ? value > number : static_cast<bool>(holds(value));
     };
-    return FirstFloat(holdsAt, static_cast<float>(number));
+    return FirstFloat(holdsAt, nearest);
 }
 
 } // namespace lmx

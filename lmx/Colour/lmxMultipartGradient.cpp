@@ -27,10 +27,11 @@ void AddEdges(float min, float max, std::vector<float>& edges) {
 /// Adds the steps of a part that lie from `from` to before `to`; to the end of all values if `to` is no number.
 void AddSteps(const TColorSteps& part, float from, float to, TColorSteps& steps) {
     const std::vector<float>& starts = part.GetStarts();
-    const auto next = static_cast<std::size_t>(std::upper_bound(starts.begin(), starts.end(), from) - starts.begin());
-    steps.Add(from, part.GetColors()[next - 1]);
-    for (std::size_t i = next; i < starts.size() && !(starts[i] >= to); ++i)
-        steps.Add(starts[i], part.GetColors()[i]);
+    const auto next = std::upper_bound(starts.begin(), starts.end(), from);
+    const auto end = std::isnan(to) ? starts.end() : std::lower_bound(next, starts.end(), to);
+    const auto index = static_cast<std::size_t>(next - starts.begin());
+    steps.Add(from, part.GetColors()[index - 1]);
+    steps.Add(part, index, static_cast<std::size_t>(end - starts.begin()));
 }
 
 class TMultipartGradientColorCalculator final : public TBaseMinMaxColorCalculator,

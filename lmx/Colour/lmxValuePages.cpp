@@ -11,6 +11,7 @@ namespace lmx {
 
 namespace {
 
+constexpr double HandyPages = 256; ///< so few are not worth the longer way to pages of equal ratio
 constexpr float LargestFloat = std::numeric_limits<float>::max();
 constexpr std::int32_t LargestInt = std::numeric_limits<std::int32_t>::max();
 
@@ -91,12 +92,13 @@ TValuePages::TValuePages(std::span<const float> values, std::size_t perPage, std
     }
     const double widthPages = PagesNeeded(widthPositions, perPage);
     const double ratioPages = PagesNeeded(ratioPositions, perPage);
-    FCount = static_cast<std::size_t>(std::min({widthPages, ratioPages, static_cast<double>(mostPages)}));
+    const bool isByWidth = widthPages <= std::max(ratioPages, HandyPages);
+    FCount = static_cast<std::size_t>(std::min(isByWidth ? widthPages : ratioPages, static_cast<double>(mostPages)));
     ratios.Places = TWidths::Over(ratioPositions, FCount);
-    if (ratioPages < widthPages)
-        FCut = ratios;
-    else
+    if (isByWidth)
         FCut = TWidths::Over(widthPositions, FCount);
+    else
+        FCut = ratios;
 }
 
 void TValuePages::Find(std::span<const float> values, std::uint32_t* pages) const {

@@ -15,9 +15,9 @@ public:
     /// One page.
     TValuePages() = default;
 
-    /// Pages for some ascending values, each for no more than `perPage` of them: pages of equal width or, where the
-    /// values are of many magnitudes, of equal ratio, whichever takes fewer. Never more than `mostPages`, at most 2^23;
-    /// where more would be needed, some pages hold too many values.
+    /// Pages for some ascending values, each for no more than `perPage` of them: pages of equal width or, where those
+    /// are many and the others fewer, of equal ratio, as for values of many magnitudes. Never more than `mostPages`, at
+    /// most 2^23; where more would be needed, some pages hold too many values.
     TValuePages(std::span<const float> values, std::size_t perPage, std::size_t mostPages);
 
     std::size_t GetCount() const { return FCount; }

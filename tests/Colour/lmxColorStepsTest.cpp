@@ -49,6 +49,20 @@ TEST(ColorSteps, AStepAtTheSameStartReplacesTheLast) {
     EXPECT_EQ(steps.GetColors(), TColors{5});
 }
 
+TEST(ColorSteps, TakesStepsOfAnotherColouring) {
+    TColorSteps other(1);
+    for (int i = 1; i < 6; ++i)
+        other.Add(static_cast<float>(i), static_cast<TColor32>(10 + i));
+    TColorSteps steps(7);
+    steps.Add(2, 8);
+    steps.Add(other, 3, 5);
+    EXPECT_EQ(steps.GetStarts(), (TStarts{-Inf, 2, 3, 4}));
+    EXPECT_EQ(steps.GetColors(), (TColors{7, 8, 13, 14}));
+    steps.Add(other, 5, 5);
+    EXPECT_EQ(steps.GetCount(), 4U);
+    EXPECT_EQ(steps.GetNaNColor(), 7U);
+}
+
 TEST(ColorSteps, WhatIsNoNumberKeepsTheColorOfTheBeginning) {
     TColorSteps steps(7);
     steps.Add(-Inf, 5);
