@@ -1,5 +1,5 @@
 #include <lmx/Formats/lmxAsciiNumber.h>
-#include <lmx/Runtime/lmxExtended.h>
+#include <lmx/Runtime/lmxNumberText.h>
 
 #include <charconv>
 #include <cmath>
@@ -8,13 +8,6 @@
 namespace lmx {
 
 namespace {
-
-// Numbers below the smallest float are 0; std::from_chars reports them like those above the largest.
-bool IsTiny(QByteArrayView token) {
-    extended value = 0;
-    const auto result = std::from_chars(token.begin(), token.end(), value);
-    return result.ec == std::errc{} && std::abs(value) < 1;
-}
 
 template<class Float>
 bool TakeNumber(QByteArrayView& text, Float& value) {
@@ -26,9 +19,11 @@ bool TakeNumber(QByteArrayView& text, Float& value) {
     const char* first = text.begin() + (hasPlus ? 1 : 0);
     Float number = 0;
     const auto [end, error] = std::from_chars(first, text.end(), number);
-    if (error == std::errc::result_out_of_range && IsTiny({first, end}))
-        number = *first == '-' ? -Float{0} : Float{0};
-    else if (error != std::errc{})
+    // Numbers below the smallest are 0, and std::from_chars reports them like those above the largest.
+    const auto readTiny = [&] {
+        return TryStrToFloat(QString::fromLatin1(first, end - first), number, TFormatSettings::Invariant());
+    };
+    if (error != std::errc{} && !(error == std::errc::result_out_of_range && readTiny()))
         return false;
     if (end != text.end() && !IsAsciiWhiteSpace(*end))
         return false;

@@ -72,8 +72,19 @@ TEST(AsciiNumber, TakesDoublesInTheirOwnRange) {
     EXPECT_EQ(number, 7);
 }
 
+TEST(AsciiNumber, TakesNumbersBelowTheSmallestForZero) {
+    for (const char* text : {"1e-60", "-1e-60", "1e-400", "-1e-400", "1e-99999", "-0.0000000001e-45"}) {
+        QByteArrayView rest(text);
+        float number = 7;
+        ASSERT_TRUE(TakeAsciiNumber(rest, number)) << text;
+        EXPECT_EQ(number, 0) << text;
+        EXPECT_EQ(std::signbit(number), text[0] == '-') << text;
+        EXPECT_TRUE(rest.isEmpty()) << text;
+    }
+}
+
 TEST(AsciiNumber, RefusesWhatIsNoNumber) {
-    for (const char* text : {"", "x", "1,5", "1x", "--1", "+-1", "+", "1e39", "-1e400", "0x10"}) {
+    for (const char* text : {"", "x", "1,5", "1x", "--1", "+-1", "+", "1e39", "-1e400", "1e99999", "0x10"}) {
         QByteArrayView rest(text);
         float number = 7;
         EXPECT_FALSE(TakeAsciiNumber(rest, number)) << text;

@@ -103,6 +103,7 @@ TEST(ImageHeader, IsGeographicBySystemOrUnits) {
     EXPECT_TRUE(isGeographic("latlon ", ""));
     EXPECT_TRUE(isGeographic("plane", "deg"));
     EXPECT_TRUE(isGeographic("", "Degrees"));
+    EXPECT_TRUE(isGeographic("unknown", "degree"));
     EXPECT_FALSE(isGeographic("plane", "m"));
     EXPECT_FALSE(isGeographic("utm-60s", "rad"));
     EXPECT_FALSE(isGeographic("latlongs", ""));
