@@ -130,6 +130,12 @@ TEST(Bitmap32Text, ATextLongerThanTheBitmapLosesItsTailWhenMovedLeft) {
     EXPECT_GT(ink.Right, 10);
 }
 
+TEST(Bitmap32Text, ATextHigherThanTheBitmapLosesItsFootWhenMovedUp) {
+    const TRect ink = InkBounds(Rendered(60, 8, {0, -4}, QStringLiteral("WWWW")));
+    EXPECT_EQ(ink.Top, 0);
+    EXPECT_EQ(ink.Bottom, 4) << "eight rows of the cell, four of them outside";
+}
+
 TEST(Bitmap32Text, TextoutIsClippedToItsRectangle) {
     const QString word = QStringLiteral("WWWWWWWWWWWWWWWWWWWWWWWW");
     const TRect rect(10, 10, 40, 40);

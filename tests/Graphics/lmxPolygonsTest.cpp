@@ -119,6 +119,14 @@ TEST(Polygons, ThicknessIsTheWidthOfTheStroke) {
     EXPECT_EQ(Alphas(bitmap, 0), (TAlphas{0, 0, 127, 255, 255, 127, 0, 0}));
 }
 
+TEST(Polygons, ALineThatCrossesItselfIsWholeAtTheCrossing) {
+    TBitmap32 bitmap = Transparent(5, 5);
+    PolylineFS(bitmap, TFloatPoints{{0, 1.5}, {4.5, 1.5}, {4.5, 4.5}, {1.5, 4.5}, {1.5, 0}}, 0x80000000U, false);
+    EXPECT_EQ(Alphas(bitmap, 0), (TAlphas{0, 128, 0, 0, 0}));
+    EXPECT_EQ(Alphas(bitmap, 1), (TAlphas{128, 128, 128, 128, 128}));
+    EXPECT_EQ(Alphas(bitmap, 2), (TAlphas{0, 128, 0, 0, 128}));
+}
+
 TEST(Polygons, CrossingLinesOfOneCallBlendOnce) {
     const std::vector<TFloatPoints> cross = {{{0, 1.5}, {3, 1.5}}, {{1.5, 0}, {1.5, 3}}};
     TBitmap32 bitmap = Transparent(3, 3);

@@ -338,6 +338,17 @@ TEST_F(IdrisiMapLayer, RepeatedPaintsShowEachNewPicture) {
     EXPECT_EQ(painted(), (std::vector<TColor32>{0xFF00000B, 0xFF00000C, 0xFF00000D, 0xFF00000E}));
 }
 
+TEST_F(IdrisiMapLayer, ANewPictureOfTheSameSizeIsShownAtOnce) {
+    AddRendered(NumberedImage(8, 4, {-180, 90, 180, -90}));
+    TView view(TLatLonWorldSystemFactory::GetObject(), 1.0L / 90, 4, 2);
+    for (int i = 0; i < 3; ++i)
+        Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    const auto gradient = TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFFABCDEF}});
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 99, gradient));
+    Layer.Paint(&view.World, &view.Viewport, view.Buffer);
+    EXPECT_EQ(view.Row(0), std::vector<TColor32>(4, 0xFFABCDEF));
+}
+
 TEST_F(IdrisiMapLayer, BlendsOntoWhatLiesBelow) {
     AddRendered(NumberedImage(1, 1, {-180, 90, 180, -90}));
     Layer.SetOpacity(128);
