@@ -6,9 +6,9 @@
 #include <lmx/Widgets/lmxPngButton.h>
 #include <lmx/Widgets/lmxToggleButtonBar.h>
 
+#include <QKeyEvent>
 #include <QPointer>
 #include <QScopeGuard>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -47,16 +47,39 @@ TPngButton* TMapViewRulersPanelControl::AddBarButton(const QString& imageName, c
 void TMapViewRulersPanelControl::ConnectList() {
     connect(FListView, &QTreeWidget::itemSelectionChanged, this, [this] { UpdateButtons(); });
     connect(FListView, &QTreeWidget::itemDoubleClicked, FEditButton, [this] { FEditButton->click(); });
-    const auto press = [this](Qt::Key key, TPngButton* button) {
-        auto* shortcut = new QShortcut(key, FListView);
-        shortcut->setContext(Qt::WidgetShortcut);
-        connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
-    };
-    press(Qt::Key_Insert, FAddButton);
-    press(Qt::Key_Delete, FDelButton);
-    press(Qt::Key_Return, FEditButton);
-    press(Qt::Key_Enter, FEditButton);
-    press(Qt::Key_F2, FEditButton);
+    FListView->installEventFilter(this);
+}
+
+TPngButton* TMapViewRulersPanelControl::ButtonOfKey(const QKeyEvent& event) const {
+    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
+        return nullptr;
+    switch (event.key()) {
+    case Qt::Key_Insert:
+        return FAddButton;
+    case Qt::Key_Delete:
+        return FDelButton;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F2:
+        return FEditButton;
+    default:
+        return nullptr;
+    }
+}
+
+// The keys of the list. It takes them before a shortcut of the host that has the same key; a key that is held counts
+// once.
+bool TMapViewRulersPanelControl::eventFilter(QObject* sender, QEvent* event) {
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
+        return QWidget::eventFilter(sender, event);
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    TPngButton* button = ButtonOfKey(key);
+    if (!button)
+        return QWidget::eventFilter(sender, event);
+    event->accept();
+    if (event->type() == QEvent::KeyPress && !key.isAutoRepeat())
+        button->click();
+    return true;
 }
 
 void TMapViewRulersPanelControl::SetRulersLayer(TRulerMapLayer* layer) {

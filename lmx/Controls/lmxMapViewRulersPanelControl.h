@@ -42,10 +42,14 @@ public:
 
     QSize sizeHint() const override { return {200, 240}; }
 
+protected:
+    bool eventFilter(QObject* sender, QEvent* event) override;
+
 private:
     TPngButton* AddBarButton(const QString& imageName, const QString& hint,
                              void (TMapViewRulersPanelControl::*click)());
     void ConnectList();
+    TPngButton* ButtonOfKey(const QKeyEvent& event) const; ///< nil for a key without one
     void RegisterRulersLayerEvents(TRulerMapLayer* layer, bool registering);
     void UpdateList();
     void UpdateButtons();

@@ -10,9 +10,10 @@ int TImageList::Add(TPicture picture) {
     return GetCount() - 1;
 }
 
-void TImageList::Replace(int index, TPicture picture) {
-    if (Contains(index))
-        FPictures[static_cast<std::size_t>(index)] = std::move(picture);
+TImageList::TPicture TImageList::Replace(int index, TPicture picture) {
+    if (!Contains(index))
+        return nullptr;
+    return std::exchange(FPictures[static_cast<std::size_t>(index)], std::move(picture));
 }
 
 QImage TImageList::GetImage(int index, double ratio, const QColor& ink) const {

@@ -26,8 +26,8 @@ public:
 
     /// Appends an image and gives its index. An empty picture draws nothing.
     int Add(TPicture picture);
-    /// Puts another image in the place of one; an index outside the list does nothing.
-    void Replace(int index, TPicture picture);
+    /// Puts another image in the place of one, which is given back; an index outside the list does nothing.
+    TPicture Replace(int index, TPicture picture);
 
     /// A null image for an index outside the list.
     QImage GetImage(int index, double ratio, const QColor& ink) const;

@@ -38,13 +38,12 @@ public:
                                                    0xFF000004, 0xFF000005, 0xFF000006};
     TColoredAssets() {
         for (int index = 0; index < 6; ++index) {
-            Replaced.push_back([real = Images.GetImage(index, 2, Qt::black)](double, const QColor&) { return real; });
-            Images.Replace(index, [index](double ratio, const QColor&) {
+            Replaced.push_back(Images.Replace(index, [index](double ratio, const QColor&) {
                 QImage image(static_cast<int>(12 * ratio), static_cast<int>(12 * ratio), QImage::Format_ARGB32);
                 image.fill(Colors.at(static_cast<std::size_t>(index)));
                 image.setDevicePixelRatio(ratio);
                 return image;
-            });
+            }));
         }
     }
     ~TColoredAssets() {

@@ -15,6 +15,8 @@
 #include <tests/Support/TestMap.h>
 #include <tests/Support/WidgetPictures.h>
 
+#include <QAction>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -315,13 +317,11 @@ TEST_F(MapViewRulersPanelControl, IsOperatedByTheKeyboardAlone) {
         QTest::keyClick(&List(), Qt::Key_Insert);
     }
     ASSERT_EQ(Layer->GetVRulers().Count(), 1);
-    tests::ShowActive(*Panel); // this platform gives the keyboard to nobody when a dialog closes
     List().setCurrentItem(List().topLevelItem(0));
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_F2}) {
         const TRulerAnswer answer([key](TRulerDialog& dialog) { Confirm(dialog, QString::number(key % 9)); });
         QTest::keyClick(&List(), key);
         EXPECT_EQ(Layer->GetVRulers()[0]->GetLocation(), key % 9);
-        tests::ShowActive(*Panel);
     }
     QTest::keyClick(&List(), Qt::Key_Delete);
     EXPECT_EQ(Layer->GetVRulers().Count(), 0);
@@ -346,6 +346,35 @@ TEST_F(MapViewRulersPanelControl, KeepsItsKeysToItsList) {
     Select(0);
     Panel->GetAddButton()->setFocus();
     QTest::keyClick(Panel->GetAddButton(), Qt::Key_Delete);
+    EXPECT_EQ(Layer->GetVRulers().Count(), 1);
+}
+
+TEST_F(MapViewRulersPanelControl, TakesItsKeysBeforeTheHostDoes) {
+    AddRuler(Vertical, 1);
+    Select(0);
+    QAction command(Panel.get());
+    command.setShortcut(Qt::Key_Delete);
+    int commands = 0;
+    QObject::connect(&command, &QAction::triggered, [&] { ++commands; });
+    Panel->addAction(&command);
+    QTest::keyClick(&List(), Qt::Key_Delete, Qt::ControlModifier);
+    EXPECT_EQ(Layer->GetVRulers().Count(), 1) << "another key";
+    QTest::keyClick(&List(), Qt::Key_Delete);
+    EXPECT_EQ(Layer->GetVRulers().Count(), 0);
+    EXPECT_EQ(commands, 0);
+}
+
+TEST_F(MapViewRulersPanelControl, TakesAHeldKeyOnce) {
+    AddRuler(Vertical, 1);
+    AddRuler(Vertical, 2);
+    Select(0);
+    const auto press = [this](bool isRepeated) {
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, QString(), isRepeated);
+        QCoreApplication::sendEvent(&List(), &event);
+    };
+    press(false);
+    List().setCurrentItem(List().topLevelItem(0));
+    press(true);
     EXPECT_EQ(Layer->GetVRulers().Count(), 1);
 }
 

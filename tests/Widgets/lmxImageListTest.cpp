@@ -42,11 +42,13 @@ TEST(ImageList, HasNoImageOutsideItsBounds) {
 TEST(ImageList, IsReplacedImageByImage) {
     TImageList list(TSize(2, 2));
     list.Add(nullptr);
-    list.Replace(0, Square);
-    list.Replace(1, Square);
-    list.Replace(-1, Square);
+    EXPECT_FALSE(list.Replace(0, Square));
+    EXPECT_FALSE(list.Replace(1, Square));
+    EXPECT_FALSE(list.Replace(-1, Square));
     EXPECT_EQ(list.GetCount(), 1);
     EXPECT_EQ(list.GetImage(0, 1, Qt::red).pixel(0, 0), 0xFFFF0000U);
+    EXPECT_TRUE(list.Replace(0, nullptr)) << "the former one comes back";
+    EXPECT_TRUE(list.GetImage(0, 1, Qt::red).isNull());
 }
 
 TEST(ImageList, DrawsAtTheDensityOfTheCanvas) {
