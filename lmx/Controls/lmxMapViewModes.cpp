@@ -95,6 +95,7 @@ void TMapViewControl::MouseUp(TMouseButton button, TPoint point) {
 }
 
 // Press, move and release each have a notion of their own of when the space bar pans: a move alone asks FAutoPan, too.
+// Whatever a mode calls may change the mode, its object and the layers.
 
 void TMapViewControl::LeftButtonDown(TPoint point) {
     switch (EffectiveMode(FAutoPanning)) {
@@ -126,8 +127,8 @@ void TMapViewControl::LeftButtonDown(TPoint point) {
             points->GetPoints().Add(std::make_unique<TInfoQueryPoint>(points, MapPointAt(point), GetRandomColor32()));
         break;
     case TMapMode::mdCustom:
-        if (FCustomModeObject)
-            FCustomModeObject->MouseDown(this, point, MapPointAt(point));
+        if (const auto mode = FCustomModeObject)
+            mode->MouseDown(this, point, MapPointAt(point));
         break;
     }
 }
@@ -156,8 +157,8 @@ void TMapViewControl::LeftButtonMove(TPoint point) {
     case TMapMode::mdInfoQuery:
         break;
     case TMapMode::mdCustom:
-        if (FCustomModeObject)
-            FCustomModeObject->MouseMove(this, point, MapPointAt(point));
+        if (const auto mode = FCustomModeObject)
+            mode->MouseMove(this, point, MapPointAt(point));
         break;
     }
 }
@@ -180,8 +181,8 @@ void TMapViewControl::LeftButtonUp(TPoint point, bool wasDown) {
             rulers->ConfirmPlacing();
         break;
     case TMapMode::mdCustom:
-        if (FCustomModeObject)
-            FCustomModeObject->MouseUp(this, point, MapPointAt(point));
+        if (const auto mode = FCustomModeObject)
+            mode->MouseUp(this, point, MapPointAt(point));
         break;
     case TMapMode::mdSelection: // the rectangle stays for the host to read
     case TMapMode::mdInfoQuery:

@@ -242,6 +242,42 @@ TEST(MapViewModes, ACustomModeWithoutObjectDoesNothing) {
     EXPECT_EQ(Translation(shown), before);
 }
 
+/// Takes itself out of the view from within an event, and goes on working.
+class TLeavingMode : public TCustomMode {
+public:
+    void MouseUp(TMapViewControl* sender, const TPoint& point, const TMapPoint& mapPoint) override {
+        Leave(sender);
+        TCustomMode::MouseUp(sender, point, mapPoint);
+    }
+    void MouseDown(TMapViewControl* sender, const TPoint& point, const TMapPoint& mapPoint) override {
+        Leave(sender);
+        TCustomMode::MouseDown(sender, point, mapPoint);
+    }
+    void MouseMove(TMapViewControl* sender, const TPoint& point, const TMapPoint& mapPoint) override {
+        Leave(sender);
+        TCustomMode::MouseMove(sender, point, mapPoint);
+    }
+
+private:
+    static void Leave(TMapViewControl* sender) { sender->SetCustomModeObject(nullptr); }
+};
+
+TEST(MapViewModes, ACustomModeMayTakeItselfOut) {
+    TShownView shown;
+    shown.AddReadyLayer();
+    shown.View.SetMode(TMapMode::mdCustom);
+    const auto put = [&] { shown.View.SetCustomModeObject(std::make_shared<TLeavingMode>()); };
+    put();
+    shown.Hover({1, 2});
+    EXPECT_EQ(shown.View.GetCustomModeObject(), nullptr);
+    put();
+    shown.Press(Qt::LeftButton, {3, 4});
+    EXPECT_EQ(shown.View.GetCustomModeObject(), nullptr);
+    put();
+    shown.Release(Qt::LeftButton, {3, 4});
+    EXPECT_EQ(shown.View.GetCustomModeObject(), nullptr);
+}
+
 TEST(MapViewModes, TheHeldSpaceBarPans) {
     TShownView shown;
     shown.AddReadyLayer();
