@@ -78,7 +78,7 @@ void DrawLinePlainly(TBitmap32& bitmap, TPoint from, TPoint to) {
 
 TEST(Bitmap32Lines, ClippingKeepsTheUnclippedPixels) {
     std::mt19937 random(26);
-    for (int round = 0; round < 20000; ++round) {
+    for (int round = 0; round < 8000; ++round) {
         TBitmap32 fast(Between(random, 1, 20), Between(random, 1, 20));
         fast.SetPenColor(Pen);
         TBitmap32 plain = fast;
@@ -277,7 +277,7 @@ TEST(Bitmap32Lines, AClippedLineIsTheCutOutOfTheUnclippedOne) {
 // Lines along an axis, from places between which the fraction stays the same and from others.
 TEST(Bitmap32Lines, LinesAlongAnAxisEqualTheirSamples) {
     std::mt19937 random(28);
-    for (int round = 0; round < 20000; ++round) {
+    for (int round = 0; round < 8000; ++round) {
         TBitmap32 fast = tests::RandomBitmap(random, Between(random, 1, 40), Between(random, 1, 20));
         fast.SetPenColor(tests::RandomColor(random));
         TBitmap32 plain = fast;
