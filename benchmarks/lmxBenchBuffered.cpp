@@ -122,8 +122,8 @@ void MeasurePaint(TView& view, double draw) {
 }
 
 void MeasureCancel(TView& view) {
-    double call = 0;
-    double end = 0;
+    std::vector<double> calls;
+    std::vector<double> ends;
     for (int i = 0; i < Repetitions; ++i) {
         view.Layer.Invalidate(true);
         view.Paint();
@@ -132,14 +132,17 @@ void MeasureCancel(TView& view) {
         const auto thread = view.Layer.GetCurrentThread();
         const auto start = TClock::now();
         thread->CancelOperation();
-        call = std::max(call, MillisecondsSince(start));
+        calls.push_back(MillisecondsSince(start));
         while (*view.Layer.Drawing != 0) {
         }
-        end = std::max(end, MillisecondsSince(start));
+        ends.push_back(MillisecondsSince(start));
     }
-    std::printf("giving up a render of %d vertices: the call %.4f ms, until the render is over %.4f ms (the longest of "
-                "%d)\n",
-                Vertices, call, end, Repetitions);
+    std::sort(calls.begin(), calls.end());
+    std::sort(ends.begin(), ends.end());
+    std::printf(
+        "giving up a render of %d vertices: the call takes %.4f ms (the longest of %d %.4f ms), and the render is "
+        "over %.4f ms after it (the longest %.4f ms)\n",
+        Vertices, calls[calls.size() / 2], Repetitions, calls.back(), ends[ends.size() / 2], ends.back());
 }
 
 void MeasurePan(TView& view, double draw) {
