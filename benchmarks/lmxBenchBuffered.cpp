@@ -133,8 +133,8 @@ void MeasureCancel(TView& view) {
         const auto start = TClock::now();
         thread->CancelOperation();
         calls.push_back(MillisecondsSince(start));
-        while (*view.Layer.Drawing != 0) {
-        }
+        while (*view.Layer.Drawing != 0)
+            std::this_thread::yield();
         ends.push_back(MillisecondsSince(start));
     }
     std::sort(calls.begin(), calls.end());

@@ -549,6 +549,15 @@ INSTANTIATE_TEST_SUITE_P(Changes, ViewportEnd,
 
 // ---- Snapshots
 
+TEST_F(WorldViewport, TellsWhetherItIsStillThere) {
+    auto other = std::make_unique<TWorldViewport>(&World);
+    const auto liveness = other->GetLivenessToken();
+    EXPECT_FALSE(liveness.expired());
+    other.reset();
+    EXPECT_TRUE(liveness.expired());
+    EXPECT_FALSE(Viewport.GetLivenessToken().expired());
+}
+
 TEST_F(WorldViewport, SnapshotKeepsScaleAndTranslationButFollowsTheWorldSystem) {
     Viewport.SetScale(2);
     Viewport.SetTranslation({3, 4});
