@@ -3,6 +3,8 @@
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 namespace lmx {
 
@@ -29,11 +31,16 @@ public:
 
     void SyncLayers(std::span<TRasterMapLayer* const> layers, double minValue, double maxValue) override {
         CheckLayers(layers);
+        std::vector<std::weak_ptr<const void>> livenesses; // whoever hears of one layer may destroy the others
+        for (const TRasterMapLayer* layer : layers)
+            livenesses.push_back(layer->GetLivenessToken());
         const TValueRange range(minValue, maxValue);
-        for (TRasterMapLayer* layer : layers)
-            layer->SetValueRange(range);
-        for (TRasterMapLayer* layer : layers)
-            layer->Invalidate();
+        for (std::size_t i = 0; i < layers.size(); ++i)
+            if (!livenesses[i].expired())
+                layers[i]->SetValueRange(range);
+        for (std::size_t i = 0; i < layers.size(); ++i)
+            if (!livenesses[i].expired())
+                layers[i]->Invalidate();
     }
 };
 

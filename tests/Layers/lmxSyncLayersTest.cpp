@@ -92,6 +92,22 @@ TEST_F(SyncLayers, CalculatorsFollowTheRange) {
     }
 }
 
+TEST_F(SyncLayers, WhoHearsOfOneLayerMayDestroyAnother) {
+    class TDestroyingLayer : public TRasterMapLayer {
+    public:
+        using TRasterMapLayer::TRasterMapLayer;
+        QString GetLayerTypeName() const override { return QStringLiteral("Destroying"); }
+        void Invalidate() override { Victim.reset(); }
+        std::unique_ptr<TRasterMapLayer> Victim;
+    };
+    TDestroyingLayer layer(Manager);
+    layer.Victim = std::make_unique<TLoggingLayer>(Manager, TValueRange(0, 1), Log);
+    Sync->SyncLayers(std::vector<TRasterMapLayer*>{&layer, layer.Victim.get(), &First}, 0, 3);
+    EXPECT_EQ(layer.Victim, nullptr);
+    EXPECT_EQ(Log, "first(5 - 20) ");
+    EXPECT_TRUE(First.GetValueRange().Equals({0, 3}));
+}
+
 TEST_F(SyncLayers, NoLayersAreRefused) {
     const QString message = QStringLiteral("TSyncLayers.SyncLayers: argument Layers is nil");
     EXPECT_EQ(MessageOf<EExArgumentNilException>([this] { Sync->SyncLayers({}); }), message);
