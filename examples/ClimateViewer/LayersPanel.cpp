@@ -1,13 +1,16 @@
 #include "LayersPanel.h"
 
+#include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRasterMapLayer.h>
+#include <lmx/Widgets/lmxColorChooser.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QMenu>
+#include <QPushButton>
 #include <QSlider>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -95,7 +98,22 @@ QWidget* TLayersPanel::MakeRow(lmx::TBaseMapLayer* layer) {
         column->addWidget(MakeOpacitySlider(raster, row));
         column->addWidget(MakeColorChoice(raster, row));
     }
+    if (auto* shapes = dynamic_cast<lmx::TBaseShapeLayer*>(layer))
+        column->addWidget(MakeColorButton(shapes, row));
     return row;
+}
+
+QWidget* TLayersPanel::MakeColorButton(lmx::TBaseShapeLayer* layer, QWidget* row) {
+    auto* button = new QPushButton(tr("Colour..."), row);
+    button->setAccessibleName(tr("Colour of %1").arg(layer->GetLayerName()));
+    connect(button, &QPushButton::clicked, this, [=, this, life = layer->GetLivenessToken()] {
+        const auto chooser = lmx::TColorChooserFactory::GetObject();
+        if (!life.expired())
+            chooser->SetColor32(layer->GetColor());
+        if (chooser->Execute(this) && !life.expired())
+            layer->SetColor(chooser->GetColor32());
+    });
+    return button;
 }
 
 QWidget* TLayersPanel::MakeOpacitySlider(lmx::TRasterMapLayer* layer, QWidget* row) {

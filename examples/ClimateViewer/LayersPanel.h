@@ -11,11 +11,12 @@ class QVBoxLayout;
 namespace lmx {
 class ILayerManager;
 class TBaseMapLayer;
+class TBaseShapeLayer;
 class TRasterMapLayer;
 } // namespace lmx
 
 /// The layers of a map, the top one first, each with a box that shows or hides it and, for a raster, its opacity and a
-/// choice of colours.
+/// choice of colours, for an overlay its colour.
 class TLayersPanel : public QWidget {
 public:
     /// `dataFolder` holds the colour scales.
@@ -25,6 +26,7 @@ private:
     void Rebuild();
     QWidget* MakeRow(lmx::TBaseMapLayer* layer);
     QWidget* MakeOpacitySlider(lmx::TRasterMapLayer* layer, QWidget* row);
+    QWidget* MakeColorButton(lmx::TBaseShapeLayer* layer, QWidget* row);
     QWidget* MakeColorChoice(lmx::TRasterMapLayer* layer, QWidget* row);
 
     std::shared_ptr<lmx::ILayerManager> FManager;

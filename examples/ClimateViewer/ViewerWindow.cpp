@@ -4,6 +4,7 @@
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
 #include <lmx/Formats/lmxAbstractImage.h>
+#include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
@@ -32,9 +33,12 @@
 #include "MeasureMode.h"
 #include "ModeActions.h"
 #include "OpenRaster.h"
+#include "Overlays.h"
 #include "Places.h"
 
 namespace {
+
+constexpr lmx::TColor32 OverlayColor = 0xFFC2185B;
 
 QString Degrees(lmx::extended value, QChar positive, QChar negative) {
     return lmx::FloatToFixed(value < 0 ? -value : value, 2) + QChar(0xB0) + ' ' + (value < 0 ? negative : positive);
@@ -103,6 +107,7 @@ void TViewerWindow::MakeStatusBar() {
     statusBar()->addWidget(FHint, 1);
     statusBar()->addPermanentWidget(FPlace);
     statusBar()->addPermanentWidget(FValues);
+    statusBar()->addPermanentWidget(new TDrawingIndicator(FManager, this));
     FModeChanged = FView->GetOnModeChanged().Add(
         [this](lmx::TMapViewControl*, lmx::TMapMode mode) { FHint->setText(TModeActions::HintOf(mode)); });
 }
@@ -140,9 +145,11 @@ void TViewerWindow::RaisePlaces() {
 
 void TViewerWindow::AskForFile() {
     lmx::TFileDialogRequest request;
-    request.Title = tr("Open raster");
-    request.Filter = tr("Rasters") + "|*.rst;*.rdc;*.img;*.doc;*.asc|" + tr("Idrisi images") +
-                     "|*.rst;*.rdc;*.img;*.doc|" + tr("ASCII grids") + "|*.asc;*.grd;*.txt|" + tr("All files") + "|*";
+    request.Title = tr("Open");
+    request.Filter = tr("Maps") + "|*.rst;*.rdc;*.img;*.doc;*.asc;*.shp;*.vct;*.vec|" + tr("Rasters") +
+                     "|*.rst;*.rdc;*.img;*.doc;*.asc|" + tr("Idrisi images") + "|*.rst;*.rdc;*.img;*.doc|" +
+                     tr("ASCII grids") + "|*.asc;*.grd;*.txt|" + tr("Overlays") + "|*.shp;*.vct;*.vec|" +
+                     tr("All files") + "|*";
     QString fileName;
     if (lmx::TFileDialog::Open(request, fileName, this))
         OpenFile(fileName);
@@ -150,9 +157,14 @@ void TViewerWindow::AskForFile() {
 
 void TViewerWindow::OpenFile(const QString& fileName) {
     lmx::GuardEvent(this, [&] {
-        lmx::TBaseMapLayer* layer = FManager->GetLayers().Add(OpenRaster(FManager, fileName));
+        lmx::TBaseMapLayer* layer = nullptr;
+        if (IsOverlayName(fileName))
+            layer = AddOverlay(FManager, fileName, OverlayColor);
+        else
+            layer = FManager->GetLayers().Add(OpenRaster(FManager, fileName));
         RaisePlaces();
-        FView->ZoomTo(layer);
+        if (layer->GetLayerArea().WorldSystem)
+            FView->ZoomTo(layer);
     });
 }
 

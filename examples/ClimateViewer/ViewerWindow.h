@@ -37,7 +37,8 @@ public:
     /// Adds the places of a file on top of the stack.
     /// @throws lmx::EFileException, lmx::EFileFormatException
     void AddPlaces(const QString& fileName);
-    /// Adds a file's raster, below the places, and zooms to it. What fails is shown in an error box.
+    /// Adds a file's raster, shapes or vectors, below the places, and zooms to it. What fails is shown in an error
+    /// box.
     void OpenFile(const QString& fileName);
 
 protected:

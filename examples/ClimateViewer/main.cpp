@@ -14,6 +14,7 @@
 #include <iostream>
 #include <memory>
 
+#include "Overlays.h"
 #include "SampleMap.h"
 #include "ViewerWindow.h"
 
@@ -54,7 +55,8 @@ int Run(const QApplication& application) {
     const QCommandLineOption model("model", "Add a model's field, gridded from its Gaussian axes.");
     options.addOption(data);
     options.addOption(model);
-    options.addPositionalArgument("files", "Idrisi images and ASCII grids to open.", "[files...]");
+    options.addPositionalArgument("files", "Idrisi images, ASCII grids, shape files and vectors to open.",
+                                  "[files...]");
     options.addHelpOption();
     options.process(application);
 
@@ -64,6 +66,7 @@ int Run(const QApplication& application) {
     TViewerWindow window(options.value(data));
     window.resize(1280, 610);
     AddSampleLayers(window.GetLayerManager(), options.value(data));
+    AddSampleOverlays(window.GetLayerManager(), options.value(data));
     window.AddPlaces(options.value(data) + "/places.csv");
     QApplication::processEvents(); // the panel makes its rows
     window.show();
@@ -77,6 +80,10 @@ int Run(const QApplication& application) {
     QApplication::processEvents(); // and lays them out
     if (!options.isSet(picture))
         return QApplication::exec();
+    do { // a paint shows what is finished and starts what is not
+        window.grab();
+        QApplication::processEvents();
+    } while (IsDrawing(*window.GetLayerManager()));
     if (window.grab().save(options.value(picture)))
         return messages->HasErrors() ? 1 : 0;
     std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';

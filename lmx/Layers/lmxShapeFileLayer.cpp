@@ -3,6 +3,7 @@
 #include <lmx/Formats/lmxShpFile.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
+#include <lmx/Layers/lmxRenderThreadPool.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxShapeFileRender.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -10,6 +11,24 @@
 #include <utility>
 
 namespace lmx {
+
+namespace {
+
+constexpr std::size_t LargeGeometry = 8 * 1024 * 1024; // bytes whose freeing the main thread would notice
+
+// Giving many pages back takes the system a while. Where no thread can be had they are freed here.
+void FreeInBackground(std::shared_ptr<const TShpData> data) {
+    const auto thread = RenderThreadPool().GetThread();
+    thread->SetOnExecute([](TThreadPoolThread&) {});
+    thread->SetData(std::const_pointer_cast<TShpData>(std::move(data)));
+    try {
+        thread->StartOperation();
+    } catch (const EInvalidOperation&) {
+        // By contract: the geometry goes with the thread that was not started.
+    }
+}
+
+} // namespace
 
 TShapeFileLayer::TShapeFileLayer(const std::shared_ptr<ILayerManager>& layerManager)
     : TBaseShapeLayer(layerManager),
@@ -68,8 +87,11 @@ void TShapeFileLayer::DeleteShpFile() {
     TShpFile* const file = GetShpFile();
     FShpFile = nullptr;
     FShpFileLifetime.reset();
-    if (FOwnsShpFile)
-        delete file;
+    if (!FOwnsShpFile || !file)
+        return;
+    if (file->GetMemorySize() >= LargeGeometry)
+        FreeInBackground(file->GetData());
+    delete file;
 }
 
 void TShapeFileLayer::SetProjection(std::shared_ptr<const IShapeFileProjection> projection) {

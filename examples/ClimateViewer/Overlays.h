@@ -1,0 +1,43 @@
+#pragma once
+
+#include <lmx/Graphics/lmxColor32.h>
+
+#include <QLabel>
+#include <QString>
+#include <QTimer>
+
+#include <memory>
+
+namespace lmx {
+class ILayerManager;
+class TBaseShapeLayer;
+} // namespace lmx
+
+// Lines over the rasters: shape files and Idrisi vectors, drawn in the background.
+
+/// Whether a file is one of those, by its suffix.
+bool IsOverlayName(const QString& fileName);
+
+/// Adds a layer with a shape file (.shp), converted as its projection file says, or a vector file (.vct, .vec), named
+/// after the file, on top of the stack. A shape file is drawn on both sides of the prime meridian where that is the
+/// seam of the world: a second layer, which lists of layers do not show, draws it 360 degrees further east.
+/// @throws lmx::Exception with a message that names what is wrong.
+lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
+                                 lmx::TColor32 color);
+
+/// Adds the rivers and the coasts of the world.
+/// @throws lmx::EFileException if a file of `folder` is missing or damaged.
+void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder);
+
+/// Whether any layer is being drawn in the background.
+bool IsDrawing(lmx::ILayerManager& manager);
+
+/// Says so in a status bar.
+class TDrawingIndicator : public QLabel {
+public:
+    TDrawingIndicator(std::shared_ptr<lmx::ILayerManager> manager, QWidget* parent);
+
+private:
+    std::shared_ptr<lmx::ILayerManager> FManager;
+    QTimer FTimer;
+};
