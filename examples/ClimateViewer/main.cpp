@@ -80,10 +80,11 @@ int Run(const QApplication& application) {
     QApplication::processEvents(); // and lays them out
     if (!options.isSet(picture))
         return QApplication::exec();
+    const auto* indicator = window.findChild<QLabel*>("DrawingIndicator");
     do { // a paint shows what is finished and starts what is not
         window.grab();
         QApplication::processEvents();
-    } while (IsDrawing(*window.GetLayerManager()));
+    } while (IsDrawing(*window.GetLayerManager()) || !indicator->text().isEmpty());
     if (window.grab().save(options.value(picture)))
         return messages->HasErrors() ? 1 : 0;
     std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';
