@@ -8,6 +8,7 @@
 #include <lmx/Widgets/lmxMsgBox.h>
 
 #include <QApplication>
+#include <QPointer>
 
 namespace lmx {
 
@@ -59,20 +60,30 @@ void TMapViewControl::CreateMapControl() {
 void TMapViewControl::SetLayerManager(const std::shared_ptr<ILayerManager>& manager) {
     if (manager == FLayerManager)
         return;
-    if (FOnBeforeLayerManagerChanged)
-        FOnBeforeLayerManagerChanged(this);
-    if (FLayerManager) {
-        RegisterLayerManagerEvents(FLayerManager.get(), false);
-        RegisterSpecialLayers(FLayerManager, false);
+    const QPointer<TMapViewControl> self(this); // whoever is told may close the view
+    const std::shared_ptr<ILayerManager> next = manager;
+    Notify(FOnBeforeLayerManagerChanged);
+    if (const auto previous = self ? FLayerManager : nullptr) {
+        RegisterLayerManagerEvents(previous.get(), false);
+        RegisterSpecialLayers(previous, false);
     }
-    FLayerManager = manager;
-    if (FLayerManager) {
-        RegisterLayerManagerEvents(FLayerManager.get(), true);
-        RegisterSpecialLayers(FLayerManager, true);
+    if (!self)
+        return;
+    FLayerManager = next;
+    if (next) {
+        RegisterLayerManagerEvents(next.get(), true);
+        RegisterSpecialLayers(next, true);
     }
-    if (FOnAfterLayerManagerChanged)
-        FOnAfterLayerManagerChanged(this);
-    RepaintMap();
+    if (self)
+        Notify(FOnAfterLayerManagerChanged);
+    if (self)
+        RepaintMap();
+}
+
+// By a copy: a handler may replace itself, or close the view that holds it.
+void TMapViewControl::Notify(const TMapViewNotifyEvent& event) {
+    if (const TMapViewNotifyEvent told = event)
+        told(this);
 }
 
 // The two directions are no mirror images, and hosts rely on what follows from that: a removed layer runs the added
@@ -182,10 +193,12 @@ void TMapViewControl::ChangeWorldSystem(const std::shared_ptr<IWorldSystem>& wor
     }
     if (worldSystem == FWorld->GetWorldSystem())
         return;
+    const QPointer<TMapViewControl> self(this); // whoever is told may close the view
     FWorld->SetWorldSystem(worldSystem);
-    if (!FLayerManager)
+    const auto manager = self ? FLayerManager : nullptr;
+    if (!manager)
         return;
-    TObjectList<TBaseMapLayer>& layers = FLayerManager->GetLayers();
+    TObjectList<TBaseMapLayer>& layers = manager->GetLayers();
     for (int i = 0; i < layers.Count(); ++i)
         layers[i]->Invalidate();
 }
@@ -203,8 +216,7 @@ TWorldViewport& TMapViewControl::RequireViewport() const {
 
 void TMapViewControl::Viewport_Changed(TWorldViewport*) {
     RepaintMap();
-    if (FOnViewportUpdated)
-        FOnViewportUpdated(this);
+    Notify(FOnViewportUpdated);
 }
 
 void TMapViewControl::RepaintMap() {
@@ -309,6 +321,8 @@ void TMapViewControl::Resize() {
     TPaintBox32::Resize();
     UpdateViewSize();
     UpdateCheckerboard();
+    if (FCrosshairSprite && GetDeviceRatio() != FCrosshairRatio)
+        UpdateCrosshairSprite();
 }
 
 void TMapViewControl::UpdateViewSize() {

@@ -168,6 +168,7 @@ private:
     void LayerManager_LayerMoved(ILayerManager* manager, int fromIndex, int toIndex);
     void LayerManager_OnMapCommand(TBaseMapLayer* layer, TLayerMapCommand command, void* data);
     void Viewport_Changed(TWorldViewport* viewport);
+    void Notify(const TMapViewNotifyEvent& event);
     TWorldViewport& RequireViewport() const;
 
     bool CanPaintLayers() const;
@@ -230,6 +231,7 @@ private:
     TColor32 FCrosshairColor = clBlack32;
     bool FCrosshairHighlights = false;
     std::unique_ptr<TBitmap32> FCrosshairSprite;
+    double FCrosshairRatio = 1; // device pixels in a logical one, as the sprite was drawn
     TPoint FCrosshairCenterPoint;
     bool FIsDestroying = false;
     bool FHasCapture = false;     // moves outside the view count

@@ -12,6 +12,7 @@
 #include <lmx/Widgets/lmxInputBox.h>
 
 #include <QAction>
+#include <QPointer>
 
 namespace lmx {
 
@@ -29,7 +30,8 @@ QAction* TMapViewControl::AddPopupMenuItem(const QString& caption, std::function
 void TMapViewControl::PopupMenu_ChangeBackgroundColor_Click() {
     const auto chooser = TColorChooserFactory::GetObject();
     chooser->SetColor(WinColor(FBackgroundColor));
-    if (!chooser->Execute(this))
+    const QPointer<TMapViewControl> self(this); // the view may be closed while somebody chooses
+    if (!chooser->Execute(this) || !self)
         return;
     FBackgroundColor = Color32(chooser->GetColor());
     RepaintMap();
@@ -65,8 +67,9 @@ void TMapViewControl::PopupMenu_DbgCopyData() {
 void TMapViewControl::PopupMenu_DbgTranslation() {
     const TPoint translation = RequireViewport().GetTranslation();
     const QString present = Format(QStringLiteral("%d,%d"), {translation.X, translation.Y});
+    const QPointer<TMapViewControl> self(this); // the view may be closed while somebody types
     const QString text = InputBox(QStringLiteral("Translation"), QStringLiteral("Translation:"), present);
-    if (text == present)
+    if (!self || text == present)
         return;
     const QStringList pieces = Split(text, u',');
     const TPoint wanted(StrToInt(pieces.value(0)), StrToInt(pieces.value(1))); // an absent piece is no number either
@@ -75,8 +78,9 @@ void TMapViewControl::PopupMenu_DbgTranslation() {
 
 void TMapViewControl::PopupMenu_DbgZoomScale() {
     const QString present = FloatToStr(RequireViewport().GetScale()); // an unchanged text keeps the scale's last digits
+    const QPointer<TMapViewControl> self(this);
     const QString text = InputBox(QStringLiteral("Zoom Scale"), QStringLiteral("Zoom scale:"), present);
-    if (text != present)
+    if (self && text != present)
         RequireViewport().SetScale(StrToFloat(text));
 }
 

@@ -65,10 +65,11 @@ void TMapViewControl::PaintBackground(TBitmap32& buffer) {
         buffer.Clear(FBackgroundColor);
 }
 
-// By index: a layer's paint may change the list.
+// By index: a layer's paint may change the list, and even give the view another manager.
 void TMapViewControl::PaintLayers(TBitmap32& buffer) {
-    TObjectList<TBaseMapLayer>& layers = FLayerManager->GetLayers();
-    for (int i = 0; i < layers.Count(); ++i) {
+    const auto manager = FLayerManager;
+    TObjectList<TBaseMapLayer>& layers = manager->GetLayers();
+    for (int i = 0; i < layers.Count() && FLayerManager == manager; ++i) {
         TBaseMapLayer* layer = layers[i];
         if (layer->GetIsVisible() && layer->GetHasContent() && layer->GetIsReadyToDraw())
             layer->Paint(FWorld.get(), FViewport.get(), buffer);
@@ -124,15 +125,15 @@ int TMapViewControl::ScaledToDevice(int logicalPixels) const {
 }
 
 bool TMapViewControl::UpdateCrosshairSprite() {
-    const double ratio = GetDeviceRatio();
+    FCrosshairRatio = GetDeviceRatio();
     const int side = ScaledToDevice(FCrosshairHighlights ? CrosshairSize + 1 : CrosshairSize);
     auto sprite = std::make_unique<TBitmap32>(side, side);
     sprite->SetDrawMode(TDrawMode::dmBlend);
     sprite->SetCombineMode(TCombineMode::cmMerge);
     sprite->Clear(0);
     if (FCrosshairHighlights)
-        DrawCrosshairArms(*sprite, 1, FCrosshairThickness, CrosshairHighlight, ratio);
-    DrawCrosshairArms(*sprite, 0, FCrosshairThickness, FCrosshairColor, ratio);
+        DrawCrosshairArms(*sprite, 1, FCrosshairThickness, CrosshairHighlight, FCrosshairRatio);
+    DrawCrosshairArms(*sprite, 0, FCrosshairThickness, FCrosshairColor, FCrosshairRatio);
     FCrosshairSprite = std::move(sprite);
     FCrosshairCenterPoint = {ScaledToDevice(CrosshairMiddle), ScaledToDevice(CrosshairMiddle)};
     return false;

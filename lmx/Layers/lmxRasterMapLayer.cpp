@@ -33,8 +33,10 @@ void TRasterMapLayer::SetColorCalc(const std::shared_ptr<IBaseColorCalculator>& 
     if (colorCalc == FColorCalc)
         return;
     FColorCalc = colorCalc;
+    const std::weak_ptr<const void> life = GetLivenessToken(); // a subscriber may free the layer
     Invalidate();
-    CreateLegendComponent();
+    if (!life.expired())
+        CreateLegendComponent();
 }
 
 void TRasterMapLayer::SetValueRange(const TValueRange& range) {
@@ -49,9 +51,12 @@ void TRasterMapLayer::Invalidate() {
     if (!FBitmap)
         return;
     DeleteBitmap();
+    const std::weak_ptr<const void> life = GetLivenessToken(); // a subscriber may free the layer
     SetIsReadyToDraw(false);
-    Render();
-    DoNotifyInvalidated();
+    if (!life.expired())
+        Render();
+    if (!life.expired())
+        DoNotifyInvalidated();
 }
 
 void TRasterMapLayer::Render() {}

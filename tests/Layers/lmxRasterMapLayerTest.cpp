@@ -214,5 +214,23 @@ TEST_F(RasterMapLayer, AnUpdateDoesNotHoldItsInvalidationsBack) {
     EXPECT_EQ(Layer.Renders, 2);
 }
 
+TEST(RasterMapLayerFreed, BySomebodyWhoIsToldThatItIsNotReady) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    auto layer = std::make_unique<TCountingLayer>(manager);
+    layer->SetBitmap(std::make_unique<TBitmap32>(1, 1));
+    const TSubscription freed = layer->GetOnReadyToDrawChanged().Add([&](TBaseMapLayer*) { layer.reset(); });
+    layer->SetColorCalc(std::make_shared<TOneColor>());
+    EXPECT_EQ(layer, nullptr);
+}
+
+TEST(RasterMapLayerFreed, BySomebodyWhoIsToldThatItIsInvalidated) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    auto layer = std::make_unique<TCountingLayer>(manager);
+    layer->SetBitmap(std::make_unique<TBitmap32>(1, 1));
+    const TSubscription freed = layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { layer.reset(); });
+    layer->SetColorCalc(std::make_shared<TOneColor>());
+    EXPECT_EQ(layer, nullptr);
+}
+
 } // namespace
 } // namespace lmx

@@ -91,9 +91,12 @@ class TInputBoxScript final : public IInputBoxService {
 public:
     std::vector<TAskedInput> Asked;
     std::deque<std::optional<QString>> Answers; ///< nothing: cancelled
+    std::function<void()> WhileOpen;            ///< what goes on meanwhile, if anything
 
     QString InputBox(const QString& title, const QString& prompt, const QString& defaultText) override {
         Asked.push_back({title, prompt, defaultText});
+        if (WhileOpen)
+            WhileOpen();
         return TakeAnswer(Answers, prompt, std::optional<QString>()).value_or(defaultText);
     }
 };
@@ -104,6 +107,7 @@ public:
     std::vector<TColorChooserDialogOptions> Made; ///< options of each chooser
     std::vector<TColor32> Shown;                  ///< colour with which each was run
     std::deque<std::optional<TColor32>> Answers;  ///< nothing: cancelled
+    std::function<void()> WhileOpen;              ///< what goes on meanwhile, if anything
 
     std::shared_ptr<IColorChooser> CreateColorChooser(TColorChooserDialogOptions options) override {
         Made.push_back(options);
@@ -122,6 +126,8 @@ private:
         void SetColor32(TColor32 color) override { FColor = color; }
         bool Execute(QWidget*) override {
             FScript.Shown.push_back(FColor);
+            if (FScript.WhileOpen)
+                FScript.WhileOpen();
             const auto answer = TakeAnswer(FScript.Answers, "a colour", std::optional<TColor32>());
             if (!answer)
                 return false;
