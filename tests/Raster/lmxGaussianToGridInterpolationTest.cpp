@@ -63,6 +63,8 @@ TEST(GaussianToGridInterpolation, RoundsItsCountsToTheNearestAndTiesToEven) {
     interpolation.Interpolate(2.5F, 3.5F, 0, 0, 1, source, rows, columns);
     EXPECT_EQ(columns, 2);
     EXPECT_EQ(rows, 4);
+    interpolation.Interpolate(0.35F, 1, 0, 0, 0.1F, source, rows, columns);
+    EXPECT_EQ(columns, 3) << "3.49999989, which as a single is 3.5";
     interpolation.Interpolate(0.5F, 1.25F, 0, 0, 0.5F, source, rows, columns);
     EXPECT_EQ(columns, 1);
     EXPECT_EQ(rows, 2);

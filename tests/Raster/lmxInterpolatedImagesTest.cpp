@@ -104,6 +104,10 @@ TEST(InterpolateGrid, WidensItsAreaToWholeDegreesAndHalvesTheDensestSpacing) {
     EXPECT_TRUE(HasShape(gridded.Grid, 7, 12));
     EXPECT_EQ(Gridded({0, 1, 3}, {0, 10}, {1, 2, 3, 4, 5, 6}).Info.Res, 0.5);
     EXPECT_EQ(Gridded({0, 10}, {0, 4, 7}, {1, 2, 3, 4, 5, 6}).Info.Res, 1.5);
+    const float west = -146.8F;
+    const float east = -37.2F;
+    EXPECT_EQ(Gridded({-60, 60}, {west, east}, {1, 2, 3, 4}).Info.Res, (double{east} - west) / 2)
+        << "54.800001, of a difference of doubles; singles give 54.800003";
 }
 
 TEST(InterpolateGrid, ThePolesOfLatitudesFrom88NeedNoData) {
@@ -310,6 +314,12 @@ TEST(CreateFromLinearGrid, TakesTheAxesAsEdgesAndTheCountsAsDivisor) {
     EXPECT_EQ(header.GetResolutionY(), static_cast<float>(4.0 / 3));
     EXPECT_EQ(image->GetCell(1, 1), 7);
     EXPECT_EQ(image->GetCell(3, 3), 3);
+}
+
+TEST(CreateFromLinearGrid, ComputesItsSpacingInExtended) {
+    const TSingleArray axis{23.2F, 80, 136.2F};
+    EXPECT_EQ(CreateFromLinearGrid(axis, axis, Axis(9, 1, 1))->getHeader()->GetResolutionX(), 37.6666641F)
+        << "the difference of singles gives 37.6666679";
 }
 
 TEST(CreateFromLinearGrid, DescendingLatitudesStayAsTheyAre) {
