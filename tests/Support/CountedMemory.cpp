@@ -11,10 +11,14 @@ std::atomic<std::size_t> Bytes = 0;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+// Both forms, so that what one of them gave is freed below by its like: address sanitizers look at that.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++Allocations;
     Bytes += size;
-    if (void* memory = std::malloc(size ? size : 1))
+    return std::malloc(size ? size : 1);
+}
+void* operator new(std::size_t size) {
+    if (void* memory = operator new(size, std::nothrow))
         return memory;
     throw std::bad_alloc();
 }
