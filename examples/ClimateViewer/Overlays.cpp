@@ -6,10 +6,13 @@
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
+#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
+#include <lmx/Runtime/lmxThread.h>
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QPointer>
 
 #include <algorithm>
 #include <chrono>
@@ -79,30 +82,53 @@ private:
     lmx::TShapeFileLayer& FLayer;
 };
 
-lmx::TBaseShapeLayer* AddShapeFile(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
-                                   lmx::TColor32 color) {
-    const auto converter = lmx::TSHapePointConverterFactory::GetObject(lmx::GetDatum(lmx::ProjectionFileOf(fileName)));
-    auto file = lmx::TShpFile::LoadFromFile(fileName, converter);
-    auto turnedFile = lmx::TShpFile::LoadFromFile(fileName, std::make_shared<TTurningConverter>(converter));
-    auto layer = std::make_unique<lmx::TShapeFileLayer>(manager);
-    layer->SetLayerName(manager->GetNextName(QFileInfo(fileName).completeBaseName()));
-    layer->SetColor(color);
-    layer->TakeShpFile(std::move(file));
-    auto turned = std::make_unique<TTurnedLayer>(manager, *layer);
-    turned->TakeShpFile(std::move(turnedFile));
-    auto* added = static_cast<lmx::TBaseShapeLayer*>(manager->GetLayers().Add(std::move(layer)));
-    manager->GetLayers().Add(std::move(turned));
-    return added;
+/// What a file of overlays holds: shapes, and the same turned, or vectors.
+struct TOverlayFiles {
+    QString Name;
+    std::unique_ptr<lmx::TShpFile> Shapes;
+    std::unique_ptr<lmx::TShpFile> TurnedShapes;
+    std::unique_ptr<lmx::TVector> Vectors;
+};
+
+/// Any thread.
+TOverlayFiles ReadOverlay(const QString& fileName) {
+    TOverlayFiles files;
+    files.Name = QFileInfo(fileName).completeBaseName();
+    if (HasSuffix(fileName, {"shp"})) {
+        const auto converter =
+            lmx::TSHapePointConverterFactory::GetObject(lmx::GetDatum(lmx::ProjectionFileOf(fileName)));
+        files.Shapes = lmx::TShpFile::LoadFromFile(fileName, converter);
+        files.TurnedShapes = lmx::TShpFile::LoadFromFile(fileName, std::make_shared<TTurningConverter>(converter));
+    } else {
+        files.Vectors = std::make_unique<lmx::TVector>(fileName);
+    }
+    return files;
 }
 
-lmx::TBaseShapeLayer* AddVectorFile(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
-                                    lmx::TColor32 color) {
-    auto file = std::make_unique<lmx::TVector>(fileName);
-    auto layer = std::make_unique<lmx::TVectorFileLayer>(manager);
-    layer->SetLayerName(manager->GetNextName(QFileInfo(fileName).completeBaseName()));
-    layer->SetColor(color);
-    layer->SetVectorFile(std::move(file));
-    return static_cast<lmx::TBaseShapeLayer*>(manager->GetLayers().Add(std::move(layer)));
+template<class Layer>
+Layer& AddLayer(const std::shared_ptr<lmx::ILayerManager>& manager, std::unique_ptr<Layer> layer) {
+    return static_cast<Layer&>(*manager->GetLayers().Add(std::move(layer)));
+}
+
+lmx::TBaseShapeLayer* AddFiles(const std::shared_ptr<lmx::ILayerManager>& manager, TOverlayFiles files,
+                               lmx::TColor32 color) {
+    const QString name = manager->GetNextName(files.Name);
+    if (files.Vectors) {
+        auto vectors = std::make_unique<lmx::TVectorFileLayer>(manager);
+        vectors->SetLayerName(name);
+        vectors->SetColor(color);
+        vectors->SetVectorFile(std::move(files.Vectors));
+        return &AddLayer(manager, std::move(vectors));
+    }
+    auto shapes = std::make_unique<lmx::TShapeFileLayer>(manager);
+    shapes->SetLayerName(name);
+    shapes->SetColor(color);
+    shapes->TakeShpFile(std::move(files.Shapes));
+    lmx::TShapeFileLayer& added = AddLayer(manager, std::move(shapes));
+    auto turned = std::make_unique<TTurnedLayer>(manager, added);
+    turned->TakeShpFile(std::move(files.TurnedShapes));
+    AddLayer(manager, std::move(turned));
+    return &added;
 }
 
 } // namespace
@@ -113,8 +139,28 @@ bool IsOverlayName(const QString& fileName) {
 
 lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
                                  lmx::TColor32 color) {
-    return HasSuffix(fileName, {"shp"}) ? AddShapeFile(manager, fileName, color)
-                                        : AddVectorFile(manager, fileName, color);
+    return AddFiles(manager, ReadOverlay(fileName), color);
+}
+
+void OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName, lmx::TColor32 color,
+                 QObject* owner, const std::function<void(lmx::TBaseShapeLayer* layer)>& added,
+                 const std::function<void(const QString& problem)>& failed) {
+    const auto read = [=, owner = QPointer(owner)] {
+        const auto files = std::make_shared<TOverlayFiles>();
+        QString problem;
+        try {
+            *files = ReadOverlay(fileName);
+        } catch (const lmx::Exception& failure) {
+            problem = failure.Message();
+        }
+        lmx::TThread::Synchronize([=] {
+            if (owner && !problem.isEmpty())
+                failed(problem);
+            else if (owner)
+                added(AddFiles(manager, std::move(*files), color));
+        });
+    };
+    lmx::TThread::CreateAnonymousThread(read)->Start();
 }
 
 void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder) {

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 namespace lmx {
@@ -24,6 +25,12 @@ bool IsOverlayName(const QString& fileName);
 /// @throws lmx::Exception with a message that names what is wrong.
 lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
                                  lmx::TColor32 color);
+
+/// The same in two steps: the file is read on a thread of its own, however large it is, and then the main thread adds
+/// the layer and calls `added`, or `failed` with what is wrong. If the owner is gone by then nothing happens.
+void OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName, lmx::TColor32 color,
+                 QObject* owner, const std::function<void(lmx::TBaseShapeLayer* layer)>& added,
+                 const std::function<void(const QString& problem)>& failed);
 
 /// Adds the rivers and the coasts of the world.
 /// @throws lmx::EFileException if a file of `folder` is missing or damaged.

@@ -10,6 +10,7 @@
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
+#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxFileDialog.h>
@@ -156,16 +157,40 @@ void TViewerWindow::AskForFile() {
 }
 
 void TViewerWindow::OpenFile(const QString& fileName) {
+    if (IsOverlayName(fileName)) {
+        OpenOverlayFile(fileName);
+        return;
+    }
     lmx::GuardEvent(this, [&] {
-        lmx::TBaseMapLayer* layer = nullptr;
-        if (IsOverlayName(fileName))
-            layer = AddOverlay(FManager, fileName, OverlayColor);
-        else
-            layer = FManager->GetLayers().Add(OpenRaster(FManager, fileName));
+        lmx::TBaseMapLayer* layer = FManager->GetLayers().Add(OpenRaster(FManager, fileName));
         RaisePlaces();
-        if (layer->GetLayerArea().WorldSystem)
-            FView->ZoomTo(layer);
+        FView->ZoomTo(layer);
     });
+}
+
+void TViewerWindow::OpenOverlayFile(const QString& fileName) {
+    const auto ended = [this] {
+        if (--FOpening == 0)
+            statusBar()->clearMessage();
+    };
+    ++FOpening;
+    statusBar()->showMessage(tr("Opening %1...").arg(fileName));
+    OpenOverlay(
+        FManager, fileName, OverlayColor, this,
+        [=, this](lmx::TBaseShapeLayer* layer) {
+            ended();
+            RaisePlaces();
+            if (layer->GetLayerArea().WorldSystem) // vectors have no area
+                lmx::GuardEvent(this, [&] { FView->ZoomTo(layer); });
+        },
+        [=, this](const QString& problem) {
+            ended();
+            lmx::GuardEvent(this, [&] { throw lmx::Exception(problem); });
+        });
+}
+
+bool TViewerWindow::IsBusy() const {
+    return FOpening > 0 || IsDrawing(*FManager);
 }
 
 void TViewerWindow::AddModelField() {

@@ -37,9 +37,11 @@ public:
     /// Adds the places of a file on top of the stack.
     /// @throws lmx::EFileException, lmx::EFileFormatException
     void AddPlaces(const QString& fileName);
-    /// Adds a file's raster, shapes or vectors, below the places, and zooms to it. What fails is shown in an error
-    /// box.
+    /// Adds a file's raster, shapes or vectors, below the places, and zooms to it; shapes and vectors a little later,
+    /// when they have been read. What fails is shown in an error box.
     void OpenFile(const QString& fileName);
+    /// Whether a file is being read or an overlay drawn.
+    bool IsBusy() const;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -55,6 +57,7 @@ private:
     void RaisePlaces();
     void RemoveMarks();
     void ChangeWorld(const std::shared_ptr<lmx::IWorldSystem>& system);
+    void OpenOverlayFile(const QString& fileName);
     void ShowPlace(const lmx::TPoint& pixel, const lmx::TMapPoint& place);
 
     std::shared_ptr<lmx::ILayerManager> FManager;
@@ -66,4 +69,5 @@ private:
     QLabel* FPlace;
     QLabel* FValues;
     lmx::TSubscription FModeChanged;
+    int FOpening = 0; // files that are being read
 };

@@ -84,7 +84,7 @@ int Run(const QApplication& application) {
     do { // a paint shows what is finished and starts what is not
         window.grab();
         QApplication::processEvents();
-    } while (IsDrawing(*window.GetLayerManager()) || !indicator->text().isEmpty());
+    } while (window.IsBusy() || !indicator->text().isEmpty());
     if (window.grab().save(options.value(picture)))
         return messages->HasErrors() ? 1 : 0;
     std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';

@@ -15,7 +15,9 @@
 #include <tests/Support/TestBufferedLayer.h>
 #include <tests/Support/VectorBytes.h>
 
+#include <QDropEvent>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPushButton>
 #include <QStatusBar>
 
@@ -137,6 +139,10 @@ TEST_F(ViewerOverlays, OpenFromTheMenuAndTakeAnotherColour) {
     TScriptedFileDialog dialogs;
     dialogs->Answers = {Folder.Path("line.shp")};
     window.menuBar()->actions().at(0)->menu()->actions().at(0)->trigger();
+    EXPECT_TRUE(window.IsBusy());
+    EXPECT_EQ(window.statusBar()->currentMessage(), "Opening " + Folder.Path("line.shp") + "...");
+    ASSERT_TRUE(PumpUntil([&] { return !window.IsBusy(); }));
+    EXPECT_EQ(window.statusBar()->currentMessage(), "");
     ASSERT_EQ(window.GetLayerManager()->GetLayers().Count(), 2);
     const auto* layer = dynamic_cast<TShapeFileLayer*>(window.GetLayerManager()->GetLayers()[0]);
     ASSERT_NE(layer, nullptr);
@@ -147,6 +153,37 @@ TEST_F(ViewerOverlays, OpenFromTheMenuAndTakeAnotherColour) {
     EXPECT_EQ(layer->GetColor(), Blue);
     EXPECT_NE(window.statusBar()->findChild<QLabel*>(QStringLiteral("DrawingIndicator")), nullptr);
     EXPECT_TRUE(PumpUntilRendersEnd());
+}
+
+TEST_F(ViewerOverlays, OpenByDropping) {
+    TViewerWindow window(DataFolder);
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(Folder.Path("line.shp")), QUrl::fromLocalFile(Folder.Path("line.vct"))});
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &drop);
+    ASSERT_TRUE(PumpUntil([&] { return !window.IsBusy(); }));
+    EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 3) << "both, and the other side of the shapes";
+    EXPECT_TRUE(PumpUntilRendersEnd());
+}
+
+TEST_F(ViewerOverlays, ADamagedFileIsShownInABox) {
+    Folder.Write("cut.shp", TShapeBytes().Point(1, {1, 1}).File(1).chopped(1));
+    TViewerWindow window(DataFolder);
+    TScriptedMsgBox boxes;
+    window.OpenFile(Folder.Path("cut.shp"));
+    ASSERT_TRUE(PumpUntil([&] { return !boxes->Shown.empty(); }));
+    EXPECT_EQ(boxes->Shown[0].Text, Folder.Path("cut.shp") + ": record 1 is cut short");
+    EXPECT_FALSE(window.IsBusy());
+    EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 0);
+}
+
+TEST_F(ViewerOverlays, AWindowMayCloseWhileAFileIsRead) {
+    auto window = std::make_unique<TViewerWindow>(DataFolder);
+    const auto manager = window->GetLayerManager();
+    window->OpenFile(DataFolder + QStringLiteral("/ne_50m_land.shp"));
+    window = nullptr;
+    EXPECT_TRUE(PumpUntilHandedOver());
+    EXPECT_EQ(manager->GetLayers().Count(), 0);
 }
 
 } // namespace
