@@ -2,6 +2,7 @@
 
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Formats/lmxShpPoint.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
 #include <algorithm>
@@ -39,12 +40,8 @@ public:
                    : ToPixelByDefinition({x, y});
     }
 
-    /// The same for many positions; `pixels` has room for as many. A vertex is any record of X and Y in doubles.
-    template<class Vertex>
-    void ToPixels(std::span<const Vertex> vertices, TPoint* pixels) const {
-        for (const Vertex& vertex : vertices)
-            *pixels++ = ToPixel(vertex.X, vertex.Y);
-    }
+    /// The same for many positions; `pixels` has room for as many.
+    void ToPixels(std::span<const TShpPoint> points, TPoint* pixels) const;
 
     /// What a bitmap of `size` pixels at the origin can show of the map: of positions that all lie on the same side of
     /// it, none has a pixel inside, nor has a line between two of them. Left <= Right and Bottom <= Top.

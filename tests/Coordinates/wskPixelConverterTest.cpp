@@ -13,11 +13,6 @@ namespace lmx::tests {
 
 namespace {
 
-struct TPlace {
-    double X;
-    double Y;
-};
-
 TPoint ByDefinition(const TWorldViewportLocal& viewport, const TMapPoint& point) {
     return viewport.MapPointToPoint(point).ToPoint();
 }
@@ -27,10 +22,12 @@ void ExpectDefinition(const TWorldViewportLocal& viewport, double x, double y) {
     const TPoint expected = ByDefinition(viewport, {x, y});
     ASSERT_EQ(converter.ToPixel(x, y), expected) << x << ", " << y << " at scale " << viewport.Scale;
     ASSERT_EQ(converter.ToPixel(TMapPoint(x, y)), expected) << x << ", " << y << " at scale " << viewport.Scale;
-    const TPlace place{x, y};
-    TPoint pixel;
-    converter.ToPixels(std::span(&place, 1), &pixel);
-    ASSERT_EQ(pixel, expected);
+    const TShpPoint places[] = {{1, 2}, {x, y}, {x, y}};
+    TPoint pixels[3];
+    converter.ToPixels(places, pixels);
+    ASSERT_EQ(pixels[0], ByDefinition(viewport, {1, 2}));
+    ASSERT_EQ(pixels[1], expected);
+    ASSERT_EQ(pixels[2], expected);
 }
 
 /// A world without the properties that the fast way needs.

@@ -159,7 +159,9 @@ TEST_F(ViewerOverlays, OpenByDropping) {
     TViewerWindow window(DataFolder);
     QMimeData files;
     files.setUrls({QUrl::fromLocalFile(Folder.Path("line.shp")), QUrl::fromLocalFile(Folder.Path("line.vct"))});
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&window, &enter);
+    QDropEvent drop({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, {});
     QCoreApplication::sendEvent(&window, &drop);
     ASSERT_TRUE(PumpUntil([&] { return !window.IsBusy(); }));
     EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 3) << "both, and the other side of the shapes";
