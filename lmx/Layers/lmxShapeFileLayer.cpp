@@ -89,9 +89,10 @@ void TShapeFileLayer::DeleteShpFile() {
     FShpFileLifetime.reset();
     if (!FOwnsShpFile || !file)
         return;
-    if (file->GetMemorySize() >= LargeGeometry)
-        FreeInBackground(file->GetData());
+    auto geometry = file->GetMemorySize() >= LargeGeometry ? file->GetData() : nullptr;
     delete file;
+    if (geometry)
+        FreeInBackground(std::move(geometry)); // this thread has no share left to drop
 }
 
 void TShapeFileLayer::SetProjection(std::shared_ptr<const IShapeFileProjection> projection) {
