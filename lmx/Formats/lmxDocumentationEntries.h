@@ -6,7 +6,12 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstdint>
+
 namespace lmx {
+
+/// Documentation that holds more is refused unread; a long name for each of 65536 cell values fits.
+inline constexpr std::int64_t MostDocumentationBytes = 8 * 1024 * 1024;
 
 /// The entries of a documentation file, by their bare key: its letters and digits, in lower case. One entry a line, key
 /// and value separated by the first colon; lines without a colon are skipped. Repeated ones are kept, because

@@ -16,9 +16,6 @@ struct TImageDocumentation {
     bool HasValueRange = false; ///< minimum and maximum; otherwise the cells tell
 };
 
-/// Documentation that holds more is refused unread; a long name for each of 65536 cell values fits.
-inline constexpr std::int64_t MostDocumentationBytes = 8 * 1024 * 1024;
-
 /// The two written forms: "file format" first and `code` legend lines, or the older one with `category` lines.
 enum class TDocumentationForm { dfWindows, dfDos };
 

@@ -1,3 +1,4 @@
+#include <lmx/Formats/lmxDocumentationEntries.h>
 #include <lmx/Formats/lmxIdrisiImages.h>
 #include <lmx/Formats/lmxImageFactory.h>
 #include <lmx/Formats/lmxImageFiles.h>

@@ -1,3 +1,4 @@
+#include <lmx/Formats/lmxDocumentationEntries.h>
 #include <lmx/Formats/lmxImageFiles.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>

@@ -1,3 +1,4 @@
+#include <lmx/Formats/lmxDocumentationEntries.h>
 #include <lmx/Formats/lmxImageDocumentation.h>
 #include <lmx/Formats/lmxImageFiles.h>
 #include <lmx/Formats/lmxImageHeader.h>

@@ -1,3 +1,4 @@
+#include <lmx/Formats/lmxDocumentationEntries.h>
 #include <lmx/Formats/lmxVector.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
@@ -73,7 +74,7 @@ void TVector::LoadFromFile(const QString& fileName) {
     const TVectorFiles files = FindVectorFiles(fileName);
     TVectorHeader header;
     if (!files.Documentation.isEmpty())
-        header = TVectorHeader::Parse(ReadFile(files.Documentation));
+        header = TVectorHeader::Parse(ReadFile(files.Documentation, MostDocumentationBytes));
     auto data = Parsed(files.Data, [&] {
         const QByteArray bytes = ReadFile(files.Data);
         return files.IsOld ? ParseOldVectorBytes(bytes, header.GetObjectType(), files.Data)

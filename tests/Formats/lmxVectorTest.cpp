@@ -5,6 +5,7 @@
 #include <tests/Support/VectorBytes.h>
 
 #include <QBuffer>
+#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -49,6 +50,17 @@ TEST(Vector, ReadsLinesWithTheirDocumentation) {
         EXPECT_EQ(vector.GetHeader().GetRefSystem(), "utm-31n");
         EXPECT_EQ(vector.GetHeader().GetMaxX(), 600000);
     }
+}
+
+TEST(Vector, RefusesOversizedDocumentationUnread) {
+    const TImageFolder folder;
+    ASSERT_TRUE(QFile::copy(DataFile("lines.vct"), folder.Path("lines.vct")));
+    folder.Write("lines.vdc", {});
+    ASSERT_TRUE(QFile::resize(folder.Path("lines.vdc"), qint64{1} << 36));
+    TVector vector(DataFile("points.vct"));
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { vector.LoadFromFile(folder.Path("lines.vct")); }),
+              folder.Path("lines.vdc") + QStringLiteral(": holds more than 8388608 bytes"));
+    EXPECT_EQ(vector.GetType(), vtPoint);
 }
 
 TEST(Vector, ReadsPoints) {
