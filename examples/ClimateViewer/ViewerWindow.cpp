@@ -144,6 +144,14 @@ void TViewerWindow::RaisePlaces() {
         FManager->MoveLayer(layers.IndexOf(FPlaces.Get()), layers.Count() - 1);
 }
 
+lmx::TBaseMapLayer* TViewerWindow::AddRaster(std::unique_ptr<lmx::TIdrisiMapLayer> raster) {
+    auto& layers = FManager->GetLayers();
+    int top = 0;
+    while (top < layers.Count() && dynamic_cast<lmx::TRasterMapLayer*>(layers[top]))
+        ++top;
+    return layers.Insert(top, std::move(raster));
+}
+
 void TViewerWindow::AskForFile() {
     lmx::TFileDialogRequest request;
     request.Title = tr("Open");
@@ -161,11 +169,7 @@ void TViewerWindow::OpenFile(const QString& fileName) {
         OpenOverlayFile(fileName);
         return;
     }
-    lmx::GuardEvent(this, [&] {
-        lmx::TBaseMapLayer* layer = FManager->GetLayers().Add(OpenRaster(FManager, fileName));
-        RaisePlaces();
-        FView->ZoomTo(layer);
-    });
+    lmx::GuardEvent(this, [&] { FView->ZoomTo(AddRaster(OpenRaster(FManager, fileName))); });
 }
 
 void TViewerWindow::OpenOverlayFile(const QString& fileName) {
@@ -199,10 +203,8 @@ void TViewerWindow::AddModelField() {
         layer->SetLayerName(FManager->GetNextName(tr("Rossby-Haurwitz wave, height in m")));
         layer->TakeImage(MakeGaussianField());
         layer->SetColorCalc(MakeColorScheme("Classes: six of viridis", layer->GetValueRange(), FDataFolder));
-        layer->SetOpacity(170); // the coasts below show through
         layer->Render();
-        FManager->GetLayers().Add(std::move(layer));
-        RaisePlaces();
+        AddRaster(std::move(layer));
     });
 }
 

@@ -14,6 +14,8 @@ class TPlacesLayer;
 namespace lmx {
 class ILayerManager;
 class IWorldSystem;
+class TBaseMapLayer;
+class TIdrisiMapLayer;
 class TMapViewControl;
 struct TMapPoint;
 struct TPoint;
@@ -32,13 +34,13 @@ public:
 
     /// Shows the whole world as large as it fits.
     void ShowWholeWorld();
-    /// Adds a model's field, gridded from its Gaussian axes and coloured by classes, below the places.
+    /// Adds a model's field, gridded from its Gaussian axes and coloured by classes, on top of the rasters.
     void AddModelField();
     /// Adds the places of a file on top of the stack.
     /// @throws lmx::EFileException, lmx::EFileFormatException
     void AddPlaces(const QString& fileName);
-    /// Adds a file's raster, shapes or vectors, below the places, and zooms to it; shapes and vectors a little later,
-    /// when they have been read. What fails is shown in an error box.
+    /// Adds a file's raster on top of the rasters, or its shapes or vectors below the places, and zooms to it; shapes
+    /// and vectors a little later, when they have been read. What fails is shown in an error box.
     void OpenFile(const QString& fileName);
     /// Whether a file is being read or an overlay drawn.
     bool IsBusy() const;
@@ -55,6 +57,7 @@ private:
     void MakeStatusBar();
     void AskForFile();
     void RaisePlaces();
+    lmx::TBaseMapLayer* AddRaster(std::unique_ptr<lmx::TIdrisiMapLayer> raster); // below all lines and places
     void RemoveMarks();
     void ChangeWorld(const std::shared_ptr<lmx::IWorldSystem>& system);
     void OpenOverlayFile(const QString& fileName);

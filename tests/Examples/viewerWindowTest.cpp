@@ -34,6 +34,7 @@
 #include "ModeActions.h"
 #include "ModeIcons.h"
 #include "OpenRaster.h"
+#include "Overlays.h"
 #include "Places.h"
 #include "SampleMap.h"
 
@@ -218,6 +219,15 @@ TEST_F(ViewerWindow, TheStatusBarNamesThePlaceUnderTheCursor) {
     for (const QLabel* label : Window.statusBar()->findChildren<QLabel*>())
         text += label->text() + u'\n';
     EXPECT_TRUE(text.contains(QStringLiteral("Cape Town, South Africa"))) << text.toStdString();
+}
+
+TEST_F(ViewerWindow, ARasterGoesBelowTheLines) {
+    AddSampleOverlays(Window.GetLayerManager(), DataFolder);
+    const int count = Layers().Count();
+    Window.AddModelField();
+    ASSERT_EQ(Layers().Count(), count + 1);
+    EXPECT_EQ(Layers()[2]->GetLayerName(), QStringLiteral("Rossby-Haurwitz wave, height in m"));
+    EXPECT_EQ(Layers()[3]->GetLayerName(), QStringLiteral("Rivers"));
 }
 
 TEST_F(ViewerWindow, PlacesStayOnTopAndInsideTheWorld) {
