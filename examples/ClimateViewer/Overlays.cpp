@@ -142,9 +142,10 @@ lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& mana
     return AddFiles(manager, ReadOverlay(fileName), color);
 }
 
-void OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName, lmx::TColor32 color,
-                 QObject* owner, const std::function<void(lmx::TBaseShapeLayer* layer)>& added,
-                 const std::function<void(const QString& problem)>& failed) {
+std::shared_ptr<lmx::TThread> OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
+                                          lmx::TColor32 color, QObject* owner,
+                                          const std::function<void(lmx::TBaseShapeLayer* layer)>& added,
+                                          const std::function<void(const QString& problem)>& failed) {
     const auto read = [=, owner = QPointer(owner)] {
         const auto files = std::make_shared<TOverlayFiles>();
         QString problem;
@@ -160,7 +161,9 @@ void OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QStri
                 added(AddFiles(manager, std::move(*files), color));
         });
     };
-    lmx::TThread::CreateAnonymousThread(read)->Start();
+    auto thread = lmx::TThread::CreateAnonymousThread(read);
+    thread->Start();
+    return thread;
 }
 
 void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder) {

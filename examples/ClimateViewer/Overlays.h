@@ -12,6 +12,7 @@
 namespace lmx {
 class ILayerManager;
 class TBaseShapeLayer;
+class TThread;
 } // namespace lmx
 
 // Lines over the rasters: shape files and Idrisi vectors, drawn in the background.
@@ -27,10 +28,12 @@ lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& mana
                                  lmx::TColor32 color);
 
 /// The same in two steps: the file is read on a thread of its own, however large it is, and then the main thread adds
-/// the layer and calls `added`, or `failed` with what is wrong. If the owner is gone by then nothing happens.
-void OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName, lmx::TColor32 color,
-                 QObject* owner, const std::function<void(lmx::TBaseShapeLayer* layer)>& added,
-                 const std::function<void(const QString& problem)>& failed);
+/// the layer and calls `added`, or `failed` with what is wrong. If the owner is gone by then nothing happens. Gives the
+/// thread, which has to end before the program does.
+std::shared_ptr<lmx::TThread> OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
+                                          lmx::TColor32 color, QObject* owner,
+                                          const std::function<void(lmx::TBaseShapeLayer* layer)>& added,
+                                          const std::function<void(const QString& problem)>& failed);
 
 /// Adds the rivers and the coasts of the world.
 /// @throws lmx::EFileException if a file of `folder` is missing or damaged.

@@ -12,6 +12,7 @@
 #include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
+#include <lmx/Runtime/lmxThread.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxFileDialog.h>
 
@@ -88,6 +89,8 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
 // The view calls back into this window until it is gone, so it goes before what it calls.
 TViewerWindow::~TViewerWindow() {
     delete FView;
+    for (const auto& reader : FReaders)
+        reader->WaitFor();
 }
 
 void TViewerWindow::MakeDocks() {
@@ -176,10 +179,11 @@ void TViewerWindow::OpenOverlayFile(const QString& fileName) {
     const auto ended = [this] {
         if (--FOpening == 0)
             statusBar()->clearMessage();
+        std::erase_if(FReaders, [](const auto& reader) { return reader->GetFinished(); });
     };
     ++FOpening;
     statusBar()->showMessage(tr("Opening %1...").arg(fileName));
-    OpenOverlay(
+    FReaders.push_back(OpenOverlay(
         FManager, fileName, OverlayColor, this,
         [=, this](lmx::TBaseShapeLayer* layer) {
             ended();
@@ -190,7 +194,7 @@ void TViewerWindow::OpenOverlayFile(const QString& fileName) {
         [=, this](const QString& problem) {
             ended();
             lmx::GuardEvent(this, [&] { throw lmx::Exception(problem); });
-        });
+        }));
 }
 
 bool TViewerWindow::IsBusy() const {

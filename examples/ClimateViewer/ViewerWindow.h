@@ -6,6 +6,7 @@
 #include <QMainWindow>
 
 #include <memory>
+#include <vector>
 
 class QLabel;
 class TModeActions;
@@ -17,6 +18,7 @@ class IWorldSystem;
 class TBaseMapLayer;
 class TIdrisiMapLayer;
 class TMapViewControl;
+class TThread;
 struct TMapPoint;
 struct TPoint;
 } // namespace lmx
@@ -72,5 +74,6 @@ private:
     QLabel* FPlace;
     QLabel* FValues;
     lmx::TSubscription FModeChanged;
-    int FOpening = 0; // files that are being read
+    int FOpening = 0;                                    // files that are being read
+    std::vector<std::shared_ptr<lmx::TThread>> FReaders; // what reads them
 };

@@ -118,7 +118,12 @@ std::shared_ptr<TThread> TThread::CreateAnonymousThread(std::function<void()> pr
 void TThread::Start() {
     if (FStarted.exchange(true))
         throw EInvalidOperation(QStringLiteral("Thread has already been started"));
-    StartDetachedThread([self = shared_from_this()] { self->Run(); });
+    try {
+        StartDetachedThread([self = shared_from_this()] { self->Run(); });
+    } catch (...) {
+        FStarted = false;
+        throw;
+    }
 }
 
 void TThread::Run() noexcept {
@@ -130,6 +135,7 @@ void TThread::Run() noexcept {
     }
     FProc = nullptr;
     FFinished.store(true, std::memory_order_release);
+    FFinished.notify_all();
 }
 
 TThread* TThread::GetCurrentThread() noexcept {

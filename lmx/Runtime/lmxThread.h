@@ -8,7 +8,7 @@
 namespace lmx {
 
 /// A thread of its own for one piece of work. Whoever started it may let go of it: it lives until its work is done.
-/// Nothing here ever waits for another thread.
+/// Nothing here waits for another thread unless it is told to (WaitFor).
 class TThread : public std::enable_shared_from_this<TThread> {
 public:
     /// A thread that will run `proc` once it is started. What `proc` raises ends with it; what it holds is freed on the
@@ -25,6 +25,12 @@ public:
     bool GetTerminated() const noexcept { return FTerminated.load(std::memory_order_acquire); }
     /// Whether the work is over and what it held is freed.
     bool GetFinished() const noexcept { return FFinished.load(std::memory_order_acquire); }
+    /// Waits until it is over; not at all if it was never started. At the end of a program wait for work that uses
+    /// libraries, whose own objects go then. Not from the work itself.
+    void WaitFor() const noexcept {
+        if (FStarted.load(std::memory_order_acquire))
+            FFinished.wait(false, std::memory_order_acquire);
+    }
 
     /// The TThread that this is called on, or nil on any other thread.
     static TThread* GetCurrentThread() noexcept;

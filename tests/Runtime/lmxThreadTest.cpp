@@ -30,6 +30,23 @@ TEST(Thread, RunsItsProcOnAThreadOfItsOwn) {
     EXPECT_NE(id.load(), std::this_thread::get_id());
 }
 
+TEST(Thread, IsWaitedForOnRequest) {
+    TGate gate;
+    std::atomic<bool> done = false;
+    const auto thread = TThread::CreateAnonymousThread([&done, wait = gate.GetWaiter()] {
+        wait(Never);
+        done = true;
+    });
+    thread->WaitFor(); // was never started
+    EXPECT_FALSE(thread->GetFinished());
+    thread->Start();
+    gate.Open();
+    thread->WaitFor();
+    EXPECT_TRUE(done);
+    EXPECT_TRUE(thread->GetFinished());
+    thread->WaitFor(); // is over
+}
+
 TEST(Thread, StartsOnce) {
     const auto thread = TThread::CreateAnonymousThread([] {});
     thread->Start();
