@@ -9,6 +9,12 @@ namespace lmx {
 
 namespace {
 
+// Numbers below the smallest are 0; std::from_chars reports them like those above the largest.
+template<class Float>
+bool TakeTiny(QByteArrayView token, Float& number) {
+    return TryStrToFloat(QString::fromLatin1(token), number, TFormatSettings::Invariant());
+}
+
 template<class Float>
 bool TakeNumber(QByteArrayView& text, Float& value) {
     qsizetype start = 0;
@@ -19,11 +25,7 @@ bool TakeNumber(QByteArrayView& text, Float& value) {
     const char* first = text.begin() + (hasPlus ? 1 : 0);
     Float number = 0;
     const auto [end, error] = std::from_chars(first, text.end(), number);
-    // Numbers below the smallest are 0, and std::from_chars reports them like those above the largest.
-    const auto readTiny = [&] {
-        return TryStrToFloat(QString::fromLatin1(first, end - first), number, TFormatSettings::Invariant());
-    };
-    if (error != std::errc{} && !(error == std::errc::result_out_of_range && readTiny()))
+    if (error != std::errc{} && !(error == std::errc::result_out_of_range && TakeTiny({first, end}, number)))
         return false;
     if (end != text.end() && !IsAsciiWhiteSpace(*end))
         return false;

@@ -25,7 +25,8 @@ void TRenderThreadHandler::ThreadExecute(TThreadPoolThread& thread) const {
         std::shared_ptr<TThreadPoolThread> Thread;
         std::unique_ptr<TBufferedBitmap> Picture;
     };
-    const auto result = std::make_shared<TResult>(thread.shared_from_this());
+    const auto result = std::make_shared<TResult>();
+    result->Thread = thread.shared_from_this();
     try {
         result->Picture = Render(thread);
     } catch (...) {
