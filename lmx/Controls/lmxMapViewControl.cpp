@@ -61,6 +61,7 @@ void TMapViewControl::SetLayerManager(const std::shared_ptr<ILayerManager>& mana
     if (manager == FLayerManager)
         return;
     const QPointer<TMapViewControl> self(this); // whoever is told may close the view
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the caller's may change meanwhile
     const std::shared_ptr<ILayerManager> next = manager;
     Notify(FOnBeforeLayerManagerChanged);
     if (const auto previous = self ? FLayerManager : nullptr) {

@@ -57,10 +57,12 @@ private:
 
 // Vertical rulers are lines from left to right, horizontal ones from top to bottom.
 void DrawLine(QPainter& canvas, const QRect& cell, TRulerOrientation orientation, const QColor& pen) {
+    const int middleX = cell.left() + cell.width() / 2;
+    const int middleY = cell.top() + cell.height() / 2;
     if (orientation == TRulerOrientation::roVertical)
-        FillRectOnGrid(canvas, QRectF(cell.left(), cell.top() + cell.height() / 2, cell.width(), 1), pen);
+        FillRectOnGrid(canvas, QRectF(cell.left(), middleY, cell.width(), 1), pen);
     else
-        FillRectOnGrid(canvas, QRectF(cell.left() + cell.width() / 2, cell.top(), 1, cell.height()), pen);
+        FillRectOnGrid(canvas, QRectF(middleX, cell.top(), 1, cell.height()), pen);
 }
 
 } // namespace

@@ -134,7 +134,7 @@ QString GetDatum(const QString& prjFileName) {
     const TProjObject system = FromText(context.get(), definition);
     if (!system)
         return {};
-    const QString whole = QString::fromUtf8(definition);
+    QString whole = QString::fromUtf8(definition);
     if (!IsPlainDegrees(context.get(), system.get()))
         return whole;
     const TProjObject datum = DatumOf(context.get(), system.get());

@@ -23,7 +23,8 @@ public:
                                         [&](const auto& handler) { return handler->CanCreate(layerType); });
         if (known == FHandlers.end())
             return nullptr;
-        const std::shared_ptr<ILayerFactoryHandler> handler = *known; // making a layer may register further handlers
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): making a layer may register further handlers
+        const std::shared_ptr<ILayerFactoryHandler> handler = *known;
         return handler->CreateLayer(manager);
     }
     void Register(const std::shared_ptr<ILayerFactoryHandler>& handler) override {
