@@ -10,43 +10,35 @@
 #include <QBuffer>
 #include <QTemporaryDir>
 
-#include <algorithm>
+#include <benchmarks/Measuring.h>
 #include <charconv>
-#include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <functional>
 #include <iomanip>
 #include <iostream>
-#include <limits>
 #include <vector>
 
 namespace {
 
 using namespace lmx;
+using namespace lmx::bench;
 
 constexpr std::int32_t Width = 4320;
 constexpr std::int32_t Height = 2161;
 constexpr std::size_t CellCount = std::size_t{Width} * Height;
 constexpr int Rounds = 7;
 
-double Milliseconds(const std::function<void()>& action) {
-    const auto begin = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
-
 /// Runs both in turns, so that they see the same machine, and prints the ratio of the best times.
 void Report(const char* name, const std::function<void()>& yardstick, const std::function<void()>& action) {
-    double bestYardstick = std::numeric_limits<double>::max();
-    double bestAction = bestYardstick;
+    TBestTime bestYardstick;
+    TBestTime bestAction;
     for (int i = 0; i < Rounds; ++i) {
-        bestYardstick = std::min(bestYardstick, Milliseconds(yardstick));
-        bestAction = std::min(bestAction, Milliseconds(action));
+        bestYardstick.Measure(yardstick);
+        bestAction.Measure(action);
     }
     std::cout << std::left << std::setw(34) << name << std::right << std::fixed << std::setprecision(3) << std::setw(7)
-              << bestYardstick / bestAction << " of the bare loop (" << std::setprecision(0) << bestYardstick << " ms, "
-              << bestAction << " ms)\n";
+              << bestYardstick / bestAction << " of the bare loop (" << std::setprecision(0)
+              << bestYardstick.GetMilliseconds() << " ms, " << bestAction.GetMilliseconds() << " ms)\n";
 }
 
 /// Temperatures with two decimals, or numbers of full precision.

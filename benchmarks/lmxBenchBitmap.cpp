@@ -9,7 +9,7 @@
 #include <lmx/Graphics/lmxPolygons.h>
 
 #include <algorithm>
-#include <chrono>
+#include <benchmarks/Measuring.h>
 #include <functional>
 #include <iomanip>
 #include <iostream>
@@ -18,12 +18,7 @@
 namespace {
 
 using namespace lmx;
-
-double Milliseconds(const std::function<void()>& action) {
-    const auto begin = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
+using namespace lmx::bench;
 
 TBitmap32 MakeRaster(std::int32_t width, std::int32_t height, std::uint32_t alphaBits, TDrawMode mode) {
     TBitmap32 raster(width, height);
@@ -40,11 +35,11 @@ TBitmap32 MakeRaster(std::int32_t width, std::int32_t height, std::uint32_t alph
 /// Runs the action and a Clear in turns, so that both see the same machine, and prints the ratio of the best times.
 void Report(const char* name, TBitmap32& buffer, const std::function<void()>& action) {
     constexpr int rounds = 40;
-    double bestClear = 1e9;
-    double bestAction = 1e9;
+    TBestTime bestClear;
+    TBestTime bestAction;
     for (int i = 0; i < rounds; ++i) {
-        bestClear = std::min(bestClear, Milliseconds([&] { buffer.Clear(clBlack32); }));
-        bestAction = std::min(bestAction, Milliseconds(action));
+        bestClear.Measure([&] { buffer.Clear(clBlack32); });
+        bestAction.Measure(action);
     }
     std::cout << std::left << std::setw(64) << name << std::right << std::fixed << std::setprecision(2) << std::setw(8)
               << bestAction / bestClear << " x Clear\n";

@@ -11,41 +11,24 @@
 
 #include <algorithm>
 #include <atomic>
+#include <benchmarks/Allocations.h>
+#include <benchmarks/Measuring.h>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
 #include <memory>
-#include <new>
 #include <thread>
 #include <utility>
 #include <vector>
 
 namespace {
 
-std::atomic<std::int64_t> Allocations = 0;
-
 constexpr int Width = 1920;
 constexpr int Height = 1080;
 constexpr int Repetitions = 50;
 constexpr int Vertices = 10'000'000;
 
-using TClock = std::chrono::steady_clock;
-
-double MillisecondsSince(TClock::time_point start) {
-    return std::chrono::duration<double, std::milli>(TClock::now() - start).count();
-}
-
-double BestMilliseconds(const std::function<void()>& work) {
-    double best = 1e300;
-    for (int i = 0; i < Repetitions; ++i) {
-        const auto start = TClock::now();
-        work();
-        best = std::min(best, MillisecondsSince(start));
-    }
-    return best;
-}
+using namespace lmx::bench;
 
 /// Draws a line of ten million vertices all over the picture.
 class THandler final : public lmx::TRenderThreadHandler {
@@ -107,16 +90,17 @@ std::unique_ptr<lmx::TBufferedBitmap> MakePicture(const lmx::TMapArea& area) {
 double MeasureDraw(TView& view) {
     const auto picture = MakePicture({});
     const lmx::TRect shorter(0, 0, Width - 1, Height - 1);
-    return BestMilliseconds([&] { view.Buffer.Draw(shorter, picture->Bitmap.GetBounds(), picture->Bitmap); });
+    return BestMilliseconds(Repetitions,
+                            [&] { view.Buffer.Draw(shorter, picture->Bitmap.GetBounds(), picture->Bitmap); });
 }
 
 void MeasurePaint(TView& view, double draw) {
     view.Layer.SetBufferedBitmap(MakePicture(view.Viewport.GetVisibleMapArea()));
     view.Paint();
-    const std::int64_t before = Allocations;
+    const std::int64_t before = GetAllocationCount();
     view.Paint();
-    const std::int64_t allocations = Allocations - before;
-    const double paint = BestMilliseconds([&] { view.Paint(); });
+    const std::int64_t allocations = GetAllocationCount() - before;
+    const double paint = BestMilliseconds(Repetitions, [&] { view.Paint(); });
     std::printf("paint with a current picture: %.2f x one stretched drawing (%.2f ms), %lld allocations\n",
                 paint / draw, draw, static_cast<long long>(allocations));
 }
@@ -163,21 +147,6 @@ void MeasurePan(TView& view, double draw) {
 }
 
 } // namespace
-
-// NOLINTBEGIN: replaced to count
-void* operator new(std::size_t size) {
-    ++Allocations;
-    if (void* memory = std::malloc(size > 0 ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-// NOLINTEND
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);

@@ -6,11 +6,9 @@
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Raster/lmxNeighbourBlend.h>
 
-#include <algorithm>
-#include <chrono>
+#include <benchmarks/Measuring.h>
 #include <cmath>
 #include <cstring>
-#include <functional>
 #include <iomanip>
 #include <iostream>
 #include <numbers>
@@ -25,6 +23,7 @@
 namespace {
 
 using namespace lmx;
+using namespace lmx::bench;
 
 /// Model output, and the even grid it is brought onto.
 struct TCase {
@@ -99,12 +98,6 @@ TSingleGrid InterpolatePlainly(const TCase& problem) {
     return result;
 }
 
-double Milliseconds(const std::function<void()>& action) {
-    const auto begin = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
-
 /// Copies and interpolates in turns, so that all see the same machine, and prints the ratios of the best times. The
 /// interpolation takes memory for its rows, as a copy of the grid does, whose ratio therefore stands beside it.
 void Report(const TCase& problem, int rounds) {
@@ -120,21 +113,20 @@ void Report(const TCase& problem, int rounds) {
     const TSingleArray from(cells, 1);
     TSingleArray to(cells);
     TSingleGrid copy;
-    double bestCopy = 1e9;
-    double bestFast = 1e9;
-    double bestGridCopy = 1e9;
-    double bestPlain = 1e9;
+    TBestTime bestCopy;
+    TBestTime bestFast;
+    TBestTime bestGridCopy;
+    TBestTime bestPlain;
     for (int i = 0; i < rounds; ++i) {
-        bestCopy =
-            std::min(bestCopy, Milliseconds([&] { std::memcpy(to.data(), from.data(), cells * sizeof(float)); }));
-        bestFast = std::min(bestFast, Milliseconds(interpolate));
-        bestGridCopy = std::min(bestGridCopy, Milliseconds([&] { TSingleGrid(result).swap(copy); }));
+        bestCopy.Measure([&] { std::memcpy(to.data(), from.data(), cells * sizeof(float)); });
+        bestFast.Measure(interpolate);
+        bestGridCopy.Measure([&] { TSingleGrid(result).swap(copy); });
         if (i % 5 == 0)
-            bestPlain = std::min(bestPlain, Milliseconds([&] { InterpolatePlainly(problem); }));
+            bestPlain.Measure([&] { InterpolatePlainly(problem); });
     }
-    const auto ratio = [bestCopy](double time) { return 2 * bestCopy / time; };
+    const auto ratio = [bestCopy](const TBestTime& time) { return 2 * (bestCopy / time); };
     std::cout << std::left << std::setw(38) << problem.Name << std::right << std::fixed << std::setprecision(3)
-              << ratio(bestFast) << " of the speed of memcpy a pass, " << 2 * bestGridCopy / bestFast
+              << ratio(bestFast) << " of the speed of memcpy a pass, " << 2 * (bestGridCopy / bestFast)
               << " of that of copying the grid; cell by cell " << ratio(bestPlain) << '\n';
 }
 

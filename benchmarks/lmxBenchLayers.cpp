@@ -12,10 +12,8 @@
 
 #include <QApplication>
 
-#include <algorithm>
-#include <chrono>
+#include <benchmarks/Measuring.h>
 #include <cstdio>
-#include <functional>
 #include <vector>
 
 namespace {
@@ -46,17 +44,6 @@ std::unique_ptr<lmx::TIdrisiMapLayer> MakeLayer(const std::shared_ptr<lmx::ILaye
     return layer;
 }
 
-double BestMilliseconds(const std::function<void()>& work) {
-    double best = 1e300;
-    for (int i = 0; i < Repetitions; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        best =
-            std::min(best, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
-    }
-    return best;
-}
-
 void Measure(const char* name, std::uint8_t opacity) {
     const auto manager = lmx::TLayerManagerFactory::GetObject();
     lmx::TMapViewControl view(nullptr, {});
@@ -72,12 +59,14 @@ void Measure(const char* name, std::uint8_t opacity) {
     view.GetViewport()->ZoomTo(view.GetWorldSystem()->Area());
 
     lmx::TBitmap32& buffer = view.GetBuffer();
-    const double clear = BestMilliseconds([&] { buffer.Clear(lmx::clWhite32); });
-    const double paint = BestMilliseconds([&] { view.DoPaintBuffer(); });
+    const double clear = lmx::bench::BestMilliseconds(Repetitions, [&] { buffer.Clear(lmx::clWhite32); });
+    const double paint = lmx::bench::BestMilliseconds(Repetitions, [&] { view.DoPaintBuffer(); });
     lmx::TBaseMapLayer* plain = manager->GetLayers()[0];
     lmx::TBaseMapLayer* cut = manager->GetLayers()[1];
-    const double one = BestMilliseconds([&] { plain->Paint(view.GetWorld(), view.GetViewport(), buffer); });
-    const double two = BestMilliseconds([&] { cut->Paint(view.GetWorld(), view.GetViewport(), buffer); });
+    const double one =
+        lmx::bench::BestMilliseconds(Repetitions, [&] { plain->Paint(view.GetWorld(), view.GetViewport(), buffer); });
+    const double two =
+        lmx::bench::BestMilliseconds(Repetitions, [&] { cut->Paint(view.GetWorld(), view.GetViewport(), buffer); });
     const double pixels = static_cast<double>(buffer.GetWidth()) * buffer.GetHeight() / 1e6;
     std::printf("%-16s paint %7.1f ms (%.1f Mpixel) = background %.2f ms + %d layers; a layer in one piece %.2f ms "
                 "(%.2f x clear), in two pieces %.2f ms (%.2f x clear)\n",
@@ -102,19 +91,19 @@ void MeasureLarge(const char* name, std::uint8_t opacity) {
     lmx::TBitmap32& buffer = view.GetBuffer();
     const auto paint = [&] { layer->Paint(view.GetWorld(), &viewport, buffer); };
 
-    const double clear = BestMilliseconds([&] { buffer.Clear(lmx::clWhite32); });
+    const double clear = lmx::bench::BestMilliseconds(Repetitions, [&] { buffer.Clear(lmx::clWhite32); });
     int step = 0;
-    const double first = BestMilliseconds([&] {
+    const double first = lmx::bench::BestMilliseconds(Repetitions, [&] {
         viewport.SetScale(5 + ++step / 100.0L); // a new size at every paint
         paint();
     });
-    const double again = BestMilliseconds(paint);
-    const double panned = BestMilliseconds([&] {
+    const double again = lmx::bench::BestMilliseconds(Repetitions, paint);
+    const double panned = lmx::bench::BestMilliseconds(Repetitions, [&] {
         viewport.SetTranslation({viewport.GetTranslation().X + (++step % 2 == 0 ? 5 : -5), 3});
         paint();
     });
     viewport.SetScale(50);
-    const double zoomedIn = BestMilliseconds(paint);
+    const double zoomedIn = lmx::bench::BestMilliseconds(Repetitions, paint);
     std::printf("%-16s 4320 x 2160 on 1920 x 1080, x clear (%.2f ms): first at a scale %.2f, again %.2f, panned %.2f, "
                 "zoomed in %.2f\n",
                 name, clear, first / clear, again / clear, panned / clear, zoomedIn / clear);

@@ -11,10 +11,8 @@
 
 #include <QApplication>
 
-#include <algorithm>
-#include <chrono>
+#include <benchmarks/Measuring.h>
 #include <cstdio>
-#include <functional>
 #include <memory>
 #include <random>
 
@@ -56,17 +54,6 @@ private:
     std::uniform_real_distribution<double> FLongitude{-180, 180};
     std::uniform_real_distribution<double> FLatitude{-90, 90};
 };
-
-double BestMilliseconds(const std::function<void()>& work) {
-    double best = 1e300;
-    for (int i = 0; i < Repetitions; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        best =
-            std::min(best, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
-    }
-    return best;
-}
 
 void AddRulers(lmx::TRulerMapLayer& layer, Places& places) {
     for (int i = 0; i < RulerCount; ++i) {
@@ -111,16 +98,17 @@ int main(int argc, char** argv) {
 
     lmx::TBitmap32& buffer = view.GetBuffer();
     const auto paint = [&](lmx::TBaseMapLayer* layer) {
-        return BestMilliseconds([&] { layer->Paint(view.GetWorld(), view.GetViewport(), buffer); });
+        return lmx::bench::BestMilliseconds(Repetitions,
+                                            [&] { layer->Paint(view.GetWorld(), view.GetViewport(), buffer); });
     };
-    const double clear = BestMilliseconds([&] { buffer.Clear(lmx::clWhite32); });
+    const double clear = lmx::bench::BestMilliseconds(Repetitions, [&] { buffer.Clear(lmx::clWhite32); });
     const auto print = [clear](const char* name, double milliseconds) {
         std::printf("%-34s %8.2f ms %8.1f x clearing the buffer\n", name, milliseconds, milliseconds / clear);
     };
     std::printf("clearing 1920 x 1080: %.2f ms\n", clear);
     print("1,000 rulers", paint(view.GetSpRulersLayer()));
     print("10,000 pins", paint(pins));
-    print("a frame of both", BestMilliseconds([&] { view.DoPaintBuffer(); }));
+    print("a frame of both", lmx::bench::BestMilliseconds(Repetitions, [&] { view.DoPaintBuffer(); }));
     AddPoints(*view.GetSpInfoQueryPointsLayer(), places);
     print("1,000 query points", paint(view.GetSpInfoQueryPointsLayer()));
     view.SetLayerManager(nullptr);

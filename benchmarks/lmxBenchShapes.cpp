@@ -19,30 +19,24 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <atomic>
+#include <benchmarks/Allocations.h>
+#include <benchmarks/Measuring.h>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
-#include <new>
 #include <thread>
 #include <time.h>
 #include <vector>
 
 namespace {
 
-std::atomic<long> Allocations = 0;
+using namespace lmx::bench;
 
+constexpr int Repetitions = 25;
 constexpr lmx::TSize ViewSize(1920, 1080);
 constexpr lmx::TColor32 Ink = 0xFF202020;
 constexpr double MicrosecondsPerMillisecond = 1000;
-
-double MillisecondsOf(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
 
 /// What this thread itself works, however busy the machine is.
 double OwnMillisecondsOf(const std::function<void()>& work) {
@@ -54,13 +48,6 @@ double OwnMillisecondsOf(const std::function<void()>& work) {
     const double start = now();
     work();
     return now() - start;
-}
-
-double BestMilliseconds(const std::function<void()>& work, int repetitions = 25) {
-    double best = 1e300;
-    for (int i = 0; i < repetitions; ++i)
-        best = std::min(best, MillisecondsOf(work));
-    return best;
 }
 
 /// A view whose middle shows `center`, at pixels per degree.
@@ -104,15 +91,15 @@ void MeasureLand(const lmx::TShpFile& land, const char* name, lmx::extended scal
     lmx::TWorld world(lmx::TLatLonWorldSystemFactory::GetObject());
     const lmx::TWorldViewportLocal view = ViewOf(world, scale, center);
     const std::vector<QPolygonF> polylines = PolylinesOf(land, view);
-    const double ours = BestMilliseconds([&] { Render(land, view); });
+    const double ours = BestMilliseconds(Repetitions, [&] { Render(land, view); });
     double qt = 1e300; // the faster one of its two formats with alpha
     for (const auto format : {QImage::Format_ARGB32_Premultiplied, QImage::Format_ARGB32})
-        qt = std::min(qt, BestMilliseconds([&] {
+        qt = std::min(qt, BestMilliseconds(Repetitions, [&] {
                           QImage picture(ViewSize.cx, ViewSize.cy, format);
                           PaintWithQt(picture, polylines);
                       }));
-    const double clear = BestMilliseconds([&] { lmx::CreateBufferedBitmap(ViewSize, {}); });
-    const double qtClear = BestMilliseconds([&] {
+    const double clear = BestMilliseconds(Repetitions, [&] { lmx::CreateBufferedBitmap(ViewSize, {}); });
+    const double qtClear = BestMilliseconds(Repetitions, [&] {
         QImage empty(ViewSize.cx, ViewSize.cy, QImage::Format_ARGB32_Premultiplied);
         empty.fill(0);
     });
@@ -140,12 +127,12 @@ void MeasurePaint(const QString& landName) {
         QCoreApplication::processEvents();
     const lmx::TBitmap32& picture = layer.GetBufferedBitmap()->Bitmap;
     const lmx::TRect stretched(0, 0, ViewSize.cx - 1, ViewSize.cy - 1);
-    const double copy = BestMilliseconds([&] { buffer.Draw(stretched, picture.GetBounds(), picture); });
-    const double current = BestMilliseconds(paint);
-    const long before = Allocations;
+    const double copy = BestMilliseconds(Repetitions, [&] { buffer.Draw(stretched, picture.GetBounds(), picture); });
+    const double current = BestMilliseconds(Repetitions, paint);
+    const std::int64_t before = GetAllocationCount();
     paint();
-    std::printf("%-22s %.3f ms = %.2f x one stretched copy, %ld allocations\n", "current picture", current,
-                current / copy, Allocations - before);
+    std::printf("%-22s %.3f ms = %.2f x one stretched copy, %lld allocations\n", "current picture", current,
+                current / copy, static_cast<long long>(GetAllocationCount() - before));
 }
 
 /// Ten million vertices of a ragged coast: 20,000 islands of 500 vertices, all over the world.
@@ -199,7 +186,7 @@ void MeasureLarge() {
     double whole = 0;
     for (const double zoom : {1.0, 8.0, 64.0, 512.0}) {
         const auto view = ViewOf(world, 1920 / 360.0 * zoom, {20.3, 10.2});
-        const double time = BestMilliseconds([&] { Render(*file, view); }, 5);
+        const double time = BestMilliseconds(5, [&] { Render(*file, view); });
         whole = zoom == 1 ? time : whole;
         std::printf("%-22s zoom %3.0f: a render %.2f ms, 1/%.0f of the whole world's\n", "", zoom, time, whole / time);
     }
@@ -247,20 +234,6 @@ void MeasureLarge() {
 }
 
 } // namespace
-
-// Counts what a paint takes from the heap.
-void* operator new(std::size_t size) {
-    ++Allocations;
-    if (void* memory = std::malloc(size > 0 ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <limits>
+
+// What all benchmarks measure with. Best times: whatever else the machine does only makes a run slower.
+
+namespace lmx::bench {
+
+using TClock = std::chrono::steady_clock;
+
+inline double MillisecondsSince(TClock::time_point start) {
+    return std::chrono::duration<double, std::milli>(TClock::now() - start).count();
+}
+
+inline double MillisecondsOf(const std::function<void()>& work) {
+    const TClock::time_point start = TClock::now();
+    work();
+    return MillisecondsSince(start);
+}
+
+/// The best time so far of some work that is measured in turns with other work, so that all see the same machine.
+class TBestTime {
+public:
+    void Measure(const std::function<void()>& work) { FMilliseconds = std::min(FMilliseconds, MillisecondsOf(work)); }
+
+    double GetMilliseconds() const { return FMilliseconds; } ///< infinite before the first measurement
+
+    /// How often the yardstick fits into this time.
+    friend double operator/(const TBestTime& time, const TBestTime& yardstick) {
+        return time.FMilliseconds / yardstick.FMilliseconds;
+    }
+
+private:
+    double FMilliseconds = std::numeric_limits<double>::infinity();
+};
+
+inline double BestMilliseconds(int repetitions, const std::function<void()>& work) {
+    TBestTime best;
+    for (int i = 0; i < repetitions; ++i)
+        best.Measure(work);
+    return best.GetMilliseconds();
+}
+
+} // namespace lmx::bench
