@@ -1,6 +1,6 @@
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
-#include <lmx/Colour/lmxColorSteps.h>
 #include <lmx/Colour/lmxPaletteBands.h>
+#include <lmx/Colour/lmxStepwiseColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <cmath>
@@ -17,7 +17,7 @@ std::shared_ptr<IColorKey> CopyOf(const std::shared_ptr<IColorKey>& key) {
 
 class TBasicPaletteColorCalculator final : public TBaseMinMaxColorCalculator,
                                            public IBasicPaletteColorCalculator,
-                                           public IStepwiseColorCalculator {
+                                           public TStepwiseColorCalculator {
 public:
     TBasicPaletteColorCalculator() = default;
     TBasicPaletteColorCalculator(float min, float max, std::shared_ptr<IColorKey> key, bool reserve)
@@ -26,7 +26,7 @@ public:
           FReserveFirstColorForNoData(reserve) {}
 
     TColor32 GetColor(float value) const override;
-    std::optional<TColorSteps> GetColorSteps() const override;
+    std::shared_ptr<const TColorSteps> GetColorSteps() const override;
 
     std::shared_ptr<IBaseColorCalculator> Clone() const override { return Clone(GetMinVal(), GetMaxVal()); }
     std::shared_ptr<IBaseColorCalculator> Clone(float min, float max) const override {
@@ -63,20 +63,20 @@ TColor32 TBasicPaletteColorCalculator::GetColor(float value) const {
     return entries[GetReservedCount() + bands.GetBand(value)].Color;
 }
 
-std::optional<TColorSteps> TBasicPaletteColorCalculator::GetColorSteps() const {
+std::shared_ptr<const TColorSteps> TBasicPaletteColorCalculator::GetColorSteps() const {
     if (!FColorKey || FColorKey->GetColors().empty())
-        return std::nullopt;
+        return nullptr;
     const std::vector<TColorKeyItem>& entries = FColorKey->GetColors();
     const TPaletteBands bands = GetBands(entries);
     const std::optional<std::vector<float>> starts = bands.GetStarts();
     if (!starts)
-        return std::nullopt;
+        return nullptr;
     TColorSteps steps(GetOutsideColor(entries));
     for (std::size_t band = 0; band < starts->size(); ++band)
         steps.Add((*starts)[band], entries[GetReservedCount() + band].Color);
     if (!starts->empty())
         steps.Add(std::nextafter(GetMaxVal(), std::numeric_limits<float>::infinity()), GetOutsideColor(entries));
-    return steps;
+    return std::make_shared<const TColorSteps>(std::move(steps));
 }
 
 } // namespace

@@ -1,17 +1,16 @@
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
 #include <lmx/Colour/lmxColorStepTable.h>
-#include <lmx/Colour/lmxColorSteps.h>
 #include <lmx/Colour/lmxLayerOpacity.h>
 #include <lmx/Colour/lmxRasterRows.h>
+#include <lmx/Colour/lmxStepwiseColorCalculator.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Runtime/lmxAvx2.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
-#include <optional>
+#include <memory>
 #include <span>
-#include <utility>
 
 namespace lmx {
 
@@ -56,12 +55,22 @@ public:
             AskCells(x, y, count, cookieRow, dataRow);
         FCookies = {cookieRow ? cookieRow + x : FAskedCookies, count};
         FValues = {dataRow ? dataRow + x : FAskedValues, count};
+        FNextValues = dataRow ? NextOf(dataRow, x + static_cast<std::int32_t>(count), y) : std::span<const float>();
     }
 
     std::span<const std::uint8_t> GetCookies() const { return FCookies; }
-    std::span<const float> GetValues() const { return FValues; } ///< any number where the cookie is not 1
+    std::span<const float> GetValues() const { return FValues; }         ///< any number where the cookie is not 1
+    std::span<const float> GetNextValues() const { return FNextValues; } ///< what will be read, where it is in memory
 
 private:
+    /// From column `x` on or, behind the last one, from the next row.
+    std::span<const float> NextOf(const float* row, std::int32_t x, std::int32_t y) const {
+        if (x < FData.GetWidth())
+            return {row + x, static_cast<std::size_t>(FData.GetWidth() - x)};
+        const float* nextRow = y + 1 < FData.GetHeight() ? FDataRows->GetMapRow(y + 1) : nullptr;
+        return {nextRow, nextRow ? static_cast<std::size_t>(FData.GetWidth()) : 0};
+    }
+
     void AskCells(std::int32_t x, std::int32_t y, std::size_t count, const std::uint8_t* cookieRow,
                   const float* dataRow) {
         for (std::size_t i = 0; i < count; ++i) {
@@ -80,6 +89,7 @@ private:
     float FAskedValues[TColorStepTable::BlockSize] = {};
     std::span<const std::uint8_t> FCookies;
     std::span<const float> FValues;
+    std::span<const float> FNextValues;
 };
 
 /// The colours of the cells with data, 0 elsewhere.
@@ -112,16 +122,15 @@ void RenderSteps(const ICookieData& cookie, const IMapData& data, const TColorSt
         for (std::int32_t x = 0; x < image.GetWidth(); x += BlockSize) {
             const auto count = static_cast<std::size_t>(std::min(BlockSize, image.GetWidth() - x));
             reader.Read(x, y, count);
-            table.GetColors(reader.GetValues(), colors);
+            table.GetColors(reader.GetValues(), colors, reader.GetNextValues());
             CutOut(colors, reader.GetCookies(), image.ScanLine(y) + x);
         }
     }
 }
 
-std::optional<TColorSteps> StepsOf(const IBaseColorCalculator& colorCalc) {
-    const auto* stepwise = dynamic_cast<const IStepwiseColorCalculator*>(&colorCalc);
-    std::optional<TColorSteps> steps = stepwise ? stepwise->GetColorSteps() : std::nullopt;
-    return steps && steps->GetCount() <= TColorStepTable::MaxStepCount ? std::move(steps) : std::nullopt;
+std::shared_ptr<const TColorStepTable> TableOf(const IBaseColorCalculator& colorCalc, const TLayerOpacity& opacity) {
+    const auto* stepwise = dynamic_cast<const TStepwiseColorCalculator*>(&colorCalc);
+    return stepwise ? stepwise->GetColorTable(opacity) : nullptr;
 }
 
 } // namespace
@@ -143,8 +152,8 @@ void TBitmap32RasterRenderer::Render(const ICookieData* cookie, const IMapData* 
     if (cookie->GetWidth() != image->GetWidth() || cookie->GetHeight() != image->GetHeight())
         throw EArgumentException(QStringLiteral("Cookie and Image size does not match"));
     const TLayerOpacity layerOpacity(opacity);
-    if (const std::optional<TColorSteps> steps = StepsOf(*colorCalc))
-        RenderSteps(*cookie, *data, TColorStepTable(*steps, layerOpacity), *image);
+    if (const std::shared_ptr<const TColorStepTable> table = TableOf(*colorCalc, layerOpacity))
+        RenderSteps(*cookie, *data, *table, *image);
     else
         RenderCells(*cookie, *data, layerOpacity, *colorCalc, *image);
 }

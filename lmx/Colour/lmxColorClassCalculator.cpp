@@ -1,5 +1,5 @@
 #include <lmx/Colour/lmxColorClassCalculator.h>
-#include <lmx/Colour/lmxColorSteps.h>
+#include <lmx/Colour/lmxStepwiseColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
@@ -28,7 +28,7 @@ std::vector<float> EdgesOf(const TObjectList<TColorClass>& classes) {
     return edges;
 }
 
-class TColorClassCalculator final : public IColorClassCalculator, public IStepwiseColorCalculator {
+class TColorClassCalculator final : public IColorClassCalculator, public TStepwiseColorCalculator {
 public:
     TColorClassCalculator() = default;
     explicit TColorClassCalculator(std::shared_ptr<IColorClasses> classes) : FColorClasses(std::move(classes)) {}
@@ -40,7 +40,7 @@ public:
         return item ? item->GetColor() : 0;
     }
 
-    std::optional<TColorSteps> GetColorSteps() const override;
+    std::shared_ptr<const TColorSteps> GetColorSteps() const override;
 
     std::shared_ptr<IBaseColorCalculator> Clone() const override {
         return std::make_shared<TColorClassCalculator>(CopyOf(FColorClasses));
@@ -61,14 +61,14 @@ private:
 };
 
 // From one edge to the next every comparison with a bound has one outcome, so the edge speaks for all values there.
-std::optional<TColorSteps> TColorClassCalculator::GetColorSteps() const {
+std::shared_ptr<const TColorSteps> TColorClassCalculator::GetColorSteps() const {
     if (!FColorClasses || !TColorClassesFactory::IsMaker(*FColorClasses) ||
         FColorClasses->GetClasses().Count() > MostClasses)
-        return std::nullopt;
+        return nullptr;
     TColorSteps steps(GetColor(std::numeric_limits<float>::quiet_NaN()));
     for (float edge : EdgesOf(FColorClasses->GetClasses()))
         steps.Add(edge, GetColor(edge));
-    return steps;
+    return std::make_shared<const TColorSteps>(std::move(steps));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace lmx {
 
@@ -12,6 +13,20 @@ namespace {
 
 constexpr std::size_t MostPages = 16384;
 constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
+
+/// Index of the first of some ascending starts in each page, and their number at last.
+std::vector<std::uint16_t> FirstInEachPage(const TValuePages& cut, const std::vector<float>& starts) {
+    std::vector<std::uint32_t> pageOfStart(starts.size());
+    cut.Find(starts, pageOfStart.data());
+    std::vector<std::uint16_t> first(cut.GetCount() + 1);
+    std::size_t start = 0;
+    for (std::size_t page = 0; page < first.size(); ++page) {
+        while (start < starts.size() && pageOfStart[start] < page)
+            ++start;
+        first[page] = static_cast<std::uint16_t>(start);
+    }
+    return first;
+}
 
 /// Colour of a value that belongs to the page. The starts that it reaches are counted by halving.
 template<class Page>
@@ -31,16 +46,22 @@ LMX_AVX2 inline TColor32 LookUpAtOnce(const Page& page, float value) {
     return page.Colors[static_cast<unsigned>(count)];
 }
 
-/// Looks up as many values as fours hold, and gives their number.
+/// Looks up the values that fill whole lines of the cache, and gives their number. A line to come is fetched with each;
+/// all lines fetched at once would be waited for at once.
 template<class Page>
-LMX_AVX2 std::size_t LookUpFours(const Page* pages, std::span<const float> values, const std::uint32_t* places,
-                                 TColor32* colors) {
+LMX_AVX2 std::size_t LookUpLines(const Page* pages, std::span<const float> values, const std::uint32_t* places,
+                                 TColor32* colors, std::span<const float> next) {
+    constexpr std::size_t LineSize = 64 / sizeof(float);
     std::size_t i = 0;
-    for (; i + 4 <= values.size(); i += 4) {
-        colors[i] = LookUpAtOnce(pages[places[i]], values[i]);
-        colors[i + 1] = LookUpAtOnce(pages[places[i + 1]], values[i + 1]);
-        colors[i + 2] = LookUpAtOnce(pages[places[i + 2]], values[i + 2]);
-        colors[i + 3] = LookUpAtOnce(pages[places[i + 3]], values[i + 3]);
+    for (; i + LineSize <= values.size(); i += LineSize) {
+        if (i < next.size())
+            _mm_prefetch(&next[i], _MM_HINT_T0);
+        for (std::size_t at = i; at < i + LineSize; at += 4) {
+            colors[at] = LookUpAtOnce(pages[places[at]], values[at]);
+            colors[at + 1] = LookUpAtOnce(pages[places[at + 1]], values[at + 1]);
+            colors[at + 2] = LookUpAtOnce(pages[places[at + 2]], values[at + 2]);
+            colors[at + 3] = LookUpAtOnce(pages[places[at + 3]], values[at + 3]);
+        }
     }
     return i;
 }
@@ -51,56 +72,48 @@ LMX_AVX2 std::size_t LookUpFours(const Page* pages, std::span<const float> value
 TColorStepTable::TColorStepTable(const TColorSteps& steps, const TLayerOpacity& opacity) {
     if (steps.GetCount() > MaxStepCount)
         throw EArgumentException(QStringLiteral("steps"));
+    TSteps faded;
     // What is no number reaches no start. So where it has another colour than the first step, all steps come after it.
     const bool isNaNApart = steps.GetNaNColor() != steps.GetColors().front();
-    FStarts.assign(steps.GetStarts().begin() + (isNaNApart ? 0 : 1), steps.GetStarts().end());
-    FColors.reserve(FStarts.size() + 1);
+    faded.Starts.assign(steps.GetStarts().begin() + (isNaNApart ? 0 : 1), steps.GetStarts().end());
+    faded.Colors.reserve(faded.Starts.size() + 1);
     if (isNaNApart)
-        FColors.push_back(opacity.Fade(steps.GetNaNColor()));
+        faded.Colors.push_back(opacity.Fade(steps.GetNaNColor()));
     for (TColor32 color : steps.GetColors())
-        FColors.push_back(opacity.Fade(color));
-    FCut = TValuePages(FStarts, TPage::MaxStarts, MostPages);
-    FillPages();
+        faded.Colors.push_back(opacity.Fade(color));
+    FCut = TValuePages(faded.Starts, TPage::MaxStarts, MostPages);
+    faded.FirstStarts = FirstInEachPage(FCut, faded.Starts);
+    FillPages(faded);
+    bool isAnyCrowded = false;
+    for (std::size_t page = 0; page < FPages.size() && !isAnyCrowded; ++page)
+        isAnyCrowded = faded.IsCrowded(page);
+    if (isAnyCrowded)
+        FSteps = std::move(faded);
 }
 
-void TColorStepTable::FillPages() {
-    std::vector<std::uint32_t> pageOfStart(FStarts.size());
-    FCut.Find(FStarts, pageOfStart.data());
+void TColorStepTable::FillPages(const TSteps& steps) {
     FPages.resize(FCut.GetCount());
-    FFirstStarts.assign(FPages.size() + 1, 0);
-    std::size_t start = 0;
     for (std::size_t page = 0; page < FPages.size(); ++page) {
-        const std::size_t first = start;
-        while (start < FStarts.size() && pageOfStart[start] == page)
-            ++start;
-        FillPage(FPages[page], first, start);
-        FFirstStarts[page + 1] = static_cast<std::uint16_t>(start);
-        FIsAnyCrowded = FIsAnyCrowded || start - first > TPage::MaxStarts;
+        const std::size_t first = steps.FirstStarts[page];
+        const std::size_t count = steps.IsCrowded(page) ? 0 : steps.FirstStarts[page + 1] - first;
+        FPages[page].Starts.fill(NaN);
+        std::copy_n(steps.Starts.begin() + static_cast<std::ptrdiff_t>(first), count, FPages[page].Starts.begin());
+        std::copy_n(steps.Colors.begin() + static_cast<std::ptrdiff_t>(first), count + 1, FPages[page].Colors.begin());
     }
 }
 
-void TColorStepTable::FillPage(TPage& page, std::size_t first, std::size_t end) const {
-    page.Starts.fill(NaN);
-    page.Colors[0] = FColors[first];
-    if (end - first > TPage::MaxStarts)
-        return;
-    for (std::size_t i = first; i < end; ++i) {
-        page.Starts[i - first] = FStarts[i];
-        page.Colors[i - first + 1] = FColors[i + 1];
-    }
-}
-
-void TColorStepTable::GetColors(std::span<const float> values, TColor32* colors) const {
+void TColorStepTable::GetColors(std::span<const float> values, TColor32* colors,
+                                [[maybe_unused]] std::span<const float> next) const {
     std::uint32_t places[BlockSize];
     FCut.Find(values, places);
     std::size_t done = 0;
 #ifdef LMX_HAS_AVX2_KERNELS
     if (HasAvx2())
-        done = LookUpFours(FPages.data(), values, places, colors);
+        done = LookUpLines(FPages.data(), values, places, colors, next);
 #endif
     for (; done < values.size(); ++done)
         colors[done] = LookUp(FPages[places[done]], values[done]);
-    if (FIsAnyCrowded)
+    if (FSteps)
         SearchCrowded(values, places, colors);
 }
 
@@ -108,11 +121,12 @@ void TColorStepTable::SearchCrowded(std::span<const float> values, const std::ui
                                     TColor32* colors) const {
     const auto isBefore = [](float value, float start) { return !(value >= start); };
     for (std::size_t i = 0; i < values.size(); ++i) {
-        const auto first = FStarts.begin() + FFirstStarts[places[i]];
-        const auto end = FStarts.begin() + FFirstStarts[places[i] + 1];
-        if (static_cast<std::size_t>(end - first) > TPage::MaxStarts)
-            colors[i] =
-                FColors[static_cast<std::size_t>(std::upper_bound(first, end, values[i], isBefore) - FStarts.begin())];
+        if (!FSteps->IsCrowded(places[i]))
+            continue;
+        const auto begin = FSteps->Starts.begin();
+        const auto next = std::upper_bound(begin + FSteps->FirstStarts[places[i]],
+                                           begin + FSteps->FirstStarts[places[i] + 1], values[i], isBefore);
+        colors[i] = FSteps->Colors[static_cast<std::size_t>(next - begin)];
     }
 }
 

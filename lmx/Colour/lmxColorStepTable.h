@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -14,7 +15,7 @@ namespace lmx {
 
 class TLayerOpacity;
 
-/// Finds the colours of many values at once; made for one render.
+/// Finds the colours of many values at once; made for one opacity.
 ///
 /// The steps are sorted into pages, each of which holds its colours and the few values at which they begin. So a value
 /// touches one line of the processor's cache, however many steps there are, and comparing it with all starts of its
@@ -31,8 +32,9 @@ public:
     /// Most values of one call of GetColors.
     static constexpr std::size_t BlockSize = 256;
 
-    /// Writes the colour of each value; any float is a value here. `colors` holds as many places.
-    void GetColors(std::span<const float> values, TColor32* colors) const;
+    /// Writes the colour of each value; any float is a value here. `colors` holds as many places. Meanwhile the
+    /// `next` values, as many at most, are brought near: looking up leaves the memory idle that they come from.
+    void GetColors(std::span<const float> values, TColor32* colors, std::span<const float> next = {}) const;
 
 private:
     /// One line of the cache.
@@ -45,16 +47,21 @@ private:
         std::array<TColor32, MaxStarts + 1> Colors; ///< before the first start, and from each start on
     };
 
-    void FillPages();
-    void FillPage(TPage& page, std::size_t first, std::size_t end) const;
+    /// What crowded pages are searched in.
+    struct TSteps {
+        std::vector<float> Starts;              ///< of the steps after the first
+        std::vector<TColor32> Colors;           ///< of all steps
+        std::vector<std::uint16_t> FirstStarts; ///< index of the first start in each page, and the end
+
+        bool IsCrowded(std::size_t page) const { return FirstStarts[page] + TPage::MaxStarts < FirstStarts[page + 1]; }
+    };
+
+    void FillPages(const TSteps& steps);
     void SearchCrowded(std::span<const float> values, const std::uint32_t* places, TColor32* colors) const;
 
-    std::vector<float> FStarts;    ///< of the steps after the first
-    std::vector<TColor32> FColors; ///< of all steps
     TValuePages FCut;
     std::vector<TPage> FPages;
-    std::vector<std::uint16_t> FFirstStarts; ///< index of the first start in each page, and the end
-    bool FIsAnyCrowded = false;
+    std::optional<TSteps> FSteps; ///< if any page is crowded
 };
 
 } // namespace lmx

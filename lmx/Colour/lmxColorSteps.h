@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <limits>
-#include <optional>
 #include <vector>
 
 namespace lmx {
@@ -38,6 +37,8 @@ public:
     const std::vector<TColor32>& GetColors() const { return FColors; } ///< one for each start
     TColor32 GetNaNColor() const { return FNaNColor; }                 ///< of what is no number
 
+    friend bool operator==(const TColorSteps&, const TColorSteps&) = default;
+
 private:
     void Replace(float start, TColor32 color);
 
@@ -46,16 +47,6 @@ private:
     std::vector<float> FStarts;
     std::vector<TColor32> FColors;
     TColor32 FNaNColor;
-};
-
-/// A calculator that can tell its colours in advance, so that a renderer need not ask for each cell.
-class IStepwiseColorCalculator {
-public:
-    virtual ~IStepwiseColorCalculator() = default;
-
-    /// The colours of all values, exactly as GetColor gives them now. Nothing if GetColor has to be asked: because it
-    /// may raise, or because its colours come from a host's own object.
-    virtual std::optional<TColorSteps> GetColorSteps() const = 0;
 };
 
 } // namespace lmx

@@ -1,13 +1,15 @@
-#include <lmx/Colour/lmxColorSteps.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxGradientPosition.h>
 #include <lmx/Colour/lmxGradientSteps.h>
+#include <lmx/Colour/lmxLatestResult.h>
+#include <lmx/Colour/lmxStepwiseColorCalculator.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Graphics/lmxGradientSource.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace lmx {
 
@@ -19,7 +21,7 @@ std::shared_ptr<IGradient> CopyOf(const std::shared_ptr<IGradient>& gradient) {
 
 class TGradientColorCalculator final : public TBaseMinMaxColorCalculator,
                                        public IGradientColorCalculator,
-                                       public IStepwiseColorCalculator {
+                                       public TStepwiseColorCalculator {
 public:
     TGradientColorCalculator() = default;
     TGradientColorCalculator(float min, float max, TColor32 defaultColor, std::shared_ptr<IGradient> gradient)
@@ -28,7 +30,7 @@ public:
           FDefaultColor(defaultColor) {}
 
     TColor32 GetColor(float value) const override;
-    std::optional<TColorSteps> GetColorSteps() const override;
+    std::shared_ptr<const TColorSteps> GetColorSteps() const override;
 
     std::shared_ptr<IBaseColorCalculator> Clone() const override {
         return std::make_shared<TGradientColorCalculator>(GetMinVal(), GetMaxVal(), FDefaultColor, CopyOf(FGradient));
@@ -43,10 +45,21 @@ public:
     void SetDefaultColor(TColor32 color) override { FDefaultColor = color; }
 
 private:
+    /// All that the colours depend on.
+    struct TSource {
+        float MinVal;
+        float MaxVal;
+        TColor32 DefaultColor;
+        std::vector<TColorStop> Stops;
+
+        friend bool operator==(const TSource&, const TSource&) = default;
+    };
+
     TColor32 GetGradientColor(double position) const;
 
     std::shared_ptr<IGradient> FGradient;
     TColor32 FDefaultColor = 0;
+    mutable TLatestResult<TSource, std::shared_ptr<const TColorSteps>> FSteps;
 };
 
 TColor32 TGradientColorCalculator::GetColor(float value) const {
@@ -56,14 +69,17 @@ TColor32 TGradientColorCalculator::GetColor(float value) const {
     return position >= 0 && position <= 1 ? GetGradientColor(position) : FDefaultColor;
 }
 
-std::optional<TColorSteps> TGradientColorCalculator::GetColorSteps() const {
+std::shared_ptr<const TColorSteps> TGradientColorCalculator::GetColorSteps() const {
     if (!FGradient || !TGradientFactory::IsMaker(*FGradient))
-        return std::nullopt;
-    if (IsCollapsedRange(GetMinVal(), GetMaxVal()))
-        return TColorSteps(FGradient->GetColor(1.0));
-    if (!std::isfinite(GetMinVal()) || !std::isfinite(GetMaxVal()))
-        return std::nullopt;
-    return GradientColorSteps(*FGradient, GetMinVal(), GetMaxVal(), FDefaultColor);
+        return nullptr;
+    const bool isCollapsed = IsCollapsedRange(GetMinVal(), GetMaxVal());
+    if (!isCollapsed && !(std::isfinite(GetMinVal()) && std::isfinite(GetMaxVal())))
+        return nullptr;
+    return FSteps.Get({GetMinVal(), GetMaxVal(), FDefaultColor, FGradient->GetColorStops()}, [&] {
+        return std::make_shared<const TColorSteps>(
+            isCollapsed ? TColorSteps(FGradient->GetColor(1.0))
+                        : GradientColorSteps(*FGradient, GetMinVal(), GetMaxVal(), FDefaultColor));
+    });
 }
 
 TColor32 TGradientColorCalculator::GetGradientColor(double position) const {

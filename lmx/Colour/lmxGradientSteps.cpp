@@ -49,6 +49,7 @@ void AddColorsBetween(const TColorStop& from, const TColorStop& to, float end, T
 TColorSteps PositionColorSteps(IGradient& gradient, TColor32 defaultColor) {
     const std::vector<TColorStop> stops = SortedStops(gradient.GetColorStops());
     TColorSteps steps(defaultColor);
+    steps.Reserve(stops.size() * (GradientSteps + 1) + 3);
     steps.Add(0, gradient.GetColor(0));
     const float outside = FirstPositionFrom(std::nextafter(1.0, 2.0));
     for (std::size_t i = 0; i < stops.size(); ++i) {

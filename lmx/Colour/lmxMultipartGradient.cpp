@@ -1,13 +1,14 @@
 #include <lmx/Colour/lmxColorStepTable.h>
-#include <lmx/Colour/lmxColorSteps.h>
+#include <lmx/Colour/lmxLatestResult.h>
 #include <lmx/Colour/lmxMultipartGradient.h>
+#include <lmx/Colour/lmxStepwiseColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <map>
-#include <optional>
+#include <memory>
+#include <utility>
 
 namespace lmx {
 
@@ -17,11 +18,46 @@ constexpr float Infinity = std::numeric_limits<float>::infinity();
 
 using TParts = std::vector<std::shared_ptr<IGradientColorCalculator>>;
 
+/// Whether a value lies within overall bounds. One that is no number keeps nothing out.
+bool IsBetween(float value, float min, float max) {
+    return !(value < min) && !(value > max);
+}
+
+/// What the colours of one part depend on. The steps are shared: the same ones as long as the part stays the same.
+struct TBand {
+    float MinVal;
+    float MaxVal;
+    std::shared_ptr<const TColorSteps> Steps; ///< nil where they have to be asked for
+
+    bool Contains(float value) const { return MinVal <= value && MaxVal >= value; }
+    friend bool operator==(const TBand&, const TBand&) = default;
+};
+
+/// What all colours depend on.
+struct TSource {
+    float MinVal;
+    float MaxVal;
+    std::vector<TBand> Bands;
+
+    friend bool operator==(const TSource&, const TSource&) = default;
+};
+
 void AddEdges(float min, float max, std::vector<float>& edges) {
     if (!std::isnan(min))
         edges.push_back(min);
     if (!std::isnan(max))
         edges.push_back(std::nextafter(max, Infinity));
+}
+
+/// First values, ascending, of the stretches that one part colours, or none. The first is minus infinity.
+std::vector<float> EdgesOf(const TSource& source) {
+    std::vector<float> edges = {-Infinity};
+    AddEdges(source.MinVal, source.MaxVal, edges);
+    for (const TBand& band : source.Bands)
+        AddEdges(band.MinVal, band.MaxVal, edges);
+    std::sort(edges.begin(), edges.end());
+    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+    return edges;
 }
 
 /// Adds the steps of a part that lie from `from` to before `to`; to the end of all values if `to` is no number.
@@ -34,20 +70,44 @@ void AddSteps(const TColorSteps& part, float from, float to, TColorSteps& steps)
     steps.Add(part, index, static_cast<std::size_t>(end - starts.begin()));
 }
 
+/// Nil if one of the parts that show has to be asked for its colours.
+std::shared_ptr<const TColorSteps> StepsOf(const TSource& source) {
+    TColorSteps steps(0); // what is no number lies in no part
+    std::size_t count = 0;
+    for (const TBand& band : source.Bands)
+        count += band.Steps ? band.Steps->GetCount() : 0;
+    steps.Reserve(count);
+    const std::vector<float> edges = EdgesOf(source);
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        const auto band = std::find_if(source.Bands.begin(), source.Bands.end(),
+                                       [&](const TBand& item) { return item.Contains(edges[i]); });
+        if (band == source.Bands.end() || !IsBetween(edges[i], source.MinVal, source.MaxVal)) {
+            steps.Add(edges[i], 0);
+            continue;
+        }
+        if (!band->Steps || steps.GetCount() > TColorStepTable::MaxStepCount)
+            return nullptr;
+        const bool isLast = i + 1 == edges.size();
+        AddSteps(*band->Steps, edges[i], isLast ? std::numeric_limits<float>::quiet_NaN() : edges[i + 1], steps);
+    }
+    return std::make_shared<const TColorSteps>(std::move(steps));
+}
+
 class TMultipartGradientColorCalculator final : public TBaseMinMaxColorCalculator,
                                                 public IMultipartGradientColorCalculator,
-                                                public IStepwiseColorCalculator {
+                                                public TStepwiseColorCalculator {
 public:
     TMultipartGradientColorCalculator(float min, float max, std::span<const TParts::value_type> parts)
         : TBaseMinMaxColorCalculator(min, max),
           FGradients(parts.begin(), parts.end()) {}
 
     TColor32 GetColor(float value) const override {
-        const IGradientColorCalculator* part = Contains(value) ? FindPart(value).get() : nullptr;
+        const IGradientColorCalculator* part =
+            IsBetween(value, GetMinVal(), GetMaxVal()) ? FindPart(value).get() : nullptr;
         return part ? part->GetColor(value) : 0;
     }
 
-    std::optional<TColorSteps> GetColorSteps() const override;
+    std::shared_ptr<const TColorSteps> GetColorSteps() const override;
 
     std::shared_ptr<IBaseColorCalculator> Clone() const override { return Clone(GetMinVal(), GetMaxVal()); }
     std::shared_ptr<IBaseColorCalculator> Clone(float min, float max) const override {
@@ -58,11 +118,10 @@ public:
     TParts& GetGradients() override { return FGradients; }
 
 private:
-    bool Contains(float value) const { return !(value < GetMinVal()) && !(value > GetMaxVal()); }
     const TParts::value_type& FindPart(float value) const;
-    std::vector<float> GetEdges() const;
 
     TParts FGradients;
+    mutable TLatestResult<TSource, std::shared_ptr<const TColorSteps>> FSteps;
 };
 
 const TParts::value_type& TMultipartGradientColorCalculator::FindPart(float value) const {
@@ -73,37 +132,13 @@ const TParts::value_type& TMultipartGradientColorCalculator::FindPart(float valu
     return none;
 }
 
-/// First values, ascending, of the stretches that one part colours, or none. The first is minus infinity.
-std::vector<float> TMultipartGradientColorCalculator::GetEdges() const {
-    std::vector<float> edges = {-Infinity};
-    AddEdges(GetMinVal(), GetMaxVal(), edges);
+std::shared_ptr<const TColorSteps> TMultipartGradientColorCalculator::GetColorSteps() const {
+    TSource source = {GetMinVal(), GetMaxVal(), {}};
     for (const TParts::value_type& part : FGradients)
-        if (part)
-            AddEdges(part->GetMinVal(), part->GetMaxVal(), edges);
-    std::sort(edges.begin(), edges.end());
-    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
-    return edges;
-}
-
-std::optional<TColorSteps> TMultipartGradientColorCalculator::GetColorSteps() const {
-    std::map<const IGradientColorCalculator*, std::optional<TColorSteps>> stepsOfParts;
-    TColorSteps steps(0); // what is no number lies in no part
-    const std::vector<float> edges = GetEdges();
-    for (std::size_t i = 0; i < edges.size(); ++i) {
-        const IGradientColorCalculator* part = Contains(edges[i]) ? FindPart(edges[i]).get() : nullptr;
-        if (!part) {
-            steps.Add(edges[i], 0);
-            continue;
-        }
-        const auto [entry, isNew] = stepsOfParts.try_emplace(part);
-        if (const auto* stepwise = dynamic_cast<const IStepwiseColorCalculator*>(part); isNew && stepwise)
-            entry->second = stepwise->GetColorSteps();
-        if (!entry->second || steps.GetCount() > TColorStepTable::MaxStepCount)
-            return std::nullopt;
-        const bool isLast = i + 1 == edges.size();
-        AddSteps(*entry->second, edges[i], isLast ? std::numeric_limits<float>::quiet_NaN() : edges[i + 1], steps);
-    }
-    return steps;
+        if (const auto* stepwise = dynamic_cast<const TStepwiseColorCalculator*>(part.get()); part)
+            source.Bands.push_back(
+                {part->GetMinVal(), part->GetMaxVal(), stepwise ? stepwise->GetColorSteps() : nullptr});
+    return FSteps.Get(source, [&] { return StepsOf(source); });
 }
 
 } // namespace

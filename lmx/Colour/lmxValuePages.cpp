@@ -2,6 +2,7 @@
 #include <lmx/Runtime/lmxAvx2.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <limits>
@@ -11,9 +12,9 @@ namespace lmx {
 
 namespace {
 
-constexpr double HandyPages = 256; ///< so few are not worth the longer way to pages of equal ratio
+constexpr double HandyPages = 256;       ///< so few are not worth the longer way to others
+constexpr double HandyFilling = 1.0 / 3; ///< nor is it worth it for pages that hold so much of what they could
 constexpr float LargestFloat = std::numeric_limits<float>::max();
-constexpr std::int32_t LargestInt = std::numeric_limits<std::int32_t>::max();
 
 /// How many pages of equal width keep any of some ascending positions and the `perPage`-th one behind it apart. A
 /// little more than that, for the rounding of positions to pages.
@@ -23,6 +24,51 @@ double PagesNeeded(std::span<const float> positions, std::size_t perPage) {
     for (std::size_t i = perPage; i < positions.size(); ++i)
         least = std::min(least, static_cast<double>(positions[i]) - positions[i - perPage]);
     return extent > 0 ? 1.01 * extent / least + 2 : 1;
+}
+
+/// What positions of one order of magnitude need.
+struct TMagnitude {
+    double Power;    ///< of two, above these magnitudes
+    double Distance; ///< least distance from such a position to the `perPage`-th one behind it
+};
+
+/// Ascending; only the orders that positions have.
+std::vector<TMagnitude> MagnitudesOf(std::span<const float> positions, std::size_t perPage) {
+    constexpr int LowestExponent = -149; // of the smallest float
+    std::array<double, 277> distances;
+    distances.fill(std::numeric_limits<double>::infinity());
+    for (std::size_t i = perPage; i < positions.size(); ++i) {
+        const double below = positions[i - perPage];
+        const double above = positions[i];
+        const auto bits = std::bit_cast<std::uint64_t>(std::max(std::abs(below), std::abs(above)));
+        double& least = distances[(bits >> 52) - (1023 + LowestExponent)];
+        least = std::min(least, above - below);
+    }
+    std::vector<TMagnitude> magnitudes;
+    for (std::size_t i = 0; i < distances.size(); ++i)
+        if (std::isfinite(distances[i]))
+            magnitudes.push_back({std::ldexp(1, static_cast<int>(i) + LowestExponent + 1), distances[i]});
+    return magnitudes;
+}
+
+/// The power of two that, as a knee, needs the fewest pages, as far as the magnitudes tell. They see a page as wide as
+/// it would be if its width grew steadily, not with each power of two.
+double NearBestKnee(std::span<const float> positions, std::size_t perPage) {
+    const std::vector<TMagnitude> magnitudes = MagnitudesOf(positions, perPage);
+    double best = 1;
+    double fewest = std::numeric_limits<double>::infinity();
+    for (double knee = magnitudes.front().Power / 2; knee <= magnitudes.back().Power / 2; knee *= 2) {
+        double pagesForEachFold = 0; // that is, for each e-fold of magnitude
+        for (const TMagnitude& magnitude : magnitudes)
+            pagesForEachFold = std::max(pagesForEachFold, (magnitude.Power + knee) / magnitude.Distance);
+        const auto folds = [knee](double value) { return std::copysign(std::log1p(std::abs(value) / knee), value); };
+        const double pages = pagesForEachFold * (folds(positions.back()) - folds(positions.front()));
+        if (pages < fewest) {
+            fewest = pages;
+            best = knee;
+        }
+    }
+    return best;
 }
 
 /// A loop that compilers turn into lanes, as many as the caller's instructions have.
@@ -48,14 +94,11 @@ LMX_AVX2 void FindByEights(const Cut& cut, std::span<const float> values, std::u
     return static_cast<std::uint32_t>(static_cast<std::int32_t>(page)); // lanes have the signed conversion only
 }
 
-/// Place of a value in the row of all floats without those below the smallest magnitude: it rises by the same number
-/// from each power of two to the next.
+/// Rises by the same number from each power of two to the next, of the magnitudes with the knee.
 [[gnu::always_inline]] inline float TValuePages::TRatios::PlaceOf(float value) const {
-    const auto bits = std::bit_cast<std::int32_t>(value);
-    std::int32_t place = (bits & LargestInt) - Smallest;
-    place = place > 0 ? place : 0;
-    place = bits < 0 ? -place : place;
-    return static_cast<float>(place);
+    const auto place = std::bit_cast<std::int32_t>(std::abs(value) + Knee) - std::bit_cast<std::int32_t>(Knee);
+    const std::int32_t sign = std::bit_cast<std::int32_t>(value) >> 31; // 0 or -1
+    return static_cast<float>((place ^ sign) - sign);
 }
 
 [[gnu::always_inline]] inline std::uint32_t TValuePages::TRatios::operator()(float value) const {
@@ -69,36 +112,36 @@ TValuePages::TWidths TValuePages::TWidths::Over(std::span<const float> positions
             last};
 }
 
-TValuePages::TRatios TValuePages::TRatios::WithNearZero(std::span<const float> values, std::size_t count) {
-    auto above = std::lower_bound(values.begin(), values.end(), 0.0F);
-    auto below = above;
-    float smallest = 0;
-    for (std::size_t i = 0; i < std::min(count, values.size()); ++i) {
-        const bool isAboveNearer = below == values.begin() || (above != values.end() && *above < -*(below - 1));
-        smallest = isAboveNearer ? *above++ : -*--below;
-    }
-    return {std::bit_cast<std::int32_t>(std::abs(smallest)), {}};
-}
-
 TValuePages::TValuePages(std::span<const float> values, std::size_t perPage, std::size_t mostPages) {
     if (values.empty())
         return;
-    TRatios ratios = TRatios::WithNearZero(values, (perPage + 1) / 2);
-    std::vector<float> widthPositions(values.size());
-    std::vector<float> ratioPositions(values.size());
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        widthPositions[i] = std::clamp(values[i], -LargestFloat, LargestFloat);
-        ratioPositions[i] = ratios.PlaceOf(values[i]);
-    }
-    const double widthPages = PagesNeeded(widthPositions, perPage);
-    const double ratioPages = PagesNeeded(ratioPositions, perPage);
-    const bool isByWidth = widthPages <= std::max(ratioPages, HandyPages);
-    FCount = static_cast<std::size_t>(std::min(isByWidth ? widthPages : ratioPages, static_cast<double>(mostPages)));
-    ratios.Places = TWidths::Over(ratioPositions, FCount);
-    if (isByWidth)
-        FCut = TWidths::Over(widthPositions, FCount);
-    else
+    std::vector<float> positions(values.size());
+    std::transform(values.begin(), values.end(), positions.begin(),
+                   [](float value) { return std::clamp(value, -LargestFloat, LargestFloat); });
+    const double widthPages = PagesNeeded(positions, perPage);
+    const auto count = [mostPages](double pages) {
+        return static_cast<std::size_t>(std::min(pages, static_cast<double>(mostPages)));
+    };
+    FCount = count(widthPages);
+    FCut = TWidths::Over(positions, FCount);
+    const double fewestPages = static_cast<double>(values.size()) / static_cast<double>(perPage);
+    if (widthPages <= std::max(HandyPages, fewestPages / HandyFilling))
+        return;
+    double fewest = widthPages;
+    std::vector<float> places(values.size());
+    const double nearBest = NearBestKnee(positions, perPage);
+    for (double knee = nearBest / 16; knee <= nearBest; knee *= 2) {
+        TRatios ratios = {static_cast<float>(knee), {}};
+        std::transform(positions.begin(), positions.end(), places.begin(),
+                       [&](float position) { return ratios.PlaceOf(position); });
+        const double pages = PagesNeeded(places, perPage);
+        if (pages >= fewest)
+            continue;
+        fewest = pages;
+        FCount = count(pages);
+        ratios.Places = TWidths::Over(places, FCount);
         FCut = ratios;
+    }
 }
 
 void TValuePages::Find(std::span<const float> values, std::uint32_t* pages) const {

@@ -16,8 +16,8 @@ public:
     TValuePages() = default;
 
     /// Pages for some ascending values, each for no more than `perPage` of them: pages of equal width or, where those
-    /// are many and the others fewer, of equal ratio, as for values of many magnitudes. Never more than `mostPages`, at
-    /// most 2^23; where more would be needed, some pages hold too many values.
+    /// are many and the others fewer, of a width that grows with the magnitude, as for values of many magnitudes. Never
+    /// more than `mostPages`, at most 2^23; where more would be needed, some pages hold too many values.
     TValuePages(std::span<const float> values, std::size_t perPage, std::size_t mostPages);
 
     std::size_t GetCount() const { return FCount; }
@@ -34,13 +34,12 @@ private:
         static TWidths Over(std::span<const float> positions, std::size_t count);
         std::uint32_t operator()(float value) const;
     };
-    /// Equal widths of what a value's bits say: each power of two takes as many pages.
+    /// Equal widths of what a magnitude's bits say: each power of two takes as many pages. The knee is added to
+    /// magnitudes, so that much smaller ones lie evenly and take no pages for each of their powers.
     struct TRatios {
-        std::int32_t Smallest; ///< bits of the smallest magnitude that is told from 0
+        float Knee;
         TWidths Places;
 
-        /// The `count` values nearest to 0 share its place.
-        static TRatios WithNearZero(std::span<const float> values, std::size_t count);
         float PlaceOf(float value) const;
         std::uint32_t operator()(float value) const;
     };

@@ -2,7 +2,7 @@
 
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
-#include <lmx/Colour/lmxColorSteps.h>
+#include <lmx/Colour/lmxStepwiseColorCalculator.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <tests/Colour/RasterFakes.h>
 
@@ -75,8 +75,8 @@ inline void ExpectTheCalculatorsColors(const IBaseColorCalculator& calculator, c
 /// As above, for a calculator that must be able to tell its colours.
 inline void ExpectStepsWithTheCalculatorsColors(const IBaseMinMaxColorCalculator& calculator, int count,
                                                 std::uint32_t seed) {
-    const auto steps = dynamic_cast<const IStepwiseColorCalculator&>(calculator).GetColorSteps();
-    ASSERT_TRUE(steps.has_value());
+    const auto steps = dynamic_cast<const TStepwiseColorCalculator&>(calculator).GetColorSteps();
+    ASSERT_NE(steps, nullptr);
     ExpectTheCalculatorsColors(calculator, TellingValues(calculator, &*steps, count, seed));
 }
 

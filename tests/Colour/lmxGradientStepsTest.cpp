@@ -97,8 +97,8 @@ TEST(GradientSteps, EqualTheCalculatorForRandomGradientsAndRanges) {
 
 TEST(GradientSteps, ACollapsedRangeIsOneStep) {
     const auto calculator = Calculator(5, 5, Plain);
-    const auto steps = dynamic_cast<const IStepwiseColorCalculator&>(*calculator).GetColorSteps();
-    ASSERT_TRUE(steps.has_value());
+    const auto steps = dynamic_cast<const TStepwiseColorCalculator&>(*calculator).GetColorSteps();
+    ASSERT_NE(steps, nullptr);
     EXPECT_EQ(steps->GetColors(), std::vector<TColor32>{0xFFFFFFFFU});
     tests::ExpectStepsWithTheCalculatorsColors(*calculator, 1000, 4);
 }
@@ -108,7 +108,7 @@ TEST(GradientSteps, BoundsThatAreNoFiniteNumbersAreAskedCellByCell) {
     for (const auto& [min, max] : {std::pair(nan, 1.0F), std::pair(0.0F, nan), std::pair(0.0F, Inf),
                                    std::pair(-Inf, 0.0F), std::pair(-Inf, Inf)}) {
         const auto calculator = Calculator(min, max, Plain);
-        EXPECT_FALSE(dynamic_cast<const IStepwiseColorCalculator&>(*calculator).GetColorSteps().has_value());
+        EXPECT_FALSE(dynamic_cast<const TStepwiseColorCalculator&>(*calculator).GetColorSteps());
         tests::ExpectTheCalculatorsColors(*calculator, tests::TellingValues(*calculator, nullptr, 1000, 5));
     }
 }

@@ -20,7 +20,7 @@ std::shared_ptr<IBasicPaletteColorCalculator> Calculator(float min, float max, i
 }
 
 bool HasSteps(const IBaseColorCalculator& calculator) {
-    return dynamic_cast<const IStepwiseColorCalculator&>(calculator).GetColorSteps().has_value();
+    return dynamic_cast<const TStepwiseColorCalculator&>(calculator).GetColorSteps() != nullptr;
 }
 
 TEST(PaletteBands, CutTheRangeIntoEqualParts) {

@@ -113,7 +113,7 @@ TEST(ValuePage, EvenValuesTakeLittleMoreThanTheirShare) {
 }
 
 TEST(ValuePage, ValuesOfManyMagnitudesDoNotTakeMore) {
-    EXPECT_LE(TValuePages(Doublings(70), 7, 16384).GetCount(), 1500U);
+    EXPECT_LE(TValuePages(Doublings(70), 7, 16384).GetCount(), 1000U);
 }
 
 TEST(ValuePage, IsOneWithoutValues) {
