@@ -46,24 +46,32 @@ LMX_AVX2 inline TColor32 LookUpAtOnce(const Page& page, float value) {
     return page.Colors[static_cast<unsigned>(count)];
 }
 
-/// Looks up the values that fill whole lines of the cache, and gives their number. A line to come is fetched with each;
-/// all lines fetched at once would be waited for at once.
-template<class Page>
-LMX_AVX2 std::size_t LookUpLines(const Page* pages, std::span<const float> values, const std::uint32_t* places,
-                                 TColor32* colors, std::span<const float> next) {
+/// Colours the values that fill whole strides, and gives their number. Pages are found a stride ahead of looking up:
+/// while a page comes from a slower cache, the machine finds others. Likewise the memory of a stride to come is fetched
+/// with each; fetched all at once, it would be waited for at once.
+template<class Widths, class Page>
+LMX_AVX2 std::size_t ColorStrides(Widths widths, const Page* pages, std::span<const float> values,
+                                  std::uint32_t* places, TColor32* colors, std::span<const float> next) {
+    constexpr std::size_t Stride = 32; // a loop of 16 values would be unrolled instead of being turned into lanes
     constexpr std::size_t LineSize = 64 / sizeof(float);
-    std::size_t i = 0;
-    for (; i + LineSize <= values.size(); i += LineSize) {
-        if (i < next.size())
-            _mm_prefetch(&next[i], _MM_HINT_T0);
-        for (std::size_t at = i; at < i + LineSize; at += 4) {
-            colors[at] = LookUpAtOnce(pages[places[at]], values[at]);
-            colors[at + 1] = LookUpAtOnce(pages[places[at + 1]], values[at + 1]);
-            colors[at + 2] = LookUpAtOnce(pages[places[at + 2]], values[at + 2]);
-            colors[at + 3] = LookUpAtOnce(pages[places[at + 3]], values[at + 3]);
+    const std::size_t count = values.size() / Stride * Stride;
+    for (std::size_t i = 0; i < std::min(Stride, count); ++i)
+        places[i] = widths(values[i]);
+    for (std::size_t begin = 0; begin < count; begin += Stride) {
+        const std::size_t end = begin + Stride;
+        if (end < count)
+            for (std::size_t i = end; i < end + Stride; ++i)
+                places[i] = widths(values[i]);
+        for (std::size_t i = begin; i < end; i += 4) {
+            if (i % LineSize == 0 && i < next.size())
+                _mm_prefetch(&next[i], _MM_HINT_T0);
+            colors[i] = LookUpAtOnce(pages[places[i]], values[i]);
+            colors[i + 1] = LookUpAtOnce(pages[places[i + 1]], values[i + 1]);
+            colors[i + 2] = LookUpAtOnce(pages[places[i + 2]], values[i + 2]);
+            colors[i + 3] = LookUpAtOnce(pages[places[i + 3]], values[i + 3]);
         }
     }
-    return i;
+    return count;
 }
 #endif
 
@@ -105,14 +113,15 @@ void TColorStepTable::FillPages(const TSteps& steps) {
 void TColorStepTable::GetColors(std::span<const float> values, TColor32* colors,
                                 [[maybe_unused]] std::span<const float> next) const {
     std::uint32_t places[BlockSize];
-    FCut.Find(values, places);
     std::size_t done = 0;
 #ifdef LMX_HAS_AVX2_KERNELS
     if (HasAvx2())
-        done = LookUpLines(FPages.data(), values, places, colors, next);
+        done = FCut.Visit(
+            [&](const auto& widths) { return ColorStrides(widths, FPages.data(), values, places, colors, next); });
 #endif
-    for (; done < values.size(); ++done)
-        colors[done] = LookUp(FPages[places[done]], values[done]);
+    FCut.Find(values.subspan(done), places + done);
+    for (std::size_t i = done; i < values.size(); ++i)
+        colors[i] = LookUp(FPages[places[i]], values[i]);
     if (FSteps)
         SearchCrowded(values, places, colors);
 }

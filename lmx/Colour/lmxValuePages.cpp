@@ -1,5 +1,4 @@
 #include <lmx/Colour/lmxValuePages.h>
-#include <lmx/Runtime/lmxAvx2.h>
 
 #include <algorithm>
 #include <array>
@@ -71,46 +70,15 @@ double NearBestKnee(std::span<const float> positions, std::size_t perPage) {
     return best;
 }
 
-/// A loop that compilers turn into lanes, as many as the caller's instructions have.
-template<class Cut>
-[[gnu::always_inline]] inline void FindInLanes(const Cut& cut, std::span<const float> values, std::uint32_t* pages) {
-    for (std::size_t i = 0; i < values.size(); ++i)
-        pages[i] = cut(values[i]);
-}
-
-#ifdef LMX_HAS_AVX2_KERNELS
-template<class Cut>
-LMX_AVX2 void FindByEights(const Cut& cut, std::span<const float> values, std::uint32_t* pages) {
-    FindInLanes(cut, values, pages);
-}
-#endif
-
-} // namespace
-
-[[gnu::always_inline]] inline std::uint32_t TValuePages::TWidths::operator()(float value) const {
-    float page = (value - Low) * PagesPerUnit;
-    page = page > 0 ? page : 0;
-    page = page < Last ? page : Last;
-    return static_cast<std::uint32_t>(static_cast<std::int32_t>(page)); // lanes have the signed conversion only
-}
-
-/// Rises by the same number from each power of two to the next, of the magnitudes with the knee.
-[[gnu::always_inline]] inline float TValuePages::TRatios::PlaceOf(float value) const {
-    const auto place = std::bit_cast<std::int32_t>(std::abs(value) + Knee) - std::bit_cast<std::int32_t>(Knee);
-    const std::int32_t sign = std::bit_cast<std::int32_t>(value) >> 31; // 0 or -1
-    return static_cast<float>((place ^ sign) - sign);
-}
-
-[[gnu::always_inline]] inline std::uint32_t TValuePages::TRatios::operator()(float value) const {
-    return Places(PlaceOf(value)) & (value == value ? ~std::uint32_t{0} : 0);
-}
-
-TValuePages::TWidths TValuePages::TWidths::Over(std::span<const float> positions, std::size_t count) {
+/// So many pages from the first of some ascending positions to the last.
+TValuePages::TEvenWidths EvenWidthsOver(std::span<const float> positions, std::size_t count) {
     const auto last = static_cast<float>(count - 1);
     const double extent = static_cast<double>(positions.back()) - positions.front();
     return {positions.front(), extent > 0 ? static_cast<float>(std::min<double>(last / extent, LargestFloat)) : 0,
             last};
 }
+
+} // namespace
 
 TValuePages::TValuePages(std::span<const float> values, std::size_t perPage, std::size_t mostPages) {
     if (values.empty())
@@ -123,7 +91,7 @@ TValuePages::TValuePages(std::span<const float> values, std::size_t perPage, std
         return static_cast<std::size_t>(std::min(pages, static_cast<double>(mostPages)));
     };
     FCount = count(widthPages);
-    FCut = TWidths::Over(positions, FCount);
+    FWidths = EvenWidthsOver(positions, FCount);
     const double fewestPages = static_cast<double>(values.size()) / static_cast<double>(perPage);
     if (widthPages <= std::max(HandyPages, fewestPages / HandyFilling))
         return;
@@ -131,29 +99,21 @@ TValuePages::TValuePages(std::span<const float> values, std::size_t perPage, std
     std::vector<float> places(values.size());
     const double nearBest = NearBestKnee(positions, perPage);
     for (double knee = nearBest / 16; knee <= nearBest; knee *= 2) {
-        TRatios ratios = {static_cast<float>(knee), {}};
+        TGrowingWidths widths = {static_cast<float>(knee), {}};
         std::transform(positions.begin(), positions.end(), places.begin(),
-                       [&](float position) { return ratios.PlaceOf(position); });
+                       [&](float position) { return widths.PlaceOf(position); });
         const double pages = PagesNeeded(places, perPage);
         if (pages >= fewest)
             continue;
         fewest = pages;
         FCount = count(pages);
-        ratios.Places = TWidths::Over(places, FCount);
-        FCut = ratios;
+        widths.Places = EvenWidthsOver(places, FCount);
+        FWidths = widths;
     }
 }
 
 void TValuePages::Find(std::span<const float> values, std::uint32_t* pages) const {
-    std::visit(
-        [&](const auto& cut) {
-#ifdef LMX_HAS_AVX2_KERNELS
-            if (HasAvx2())
-                return FindByEights(cut, values, pages);
-#endif
-            FindInLanes(cut, values, pages);
-        },
-        FCut);
+    Visit([&](const auto& widths) { std::transform(values.begin(), values.end(), pages, widths); });
 }
 
 } // namespace lmx

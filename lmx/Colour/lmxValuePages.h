@@ -1,8 +1,11 @@
 #pragma once
 
+#include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <variant>
 
 namespace lmx {
@@ -25,27 +28,53 @@ public:
     /// Writes the page of each value. `pages` holds as many places.
     void Find(std::span<const float> values, std::uint32_t* pages) const;
 
-private:
-    struct TWidths {
+    /// Pages of one width.
+    struct TEvenWidths {
         float Low;
         float PagesPerUnit;
         float Last;
 
-        static TWidths Over(std::span<const float> positions, std::size_t count);
         std::uint32_t operator()(float value) const;
     };
+
     /// Equal widths of what a magnitude's bits say: each power of two takes as many pages. The knee is added to
     /// magnitudes, so that much smaller ones lie evenly and take no pages for each of their powers.
-    struct TRatios {
+    struct TGrowingWidths {
         float Knee;
-        TWidths Places;
+        TEvenWidths Places;
 
         float PlaceOf(float value) const;
         std::uint32_t operator()(float value) const;
     };
 
-    std::variant<TWidths, TRatios> FCut = TWidths{0, 0, 0};
+    /// What `action` gives when called with the widths, which give the page of a value: for loops of one's own, which
+    /// compilers can turn into lanes, as many as their instructions have.
+    template<class Action>
+    decltype(auto) Visit(Action&& action) const {
+        return std::visit(std::forward<Action>(action), FWidths);
+    }
+
+private:
+    std::variant<TEvenWidths, TGrowingWidths> FWidths = TEvenWidths{0, 0, 0};
     std::size_t FCount = 1;
 };
+
+[[gnu::always_inline]] inline std::uint32_t TValuePages::TEvenWidths::operator()(float value) const {
+    float page = (value - Low) * PagesPerUnit;
+    page = page > 0 ? page : 0;
+    page = page < Last ? page : Last;
+    return static_cast<std::uint32_t>(static_cast<std::int32_t>(page)); // lanes have the signed conversion only
+}
+
+/// Rises by the same number from each power of two to the next, of the magnitudes with the knee.
+[[gnu::always_inline]] inline float TValuePages::TGrowingWidths::PlaceOf(float value) const {
+    const auto place = std::bit_cast<std::int32_t>(std::abs(value) + Knee) - std::bit_cast<std::int32_t>(Knee);
+    const std::int32_t sign = std::bit_cast<std::int32_t>(value) >> 31; // 0 or -1
+    return static_cast<float>((place ^ sign) - sign);
+}
+
+[[gnu::always_inline]] inline std::uint32_t TValuePages::TGrowingWidths::operator()(float value) const {
+    return Places(PlaceOf(value)) & (value == value ? ~std::uint32_t{0} : 0);
+}
 
 } // namespace lmx
