@@ -224,7 +224,7 @@ TEST(MapViewModes, ACustomModeGetsEveryLeftMouseEvent) {
     const auto mode = std::make_shared<TCustomMode>();
     shown.View.SetCustomModeObject(mode);
     shown.View.SetMode(TMapMode::mdCustom);
-    shown.Move({1, 2});
+    shown.Hover({1, 2}); // wherever the pointer was left
     shown.Press(Qt::LeftButton, {3, 4});
     EXPECT_FALSE(shown.View.GetIsMouseDown());
     shown.Release(Qt::LeftButton, {3, 4});

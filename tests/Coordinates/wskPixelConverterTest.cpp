@@ -2,6 +2,7 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Support/CoordinatePrinters.h>
 #include <tests/Support/Printers.h>
+#include <tests/Support/TestWorldSystem.h>
 
 #include <gtest/gtest.h>
 
@@ -29,35 +30,6 @@ void ExpectDefinition(const TWorldViewportLocal& viewport, double x, double y) {
     ASSERT_EQ(pixels[1], expected);
     ASSERT_EQ(pixels[2], expected);
 }
-
-/// A world without the properties that the fast way needs.
-class TOddWorldSystem : public IWorldSystem {
-public:
-    TOddWorldSystem(const TMapArea& area, TMapOrientation orientation) : FArea(area), FOrientation(orientation) {}
-
-    QString Name() const override { return {}; }
-    QString Identifier() const override { return {}; }
-    QString Units() const override { return {}; }
-    TMeridian Merdian() const override { return TMeridian::mrdNA; }
-    QString GetGroup() const override { return {}; }
-    const TMapArea& Area() const override { return FArea; }
-    bool IsTranslationRequired(const TMapArea&) const override { return false; }
-    std::vector<TMapArea> TranslateArea(const TMapArea& area) const override { return {area}; }
-    TMapOrientation GetOrientation() const override { return FOrientation; }
-    TMapPoint ToWorldPoint(const TMapPoint& point) const override { return point; }
-    bool IsWorldPoint(const TMapPoint&) const override { return true; }
-    TMapPoint ToLocalPoint(const TMapArea&, const TMapPoint& point) const override { return point; }
-    TMapArea ToWorldArea(const TMapArea& area) const override { return area; }
-    bool Wraps(const TMapPoint&, const TMapPoint&) const override { return false; }
-    TMapArea CreateMapArea(extended left, extended bottom, extended right, extended top) const override {
-        return {left, top, right, bottom};
-    }
-    TMapArea ConstrainRect(const TMapArea& area) const override { return area; }
-
-private:
-    TMapArea FArea;
-    TMapOrientation FOrientation;
-};
 
 std::shared_ptr<IWorldSystem> Systems(std::size_t index) {
     return index == 0   ? TLatLonWorldSystemFactory::GetObject()
@@ -125,7 +97,7 @@ TEST(PixelConverter, SaturatesFarOutside) {
 TEST(PixelConverter, WorldsOfAnyKindGoByTheDefinition) {
     const TMapOrientation usual{1, -1};
     for (const TMapArea& area : {TMapArea(0, 0, 0, 0), TMapArea(0.1L, 1, 3, 0), TMapArea(-1e300L, 1e300L, 1e300L, 0)}) {
-        TWorld world(std::make_shared<TOddWorldSystem>(area, usual));
+        TWorld world(std::make_shared<TTestWorldSystem>(area, usual));
         ExpectDefinition({&world, 3, {5, 6}}, 1.5, 0.25);
     }
     TWorld world(TLatLonWorldSystemFactory::GetObject());
@@ -134,7 +106,7 @@ TEST(PixelConverter, WorldsOfAnyKindGoByTheDefinition) {
 }
 
 TEST(PixelConverter, RefusesWorldsWithoutPixels) {
-    TWorld mirrored(std::make_shared<TOddWorldSystem>(TMapArea(0, 1, 1, 0), TMapOrientation{0, -1}));
+    TWorld mirrored(std::make_shared<TTestWorldSystem>(TMapArea(0, 1, 1, 0), TMapOrientation{0, -1}));
     EXPECT_EQ(MessageOf<ENotImplemented>([&] { TPixelConverter(TWorldViewportLocal(&mirrored, 1, {})); }),
               "MapPointToPoint Orientation.X < 0");
     TWorld none(TLatLonWorldSystemFactory::GetObject());

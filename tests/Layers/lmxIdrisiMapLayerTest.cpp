@@ -12,6 +12,7 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/ScriptedServices.h>
+#include <tests/Support/TestWorldSystem.h>
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -406,37 +407,18 @@ INSTANTIATE_TEST_SUITE_P(Rows, EmptyArea,
                                          TMapArea(Nan, 90, 180, -90), TMapArea(-180, 90, Infinite, -90)));
 
 /// A world that grows to the left, or downwards.
-class TTurnedWorldSystem : public IWorldSystem {
+class TTurnedWorldSystem final : public tests::TTestWorldSystem {
 public:
-    TTurnedWorldSystem(TMapOrientation orientation) : FOrientation(orientation) {}
+    explicit TTurnedWorldSystem(TMapOrientation orientation) : TTestWorldSystem({-180, 90, 180, -90}, orientation) {}
 
-    QString Name() const override { return {}; }
-    QString Identifier() const override { return {}; }
-    QString Units() const override { return {}; }
-    TMeridian Merdian() const override { return TMeridian::mrdNA; }
-    QString GetGroup() const override { return {}; }
-    const TMapArea& Area() const override { return FArea; }
-    bool IsTranslationRequired(const TMapArea&) const override { return false; }
-    std::vector<TMapArea> TranslateArea(const TMapArea& area) const override { return {area}; }
     TMapOrientation GetOrientation() const override {
-        return ++FAsked > FPixelQuestions ? FOrientation : TMapOrientation{1, -1};
+        return ++FAsked > FPixelQuestions ? TTestWorldSystem::GetOrientation() : TMapOrientation{1, -1};
     }
-    TMapPoint ToWorldPoint(const TMapPoint& point) const override { return point; }
-    bool IsWorldPoint(const TMapPoint&) const override { return true; }
-    TMapPoint ToLocalPoint(const TMapArea&, const TMapPoint& point) const override { return point; }
-    TMapArea ToWorldArea(const TMapArea& area) const override { return area; }
-    bool Wraps(const TMapPoint&, const TMapPoint&) const override { return false; }
-    TMapArea CreateMapArea(extended left, extended bottom, extended right, extended top) const override {
-        return {left, top, right, bottom};
-    }
-    TMapArea ConstrainRect(const TMapArea& area) const override { return area; }
 
     /// How often the viewport may ask before the turned orientation is told.
     void AllowPixelQuestions(int count) { FPixelQuestions = FAsked + count; }
 
 private:
-    TMapArea FArea{-180, 90, 180, -90};
-    TMapOrientation FOrientation;
     mutable int FAsked = 0;
     int FPixelQuestions = 1000;
 };
