@@ -2,6 +2,7 @@
 // over the same bytes, and of std::to_chars over the same cells, both in memory. Reading a file and writing a stream
 // should reach half of it. Writing a file is shown as well: how long the disk takes is not ours.
 
+#include <benchmarks/Measuring.h>
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
 #include <lmx/Runtime/lmxFormatSettings.h>
@@ -10,7 +11,6 @@
 #include <QBuffer>
 #include <QTemporaryDir>
 
-#include <benchmarks/Measuring.h>
 #include <charconv>
 #include <cmath>
 #include <functional>

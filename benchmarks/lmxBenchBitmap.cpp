@@ -5,11 +5,11 @@
 // rises with the source's width; beyond that it does not. What is kept for the next paint (TReducedPictures) has no
 // such floor.
 
+#include <benchmarks/Measuring.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxPolygons.h>
 
 #include <algorithm>
-#include <benchmarks/Measuring.h>
 #include <functional>
 #include <iomanip>
 #include <iostream>

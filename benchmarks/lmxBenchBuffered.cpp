@@ -2,17 +2,17 @@
 // given up is over, and how long the main thread is held while a map with a slow render is panned. The yardstick is one
 // stretched drawing of the picture.
 
+#include <benchmarks/Measuring.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Layers/lmxBufferedMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRenderThreadHandler.h>
+#include <tests/Support/CountedMemory.h>
 
 #include <QApplication>
 
 #include <algorithm>
 #include <atomic>
-#include <benchmarks/Allocations.h>
-#include <benchmarks/Measuring.h>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -97,12 +97,10 @@ double MeasureDraw(TView& view) {
 void MeasurePaint(TView& view, double draw) {
     view.Layer.SetBufferedBitmap(MakePicture(view.Viewport.GetVisibleMapArea()));
     view.Paint();
-    const std::int64_t before = GetAllocationCount();
-    view.Paint();
-    const std::int64_t allocations = GetAllocationCount() - before;
+    const long allocations = lmx::tests::AllocationsOf([&] { view.Paint(); });
     const double paint = BestMilliseconds(Repetitions, [&] { view.Paint(); });
-    std::printf("paint with a current picture: %.2f x one stretched drawing (%.2f ms), %lld allocations\n",
-                paint / draw, draw, static_cast<long long>(allocations));
+    std::printf("paint with a current picture: %.2f x one stretched drawing (%.2f ms), %ld allocations\n", paint / draw,
+                draw, allocations);
 }
 
 void MeasureCancel(TView& view) {

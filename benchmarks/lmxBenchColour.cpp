@@ -2,6 +2,7 @@
 // the library should reach 0.2 of it; the plain loop that asks the calculator for each cell stands beside it. Classes
 // and gradients in parts should be as fast as one gradient: up to 32 of them, wherever their bounds lie.
 
+#include <benchmarks/Measuring.h>
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
@@ -14,7 +15,6 @@
 #include <lmx/Graphics/lmxGradient.h>
 
 #include <algorithm>
-#include <benchmarks/Measuring.h>
 #include <cmath>
 #include <cstring>
 #include <functional>

@@ -1,12 +1,12 @@
 // What bringing a model grid onto an even one costs, pass for pass, as a part of the speed at which the target grid is
 // copied. A pass should reach 0.25 of it; the plain loop that blends cell by cell in extended stands beside it.
 
+#include <benchmarks/Measuring.h>
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Raster/lmxAxisSamples.h>
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Raster/lmxNeighbourBlend.h>
 
-#include <benchmarks/Measuring.h>
 #include <cmath>
 #include <cstring>
 #include <iomanip>

@@ -2,6 +2,7 @@
 // 4320 x 2160 cells on 1920 x 1080 pixels, painted for the first time at a scale, again, and panned. The yardstick is
 // clearing the buffer.
 
+#include <benchmarks/Measuring.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Formats/lmxIdrisiImages.h>
@@ -12,7 +13,6 @@
 
 #include <QApplication>
 
-#include <benchmarks/Measuring.h>
 #include <cstdio>
 #include <vector>
 

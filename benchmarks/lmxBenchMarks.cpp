@@ -1,6 +1,7 @@
 // One paint of a view of 1920 x 1080 pixels with 1,000 rulers and 10,000 pins, each of them alone, and 1,000 query
 // points. The rulers stand at fractions of a pixel, where a line costs most. The yardstick is clearing the buffer.
 
+#include <benchmarks/Measuring.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxPolygons.h>
@@ -11,7 +12,6 @@
 
 #include <QApplication>
 
-#include <benchmarks/Measuring.h>
 #include <cstdio>
 #include <memory>
 #include <random>

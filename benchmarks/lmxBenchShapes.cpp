@@ -2,6 +2,7 @@
 // against the same polylines by QPainter; what a paint with a current picture costs; and a file of ten million vertices
 // that is made on the spot: loading, rendering, memory, cancelling, and how long the main thread is held.
 
+#include <benchmarks/Measuring.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/lmxShpFile.h>
@@ -10,6 +11,7 @@
 #include <lmx/Layers/lmxRenderThreadPool.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxShapeFileRender.h>
+#include <tests/Support/CountedMemory.h>
 
 #include <QApplication>
 #include <QFile>
@@ -19,8 +21,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <benchmarks/Allocations.h>
-#include <benchmarks/Measuring.h>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -129,10 +129,8 @@ void MeasurePaint(const QString& landName) {
     const lmx::TRect stretched(0, 0, ViewSize.cx - 1, ViewSize.cy - 1);
     const double copy = BestMilliseconds(Repetitions, [&] { buffer.Draw(stretched, picture.GetBounds(), picture); });
     const double current = BestMilliseconds(Repetitions, paint);
-    const std::int64_t before = GetAllocationCount();
-    paint();
-    std::printf("%-22s %.3f ms = %.2f x one stretched copy, %lld allocations\n", "current picture", current,
-                current / copy, static_cast<long long>(GetAllocationCount() - before));
+    std::printf("%-22s %.3f ms = %.2f x one stretched copy, %ld allocations\n", "current picture", current,
+                current / copy, lmx::tests::AllocationsOf(paint));
 }
 
 /// Ten million vertices of a ragged coast: 20,000 islands of 500 vertices, all over the world.
