@@ -19,18 +19,19 @@ function(lmx_compile_options target)
     endif()
 endfunction()
 
-# lmx_precompile(<target>...): headers that nearly every source reads, read once. Only under sanitizers, whose builds take
-# longest; everywhere else each source shows by itself that it includes what it uses.
-function(lmx_precompile)
-    if(LMX_SANITIZE AND NOT LMX_BUILD_FUZZERS)
-        foreach(target ${ARGN})
-            target_precompile_headers(${target} PRIVATE <QString> <QWidget> <algorithm> <cmath> <functional> <memory> <vector>)
-            get_target_property(libraries ${target} LINK_LIBRARIES)
-            if(lmxTestSupport IN_LIST libraries)
-                target_precompile_headers(${target} PRIVATE <QTest> <gtest/gtest.h>)
-            endif()
-        endforeach()
+# lmx_precompile(<target> <header>...): headers that nearly every source reads, read once.
+function(lmx_precompile target)
+    if(NOT LMX_BUILD_FUZZERS)
+        target_precompile_headers(${target} PRIVATE <QString> <QWidget> <algorithm> <cmath> <functional> <memory> <vector>
+                                  ${ARGN})
     endif()
+endfunction()
+
+# lmx_test_options(<target>): tests take longer to compile than to run. Qt's names of their folders would keep them from
+# sharing precompiled headers.
+function(lmx_test_options target)
+    lmx_compile_options(${target})
+    target_compile_options(${target} PRIVATE -O0 -g1 -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
 endfunction()
 
 # lmx_add_tests(<folder> <unit>...): compiles <unit>Test.cpp of the current folder into one program and registers
@@ -40,9 +41,10 @@ function(lmx_add_tests folder)
     list(TRANSFORM ARGN APPEND Test.cpp OUTPUT_VARIABLE sources)
     add_executable(${program} ${sources})
     target_link_libraries(${program} PRIVATE lmxTestSupport)
-    lmx_compile_options(${program})
-    target_compile_options(${program} PRIVATE -O0 -g1) # tests take longer to compile than to run
-    lmx_precompile(${program})
+    lmx_test_options(${program})
+    if(NOT LMX_BUILD_FUZZERS)
+        target_precompile_headers(${program} REUSE_FROM lmxTestSupport)
+    endif()
     foreach(unit ${ARGN})
         set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${unit}Test.cpp)
         file(STRINGS ${unit}Test.cpp lines REGEX "^(TEST|TEST_F|TEST_P|TYPED_TEST)\\(")
