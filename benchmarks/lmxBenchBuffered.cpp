@@ -6,7 +6,7 @@
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Layers/lmxBufferedMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
-#include <lmx/Layers/lmxRenderThreadHandler.h>
+#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
 #include <tests/Support/CountedMemory.h>
 
 #include <QApplication>

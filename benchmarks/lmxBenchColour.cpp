@@ -10,7 +10,7 @@
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxIdrisiImageMapData.h>
 #include <lmx/Colour/lmxMultipartGradient.h>
-#include <lmx/Formats/lmxAbstractImage.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxGradient.h>
 

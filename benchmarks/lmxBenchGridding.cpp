@@ -3,9 +3,9 @@
 
 #include <benchmarks/Measuring.h>
 #include <lmx/Climate/lmxSpatialConst.h>
-#include <lmx/Raster/lmxAxisSamples.h>
+#include <lmx/Raster/Private/lmxAxisSamples.h>
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
-#include <lmx/Raster/lmxNeighbourBlend.h>
+#include <lmx/Raster/Private/lmxNeighbourBlend.h>
 
 #include <cmath>
 #include <cstring>

@@ -5,7 +5,7 @@
 #include <benchmarks/Measuring.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Controls/lmxMapViewControl.h>
-#include <lmx/Formats/lmxIdrisiImages.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>

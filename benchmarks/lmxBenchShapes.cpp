@@ -5,12 +5,12 @@
 #include <benchmarks/Measuring.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/lmxShpFile.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/lmxLayerManager.h>
-#include <lmx/Layers/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
-#include <lmx/Layers/lmxShapeFileRender.h>
+#include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
 #include <tests/Support/CountedMemory.h>
 
 #include <QApplication>

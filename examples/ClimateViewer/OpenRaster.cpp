@@ -3,8 +3,8 @@
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Coordinates/wskMappingTypes.h>
-#include <lmx/Formats/lmxIdrisiImages.h>
-#include <lmx/Formats/lmxImageFactory.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
+#include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>

@@ -1,8 +1,8 @@
 #include "Overlays.h"
 
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/lmxShpFile.h>
-#include <lmx/Formats/lmxVector.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>

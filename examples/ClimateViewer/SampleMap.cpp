@@ -4,8 +4,8 @@
 #include <lmx/Colour/lmxColorKey.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxValueRange.h>
-#include <lmx/Formats/lmxAbstractImage.h>
-#include <lmx/Formats/lmxImageFactory.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
+#include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>

@@ -3,7 +3,7 @@
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
-#include <lmx/Formats/lmxAbstractImage.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>

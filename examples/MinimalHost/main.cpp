@@ -3,7 +3,7 @@
 
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Controls/lmxMapViewControl.h>
-#include <lmx/Formats/lmxIdrisiImages.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>

@@ -1,6 +1,6 @@
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
-#include <lmx/Colour/lmxPaletteBands.h>
-#include <lmx/Colour/lmxStepwiseColorCalculator.h>
+#include <lmx/Colour/Steps/Private/lmxPaletteBands.h>
+#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <cmath>

@@ -1,5 +1,5 @@
 #include <lmx/Colour/lmxColorPalette.h>
-#include <lmx/Formats/lmxIdrisiPalFile.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiPalFile.h>
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>

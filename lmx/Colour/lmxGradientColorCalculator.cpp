@@ -1,8 +1,8 @@
 #include <lmx/Colour/lmxGradientColorCalculator.h>
-#include <lmx/Colour/lmxGradientPosition.h>
-#include <lmx/Colour/lmxGradientSteps.h>
-#include <lmx/Colour/lmxLatestResult.h>
-#include <lmx/Colour/lmxStepwiseColorCalculator.h>
+#include <lmx/Colour/Steps/Private/lmxGradientPosition.h>
+#include <lmx/Colour/Steps/Private/lmxGradientSteps.h>
+#include <lmx/Colour/Steps/Private/lmxLatestResult.h>
+#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Graphics/lmxGradientSource.h>
 #include <lmx/Runtime/lmxExceptions.h>

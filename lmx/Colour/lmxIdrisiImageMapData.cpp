@@ -1,6 +1,6 @@
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Colour/lmxIdrisiImageMapData.h>
-#include <lmx/Formats/lmxAbstractImage.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>

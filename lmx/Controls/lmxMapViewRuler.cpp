@@ -1,6 +1,6 @@
 #include <lmx/Controls/lmxMapViewRuler.h>
 #include <lmx/Graphics/lmxSystemColors.h>
-#include <lmx/Widgets/lmxDeviceGrid.h>
+#include <lmx/Widgets/Private/lmxDeviceGrid.h>
 
 #include <QColor>
 #include <QPainter>

@@ -2,7 +2,7 @@
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Runtime/lmxFormat.h>
-#include <lmx/Widgets/lmxDeviceGrid.h>
+#include <lmx/Widgets/Private/lmxDeviceGrid.h>
 
 #include <QColor>
 #include <QHeaderView>

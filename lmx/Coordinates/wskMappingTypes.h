@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lmx/Formats/lmxGeoPoint.h>
+#include <lmx/Formats/Idrisi/lmxGeoPoint.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxGeometry.h>
 

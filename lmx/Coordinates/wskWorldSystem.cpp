@@ -1,5 +1,5 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
-#include <lmx/Formats/lmxImageHeader.h>
+#include <lmx/Formats/Idrisi/lmxImageHeader.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Graphics/lmxPixelRows.h>
+#include <lmx/Graphics/Private/lmxPixelRows.h>
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // Bitmaps on bitmaps.
 
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Graphics/lmxPixelRows.h>
+#include <lmx/Graphics/Private/lmxPixelRows.h>
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxCheckerboard.h>
-#include <lmx/Graphics/lmxPixelRows.h>
+#include <lmx/Graphics/Private/lmxPixelRows.h>
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Graphics/lmxCoverage.h>
-#include <lmx/Graphics/lmxPixelRows.h>
+#include <lmx/Graphics/Private/lmxCoverage.h>
+#include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/lmxPolygons.h>
-#include <lmx/Graphics/lmxStroke.h>
+#include <lmx/Graphics/Private/lmxStroke.h>
 
 #include <cmath>
 #include <numbers>

@@ -1,6 +1,6 @@
 #include <lmx/Controls/Legend/lmxBaseLegendControl.h>
 #include <lmx/Layers/lmxBaseMapLayer.h>
-#include <lmx/Runtime/lmxClassName.h>
+#include <lmx/Runtime/Private/lmxClassName.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 

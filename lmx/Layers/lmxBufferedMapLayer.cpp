@@ -1,7 +1,7 @@
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Layers/lmxBufferedMapLayer.h>
-#include <lmx/Layers/lmxRenderThreadHandler.h>
-#include <lmx/Layers/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <mutex>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
-#include <lmx/Layers/lmxBufferedBitmap.h>
+#include <lmx/Layers/Render/lmxBufferedBitmap.h>
 #include <lmx/Runtime/lmxThread.h>
 #include <lmx/Runtime/lmxThreadPool.h>
 

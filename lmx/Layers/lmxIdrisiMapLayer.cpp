@@ -1,9 +1,9 @@
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
 #include <lmx/Colour/lmxIdrisiImageMapData.h>
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/lmxAbstractImage.h>
-#include <lmx/Formats/lmxIdrisiImageExporter.h>
-#include <lmx/Formats/lmxImageFactory.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImageExporter.h>
+#include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>

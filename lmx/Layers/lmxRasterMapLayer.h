@@ -3,7 +3,7 @@
 #include <lmx/Climate/lmxClimateVariable.h>
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxValueRange.h>
-#include <lmx/Graphics/lmxReducedPicture.h>
+#include <lmx/Graphics/Private/lmxReducedPicture.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
 #include <lmx/Runtime/lmxNullable.h>
 

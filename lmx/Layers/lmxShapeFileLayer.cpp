@@ -1,11 +1,11 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
-#include <lmx/Formats/lmxShapePointConverter.h>
-#include <lmx/Formats/lmxShpFile.h>
+#include <lmx/Formats/Shapes/lmxShapePointConverter.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
-#include <lmx/Layers/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
-#include <lmx/Layers/lmxShapeFileRender.h>
+#include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <utility>

@@ -2,7 +2,7 @@
 
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
-#include <lmx/Layers/lmxShapeFileProjection.h>
+#include <lmx/Layers/Render/lmxShapeFileProjection.h>
 
 #include <memory>
 

@@ -1,6 +1,6 @@
-#include <lmx/Formats/lmxVector.h>
+#include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
-#include <lmx/Layers/lmxVectorFileRender.h>
+#include <lmx/Layers/Render/Private/lmxVectorFileRender.h>
 
 #include <utility>
 

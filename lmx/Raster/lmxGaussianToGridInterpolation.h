@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lmx/Formats/lmxIdrisiImages.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Raster/lmxSingleGrid.h>
 
 #include <cstdint>

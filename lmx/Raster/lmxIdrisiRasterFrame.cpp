@@ -1,5 +1,5 @@
-#include <lmx/Formats/lmxAbstractImage.h>
-#include <lmx/Formats/lmxIdrisiImages.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Raster/lmxIdrisiRasterFrame.h>
 #include <lmx/Runtime/lmxExceptions.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lmx/Formats/lmxImageHeader.h>
+#include <lmx/Formats/Idrisi/lmxImageHeader.h>
 #include <lmx/Raster/lmxBaseLinearRasterFrame.h>
 
 namespace lmx {

@@ -1,6 +1,6 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
-#include <lmx/Runtime/lmxReplacementFile.h>
+#include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxText.h>
 
 #include <QDir>

@@ -1,5 +1,5 @@
 #include <lmx/Runtime/lmxExceptions.h>
-#include <lmx/Widgets/lmxDefaultImages.h>
+#include <lmx/Widgets/Private/lmxDefaultImages.h>
 #include <lmx/Widgets/lmxExternalResources.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 

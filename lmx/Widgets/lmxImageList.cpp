@@ -1,4 +1,4 @@
-#include <lmx/Widgets/lmxDeviceGrid.h>
+#include <lmx/Widgets/Private/lmxDeviceGrid.h>
 #include <lmx/Widgets/lmxImageList.h>
 
 #include <utility>

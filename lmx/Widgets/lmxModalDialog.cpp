@@ -1,5 +1,5 @@
 #include <lmx/Widgets/lmxEventGuard.h>
-#include <lmx/Widgets/lmxFormHeading.h>
+#include <lmx/Widgets/Private/lmxFormHeading.h>
 #include <lmx/Widgets/lmxModalDialog.h>
 
 #include <QHBoxLayout>

@@ -1,4 +1,4 @@
-#include <lmx/Widgets/lmxDeviceGrid.h>
+#include <lmx/Widgets/Private/lmxDeviceGrid.h>
 #include <lmx/Widgets/lmxExternalResources.h>
 #include <lmx/Widgets/lmxPngButton.h>
 

@@ -2,7 +2,7 @@
 
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
-#include <lmx/Formats/lmxAbstractImage.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 
 #include <cstdint>
 #include <functional>

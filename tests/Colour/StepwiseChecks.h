@@ -2,7 +2,7 @@
 
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
-#include <lmx/Colour/lmxStepwiseColorCalculator.h>
+#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <tests/Colour/RasterFakes.h>
 

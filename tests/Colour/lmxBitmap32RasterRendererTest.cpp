@@ -3,7 +3,7 @@
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxIdrisiImageMapData.h>
-#include <lmx/Colour/lmxLayerOpacity.h>
+#include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Runtime/lmxExceptions.h>

@@ -3,7 +3,7 @@
 #include "OpenRaster.h"
 
 #include <lmx/Climate/lmxSpatialConst.h>
-#include <lmx/Formats/lmxIdrisiImages.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>

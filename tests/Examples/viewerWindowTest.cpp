@@ -6,7 +6,7 @@
 #include <lmx/Colour/lmxColorClassCalculator.h>
 #include <lmx/Colour/lmxValueRange.h>
 #include <lmx/Controls/lmxMapViewControl.h>
-#include <lmx/Formats/lmxAbstractImage.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxExceptions.h>

@@ -1,8 +1,8 @@
 // An independent reader, the command line tools of GDAL, sees what we wrote. Built only where the tools are installed.
 
-#include <lmx/Formats/lmxIdrisiImageExporter.h>
-#include <lmx/Formats/lmxIdrisiImages.h>
-#include <lmx/Formats/lmxImageFactory.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImageExporter.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
+#include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <tests/Formats/ImageFiles.h>
 #include <tests/Support/Printers.h>
 

@@ -1,5 +1,5 @@
-#include <lmx/Formats/lmxGeoPoint.h>
-#include <lmx/Formats/lmxShpPoint.h>
+#include <lmx/Formats/Idrisi/lmxGeoPoint.h>
+#include <lmx/Formats/Shapes/lmxShpPoint.h>
 #include <lmx/Formats/lmxVertexBlocks.h>
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include <lmx/Graphics/lmxBlend.h>
+#include <lmx/Graphics/Private/lmxBlend.h>
 #include <tests/Graphics/Pictures.h>
 
 #include <limits>

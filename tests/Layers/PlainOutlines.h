@@ -1,10 +1,10 @@
 #pragma once
 
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/lmxShpFile.h>
-#include <lmx/Formats/lmxVectorData.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Formats/Idrisi/lmxVectorData.h>
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Layers/lmxBufferedBitmap.h>
+#include <lmx/Layers/Render/lmxBufferedBitmap.h>
 #include <lmx/Runtime/lmxExtended.h>
 
 #include <gtest/gtest.h>

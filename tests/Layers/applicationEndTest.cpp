@@ -1,6 +1,6 @@
 // What threads meet when the application ends. The tests make their application themselves.
 
-#include <lmx/Layers/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <lmx/Runtime/lmxThread.h>
 #include <tests/Support/Threads.h>
 

@@ -2,9 +2,9 @@
 #include <lmx/Colour/lmxColorKey.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/lmxIdrisiImageExporter.h>
-#include <lmx/Formats/lmxIdrisiImages.h>
-#include <lmx/Formats/lmxImageFactory.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImageExporter.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
+#include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>

@@ -1,5 +1,5 @@
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/lmxShpFile.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>

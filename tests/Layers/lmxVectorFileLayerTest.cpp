@@ -1,5 +1,5 @@
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/lmxVector.h>
+#include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>

@@ -1,5 +1,5 @@
 #include <lmx/Climate/lmxSpatialConst.h>
-#include <lmx/Raster/lmxAxisSamples.h>
+#include <lmx/Raster/Private/lmxAxisSamples.h>
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Raster/Axes.h>

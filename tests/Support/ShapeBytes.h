@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lmx/Formats/lmxShpPoint.h>
+#include <lmx/Formats/Shapes/lmxShpPoint.h>
 
 #include <QByteArray>
 #include <QtEndian>

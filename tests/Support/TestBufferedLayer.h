@@ -2,8 +2,8 @@
 
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
-#include <lmx/Layers/lmxRenderThreadHandler.h>
-#include <lmx/Layers/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <tests/Support/Threads.h>
 
 #include <atomic>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <lmx/Formats/lmxGeoPoint.h>
-#include <lmx/Formats/lmxVectorHeader.h>
+#include <lmx/Formats/Idrisi/lmxGeoPoint.h>
+#include <lmx/Formats/Idrisi/lmxVectorHeader.h>
 #include <tests/Support/ShapeBytes.h>
 
 #include <QByteArray>

@@ -1,5 +1,5 @@
 #include <lmx/Runtime/lmxExceptions.h>
-#include <lmx/Widgets/lmxFormHeading.h>
+#include <lmx/Widgets/Private/lmxFormHeading.h>
 #include <lmx/Widgets/lmxModalDialog.h>
 #include <tests/Support/ModalAnswer.h>
 #include <tests/Support/Printers.h>

@@ -1,7 +1,7 @@
 // An image header: the text of a documentation file, and the form stored in documents. What is read must be written in
 // a form that reads back as the same.
 
-#include <lmx/Formats/lmxImageDocumentation.h>
+#include <lmx/Formats/Idrisi/Private/lmxImageDocumentation.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QBuffer>

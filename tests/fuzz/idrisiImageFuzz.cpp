@@ -1,6 +1,6 @@
 // An Idrisi image: the documentation, a byte 0, the data. An image that is read must survive a walk over its cells.
 
-#include <lmx/Formats/lmxImageFactory.h>
+#include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QBuffer>

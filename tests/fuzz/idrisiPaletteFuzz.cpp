@@ -1,6 +1,6 @@
 // An Idrisi palette, text or binary.
 
-#include <lmx/Formats/lmxIdrisiPalFile.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiPalFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <cstddef>

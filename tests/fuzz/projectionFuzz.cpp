@@ -1,6 +1,6 @@
 // A projection file: its text must give a converter or none.
 
-#include <lmx/Formats/lmxShapePointConverter.h>
+#include <lmx/Formats/Shapes/lmxShapePointConverter.h>
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,8 +1,8 @@
 // A shape file. What is read must survive a walk over its shapes and a render.
 
-#include <lmx/Formats/lmxShpFile.h>
-#include <lmx/Layers/lmxRenderThreadPool.h>
-#include <lmx/Layers/lmxShapeFileRender.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QBuffer>

@@ -1,8 +1,8 @@
 // A vector file of either generation. What is read must come back from its stored form, and survive a render.
 
-#include <lmx/Formats/lmxVectorData.h>
-#include <lmx/Layers/lmxRenderThreadPool.h>
-#include <lmx/Layers/lmxVectorFileRender.h>
+#include <lmx/Formats/Idrisi/lmxVectorData.h>
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/Private/lmxVectorFileRender.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 // A vector's header: the text of a documentation file, and the form stored in documents.
 
-#include <lmx/Formats/lmxVectorHeader.h>
+#include <lmx/Formats/Idrisi/lmxVectorHeader.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QBuffer>

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <lmx/Formats/Shapes/lmxShapePointConverter.h>
+#include <lmx/Formats/Shapes/lmxShpOutlines.h>
+#include <lmx/Formats/Shapes/lmxShpPoint.h>
+#include <lmx/Runtime/lmxLifetime.h>
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <utility>
+#include <vector>
+
+class QIODevice;
+
+namespace lmx {
+
+/// A point of a shape file.
+struct TShpFilePoint {
+    std::int32_t ShapeType = 1; ///< a plain point
+    double X = 0;
+    double Y = 0;
+};
+
+/// A shape of a shape file: its parts, each with its vertices in order. Looks into the file, which must outlive it.
+template<class Tag>
+class TShpFileShape {
+public:
+    TShpFileShape(const TShpOutlines& outlines, std::size_t index) : FOutlines(&outlines), FIndex(index) {}
+
+    std::size_t GetPartCount() const { return FOutlines->GetPartCount(FIndex); }
+    TShapeFileReader::TShpPointArr GetPart(std::size_t index) const { return FOutlines->GetPart(FIndex, index); }
+
+private:
+    const TShpOutlines* FOutlines;
+    std::size_t FIndex;
+};
+using TShpFilePolygonShape = TShpFileShape<struct TShpPolygonTag>;
+using TShpFilePolyLineShape = TShpFileShape<struct TShpPolyLineTag>;
+
+/// All that a shape file holds of its geometry. It never changes, so threads may share it.
+struct TShpData {
+    std::vector<TShpPoint> Points;
+    std::vector<TVertexBlock> PointBlocks;
+    TShpOutlines Polygons;
+    TShpOutlines PolyLines;
+};
+
+/// A shape file (.shp) in memory: its points, multipoints among them, polygons and polylines, each in the order of the
+/// file. Null shapes are left out. The coordinates are those of the file, or what the converter made of them.
+class TShpFile {
+public:
+    /// Reads a file. With a converter every vertex is converted, and those that it cannot convert are left out; without
+    /// one they stay as they are.
+    /// @throws EFileException if it cannot be read, EFileFormatException if it is damaged.
+    static std::unique_ptr<TShpFile> LoadFromFile(const QString& fileName,
+                                                  const std::shared_ptr<IShapePointConverter>& converter);
+    /// The same of a device that can seek; `fileName` is the name that the file goes by.
+    static std::unique_ptr<TShpFile> LoadFromStream(QIODevice& stream, const QString& fileName,
+                                                    const std::shared_ptr<IShapePointConverter>& converter);
+
+    const QString& GetFileName() const { return FFileName; } ///< the full name
+
+    // The smallest box around everything, whatever the file's header says; all 0 if there is nothing.
+    double GetXMin() const { return FXMin; }
+    double GetYMin() const { return FYMin; }
+    double GetXMax() const { return FXMax; }
+    double GetYMax() const { return FYMax; }
+
+    std::size_t GetPointCount() const { return FData->Points.size(); }
+    TShpFilePoint GetPoint(std::size_t index) const { return {1, FData->Points[index].X, FData->Points[index].Y}; }
+    std::size_t GetPolygonCount() const { return FData->Polygons.GetShapeCount(); }
+    TShpFilePolygonShape GetPolygon(std::size_t index) const { return {FData->Polygons, index}; }
+    std::size_t GetPolyLineCount() const { return FData->PolyLines.GetShapeCount(); }
+    TShpFilePolyLineShape GetPolyLine(std::size_t index) const { return {FData->PolyLines, index}; }
+
+    /// The geometry, for who draws it: it stays when the file goes.
+    const std::shared_ptr<const TShpData>& GetData() const { return FData; }
+    std::weak_ptr<const void> WatchLifetime() const { return FLifetime.Watch(); } ///< expires with the file
+    std::size_t GetVertexCount() const;                                           ///< points and vertices of all parts
+    std::size_t GetMemorySize() const;                                            ///< bytes of the geometry
+
+private:
+    TShpFile(QString fileName, TShpData data);
+
+    QString FFileName;
+    std::shared_ptr<const TShpData> FData;
+    double FXMin = 0;
+    double FYMin = 0;
+    double FXMax = 0;
+    double FYMax = 0;
+    TLifetime FLifetime;
+};
+
+} // namespace lmx
