@@ -4,9 +4,9 @@
 
 #include <benchmarks/Measuring.h>
 #include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
 #include <lmx/Layers/lmxBufferedMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
-#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
 #include <tests/Support/CountedMemory.h>
 
 #include <QApplication>

@@ -4,8 +4,8 @@
 #include <benchmarks/Measuring.h>
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Raster/Private/lmxAxisSamples.h>
-#include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Raster/Private/lmxNeighbourBlend.h>
+#include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 
 #include <cmath>
 #include <cstring>

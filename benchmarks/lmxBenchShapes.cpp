@@ -7,10 +7,10 @@
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
-#include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxShapeFileLayer.h>
 #include <tests/Support/CountedMemory.h>
 
 #include <QApplication>

@@ -3,6 +3,7 @@
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRasterMapLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Widgets/lmxColorChooser.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 
@@ -85,13 +86,13 @@ QWidget* TLayersPanel::MakeRow(lmx::TBaseMapLayer* layer) {
     column->addLayout(heading);
 
     // The row may outlive its layer by a moment.
-    const auto life = layer->GetLivenessToken();
+    const lmx::TBorrowed life(layer);
     connect(commands->menu(), &QMenu::aboutToShow, this, [=] {
-        if (!life.expired())
+        if (life)
             FillMenu(*commands->menu(), *layer);
     });
     connect(visible, &QCheckBox::toggled, this, [=](bool checked) {
-        if (!life.expired())
+        if (life)
             layer->SetIsVisible(checked);
     });
     if (auto* raster = dynamic_cast<lmx::TRasterMapLayer*>(layer)) {
@@ -106,11 +107,11 @@ QWidget* TLayersPanel::MakeRow(lmx::TBaseMapLayer* layer) {
 QWidget* TLayersPanel::MakeColorButton(lmx::TBaseShapeLayer* layer, QWidget* row) {
     auto* button = new QPushButton(tr("Colour..."), row);
     button->setAccessibleName(tr("Colour of %1").arg(layer->GetLayerName()));
-    connect(button, &QPushButton::clicked, this, [=, this, life = layer->GetLivenessToken()] {
+    connect(button, &QPushButton::clicked, this, [=, this, life = lmx::TBorrowed(layer)] {
         const auto chooser = lmx::TColorChooserFactory::GetObject();
-        if (!life.expired())
+        if (life)
             chooser->SetColor32(layer->GetColor());
-        if (chooser->Execute(this) && !life.expired())
+        if (chooser->Execute(this) && life)
             layer->SetColor(chooser->GetColor32());
     });
     return button;
@@ -122,8 +123,8 @@ QWidget* TLayersPanel::MakeOpacitySlider(lmx::TRasterMapLayer* layer, QWidget* r
     opacity->setValue(layer->GetOpacity());
     opacity->setAccessibleName(tr("Opacity of %1").arg(layer->GetLayerName()));
     opacity->setToolTip(tr("Opacity"));
-    connect(opacity, &QSlider::valueChanged, this, [layer, life = layer->GetLivenessToken()](int value) {
-        if (!life.expired())
+    connect(opacity, &QSlider::valueChanged, this, [layer, life = lmx::TBorrowed(layer)](int value) {
+        if (life)
             layer->SetOpacity(static_cast<std::uint8_t>(value));
     });
     return opacity;
@@ -134,8 +135,8 @@ QWidget* TLayersPanel::MakeColorChoice(lmx::TRasterMapLayer* layer, QWidget* row
     colors->addItem(tr("Colours..."));
     colors->addItems(ColorSchemeNames());
     colors->setAccessibleName(tr("Colours of %1").arg(layer->GetLayerName()));
-    connect(colors, &QComboBox::textActivated, this, [=, this, life = layer->GetLivenessToken()](const QString& name) {
-        if (life.expired() || colors->currentIndex() == 0)
+    connect(colors, &QComboBox::textActivated, this, [=, this, life = lmx::TBorrowed(layer)](const QString& name) {
+        if (!life || colors->currentIndex() == 0)
             return;
         lmx::GuardEvent(this, [&] { layer->SetColorCalc(MakeColorScheme(name, layer->GetValueRange(), FDataFolder)); });
     });

@@ -3,7 +3,7 @@
 #include <lmx/Controls/lmxMapViewTypes.h>
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
-#include <lmx/Runtime/lmxReceiverReference.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 
 #include <QString>
 
@@ -51,7 +51,7 @@ public:
 
 private:
     std::function<void(const QString&)> FTell;
-    lmx::TReceiverReference<TWayLayer> FWay;
+    lmx::TBorrowed<TWayLayer> FWay;
     lmx::TMapPoint FFrom;
     bool FIsMeasuring = false;
 };

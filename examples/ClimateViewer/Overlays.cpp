@@ -1,11 +1,12 @@
 #include "Overlays.h"
 
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 #include <lmx/Runtime/lmxThread.h>
@@ -72,8 +73,8 @@ private:
         // The list is still busy with the layer that goes.
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
-            [this, life = GetLivenessToken()] {
-                if (const auto manager = life.expired() ? nullptr : GetLayerManager())
+            [this, self = lmx::TBorrowed(this)] {
+                if (const auto manager = self ? GetLayerManager() : nullptr)
                     manager->GetLayers().Remove(this);
             },
             Qt::QueuedConnection);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxEventList.h>
-#include <lmx/Runtime/lmxReceiverReference.h>
 
 #include <QMainWindow>
 
@@ -69,7 +69,7 @@ private:
     lmx::TMapViewControl* FView;
     TModeActions* FModes;
     QString FDataFolder;
-    lmx::TReceiverReference<TPlacesLayer> FPlaces;
+    lmx::TBorrowed<TPlacesLayer> FPlaces;
     QLabel* FHint;
     QLabel* FPlace;
     QLabel* FValues;

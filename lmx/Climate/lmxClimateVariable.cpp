@@ -1,4 +1,5 @@
 #include <lmx/Climate/lmxClimateVariable.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QStringView>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 #include <span>
@@ -90,7 +92,7 @@ struct TClimateVariableType {
 /// Short names and units are those of the CMIP5 Standard Output and the CMIP6 Data Request (variables that differ
 /// between the two, such as sea ice, stand in both forms); standard names are from the CF Standard Name Table of the
 /// NetCDF Climate and Forecast Metadata Conventions (cfconventions.org).
-class TClimateVariableTypes {
+class LMX_EXPORT TClimateVariableTypes {
 public:
     /// All variables, in the order of the enumeration.
     static std::span<const TClimateVariableType> All();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 
@@ -9,7 +10,7 @@ namespace lmx {
 /// Says what a value looks like. A calculator sees numbers only: that a cell holds no data is known, and settled,
 /// before it is asked. What it does with a value outside its range is its own rule. Setters store and tell nobody;
 /// whoever changes a calculator tells the layer that uses it.
-class IBaseColorCalculator {
+class LMX_EXPORT IBaseColorCalculator {
 public:
     virtual ~IBaseColorCalculator() = default;
 
@@ -20,7 +21,7 @@ public:
 };
 
 /// A calculator whose colours are spread over a range of values.
-class IBaseMinMaxColorCalculator : public IBaseColorCalculator {
+class LMX_EXPORT IBaseMinMaxColorCalculator : public IBaseColorCalculator {
 public:
     virtual float GetMinVal() const = 0;
     virtual float GetMaxVal() const = 0;
@@ -34,7 +35,7 @@ public:
 
 /// Keeps the range of a calculator. The interface is a virtual base, so that a calculator can derive from this class
 /// and implement an interface of its own that stands on the same one.
-class TBaseMinMaxColorCalculator : public virtual IBaseMinMaxColorCalculator {
+class LMX_EXPORT TBaseMinMaxColorCalculator : public virtual IBaseMinMaxColorCalculator {
 public:
     TColor32 GetColor(float value) const override = 0;
     std::shared_ptr<IBaseColorCalculator> Clone() const override = 0;

@@ -1,4 +1,5 @@
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
+
 #include <lmx/Colour/Steps/Private/lmxPaletteBands.h>
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>

@@ -3,6 +3,7 @@
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxColorKey.h>
 #include <lmx/Colour/lmxValueRange.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 #include <span>
@@ -23,7 +24,7 @@ namespace lmx {
 /// - EArgumentException "Color index out of range" if the rounding of a tiny step leads past the last band.
 ///
 /// Clone() and Clone(min, max) have a copy of the key.
-class IBasicPaletteColorCalculator : public virtual IBaseMinMaxColorCalculator {
+class LMX_EXPORT IBasicPaletteColorCalculator : public virtual IBaseMinMaxColorCalculator {
 public:
     virtual std::shared_ptr<IColorKey> GetColorKey() const = 0;
     virtual void SetColorKey(std::shared_ptr<IColorKey> key) = 0;
@@ -31,7 +32,7 @@ public:
     virtual void SetReserveFirstColorForNoData(bool reserve) = 0;
 };
 
-class TBasicPaletteColorCalculatorFactory {
+class LMX_EXPORT TBasicPaletteColorCalculatorFactory {
 public:
     /// Range 0 to 0, no colour key, nothing reserved.
     static std::shared_ptr<IBasicPaletteColorCalculator> GetObject();

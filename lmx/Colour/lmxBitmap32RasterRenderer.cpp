@@ -1,9 +1,11 @@
-#include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
+
 #include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
 #include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
-#include <lmx/Colour/lmxRasterRows.h>
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
+#include <lmx/Colour/lmxBaseColorCalculator.h>
+#include <lmx/Colour/lmxMapData.h>
+#include <lmx/Colour/lmxRasterRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Runtime/Private/lmxAvx2.h>
 #include <lmx/Runtime/lmxExceptions.h>

@@ -1,4 +1,5 @@
 #include <lmx/Colour/lmxColorClassCalculator.h>
+
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
 

@@ -2,6 +2,7 @@
 
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxColorClassList.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 #include <span>
@@ -13,7 +14,7 @@ namespace lmx {
 ///
 /// GetColor raises EInvalidOperation "ColorClasses not specified" without classes.
 /// Clone() has a copy of the classes and the policy orpReturnNil: whoever needs the policy sets it on the clone.
-class IColorClassCalculator : public IBaseColorCalculator {
+class LMX_EXPORT IColorClassCalculator : public IBaseColorCalculator {
 public:
     virtual std::shared_ptr<IColorClasses> GetColorClasses() const = 0; ///< may be nil
     virtual void SetColorClasses(std::shared_ptr<IColorClasses> classes) = 0;
@@ -22,7 +23,7 @@ public:
 };
 
 /// Every calculator begins with orpReturnNil.
-class TColorClassCalculatorFactory {
+class LMX_EXPORT TColorClassCalculatorFactory {
 public:
     /// No classes.
     static std::shared_ptr<IColorClassCalculator> GetObject();

@@ -1,4 +1,5 @@
 #include <lmx/Colour/lmxColorClassList.h>
+
 #include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>

@@ -2,6 +2,7 @@
 
 #include <lmx/Colour/lmxValueRange.h>
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxObjectList.h>
 
 #include <QString>
@@ -19,7 +20,7 @@ enum class TOutOfRangePolicy {
 };
 
 /// One colour and one label for a band of values, both ends inside.
-class TColorClass {
+class LMX_EXPORT TColorClass {
 public:
     TColorClass() = default;
     TColorClass(const QString& name, float min, float max, TColor32 color)
@@ -68,7 +69,7 @@ private:
 };
 
 /// Classes in a meaningful order: of those that contain a value the first one wins. They may overlap and leave gaps.
-class IColorClasses {
+class LMX_EXPORT IColorClasses {
 public:
     virtual ~IColorClasses() = default;
 
@@ -90,14 +91,14 @@ public:
 };
 
 /// The text forms of the classes, joined by commas, without blanks.
-QString SerializeColorClasses(std::span<const TColorClass* const> classes);
+LMX_EXPORT QString SerializeColorClasses(std::span<const TColorClass* const> classes);
 
 /// The classes of a text. Reading ends without a failure where a class does not have the outline of one
 /// (`("name":` and a `)` somewhere) or no comma follows it. Blanks are not skipped, not even leading ones.
 /// @throws Exception, EConvertError as TColorClass::DeSerialize, for a class with the outline and another fault.
-std::vector<std::unique_ptr<TColorClass>> DeSerializeColorClasses(const QString& text);
+LMX_EXPORT std::vector<std::unique_ptr<TColorClass>> DeSerializeColorClasses(const QString& text);
 
-class TColorClassesFactory {
+class LMX_EXPORT TColorClassesFactory {
 public:
     /// An empty list.
     static std::shared_ptr<IColorClasses> GetObject();

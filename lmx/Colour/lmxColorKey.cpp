@@ -1,4 +1,5 @@
 #include <lmx/Colour/lmxColorKey.h>
+
 #include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -11,7 +12,7 @@
 namespace lmx {
 
 /// A colour with the label that legends show.
-struct TColorKeyItem {
+struct LMX_EXPORT TColorKeyItem {
     QString Name;
     TColor32 Color = 0; ///< alpha included
 
@@ -32,7 +33,7 @@ struct TColorKeyItem {
 };
 
 /// The ordered list of named colours behind a palette; its order is the order of the palette's bands.
-class IColorKey {
+class LMX_EXPORT IColorKey {
 public:
     virtual ~IColorKey() = default;
 
@@ -48,7 +49,7 @@ public:
     virtual void DeSerialize(const QString& text) = 0;
 };
 
-class TColorKeyFactory {
+class LMX_EXPORT TColorKeyFactory {
 public:
     /// An empty key.
     static std::shared_ptr<IColorKey> GetObject();

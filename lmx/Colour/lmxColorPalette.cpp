@@ -1,4 +1,5 @@
 #include <lmx/Colour/lmxColorPalette.h>
+
 #include <lmx/Formats/Idrisi/lmxIdrisiPalFile.h>
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Runtime/lmxExceptions.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -10,7 +11,7 @@ namespace lmx {
 
 /// A list of colours that lives in a palette file: the line "QUORVAN45PAL", then a line "red green blue alpha" for
 /// each colour, in decimal.
-class TColorPalette : public std::vector<TColor32> {
+class LMX_EXPORT TColorPalette : public std::vector<TColor32> {
 public:
     using std::vector<TColor32>::vector;
 

@@ -1,4 +1,5 @@
 #include <lmx/Colour/lmxGradientColorCalculator.h>
+
 #include <lmx/Colour/Steps/Private/lmxGradientPosition.h>
 #include <lmx/Colour/Steps/Private/lmxGradientSteps.h>
 #include <lmx/Colour/Steps/Private/lmxLatestResult.h>

@@ -3,6 +3,7 @@
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxValueRange.h>
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 
@@ -19,7 +20,7 @@ class IGradientSource;
 ///
 /// GetColor without a gradient raises EInvalidOperation "Gradient not specified" where the gradient is asked.
 /// Clone() copies everything; Clone(min, max) copies the gradient and resets the default colour to 0.
-class IGradientColorCalculator : public virtual IBaseMinMaxColorCalculator {
+class LMX_EXPORT IGradientColorCalculator : public virtual IBaseMinMaxColorCalculator {
 public:
     virtual std::shared_ptr<IGradient> GetGradient() const = 0;
     virtual void SetGradient(std::shared_ptr<IGradient> gradient) = 0;
@@ -27,7 +28,7 @@ public:
     virtual void SetDefaultColor(TColor32 color) = 0;
 };
 
-class TGradientColorCalculatorFactory {
+class LMX_EXPORT TGradientColorCalculatorFactory {
 public:
     /// Range 0 to 0, no gradient, default colour 0.
     static std::shared_ptr<IGradientColorCalculator> GetObject();

@@ -1,4 +1,5 @@
 #include <lmx/Colour/lmxGradientData.h>
+
 #include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Runtime/lmxExtended.h>

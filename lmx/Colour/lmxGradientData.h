@@ -2,6 +2,7 @@
 
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxObjectList.h>
 
 #include <QString>
@@ -15,7 +16,7 @@ class IGradient;
 class TXmlNode;
 
 /// A gradient description that is damaged or cannot become a gradient.
-class EGradientDataException : public Exception {
+class LMX_EXPORT EGradientDataException : public Exception {
 public:
     using Exception::Exception;
 };
@@ -31,24 +32,24 @@ struct TStartEndAt {
 };
 
 /// "min", "max", the value with four decimals in the current format settings, or an empty text.
-QString StartEndAtValueToString(const TStartEndAt& at);
+LMX_EXPORT QString StartEndAtValueToString(const TStartEndAt& at);
 
 /// The inverse, in the current format settings. "min" and "max" are matched exactly; what is none of the texts is
 /// sekNotSpecified.
-TStartEndAt StringToStartEndAtValue(const QString& text);
+LMX_EXPORT TStartEndAt StringToStartEndAtValue(const QString& text);
 
 /// "red,green,blue,alpha" in decimal.
-QString Color32ToGradientDataColorValue(TColor32 color);
+LMX_EXPORT QString Color32ToGradientDataColorValue(TColor32 color);
 
 /// A colour from `#AARRGGBB`, or from three or four integers separated by commas: red, green, blue and alpha, which is
 /// 255 if absent.
 /// @throws EGradientDataException "Color value length is invalid: ..." for fewer than 6 characters (which black, as
 /// "0,0,0", has), "Hex color value is invalid: ..." or "Comma-seperated color value is invalid: ..." for any other
 /// text, followed by the text and by the reason.
-TColor32 GradientDataColorValueToColor32(const QString& text);
+LMX_EXPORT TColor32 GradientDataColorValueToColor32(const QString& text);
 
 /// Colours that are evenly spaced from the start of the group to its end.
-class TGradientGroup {
+class LMX_EXPORT TGradientGroup {
 public:
     /// The list itself, for reading and changing.
     std::vector<TColor32>& GetColors() { return FColors; }
@@ -77,7 +78,7 @@ private:
 /// gradient once that range is known.
 ///
 /// In text it is an XML document with the root "gradient", which has "group" elements with "color" elements inside.
-class IGradientData {
+class LMX_EXPORT IGradientData {
 public:
     virtual ~IGradientData() = default;
 
@@ -111,7 +112,7 @@ public:
     virtual std::shared_ptr<IGradient> CreateGradient(double min, double max) const = 0;
 };
 
-class TGradientDataFactory {
+class LMX_EXPORT TGradientDataFactory {
 public:
     /// No groups.
     static std::shared_ptr<IGradientData> GetObject();

@@ -1,5 +1,6 @@
-#include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Colour/lmxIdrisiImageMapData.h>
+
+#include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Runtime/lmxExceptions.h>
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <lmx/Colour/lmxBitmap32RasterRenderer.h>
+#include <lmx/Colour/lmxMapData.h>
 #include <lmx/Colour/lmxRasterRows.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <cstdint>
 #include <vector>
@@ -11,7 +12,7 @@ namespace lmx {
 class TAbstractImage;
 
 /// The numbers of an Idrisi image and which of its cells hold values. Fixed after construction.
-class TIdrisiImageMapData final : public IMapData, public ICookieData, public IRasterRows {
+class LMX_EXPORT TIdrisiImageMapData final : public IMapData, public ICookieData, public IRasterRows {
 public:
     /// With `cache` all cells are copied here, and the image is not touched again. Without, each access reads the
     /// image, which must outlive this object.

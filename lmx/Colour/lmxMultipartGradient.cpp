@@ -1,6 +1,7 @@
+#include <lmx/Colour/lmxMultipartGradient.h>
+
 #include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
 #include <lmx/Colour/Steps/Private/lmxLatestResult.h>
-#include <lmx/Colour/lmxMultipartGradient.h>
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Colour/lmxGradientColorCalculator.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 #include <span>
@@ -13,7 +14,7 @@ namespace lmx {
 ///
 /// Clone() has a list of its own with the same parts. Clone(min, max) sets the overall range of that copy: the parts
 /// keep theirs, so a narrower range cuts the colouring off, and a wider one leaves transparent margins.
-class IMultipartGradientColorCalculator : public virtual IBaseMinMaxColorCalculator {
+class LMX_EXPORT IMultipartGradientColorCalculator : public virtual IBaseMinMaxColorCalculator {
 public:
     /// The part that colours a value: the first one in the list with `min <= value <= max`; nil if there is none. The
     /// overall range plays no role.
@@ -23,7 +24,7 @@ public:
     virtual std::vector<std::shared_ptr<IGradientColorCalculator>>& GetGradients() = 0;
 };
 
-class TMultipartGradientColorCalculatorFactory {
+class LMX_EXPORT TMultipartGradientColorCalculatorFactory {
 public:
     /// Range 0 to 0, no parts.
     static std::shared_ptr<IMultipartGradientColorCalculator> GetObject();

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <cstdint>
 
 namespace lmx {
 
 /// Map or cookie data that keeps its cells in memory, row by row. A renderer reads whole rows of it instead of asking
 /// for each cell.
-class IRasterRows {
+class LMX_EXPORT IRasterRows {
 public:
     virtual ~IRasterRows() = default;
 

@@ -1,4 +1,5 @@
 #include <lmx/Colour/lmxValueRange.h>
+
 #include <lmx/Runtime/lmxNumberText.h>
 
 namespace lmx {

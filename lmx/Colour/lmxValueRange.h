@@ -1,11 +1,13 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 namespace lmx {
 
 /// A range of values, both ends inside. Not ordered by itself: Low may be above High.
-struct TValueRange {
+struct LMX_EXPORT TValueRange {
     double Low = 0;
     double High = 0;
 

@@ -1,4 +1,5 @@
 #include <lmx/Controls/lmxLayerToggleButtons.h>
+
 #include <lmx/Controls/lmxMapViewAssets.h>
 
 namespace lmx {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Widgets/lmxBaseToggleButton.h>
 
 #include <QString>
@@ -7,7 +8,7 @@
 namespace lmx {
 
 /// A button of a layer's row in a list of layers. Its pictures are images of TMapViewAssets.
-class TLayerRowToggleButton : public TBaseToggleButton {
+class LMX_EXPORT TLayerRowToggleButton : public TBaseToggleButton {
 protected:
     TLayerRowToggleButton(QWidget* parent, const QString& hint, int imageOn, int imageOff);
 
@@ -19,19 +20,19 @@ private:
 };
 
 /// Unfolds what is shown of a layer; selected: open.
-class TLayerOpenCloseToggleButton : public TLayerRowToggleButton {
+class LMX_EXPORT TLayerOpenCloseToggleButton : public TLayerRowToggleButton {
 public:
     explicit TLayerOpenCloseToggleButton(QWidget* parent = nullptr);
 };
 
 /// Shows or hides a layer; selected: visible.
-class TLayerVisibilityToggleButton : public TLayerRowToggleButton {
+class LMX_EXPORT TLayerVisibilityToggleButton : public TLayerRowToggleButton {
 public:
     explicit TLayerVisibilityToggleButton(QWidget* parent = nullptr);
 };
 
 /// Opens the menu of a layer; looks the same in both states.
-class TShowMenuButton : public TLayerRowToggleButton {
+class LMX_EXPORT TShowMenuButton : public TLayerRowToggleButton {
 public:
     explicit TShowMenuButton(QWidget* parent = nullptr);
 };

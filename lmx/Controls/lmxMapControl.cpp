@@ -1,4 +1,5 @@
 #include <lmx/Controls/lmxMapControl.h>
+
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Controls/lmxMapViewRuler.h>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QWidget>
 
 namespace lmx {
@@ -8,7 +10,7 @@ class TMapViewControl;
 class TMapViewRuler;
 
 /// A map view with a strip of ticks above it and one to its left, which are hidden at first.
-class TMapControl : public QWidget {
+class LMX_EXPORT TMapControl : public QWidget {
 public:
     explicit TMapControl(QWidget* owner = nullptr);
     ~TMapControl() override;

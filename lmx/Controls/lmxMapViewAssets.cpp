@@ -1,4 +1,5 @@
 #include <lmx/Controls/lmxMapViewAssets.h>
+
 #include <lmx/Widgets/lmxGlyphPainter.h>
 
 #include <QCoreApplication>

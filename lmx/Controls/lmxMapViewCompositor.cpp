@@ -1,3 +1,4 @@
+
 #include <lmx/Controls/lmxMapViewCompositor.h>
 
 namespace lmx {

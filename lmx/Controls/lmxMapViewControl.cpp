@@ -1,4 +1,5 @@
 #include <lmx/Controls/lmxMapViewControl.h>
+
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
@@ -16,14 +17,14 @@ namespace {
 
 // The flag and the view's reference come first: the manager tells of the layer as soon as it has it.
 template<class Layer>
-void AddSpecialLayer(ILayerManager& manager, TReceiverReference<Layer>& reference, std::unique_ptr<Layer> layer) {
+void AddSpecialLayer(ILayerManager& manager, TBorrowed<Layer>& reference, std::unique_ptr<Layer> layer) {
     reference = layer.get();
     layer->SetFlags(layer->GetFlags() + TLayerFlags{TLayerFlag::lfSpecial});
     manager.GetSpecialLayers().Add(std::move(layer));
 }
 
 template<class Layer>
-void RemoveSpecialLayer(ILayerManager& manager, TReceiverReference<Layer>& reference) {
+void RemoveSpecialLayer(ILayerManager& manager, TBorrowed<Layer>& reference) {
     manager.GetSpecialLayers().Remove(reference.Get());
     reference = nullptr;
 }
@@ -63,7 +64,7 @@ void TMapViewControl::SetLayerManager(const std::shared_ptr<ILayerManager>& mana
     const QPointer<TMapViewControl> self(this); // whoever is told may close the view
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the caller's may change meanwhile
     const std::shared_ptr<ILayerManager> next = manager;
-    Notify(FOnBeforeLayerManagerChanged);
+    FOnBeforeLayerManagerChanged(this);
     if (const auto previous = self ? FLayerManager : nullptr) {
         RegisterLayerManagerEvents(previous.get(), false);
         RegisterSpecialLayers(previous, false);
@@ -76,15 +77,9 @@ void TMapViewControl::SetLayerManager(const std::shared_ptr<ILayerManager>& mana
         RegisterSpecialLayers(next, true);
     }
     if (self)
-        Notify(FOnAfterLayerManagerChanged);
+        FOnAfterLayerManagerChanged(this);
     if (self)
         RepaintMap();
-}
-
-// By a copy: a handler may replace itself, or close the view that holds it.
-void TMapViewControl::Notify(const TMapViewNotifyEvent& event) {
-    if (const TMapViewNotifyEvent told = event)
-        told(this);
 }
 
 // The two directions are no mirror images, and hosts rely on what follows from that: a removed layer runs the added
@@ -217,7 +212,7 @@ TWorldViewport& TMapViewControl::RequireViewport() const {
 
 void TMapViewControl::Viewport_Changed(TWorldViewport*) {
     RepaintMap();
-    Notify(FOnViewportUpdated);
+    FOnViewportUpdated(this);
 }
 
 void TMapViewControl::RepaintMap() {

@@ -5,9 +5,10 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Layers/lmxLayerTypes.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxEventList.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
-#include <lmx/Runtime/lmxReceiverReference.h>
 #include <lmx/Widgets/lmxPaintBox32.h>
 
 #include <QMenu>
@@ -31,7 +32,7 @@ class TSelectionMapLayer;
 /// marks the buffer invalid. Without a world the view shows its background; the first ordinary layer that has a world
 /// system makes the world. Several views may show one manager. A view that is destroyed is not called again. Main
 /// thread only.
-class TMapViewControl : public TPaintBox32, public TEventReceiver {
+class LMX_EXPORT TMapViewControl : public TPaintBox32, public TEventReceiver {
 public:
     /// A view with every kind of special layer.
     explicit TMapViewControl(QWidget* owner = nullptr);
@@ -168,7 +169,6 @@ private:
     void LayerManager_LayerMoved(ILayerManager* manager, int fromIndex, int toIndex);
     void LayerManager_OnMapCommand(TBaseMapLayer* layer, TLayerMapCommand command, void* data);
     void Viewport_Changed(TWorldViewport* viewport);
-    void Notify(const TMapViewNotifyEvent& event);
     TWorldViewport& RequireViewport() const;
 
     bool CanPaintLayers() const;
@@ -205,10 +205,10 @@ private:
     TColor32 FBackgroundColor = clWhite32;
     TSpecialLayerAccess FSpecialLayerAccess;
     std::shared_ptr<IMapViewControlCustomModeObject> FCustomModeObject;
-    TReceiverReference<TSelectionMapLayer> FSpSelectionLayer;
-    TReceiverReference<TRulerMapLayer> FSpRulersLayer;
-    TReceiverReference<TInfoQueryPointLayer> FSpInfoQueryPointsLayer;
-    TReceiverReference<TBaseMapLayer> FSpObjectLayer;
+    TBorrowed<TSelectionMapLayer> FSpSelectionLayer;
+    TBorrowed<TRulerMapLayer> FSpRulersLayer;
+    TBorrowed<TInfoQueryPointLayer> FSpInfoQueryPointsLayer;
+    TBorrowed<TBaseMapLayer> FSpObjectLayer;
     bool FIsMouseDown = false;
     TMouseButton FMouseButton = TMouseButton::mbLeft; // of the last press; never reset
     TPoint FCursorDownPt;

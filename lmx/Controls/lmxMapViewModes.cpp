@@ -80,7 +80,7 @@ void TMapViewControl::MouseMove(TPoint point) {
         LeftButtonMove(point);
     else if (FMouseButton == TMouseButton::mbMiddle)
         PanStep(point);
-    if (self && FOnMouseCursorLocationChanged && FViewport)
+    if (self && FViewport)
         FOnMouseCursorLocationChanged(this, point, MapPointAt(point));
 }
 
@@ -192,7 +192,7 @@ void TMapViewControl::LeftButtonUp(TPoint point, bool wasDown) {
 
 // Hosts hear of the zoom and may close the view, or give it another manager.
 void TMapViewControl::ZoomToSelection() {
-    const TReceiverReference<TSelectionMapLayer> selection = FSpSelectionLayer;
+    const TBorrowed<TSelectionMapLayer> selection = FSpSelectionLayer;
     if (selection.Get())
         FViewport->ZoomTo(selection.Get()->GetSelectedRect());
     if (selection.Get())

@@ -1,4 +1,5 @@
 #include <lmx/Controls/lmxMapViewRuler.h>
+
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Widgets/Private/lmxDeviceGrid.h>
 

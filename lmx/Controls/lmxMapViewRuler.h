@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QWidget>
 
 namespace lmx {
@@ -10,7 +12,7 @@ enum class TMapRulerOrientation { roHorizontal, roVertical };
 
 /// A strip of ticks beside a map, one every 15 logical pixels, every tenth one across the whole strip. It is a fixed
 /// scale that knows nothing of the map.
-class TMapViewRuler : public QWidget {
+class LMX_EXPORT TMapViewRuler : public QWidget {
 public:
     explicit TMapViewRuler(QWidget* parent = nullptr); ///< horizontal, 20 x 20
 

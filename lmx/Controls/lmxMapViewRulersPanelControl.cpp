@@ -1,14 +1,13 @@
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
+
+#include <lmx/Controls/Private/lmxControlDialogs.h>
 #include <lmx/Controls/lmxRulerListView.h>
-#include <lmx/Dialogs/lmxRulerDialog.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxPngButton.h>
 #include <lmx/Widgets/lmxToggleButtonBar.h>
 
 #include <QKeyEvent>
-#include <QPointer>
-#include <QScopeGuard>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -140,26 +139,24 @@ void TMapViewRulersPanelControl::RulersLayer_Invalidated(TBaseMapLayer*) {
     FListView->viewport()->update();
 }
 
-// The dialogs are children of the panel, so that one that is open when the panel goes goes with it.
+// Whoever is told, and whoever comes while a dialog is open, may let the layer go, and the panel.
 
 void TMapViewRulersPanelControl::AddButton_Click() {
     if (!GetRulersLayer())
         return;
-    const QPointer<TRulerDialog> dialog = new TRulerDialog(this);
-    const auto cleanUp = qScopeGuard([dialog] { delete dialog; });
-    if (dialog->ShowModal() != TModalResult::mrOk || !GetRulersLayer())
-        return;
-    GetRulersLayer()->Add(std::make_unique<TRulerItem>(dialog->GetRulerOrientation(), dialog->GetRulerLocation(),
-                                                       dialog->GetRulerColor()));
+    const TBorrowed self(this);
+    const auto ruler = AskForRuler(this, nullptr);
+    if (ruler && self && GetRulersLayer())
+        GetRulersLayer()->Add(std::make_unique<TRulerItem>(*ruler));
 }
 
 void TMapViewRulersPanelControl::DelButton_Click() {
-    TRulerMapLayer* layer = GetRulersLayer();
-    const TRulerItem* ruler = FListView->GetSelectedRuler();
+    const TBorrowed<TRulerMapLayer> layer = GetRulersLayer();
+    TRulerItem* ruler = FListView->GetSelectedRuler();
     if (!layer || !ruler)
         return;
     layer->Delete(ruler);
-    if (GetRulersLayer() == layer) // whoever was told may have let it go
+    if (layer)
         layer->Invalidate();
 }
 
@@ -167,18 +164,15 @@ void TMapViewRulersPanelControl::EditButton_Click() {
     FEditedRuler = FListView->GetSelectedRuler();
     if (!FEditedRuler)
         return;
-    const QPointer<TRulerDialog> dialog = new TRulerDialog(this);
-    const auto cleanUp = qScopeGuard([dialog] { delete dialog; });
-    dialog->SetRulerLocation(static_cast<float>(FEditedRuler->GetLocation()));
-    dialog->SetRulerOrientation(FEditedRuler->GetOrientation());
-    dialog->SetRulerColor(FEditedRuler->GetColor());
-    if (dialog->ShowModal() != TModalResult::mrOk || !FEditedRuler)
+    const TBorrowed self(this);
+    const auto edited = AskForRuler(this, FEditedRuler);
+    if (!edited || !self || !FEditedRuler)
         return;
-    const TRulerItem edited(dialog->GetRulerOrientation(), dialog->GetRulerLocation(), dialog->GetRulerColor());
-    *FEditedRuler = edited;
+    *FEditedRuler = *edited;
     if (TRulerMapLayer* layer = GetRulersLayer())
         layer->Invalidate();
-    FListView->viewport()->update();
+    if (self)
+        FListView->viewport()->update();
 }
 
 } // namespace lmx

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxEventList.h>
-#include <lmx/Runtime/lmxReceiverReference.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QWidget>
 
@@ -19,7 +20,7 @@ class TToggleButtonBar;
 ///
 /// The layer is borrowed. Before it goes, or with it at the latest, the owner sets another layer or nil; a panel that
 /// is not told shows no rulers and does nothing.
-class TMapViewRulersPanelControl : public QWidget, public TEventReceiver {
+class LMX_EXPORT TMapViewRulersPanelControl : public QWidget, public TEventReceiver {
 public:
     explicit TMapViewRulersPanelControl(QWidget* parent = nullptr);
 
@@ -63,7 +64,7 @@ private:
     TPngButton* FDelButton;
     TPngButton* FEditButton;
     TRulerListView* FListView;
-    TReceiverReference<TRulerMapLayer> FRulersLayer;
+    TBorrowed<TRulerMapLayer> FRulersLayer;
     TRulerItem* FEditedRuler = nullptr; ///< of the last edit; nil once it is gone
 };
 

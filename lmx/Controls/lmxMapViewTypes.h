@@ -1,12 +1,12 @@
 #pragma once
 
 #include <lmx/Coordinates/wskMappingTypes.h>
+#include <lmx/Runtime/lmxEvent.h>
 #include <lmx/Runtime/lmxEventList.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 #include <lmx/Runtime/lmxSet.h>
 #include <lmx/Widgets/lmxCursor.h>
-
-#include <functional>
 
 namespace lmx {
 
@@ -35,7 +35,7 @@ enum class TSpecialLayers {
 using TSpecialLayerAccess = TSet<TSpecialLayers>;
 
 /// Implemented by the host: what the left mouse button does in mdCustom. Points are in device pixels.
-class IMapViewControlCustomModeObject {
+class LMX_EXPORT IMapViewControlCustomModeObject {
 public:
     virtual ~IMapViewControlCustomModeObject() = default;
 
@@ -47,8 +47,8 @@ public:
 };
 
 using TMapModeChangedEventList = TEventList<TMapViewControl*, TMapMode>;
-using TMapViewNotifyEvent = std::function<void(TMapViewControl* sender)>;
-using TMouseCursorLocationChangedEvent =
-    std::function<void(TMapViewControl* sender, const TPoint& point, const TMapPoint& mapPoint)>;
+using TMapViewNotifyEvent = TEvent<TMapViewControl*>;
+/// The sender, the place of the mouse in device pixels, and on the map.
+using TMouseCursorLocationChangedEvent = TEvent<TMapViewControl*, const TPoint&, const TMapPoint&>;
 
 } // namespace lmx

@@ -1,4 +1,5 @@
 #include <lmx/Controls/lmxRulerListView.h>
+
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Runtime/lmxFormat.h>

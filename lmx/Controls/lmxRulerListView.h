@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QTreeWidget>
 
 #include <array>
@@ -16,11 +18,11 @@ struct TRulerRow {
 
 /// Draws a ruler's row: its location with three decimals, its line as it stands on the map, and its colour without
 /// alpha. Colours are those of the system.
-void DrawRulerItem(QPainter& canvas, const TRulerRow& row, const TRulerItem& ruler, bool isSelected);
+LMX_EXPORT void DrawRulerItem(QPainter& canvas, const TRulerRow& row, const TRulerItem& ruler, bool isSelected);
 
 /// A list of rulers that draws its rows itself, always from the rulers' present values. It borrows the rulers: each has
 /// to leave the list before it is freed.
-class TRulerListView : public QTreeWidget {
+class LMX_EXPORT TRulerListView : public QTreeWidget {
 public:
     explicit TRulerListView(QWidget* parent = nullptr);
 

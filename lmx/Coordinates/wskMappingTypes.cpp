@@ -1,4 +1,5 @@
 #include <lmx/Coordinates/wskMappingTypes.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Formats/Idrisi/lmxGeoPoint.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
@@ -27,7 +28,7 @@ struct TMapOrientation {
 };
 
 /// A map position, or a pixel position that keeps its fraction.
-struct TMapPoint {
+struct LMX_EXPORT TMapPoint {
     extended X = 0;
     extended Y = 0;
 
@@ -69,7 +70,7 @@ struct TMapSize {
 /// A rectangle of map coordinates: Top is its northern edge, so normally Top > Bottom and Left < Right. Inverted edges
 /// are legal: width, height, centre and Contains do not care which edge is which. The translation is a drawing offset
 /// in map units, which only the GetTranslated... accessors and Equals look at.
-struct TMapArea {
+struct LMX_EXPORT TMapArea {
     extended Left = 0;
     extended Top = 0;
     extended Right = 0;

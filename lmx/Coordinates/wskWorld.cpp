@@ -1,4 +1,6 @@
 #include <lmx/Coordinates/wskWorld.h>
+
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
@@ -91,13 +93,11 @@ void TWorld::SetWorldSystem(std::shared_ptr<IWorldSystem> worldSystem) {
         return;
     FWorldSystem->Set(std::move(worldSystem));
     // Subscribers may make and destroy viewports, and a new one may stand where an old one stood.
-    std::vector<std::pair<TWorldViewport*, std::weak_ptr<const void>>> viewports;
-    for (TWorldViewport* viewport : FViewports)
-        viewports.emplace_back(viewport, viewport->FLifetime.Watch());
-    const auto lifetime = FLifetime.Watch();
-    for (const auto& [viewport, viewportLifetime] : viewports)
-        if (!lifetime.expired() && !viewportLifetime.expired())
-            viewport->FOnChanged.Send(viewport);
+    const std::vector<TBorrowed<TWorldViewport>> viewports(FViewports.begin(), FViewports.end());
+    const TLifeWatch life = FLifetime.Watch();
+    for (const TBorrowed<TWorldViewport>& viewport : viewports)
+        if (!life.IsOver() && viewport)
+            viewport->FOnChanged.Send(viewport.Get());
 }
 
 TWorldViewportLocal::TWorldViewportLocal(TWorld* world, extended scale, TPoint translation)
@@ -167,9 +167,9 @@ void TWorldViewport::SetScale(extended value) {
         return;
     const TMapPoint center = GetCenter();
     FScale = std::max(std::min(value, FMaxScale), LowestScale);
-    const auto lifetime = FLifetime.Watch();
+    const TBorrowed self(this);
     SetCenter(center);
-    if (!lifetime.expired())
+    if (self)
         FOnChanged.Send(this);
 }
 
@@ -186,9 +186,9 @@ void TWorldViewport::SetViewSize(TSize size) {
     const TMapPoint center = GetCenter();
     FViewSize = size;
     SetCenter(center, false);
-    const auto lifetime = FLifetime.Watch();
+    const TBorrowed self(this);
     FOnChanged.Send(this);
-    if (!lifetime.expired())
+    if (self)
         FOnViewSizeChanged.Send(this);
 }
 
@@ -227,9 +227,9 @@ bool TWorldViewport::ZoomTo(const TMapArea& area) {
     TMapArea folded = system.ToWorldArea(area);
     if (area.Left < area.Right && folded.Left > folded.Right)
         folded.Right = system.Area().Right;
-    const auto lifetime = FLifetime.Watch();
+    const TBorrowed self(this);
     SetScale(std::min(scaleX, scaleY));
-    if (!lifetime.expired())
+    if (self)
         SetCenter(folded.GetCenter());
     return true;
 }

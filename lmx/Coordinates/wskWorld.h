@@ -3,6 +3,7 @@
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Runtime/lmxEventList.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxLifetime.h>
 
 #include <atomic>
@@ -25,7 +26,7 @@ using TWorldViewportEventList = TEventList<TWorldViewport*>;
 
 /// The world system that a world has at the moment. Snapshots of viewports share it and read it on other threads, also
 /// after the world is gone; only the world, on the main thread, sets it.
-class TCurrentWorldSystem {
+class LMX_EXPORT TCurrentWorldSystem {
 public:
     explicit TCurrentWorldSystem(std::shared_ptr<IWorldSystem> system) { Set(std::move(system)); }
 
@@ -42,7 +43,7 @@ private:
 };
 
 /// A world system and the viewports that look at it. Outlives its viewports. Main thread only.
-class TWorld {
+class LMX_EXPORT TWorld {
 public:
     /// @throws EArgumentException "WorldSystem" if `worldSystem` is nil.
     explicit TWorld(std::shared_ptr<IWorldSystem> worldSystem);
@@ -69,7 +70,7 @@ private:
 
 /// Snapshot of a viewport's scale and translation, with which a worker converts while the viewport goes on changing.
 /// Converts by the current system of the world, and by its last one when the world is gone.
-class TWorldViewportLocal {
+class LMX_EXPORT TWorldViewportLocal {
 public:
     TPoint Translation;
     extended Scale = 1;
@@ -93,7 +94,7 @@ private:
 /// Registers with its world, which must outlive it. Main thread only.
 ///
 /// Subscribers may see two notifications of one change, and may destroy the viewport.
-class TWorldViewport {
+class LMX_EXPORT TWorldViewport {
 public:
     /// @throws EArgumentException "World" if `world` is nil.
     explicit TWorldViewport(TWorld* world);
@@ -149,8 +150,7 @@ public:
     bool GetIsPanning() const { return FIsPanning; }
 
     TWorld* GetWorld() const { return FWorld; } ///< nil once the world is gone
-    /// Expires with the viewport.
-    std::weak_ptr<const void> GetLivenessToken() const { return FLifetime.Watch(); }
+    const TLifetime& GetLifetime() const { return FLifetime; }
     /// A snapshot of the present scale and translation.
     /// @throws EArgumentException "World" once the world is gone.
     TWorldViewportLocal GetLocal() const;

@@ -1,4 +1,5 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
+
 #include <lmx/Formats/Idrisi/lmxImageHeader.h>
 #include <lmx/Runtime/lmxExceptions.h>
 

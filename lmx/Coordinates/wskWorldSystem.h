@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Coordinates/wskMappingTypes.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -14,7 +15,7 @@ class TImageHeader;
 /// A coordinate reference system. It may have a seam, where longitudes jump: then areas that reach over the seam are
 /// cut into pieces, and points are folded into the world's own longitudes. Holds no state that changes: any thread may
 /// call.
-class IWorldSystem {
+class LMX_EXPORT IWorldSystem {
 public:
     virtual ~IWorldSystem() = default;
 
@@ -49,25 +50,25 @@ public:
 };
 
 /// Longitude and latitude with the seam at 180: -180 to 180.
-class TLatLonWorldSystemFactory {
+class LMX_EXPORT TLatLonWorldSystemFactory {
 public:
     static std::shared_ptr<IWorldSystem> GetObject(); ///< the one shared instance
 };
 
 /// Longitude and latitude with the seam at 0: 0 to 360.
-class TLatLonAntimeridianWorldSystemFactory {
+class LMX_EXPORT TLatLonAntimeridianWorldSystemFactory {
 public:
     static std::shared_ptr<IWorldSystem> GetObject(); ///< the one shared instance
 };
 
 /// New Zealand Map Grid, in metres; no seam.
-class TNZMGWorldSystemFactory {
+class LMX_EXPORT TNZMGWorldSystemFactory {
 public:
     static std::shared_ptr<IWorldSystem> GetObject(); ///< the one shared instance
 };
 
 /// Finds world systems by their keys.
-class TWorldSystemFactory {
+class LMX_EXPORT TWorldSystemFactory {
 public:
     /// The system with this identifier ("latlon", "latlonAntimerdian", "nzmg"), or nil.
     static std::shared_ptr<IWorldSystem> GetObject(const QString& identifier);
@@ -76,7 +77,7 @@ public:
 };
 
 /// An area together with the system in which its coordinates are to be read.
-struct TWorldMapArea {
+struct LMX_EXPORT TWorldMapArea {
     TMapArea Area;
     std::shared_ptr<IWorldSystem> WorldSystem;
 

@@ -1,4 +1,5 @@
 #include <lmx/Dialogs/lmxRulerDialog.h>
+
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>

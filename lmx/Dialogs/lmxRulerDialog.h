@@ -2,6 +2,7 @@
 
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Widgets/lmxModalDialog.h>
 
 QT_BEGIN_NAMESPACE
@@ -17,7 +18,7 @@ class TColorShape;
 /// and reads it. At first: location 0, vertical, cyan.
 ///
 /// OK does not look at the text of the location; whoever asks for the location gets the failure.
-class TRulerDialog : public TModalDialog {
+class LMX_EXPORT TRulerDialog : public TModalDialog {
 public:
     explicit TRulerDialog(QWidget* parent = nullptr);
 

@@ -1,4 +1,5 @@
 #include <lmx/Graphics/lmxBitmap32.h>
+
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 
 #include <algorithm>

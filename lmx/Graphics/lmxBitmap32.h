@@ -4,6 +4,7 @@
 #include <lmx/Graphics/lmxFloatPoint.h>
 #include <lmx/Graphics/lmxFont32.h>
 #include <lmx/Graphics/lmxWideRect.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
 #include <QString>
@@ -52,7 +53,7 @@ enum TTextFlags : unsigned {
 /// bitmap without pixels drawing does nothing. "Raw" means that the colour is stored as it is, alpha included.
 /// A bitmap belongs to one thread at a time; text needs a QGuiApplication. One that was moved from may only be
 /// assigned to or destroyed.
-class TBitmap32 {
+class LMX_EXPORT TBitmap32 {
 public:
     TBitmap32() = default;
     TBitmap32(std::int32_t width, std::int32_t height) { SetSize(width, height); }

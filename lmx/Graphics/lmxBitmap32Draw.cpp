@@ -1,7 +1,7 @@
 // Bitmaps on bitmaps.
 
-#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
+#include <lmx/Graphics/lmxBitmap32.h>
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // To and from Qt's pictures.
 
-#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
+#include <lmx/Graphics/lmxBitmap32.h>
 
 #include <QImage>
 #include <QPainter>

@@ -1,8 +1,8 @@
 // Lines one pixel thick: of whole pixels, antialiased, stippled.
 
-#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/Private/lmxBlend.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
+#include <lmx/Graphics/lmxBitmap32.h>
 
 #include <algorithm>
 #include <cmath>

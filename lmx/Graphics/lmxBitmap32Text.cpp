@@ -1,8 +1,8 @@
 // Text: Qt draws masks of letters, and the masks are blended here.
 
-#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/Private/lmxBlend.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
+#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Runtime/lmxExtended.h>
 

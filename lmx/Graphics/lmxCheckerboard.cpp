@@ -1,6 +1,7 @@
-#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxCheckerboard.h>
+
 #include <lmx/Graphics/Private/lmxPixelRows.h>
+#include <lmx/Graphics/lmxBitmap32.h>
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,5 @@
 #include <lmx/Graphics/lmxColorText.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QRandomGenerator>

@@ -1,4 +1,5 @@
 #include <lmx/Graphics/lmxFont32.h>
+
 #include <lmx/Runtime/lmxExtended.h>
 
 #include <QFont>

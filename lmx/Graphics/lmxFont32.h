@@ -1,7 +1,8 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
-#include <lmx/Runtime/lmxTextForms.h>
+#include <lmx/Graphics/lmxFontStyles.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -12,7 +13,7 @@ QT_END_NAMESPACE
 namespace lmx {
 
 /// The font of a bitmap's text.
-struct TFont32 {
+struct LMX_EXPORT TFont32 {
     QString Name = QStringLiteral("Tahoma");
     int Size = 8;       ///< points at 96 pixels to the inch
     int Height = 0;     ///< if positive, the height in pixels, and Size is ignored
@@ -30,13 +31,13 @@ enum class TFontSmoothing {
 };
 
 /// Pixels of a size in points, halves up; at least 1.
-int FontPixels(int size);
+LMX_EXPORT int FontPixels(int size);
 
 /// Pixels of a font, its ratio included; at least 1.
-int FontPixels(const TFont32& font);
+LMX_EXPORT int FontPixels(const TFont32& font);
 
 /// The font that text is measured and drawn with. Tahoma and Arial are replaced by DejaVu Sans where they are missing.
 /// Needs a QGuiApplication.
-QFont MakeFont(const TFont32& font, TFontSmoothing smoothing);
+LMX_EXPORT QFont MakeFont(const TFont32& font, TFontSmoothing smoothing);
 
 } // namespace lmx

@@ -1,5 +1,6 @@
-#include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Graphics/lmxGradient.h>
+
+#include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 

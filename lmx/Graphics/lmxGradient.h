@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -26,7 +27,7 @@ struct TColorStop {
 /// no colour. At a stop a gradient has exactly the stop's colour; beyond its outer stops it has the colour of the
 /// nearest one; two stops at one location make a hard edge, and the edge itself has the colour of the later stop.
 /// Between two stops the way is cut into GradientSteps, and a position takes the nearest step (ColorBetween).
-class IGradient {
+class LMX_EXPORT IGradient {
 public:
     virtual ~IGradient() = default;
 
@@ -70,7 +71,7 @@ constexpr TColor32 ColorBetween(TColor32 from, TColor32 to, int step) {
     return channel(24) | channel(16) | channel(8) | channel(0);
 }
 
-class TGradientFactory {
+class LMX_EXPORT TGradientFactory {
 public:
     /// A gradient without stops.
     static std::shared_ptr<IGradient> GetObject();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <memory>
 
 namespace lmx {
@@ -7,7 +9,7 @@ namespace lmx {
 class IGradient;
 
 /// Something that holds a gradient over a range of values, such as a control in which the user edits one.
-class IGradientSource {
+class LMX_EXPORT IGradientSource {
 public:
     virtual ~IGradientSource() = default;
 

@@ -1,8 +1,9 @@
-#include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Graphics/lmxPolygons.h>
+
 #include <lmx/Graphics/Private/lmxCoverage.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
-#include <lmx/Graphics/lmxPolygons.h>
 #include <lmx/Graphics/Private/lmxStroke.h>
+#include <lmx/Graphics/lmxBitmap32.h>
 
 #include <cmath>
 #include <numbers>

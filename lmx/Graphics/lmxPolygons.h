@@ -2,6 +2,7 @@
 
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Graphics/lmxFloatPoint.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <span>
 #include <vector>
@@ -35,16 +36,16 @@ struct TStroke {
 };
 
 /// Fills a contour, which closes by itself. Fewer than three points draw nothing.
-void PolygonFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color,
-               TPolyFillMode fillMode = TPolyFillMode::pfAlternate);
+LMX_EXPORT void PolygonFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color,
+                          TPolyFillMode fillMode = TPolyFillMode::pfAlternate);
 
 /// Fills several contours as one shape.
-void PolyPolygonFS(TBitmap32& bitmap, std::span<const TFloatPoints> contours, TColor32 color,
-                   TPolyFillMode fillMode = TPolyFillMode::pfAlternate);
+LMX_EXPORT void PolyPolygonFS(TBitmap32& bitmap, std::span<const TFloatPoints> contours, TColor32 color,
+                              TPolyFillMode fillMode = TPolyFillMode::pfAlternate);
 
 /// Strokes a line through the points; `closed` joins the last to the first.
-void PolylineFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color, bool closed = false,
-                const TStroke& stroke = {});
+LMX_EXPORT void PolylineFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color, bool closed = false,
+                           const TStroke& stroke = {});
 
 /// The same with the stroke's form spelled out.
 inline void PolylineFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color, bool closed,
@@ -54,11 +55,11 @@ inline void PolylineFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, T
 }
 
 /// Strokes several lines as one shape: where they cross the colour is blended once.
-void PolyPolylineFS(TBitmap32& bitmap, std::span<const TFloatPoints> lines, TColor32 color, bool closed = false,
-                    const TStroke& stroke = {});
+LMX_EXPORT void PolyPolylineFS(TBitmap32& bitmap, std::span<const TFloatPoints> lines, TColor32 color,
+                               bool closed = false, const TStroke& stroke = {});
 
 /// A circle as a polygon whose edges leave it by about an eighth of a pixel; the first point is to the right of the
 /// centre. Has fewer than three points, and so draws nothing, below a radius of an eighth of a pixel.
-TFloatPoints CirclePolygon(double centerX, double centerY, double radius);
+LMX_EXPORT TFloatPoints CirclePolygon(double centerX, double centerY, double radius);
 
 } // namespace lmx

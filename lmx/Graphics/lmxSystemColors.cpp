@@ -1,3 +1,4 @@
+
 #include <lmx/Graphics/lmxSystemColors.h>
 
 #include <QGuiApplication>

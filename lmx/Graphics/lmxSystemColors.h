@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <cstdint>
 #include <memory>
@@ -21,7 +22,7 @@ inline constexpr TColor clBtnText = SystemColor(18);
 
 /// Where the values of the system colours come from: the application's palette, unless a host or a test puts another
 /// source in its place. Main thread only.
-class TSystemColors {
+class LMX_EXPORT TSystemColors {
 public:
     virtual ~TSystemColors() = default;
 
@@ -35,13 +36,13 @@ public:
 };
 
 /// The same colours on every machine, for pictures that must not depend on a theme.
-class TFixedSystemColors : public TSystemColors {
+class LMX_EXPORT TFixedSystemColors : public TSystemColors {
 public:
     TColor32 GetColor(std::uint8_t index) const override;
 };
 
 /// Another source of system colours until the end of the scope.
-class TSystemColorsScope {
+class LMX_EXPORT TSystemColorsScope {
 public:
     explicit TSystemColorsScope(std::shared_ptr<const TSystemColors> source)
         : FPrevious(TSystemColors::SetCurrent(std::move(source))) {}
@@ -54,6 +55,6 @@ private:
 };
 
 /// The opaque pixel of a colour; a system colour is looked up.
-TColor32 Color32(TColor color);
+LMX_EXPORT TColor32 Color32(TColor color);
 
 } // namespace lmx

@@ -1,4 +1,5 @@
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
+
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxExceptions.h>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Layers/lmxBaseMapLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxWeakReference.h>
 
 #include <memory>
@@ -9,7 +10,7 @@ namespace lmx {
 
 /// A layer that knows its manager; every concrete layer derives from it. The reference is uncounted: a layer never
 /// keeps its manager alive.
-class TBaseLayerManagerLayer : public TBaseMapLayer {
+class LMX_EXPORT TBaseLayerManagerLayer : public TBaseMapLayer {
 public:
     /// @throws EExArgumentNilException naming "TBaseLayerManagerLayer.Create" and "LayerManager" if the manager is nil.
     explicit TBaseLayerManagerLayer(const std::shared_ptr<ILayerManager>& layerManager);

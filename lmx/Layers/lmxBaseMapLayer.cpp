@@ -1,44 +1,16 @@
-#include <lmx/Controls/Legend/lmxBaseLegendControl.h>
 #include <lmx/Layers/lmxBaseMapLayer.h>
+
+#include <lmx/Layers/Private/lmxLayerComponents.h>
 #include <lmx/Runtime/Private/lmxClassName.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
-#include <lmx/Runtime/lmxNumberText.h>
 
 namespace lmx {
-
-namespace {
-
-// A legend control is often replaced from within one of its own events, so it goes when that event is over.
-void FreeLegendControl(QWidget* control) {
-    control->hide();
-    control->setParent(nullptr);
-    control->deleteLater();
-}
-
-} // namespace
-
-TAttributeData TAttributeData::Empty() {
-    return {TAttributeDataType::adtString, QStringLiteral("Value")};
-}
-
-bool TAttributeData::CheckData(TAttributeDataType dataType, const QString& text) {
-    float number = 0;
-    std::int32_t integer = 0;
-    switch (dataType) {
-    case TAttributeDataType::adtString:
-        return true;
-    case TAttributeDataType::adtFloat:
-        return TryStrToFloat(text, number);
-    case TAttributeDataType::adtInteger:
-        return TryStrToInt(text, integer);
-    }
-    return false;
-}
 
 TBaseMapLayer::TBaseMapLayer() : FLayerID(QUuid::createUuid()) {}
 
 TBaseMapLayer::~TBaseMapLayer() {
-    if (FLegendComponent && !FLegendComponent->parent())
+    if (FLegendObject && !FLegendObject->parent())
         FreeLegendControl(FLegendComponent);
 }
 
@@ -71,11 +43,11 @@ void TBaseMapLayer::Invalidate() {
         ++FInvalidateCount;
         return;
     }
-    const auto liveness = GetLivenessToken(); // whoever is told may destroy the layer
+    const TBorrowed self(this); // whoever is told may destroy the layer
     SetIsReadyToDraw(false);
-    if (!liveness.expired())
+    if (self)
         SetIsReadyToDraw(true);
-    if (!liveness.expired())
+    if (self)
         DoNotifyInvalidated();
 }
 
@@ -140,15 +112,16 @@ void TBaseMapLayer::SetLayerArea(const TWorldMapArea& area) {
 }
 
 TBaseLegendControl* TBaseMapLayer::GetLegendComponent() const {
-    return static_cast<TBaseLegendControl*>(FLegendComponent.data());
+    return FLegendObject ? FLegendComponent : nullptr;
 }
 
 void TBaseMapLayer::SetLegendComponent(TBaseLegendControl* component) {
     if (component == GetLegendComponent())
         return;
-    if (FLegendComponent)
+    if (FLegendObject)
         FreeLegendControl(FLegendComponent);
     FLegendComponent = component;
+    FLegendObject = component ? LegendControlObject(component) : nullptr;
     FOnLegendComponentChanged.Send(this, component);
 }
 
@@ -173,8 +146,8 @@ void TBaseMapLayer::UpdateDuplicateBaseMapLayer(TBaseMapLayer* target) const {
 }
 
 std::function<void()> TBaseMapLayer::MenuEvent(std::function<void()> action) const {
-    return [layer = GetLivenessToken(), action = std::move(action)] {
-        if (!layer.expired())
+    return [self = TBorrowed(this), action = std::move(action)] {
+        if (self)
             action();
     };
 }

@@ -1,14 +1,16 @@
 #pragma once
 
 #include <lmx/Coordinates/wskWorldSystem.h>
+#include <lmx/Layers/lmxAttributeData.h>
 #include <lmx/Layers/lmxLayerTypes.h>
 #include <lmx/Runtime/lmxEventList.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
+#include <QObject>
 #include <QPointer>
 #include <QString>
 #include <QUuid>
-#include <QWidget>
 
 #include <cstdint>
 #include <memory>
@@ -24,7 +26,7 @@ class TWorldViewport;
 /// Root of every layer. A layer draws itself in Paint and nowhere else; it calls downwards into its data and upwards
 /// only by events. It is not painted until something makes it ready to draw. Setters act only on a real change: the new
 /// value is stored, then the event is sent. Main thread only.
-class TBaseMapLayer : public TEventReceiver {
+class LMX_EXPORT TBaseMapLayer : public TEventReceiver {
 public:
     TBaseMapLayer();
     virtual ~TBaseMapLayer();
@@ -116,7 +118,8 @@ private:
     bool FIsVisible = true;
     QString FLayerName;
     TAttributes FAttributes;
-    QPointer<QWidget> FLegendComponent;
+    TBaseLegendControl* FLegendComponent = nullptr; // while FLegendObject lives
+    QPointer<QObject> FLegendObject;
     bool FIsReadyToDraw = false;
     bool FUpdating = false;
     int FInvalidateCount = 0;

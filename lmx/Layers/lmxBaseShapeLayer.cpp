@@ -1,5 +1,7 @@
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 
+#include <lmx/Runtime/lmxBorrowed.h>
+
 namespace lmx {
 
 TBaseShapeLayer::TBaseShapeLayer(const std::shared_ptr<ILayerManager>& layerManager)
@@ -9,9 +11,9 @@ void TBaseShapeLayer::SetColor(TColor32 color) {
     if (color == FColor)
         return;
     FColor = color;
-    const auto liveness = GetLivenessToken(); // whoever is told may destroy the layer
+    const TBorrowed self(this); // whoever is told may destroy the layer
     Invalidate(true);
-    if (!liveness.expired())
+    if (self)
         CreateLegendComponent();
 }
 

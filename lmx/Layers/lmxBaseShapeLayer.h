@@ -2,13 +2,14 @@
 
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Layers/lmxBufferedMapLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 
 namespace lmx {
 
 /// A buffered layer that draws shapes in one colour.
-class TBaseShapeLayer : public TBufferedMapLayer {
+class LMX_EXPORT TBaseShapeLayer : public TBufferedMapLayer {
 public:
     explicit TBaseShapeLayer(const std::shared_ptr<ILayerManager>& layerManager);
 

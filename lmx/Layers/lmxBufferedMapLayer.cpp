@@ -1,7 +1,9 @@
-#include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Layers/lmxBufferedMapLayer.h>
-#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
+
+#include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <mutex>
@@ -10,12 +12,6 @@
 namespace lmx {
 
 namespace {
-
-using TView = std::weak_ptr<const void>;
-
-bool IsSameView(const TView& a, const TView& b) {
-    return !a.owner_before(b) && !b.owner_before(a);
-}
 
 /// Whether the picture shows exactly what is visible, once it is drawn where its map area lies.
 bool DrawPicture(const TBufferedBitmap& buffered, const TWorldViewport& viewport, TBitmap32& bitmap) {
@@ -96,7 +92,7 @@ TBufferedMapLayer::~TBufferedMapLayer() {
 
 void TBufferedMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) {
     TBaseLayerManagerLayer::Paint(world, viewport, bitmap);
-    FPaintedView = viewport->GetLivenessToken();
+    FPaintedView = viewport->GetLifetime().Watch();
     const TViewPicture& picture = PictureFor(*viewport);
     if (picture.Buffered && DrawPicture(*picture.Buffered, *viewport, bitmap) && !picture.IsOutdated)
         return;
@@ -105,9 +101,9 @@ void TBufferedMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32
 
 // A view that has none of its own yet is shown the newest one.
 const TBufferedMapLayer::TViewPicture& TBufferedMapLayer::PictureFor(const TWorldViewport& viewport) const {
-    const TView view = viewport.GetLivenessToken();
+    const TLifeWatch view = viewport.GetLifetime().Watch();
     for (const TViewPicture& other : FOtherPictures)
-        if (IsSameView(other.View, view))
+        if (other.View == view)
             return other;
     return FPicture;
 }
@@ -132,14 +128,34 @@ void TBufferedMapLayer::SetBufferedBitmap(std::unique_ptr<TBufferedBitmap> buffe
 
 void TBufferedMapLayer::StartRender(std::shared_ptr<TRenderThreadHandler> handler) {
     CancelRender();
-    handler->FLayer = this;
-    handler->FLayerLiveness = GetLivenessToken();
     const auto thread = RenderThreadPool().GetThread();
-    thread->SetOnExecute([execute = handler.get()](TThreadPoolThread& onThread) { execute->ThreadExecute(onThread); });
+    thread->SetOnExecute([render = handler.get(), layer = TBorrowed(this)](TThreadPoolThread& onThread) {
+        ThreadExecute(*render, layer, onThread);
+    });
     thread->SetData(std::move(handler));
     FCurrentThread = thread;
     FCurrentView = FPaintedView;
     thread->StartOperation();
+}
+
+// On the pool's thread: the layer is for the main thread only, and there only while its liveness says so.
+void TBufferedMapLayer::ThreadExecute(const TRenderThreadHandler& handler, const TBorrowed<TBufferedMapLayer>& layer,
+                                      TThreadPoolThread& thread) {
+    struct TResult {
+        std::shared_ptr<TThreadPoolThread> Thread;
+        std::unique_ptr<TBufferedBitmap> Picture;
+    };
+    const auto result = std::make_shared<TResult>();
+    result->Thread = thread.shared_from_this();
+    try {
+        result->Picture = handler.Render(thread);
+    } catch (...) {
+        // By contract: the layer stays without a new picture, and its next paint starts a render again.
+    }
+    TThread::Synchronize([layer, result] {
+        if (layer)
+            layer->FinishRender(*result->Thread, std::move(result->Picture));
+    });
 }
 
 void TBufferedMapLayer::CancelRender() {
@@ -158,20 +174,18 @@ void TBufferedMapLayer::OutdateBuffer() {
 void TBufferedMapLayer::FinishRender(const TThreadPoolThread& thread, std::unique_ptr<TBufferedBitmap> buffered) {
     if (FCurrentThread.get() != &thread)
         return;
-    const auto liveness = GetLivenessToken();
+    const TBorrowed self(this);
     if (buffered && !thread.ShouldStop())
         ShowPicture({std::move(buffered), FCurrentView});
-    if (!liveness.expired() && FCurrentThread.get() == &thread)
+    if (self && FCurrentThread.get() == &thread)
         FCurrentThread = nullptr;
 }
 
 // Two views at different places would take one picture from each other without end.
 void TBufferedMapLayer::ShowPicture(TViewPicture picture) {
-    std::erase_if(FOtherPictures, [&](const TViewPicture& other) {
-        return other.View.expired() || IsSameView(other.View, picture.View);
-    });
-    if (FPicture.Buffered && !FPicture.View.expired() && !picture.View.expired() &&
-        !IsSameView(FPicture.View, picture.View))
+    std::erase_if(FOtherPictures,
+                  [&](const TViewPicture& other) { return other.View.IsOver() || other.View == picture.View; });
+    if (FPicture.Buffered && !FPicture.View.IsOver() && !picture.View.IsOver() && FPicture.View != picture.View)
         FOtherPictures.push_back(std::move(FPicture));
     FPicture = std::move(picture);
     Invalidate();

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <lmx/Layers/lmxBaseLayerManagerLayer.h>
 #include <lmx/Layers/Render/lmxBufferedBitmap.h>
+#include <lmx/Layers/lmxBaseLayerManagerLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxThread.h>
 #include <lmx/Runtime/lmxThreadPool.h>
 
@@ -25,7 +27,7 @@ using TRenderThreadProc = std::function<void(TThread& thread)>;
 ///
 /// Everything here belongs to the main thread. A render holds a share of all that it draws (TRenderThreadHandler), so
 /// the layer and its content may be changed, replaced or destroyed at any moment; nothing waits for a render.
-class TBufferedMapLayer : public TBaseLayerManagerLayer {
+class LMX_EXPORT TBufferedMapLayer : public TBaseLayerManagerLayer {
 public:
     explicit TBufferedMapLayer(const std::shared_ptr<ILayerManager>& layerManager);
     /// Asks renders and render threads to stop, and returns at once.
@@ -54,7 +56,7 @@ public:
     /// A thread of its own for a host's work, outside the pool. The procs of one layer run one at a time, in the order
     /// in which their threads get the layer's lock, which each holds for the whole of its proc. A proc does not run if
     /// its thread was terminated, or the layer destroyed, before its turn. A proc must not touch the layer but through
-    /// TThread::Synchronize, and there only while GetLivenessToken, taken before, has not expired; it asks
+    /// TThread::Synchronize, and there only while a TBorrowed of it, made before, is not nil; it asks
     /// thread.GetTerminated() to learn when to stop. What it raises ends with it.
     /// With `stopCurrent` the proc now running is asked to stop. Without `startNow` the caller starts the thread.
     /// @throws EExArgumentNilException naming "TBufferedMapLayer.StartRenderThread" and "Proc" if `proc` is empty.
@@ -74,24 +76,26 @@ protected:
     void OutdateBuffer();
 
 private:
-    friend class TRenderThreadHandler;
     class TRenderThreads;
 
     /// A picture and the viewport that it was rendered for; a host's own is for all.
     struct TViewPicture {
         std::unique_ptr<TBufferedBitmap> Buffered;
-        std::weak_ptr<const void> View;
+        TLifeWatch View;
         bool IsOutdated = false; // shows content of before
     };
 
+    /// Renders and has the main thread finish the render of `layer`, if that is still there.
+    static void ThreadExecute(const TRenderThreadHandler& handler, const TBorrowed<TBufferedMapLayer>& layer,
+                              TThreadPoolThread& thread);
     void FinishRender(const TThreadPoolThread& thread, std::unique_ptr<TBufferedBitmap> buffered);
     void ShowPicture(TViewPicture picture);
     const TViewPicture& PictureFor(const TWorldViewport& viewport) const;
 
     TViewPicture FPicture;                    // the newest one
     std::vector<TViewPicture> FOtherPictures; // the newest one of each other view
-    std::weak_ptr<const void> FPaintedView;   // the viewport of the newest paint
-    std::weak_ptr<const void> FCurrentView;   // the one that the newest render is for
+    TLifeWatch FPaintedView;                  // the viewport of the newest paint
+    TLifeWatch FCurrentView;                  // the one that the newest render is for
     std::shared_ptr<TThreadPoolThread> FCurrentThread;
     std::shared_ptr<TRenderThreads> FRenderThreads; // the threads of StartRenderThread hold it too
 };

@@ -1,12 +1,15 @@
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
+
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
 #include <lmx/Colour/lmxIdrisiImageMapData.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImageExporter.h>
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
+#include <lmx/Graphics/Private/lmxReducedPicture.h>
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/lmxFileDialog.h>
 
@@ -67,9 +70,9 @@ void TIdrisiMapLayer::TakeImage(std::unique_ptr<TAbstractImage> image) {
 void TIdrisiMapLayer::ShowImage(TAbstractImage* image, std::unique_ptr<TAbstractImage> owned) {
     // Reading the new values can fail, and then nothing has changed.
     const auto data = image ? std::make_shared<TIdrisiImageMapData>(image, true) : nullptr;
-    const std::weak_ptr<const void> life = GetLivenessToken(); // a subscriber may free the layer
+    const TBorrowed self(this); // a subscriber may free the layer
     Invalidate();
-    if (life.expired())
+    if (!self)
         return;
     KeepReplacedImage(image);
     FImage = image;
@@ -79,7 +82,7 @@ void TIdrisiMapLayer::ShowImage(TAbstractImage* image, std::unique_ptr<TAbstract
     if (image) {
         const TImageHeader* header = image->getHeader();
         SetLayerArea(TWorldMapArea(header));
-        if (life.expired())
+        if (!self)
             return;
         StoreValueRange(TValueRange(header->GetMinValue(), header->GetMaxValue()));
     } else {
@@ -173,8 +176,8 @@ void TIdrisiMapLayer::DoExport(const QString& description, const QString& extens
     request.DefaultExtension = extension;
     request.OverwritePrompt = true;
     QString fileName;
-    const std::weak_ptr<const void> life = GetLivenessToken(); // the layer may go while the dialog is open
-    if (TFileDialog::Save(request, fileName) && !life.expired() && FImage)
+    const TBorrowed self(this); // the layer may go while the dialog is open
+    if (TFileDialog::Save(request, fileName) && self && FImage)
         exporter.Export(*FImage, fileName);
 }
 

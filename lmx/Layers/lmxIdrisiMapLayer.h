@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Layers/lmxRasterMapLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 #include <vector>
@@ -15,7 +16,7 @@ class TAbstractImage;
 
 /// Shows an Idrisi image: renders it at one pixel for each cell and stretches that picture onto the map, cut and moved
 /// where its area reaches over the seam of the world.
-class TIdrisiMapLayer : public TRasterMapLayer {
+class LMX_EXPORT TIdrisiMapLayer : public TRasterMapLayer {
 public:
     explicit TIdrisiMapLayer(const std::shared_ptr<ILayerManager>& layerManager);
     ~TIdrisiMapLayer() override;

@@ -1,7 +1,9 @@
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
+
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxPolygons.h>
-#include <lmx/Layers/lmxInfoQueryPointLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExtended.h>
 
 #include <array>
@@ -90,9 +92,9 @@ void TInfoQueryPointLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitma
 
 // A subscriber may let the layer go.
 void TInfoQueryPointLayer::Points_OnNotify(TInfoQueryPoint* point, TListChange change) {
-    const auto life = GetLivenessToken();
+    const TBorrowed self(this);
     (change == TListChange::lcAdded ? FOnAdded : FOnRemoved).Send(this, point);
-    if (!life.expired())
+    if (self)
         Invalidate();
 }
 

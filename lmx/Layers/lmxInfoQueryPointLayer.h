@@ -3,8 +3,9 @@
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxObjectList.h>
-#include <lmx/Runtime/lmxReceiverReference.h>
 
 #include <QString>
 
@@ -17,12 +18,12 @@ class TInfoQueryPointLayer;
 /// Draws the marker of a query point: a filled triangle that stands with its tip on `point`, in pixels of the bitmap,
 /// and a black outline around it, which is translucent if `softOutline`. A negative size asks for 20 and a
 /// negative stroke width for 3, both times the bitmap's device ratio. No outline is drawn with a stroke width of 0.
-void InfoPointPaint(const TMapPoint& point, TBitmap32& bitmap, TColor32 color, bool softOutline, float size,
-                    float strokeWidth);
+LMX_EXPORT void InfoPointPaint(const TMapPoint& point, TBitmap32& bitmap, TColor32 color, bool softOutline, float size,
+                               float strokeWidth);
 
 /// A marked place whose values the user wants to read. A new value of a property repaints the layer that the point was
 /// made for, if there is one and it still lives.
-class TInfoQueryPoint {
+class LMX_EXPORT TInfoQueryPoint {
 public:
     TInfoQueryPoint() = default;                                                          ///< for no layer
     TInfoQueryPoint(TInfoQueryPointLayer* layer, const TMapPoint& point, TColor32 color); ///< `layer` may be nil
@@ -42,7 +43,7 @@ public:
 private:
     void Changed() const;
 
-    TReceiverReference<TInfoQueryPointLayer> FLayer;
+    TBorrowed<TInfoQueryPointLayer> FLayer;
     TColor32 FColor = 0;
     TMapPoint FPoint;
     QString FPointLabel;
@@ -51,7 +52,7 @@ private:
 using TInfoQueryPointEventList = TEventList<TInfoQueryPointLayer*, TInfoQueryPoint*>;
 
 /// The query points of a view, each shown by its marker. Main thread only.
-class TInfoQueryPointLayer : public TBaseLayerManagerLayer {
+class LMX_EXPORT TInfoQueryPointLayer : public TBaseLayerManagerLayer {
 public:
     /// @throws EExArgumentNilException as TBaseLayerManagerLayer.
     explicit TInfoQueryPointLayer(const std::shared_ptr<ILayerManager>& layerManager);

@@ -1,6 +1,8 @@
-#include <lmx/Layers/lmxBaseLayerManagerLayer.h>
 #include <lmx/Layers/lmxLayerDuplicator.h>
+
+#include <lmx/Layers/lmxBaseLayerManagerLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <utility>
@@ -17,11 +19,8 @@ std::unique_ptr<TBaseMapLayer> CopyFor(const std::shared_ptr<ILayerManager>& man
 
 class TLayerDuplicator final : public ILayerDuplicator {
 public:
-    TBaseMapLayer* GetSourceLayer() const override { return FSourceLiveness.expired() ? nullptr : FSourceLayer; }
-    void SetSourceLayer(TBaseMapLayer* layer) override {
-        FSourceLayer = layer;
-        FSourceLiveness = layer ? layer->GetLivenessToken() : std::weak_ptr<const void>();
-    }
+    TBaseMapLayer* GetSourceLayer() const override { return FSourceLayer.Get(); }
+    void SetSourceLayer(TBaseMapLayer* layer) override { FSourceLayer = layer; }
     std::shared_ptr<ILayerManager> GetDestLayerManager() const override { return FDestLayerManager; }
     void SetDestLayerManager(const std::shared_ptr<ILayerManager>& manager) override { FDestLayerManager = manager; }
 
@@ -37,8 +36,7 @@ public:
     }
 
 private:
-    TBaseMapLayer* FSourceLayer = nullptr;
-    std::weak_ptr<const void> FSourceLiveness;
+    TBorrowed<TBaseMapLayer> FSourceLayer;
     std::shared_ptr<ILayerManager> FDestLayerManager;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <memory>
 
 namespace lmx {
@@ -8,7 +10,7 @@ class ILayerManager;
 class TBaseMapLayer;
 
 /// Copies a layer to the top of the stack of a manager, the layer's own or another one. Main thread only.
-class ILayerDuplicator {
+class LMX_EXPORT ILayerDuplicator {
 public:
     virtual ~ILayerDuplicator() = default;
 
@@ -23,7 +25,7 @@ public:
     virtual TBaseMapLayer* Duplicate() = 0;
 };
 
-class TLayerDuplicatorFactory {
+class LMX_EXPORT TLayerDuplicatorFactory {
 public:
     static std::shared_ptr<ILayerDuplicator> GetObject(); ///< a new one at each call, with nothing set
     static std::shared_ptr<ILayerDuplicator> GetObject(TBaseMapLayer* layer,

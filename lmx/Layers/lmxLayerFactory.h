@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Layers/lmxBaseMapLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -19,7 +20,7 @@ using TCreateLayerFunc = std::unique_ptr<TBaseMapLayer> (*)(const std::shared_pt
 using TCreateLayerAnonFunc = std::function<std::unique_ptr<TBaseMapLayer>(const std::shared_ptr<ILayerManager>&)>;
 
 /// Makes layers of the types that it knows.
-class ILayerFactoryHandler {
+class LMX_EXPORT ILayerFactoryHandler {
 public:
     virtual ~ILayerFactoryHandler() = default;
 
@@ -28,7 +29,7 @@ public:
 };
 
 /// Makes layers of one type by a function; the case of the type's letters does not matter.
-class TCreateLayerFuncHandler final : public ILayerFactoryHandler {
+class LMX_EXPORT TCreateLayerFuncHandler final : public ILayerFactoryHandler {
 public:
     /// @throws EArgumentNilException "Func" if it is nil.
     TCreateLayerFuncHandler(const QString& layerType, TCreateLayerFunc func);
@@ -42,7 +43,7 @@ private:
 };
 
 /// The same by a closure.
-class TCreateLayerAnonFuncHandler final : public ILayerFactoryHandler {
+class LMX_EXPORT TCreateLayerAnonFuncHandler final : public ILayerFactoryHandler {
 public:
     /// @throws EArgumentNilException "AnonFunc" if it is empty.
     TCreateLayerAnonFuncHandler(const QString& layerType, TCreateLayerAnonFunc func);
@@ -57,7 +58,7 @@ private:
 
 /// Makes layers by the names of their types (TBaseMapLayer::GetLayerClassName), as documents hold them. Main thread
 /// only.
-class ILayerFactory {
+class LMX_EXPORT ILayerFactory {
 public:
     virtual ~ILayerFactory() = default;
 
@@ -82,7 +83,7 @@ public:
     }
 };
 
-class TLayerFactory {
+class LMX_EXPORT TLayerFactory {
 public:
     static std::shared_ptr<ILayerFactory> GetObject();           ///< a new, empty one at each call
     static const std::shared_ptr<ILayerFactory>& GetSingleton(); ///< the shared one; empty until someone fills it

@@ -1,7 +1,8 @@
 #include <lmx/Layers/lmxLayerManager.h>
+
 #include <lmx/Layers/lmxLayerManagerConfig.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxNumberText.h>
-#include <lmx/Runtime/lmxReceiverReference.h>
 
 namespace lmx {
 
@@ -9,7 +10,7 @@ namespace {
 
 // Whether a layer is still there. A subscriber that is told of it may free it, and then no other one is told.
 auto IsAlive(const TBaseMapLayer& layer) {
-    return [life = layer.GetLivenessToken()] { return !life.expired(); };
+    return [life = layer.GetLifetime().Watch()] { return !life.IsOver(); };
 }
 
 class TLayerManager final : public ILayerManager, public TEventReceiver {
@@ -55,7 +56,7 @@ private:
         event.SendWhile(IsAlive(*layer), this, layer);
     }
 
-    TReceiverReference<TBaseMapLayer> FSelectedLayer;
+    TBorrowed<TBaseMapLayer> FSelectedLayer;
     std::shared_ptr<ILayerManagerConfig> FConfig;
     QString FTitle;
     bool FPreventNotify = false;

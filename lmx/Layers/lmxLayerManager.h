@@ -2,6 +2,7 @@
 
 #include <lmx/Layers/lmxBaseMapLayer.h>
 #include <lmx/Layers/lmxLayerTypes.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxObjectList.h>
 
 #include <QString>
@@ -17,7 +18,7 @@ class ILayerManagerConfig;
 /// events of the whole. Layers enter and leave through the lists themselves; a list owns its layers and frees what is
 /// removed. Special layers raise the added and removed events too; lfSpecial in their flags tells them apart.
 /// Name, legend and area changes are not forwarded: whoever needs them subscribes to the layer. Main thread only.
-class ILayerManager {
+class LMX_EXPORT ILayerManager {
 public:
     virtual ~ILayerManager() = default;
 
@@ -55,7 +56,7 @@ public:
     virtual void PreventNotify() = 0;
 };
 
-class TLayerManagerFactory {
+class LMX_EXPORT TLayerManagerFactory {
 public:
     static std::shared_ptr<ILayerManager> GetObject(); ///< a new one at each call, with a configuration of its own
 };

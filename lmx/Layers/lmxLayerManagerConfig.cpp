@@ -1,3 +1,4 @@
+
 #include <lmx/Layers/lmxLayerManagerConfig.h>
 
 namespace lmx {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <memory>
 #include <vector>
 
@@ -10,7 +12,7 @@ class TBaseLegendControl;
 class TBaseMapLayer;
 
 /// Implemented by the host: lets it supply a layer's legend control.
-class ILayerComponentFactory {
+class LMX_EXPORT ILayerComponentFactory {
 public:
     virtual ~ILayerComponentFactory() = default;
 
@@ -20,7 +22,7 @@ public:
 };
 
 /// What the host sets for all layers of one manager.
-class ILayerManagerConfig {
+class LMX_EXPORT ILayerManagerConfig {
 public:
     virtual ~ILayerManagerConfig() = default;
 
@@ -30,7 +32,7 @@ public:
     virtual void SetLayerComponentFactory(const std::shared_ptr<ILayerComponentFactory>& factory) = 0;
 };
 
-class TLayerManagerConfigFactory {
+class LMX_EXPORT TLayerManagerConfigFactory {
 public:
     static std::shared_ptr<ILayerManagerConfig> GetObject(); ///< a new one at each call
 };

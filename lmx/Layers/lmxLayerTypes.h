@@ -6,7 +6,6 @@
 #include <QString>
 
 #include <functional>
-#include <map>
 
 namespace lmx {
 
@@ -32,25 +31,6 @@ using TMouseSupport = TSet<TMouseSupportAction>;
 enum class TLayerMapCommand {
     cmdGotoExtent, ///< zoom to the layer's area
 };
-
-enum class TAttributeDataType { adtString, adtFloat, adtInteger };
-
-/// A free attribute of a layer: a text and how it is meant.
-struct TAttributeData {
-    QString Value;
-    TAttributeDataType DataType = TAttributeDataType::adtString;
-
-    TAttributeData() = default;
-    TAttributeData(TAttributeDataType dataType, QString value) : Value(std::move(value)), DataType(dataType) {}
-
-    /// What a new attribute begins with: the text "Value".
-    static TAttributeData Empty();
-    /// Whether `text` is a value of the type: any text, a 32-bit float or a 32-bit integer.
-    static bool CheckData(TAttributeDataType dataType, const QString& text);
-
-    friend bool operator==(const TAttributeData&, const TAttributeData&) = default;
-};
-using TAttributes = std::map<QString, TAttributeData>;
 
 /// An entry of a layer's context menu. The text "-" is a separator; "&" stands before the access key.
 struct TLayerMenuItem {

@@ -1,5 +1,6 @@
-#include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Layers/lmxPinMapLayer.h>
+
+#include <lmx/Coordinates/wskWorld.h>
 
 namespace lmx {
 

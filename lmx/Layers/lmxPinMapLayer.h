@@ -4,6 +4,7 @@
 #include <lmx/Graphics/lmxFloatRect.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
 #include <lmx/Runtime/lmxDictionary.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxObjectList.h>
 
@@ -17,7 +18,7 @@ namespace lmx {
 class TPinMapLayer;
 
 /// A free pair of texts that belongs to a pin.
-class TPinAttribute {
+class LMX_EXPORT TPinAttribute {
 public:
     TPinAttribute() = default;
     TPinAttribute(QString name, QString value) : FName(std::move(name)), FValue(std::move(value)) {}
@@ -33,7 +34,7 @@ private:
 };
 
 /// A named place.
-class TPin {
+class LMX_EXPORT TPin {
 public:
     TPin() = default;
     TPin(QString name, extended lon, extended lat) : FName(std::move(name)), FLat(lat), FLon(lon) {}
@@ -58,7 +59,7 @@ private:
 };
 
 /// Implemented by the host: what a pin looks like.
-class TPinMapLayerPinRenderer {
+class LMX_EXPORT TPinMapLayerPinRenderer {
 public:
     virtual ~TPinMapLayerPinRenderer() = default;
 
@@ -70,7 +71,7 @@ public:
 
 /// Named places on the map. The layer draws nothing itself: it has the host's renderer draw each pin, and remembers
 /// where it landed. It is ready to draw at once. Changes of the pins tell nobody: call Invalidate. Main thread only.
-class TPinMapLayer : public TBaseLayerManagerLayer {
+class LMX_EXPORT TPinMapLayer : public TBaseLayerManagerLayer {
 public:
     /// @throws EExArgumentNilException as TBaseLayerManagerLayer.
     explicit TPinMapLayer(const std::shared_ptr<ILayerManager>& layerManager);

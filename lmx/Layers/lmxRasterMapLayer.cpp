@@ -1,10 +1,14 @@
-#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/lmxRasterMapLayer.h>
+
+#include <lmx/Graphics/Private/lmxReducedPicture.h>
+#include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 
 namespace lmx {
 
 TRasterMapLayer::TRasterMapLayer(const std::shared_ptr<ILayerManager>& layerManager)
-    : TBaseLayerManagerLayer(layerManager) {}
+    : TBaseLayerManagerLayer(layerManager),
+      FReducedPictures(std::make_unique<TReducedPictures>()) {}
 
 TRasterMapLayer::~TRasterMapLayer() = default;
 
@@ -26,16 +30,16 @@ void TRasterMapLayer::SetBitmap(std::unique_ptr<TBitmap32> bitmap) {
 
 void TRasterMapLayer::DeleteBitmap() {
     FBitmap.reset();
-    FReducedPictures.Clear();
+    FReducedPictures->Clear();
 }
 
 void TRasterMapLayer::SetColorCalc(const std::shared_ptr<IBaseColorCalculator>& colorCalc) {
     if (colorCalc == FColorCalc)
         return;
     FColorCalc = colorCalc;
-    const std::weak_ptr<const void> life = GetLivenessToken(); // a subscriber may free the layer
+    const TBorrowed self(this); // a subscriber may free the layer
     Invalidate();
-    if (!life.expired())
+    if (self)
         CreateLegendComponent();
 }
 
@@ -51,11 +55,11 @@ void TRasterMapLayer::Invalidate() {
     if (!FBitmap)
         return;
     DeleteBitmap();
-    const std::weak_ptr<const void> life = GetLivenessToken(); // a subscriber may free the layer
+    const TBorrowed self(this); // a subscriber may free the layer
     SetIsReadyToDraw(false);
-    if (!life.expired())
+    if (self)
         Render();
-    if (!life.expired())
+    if (self)
         DoNotifyInvalidated();
 }
 

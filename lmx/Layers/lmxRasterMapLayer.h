@@ -3,8 +3,8 @@
 #include <lmx/Climate/lmxClimateVariable.h>
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxValueRange.h>
-#include <lmx/Graphics/Private/lmxReducedPicture.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxNullable.h>
 
 #include <cstdint>
@@ -12,10 +12,12 @@
 
 namespace lmx {
 
+class TReducedPictures;
+
 /// A layer that shows one image: it holds the rendered bitmap, the colour calculator, the opacity, the value range and
 /// the climate variable, and knows when the bitmap must be made again. It is ready to draw exactly while it has a
 /// bitmap. It renders and paints nothing itself.
-class TRasterMapLayer : public TBaseLayerManagerLayer {
+class LMX_EXPORT TRasterMapLayer : public TBaseLayerManagerLayer {
 public:
     explicit TRasterMapLayer(const std::shared_ptr<ILayerManager>& layerManager);
     ~TRasterMapLayer() override;
@@ -58,13 +60,13 @@ protected:
     void StoreValueRange(const TValueRange& range) { FValueRange = range; }
 
     /// Draws pieces of the bitmap; forgets its reduced forms with each change of the bitmap.
-    TReducedPictures& GetReducedPictures() { return FReducedPictures; }
+    TReducedPictures& GetReducedPictures() { return *FReducedPictures; }
 
 private:
     TNullable<TClimateVariable> FClimateVariable;
     std::uint8_t FOpacity = 255;
     std::unique_ptr<TBitmap32> FBitmap;
-    TReducedPictures FReducedPictures;
+    std::unique_ptr<TReducedPictures> FReducedPictures;
     std::shared_ptr<IBaseColorCalculator> FColorCalc;
     TValueRange FValueRange;
 };

@@ -1,6 +1,8 @@
+#include <lmx/Layers/lmxRulerMapLayer.h>
+
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Layers/lmxRulerMapLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <utility>
@@ -96,9 +98,9 @@ void TRulerMapLayer::CancelPlacing() {
 
 // A subscriber may let the layer go.
 void TRulerMapLayer::Rulers_Notify(TRulerItem* item, TListChange change) {
-    const auto life = GetLivenessToken();
+    const TBorrowed self(this);
     (change == TListChange::lcAdded ? FOnRulerAdded : FOnRulerRemoved).Send(this, item);
-    if (!life.expired())
+    if (self)
         Invalidate();
 }
 

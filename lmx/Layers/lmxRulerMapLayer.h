@@ -2,6 +2,7 @@
 
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxObjectList.h>
 
@@ -19,7 +20,7 @@ enum class TPlacingMode { pmVertical, pmHorizontal };
 
 /// A guide line at a map coordinate. Its setters tell nobody: whoever changes a ruler of a layer calls the layer's
 /// Invalidate.
-class TRulerItem {
+class LMX_EXPORT TRulerItem {
 public:
     TRulerItem() = default;
     TRulerItem(TRulerOrientation orientation, extended location, TColor32 color)
@@ -45,7 +46,7 @@ using TRulerEventList = TEventList<TRulerMapLayer*, TRulerItem*>;
 
 /// The straight guide lines of a view, and the one that is being placed. Each crosses the whole view, keeps its map
 /// coordinate as the map moves, and does not fold over the seam of a world. Main thread only.
-class TRulerMapLayer : public TBaseLayerManagerLayer {
+class LMX_EXPORT TRulerMapLayer : public TBaseLayerManagerLayer {
 public:
     /// @throws EExArgumentNilException as TBaseLayerManagerLayer.
     explicit TRulerMapLayer(const std::shared_ptr<ILayerManager>& layerManager);

@@ -1,6 +1,7 @@
+#include <lmx/Layers/lmxSelectionMapLayer.h>
+
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Layers/lmxSelectionMapLayer.h>
 
 #include <array>
 

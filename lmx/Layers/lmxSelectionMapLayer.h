@@ -2,12 +2,13 @@
 
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 
 namespace lmx {
 
 /// The rubber band of a selection, held in map coordinates, so it follows the map while it stands. Its corners are the
 /// two ends of a drag and are not put in order: the top left one is where the drag began, wherever that lies.
-class TSelectionMapLayer : public TBaseLayerManagerLayer {
+class LMX_EXPORT TSelectionMapLayer : public TBaseLayerManagerLayer {
 public:
     using TBaseLayerManagerLayer::TBaseLayerManagerLayer;
 

@@ -1,11 +1,13 @@
+#include <lmx/Layers/lmxShapeFileLayer.h>
+
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Formats/Shapes/lmxShapePointConverter.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
-#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
-#include <lmx/Layers/lmxShapeFileLayer.h>
-#include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <utility>
@@ -39,7 +41,7 @@ TShapeFileLayer::~TShapeFileLayer() {
 }
 
 TShpFile* TShapeFileLayer::GetShpFile() const {
-    return FShpFileLifetime.expired() ? nullptr : FShpFile;
+    return FShpFile.Get();
 }
 
 void TShapeFileLayer::SetShpFile(TShpFile* shpFile) {
@@ -74,19 +76,17 @@ TWorldMapArea TShapeFileLayer::AreaOf(const TShpFile& shpFile) const {
 
 void TShapeFileLayer::ShowShpFile(TShpFile* shpFile, const TWorldMapArea& area) {
     FShpFile = shpFile;
-    FShpFileLifetime = shpFile->WatchLifetime();
-    const auto lifetime = GetLivenessToken();
+    const TBorrowed self(this);
     Invalidate(true);
-    if (!lifetime.expired())
+    if (self)
         CreateLegendComponent();
-    if (!lifetime.expired())
+    if (self)
         SetLayerArea(area);
 }
 
 void TShapeFileLayer::DeleteShpFile() {
     TShpFile* const file = GetShpFile();
     FShpFile = nullptr;
-    FShpFileLifetime.reset();
     if (!FOwnsShpFile || !file)
         return;
     auto geometry = file->GetMemorySize() >= LargeGeometry ? file->GetData() : nullptr;

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <lmx/Coordinates/wskMappingTypes.h>
-#include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/Render/lmxShapeFileProjection.h>
+#include <lmx/Layers/lmxBaseShapeLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 
@@ -12,7 +14,7 @@ class TShpFile;
 struct TShpData;
 
 /// A way of drawing points other than squares. Nothing draws by it yet.
-class IShpPointRenderer {
+class LMX_EXPORT IShpPointRenderer {
 public:
     virtual ~IShpPointRenderer() = default;
 };
@@ -21,7 +23,7 @@ public:
 /// wide, not antialiased and never filled; first all points, then all polygons, then all polylines. A polygon is closed
 /// by its own last vertex. Vertices lie where the projection puts them; nothing is folded at the seam of the world.
 /// Set the projection first, then the file.
-class TShapeFileLayer : public TBaseShapeLayer {
+class LMX_EXPORT TShapeFileLayer : public TBaseShapeLayer {
 public:
     explicit TShapeFileLayer(const std::shared_ptr<ILayerManager>& layerManager);
     ~TShapeFileLayer() override;
@@ -63,8 +65,7 @@ private:
     TWorldMapArea AreaOf(const TShpFile& shpFile) const;
     void ShowShpFile(TShpFile* shpFile, const TWorldMapArea& area);
 
-    TShpFile* FShpFile = nullptr;
-    std::weak_ptr<const void> FShpFileLifetime;
+    TBorrowed<TShpFile> FShpFile;
     std::shared_ptr<const IShapeFileProjection> FProjection;
     bool FOwnsShpFile = true;
 };

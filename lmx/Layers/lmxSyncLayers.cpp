@@ -1,9 +1,10 @@
-#include <lmx/Layers/lmxRasterMapLayer.h>
 #include <lmx/Layers/lmxSyncLayers.h>
+
+#include <lmx/Layers/lmxRasterMapLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <vector>
 
 namespace lmx {
@@ -31,16 +32,15 @@ public:
 
     void SyncLayers(std::span<TRasterMapLayer* const> layers, double minValue, double maxValue) override {
         CheckLayers(layers);
-        std::vector<std::weak_ptr<const void>> livenesses; // whoever hears of one layer may destroy the others
-        for (const TRasterMapLayer* layer : layers)
-            livenesses.push_back(layer->GetLivenessToken());
+        // Whoever hears of one layer may destroy the others.
+        const std::vector<TBorrowed<TRasterMapLayer>> living(layers.begin(), layers.end());
         const TValueRange range(minValue, maxValue);
-        for (std::size_t i = 0; i < layers.size(); ++i)
-            if (!livenesses[i].expired())
-                layers[i]->SetValueRange(range);
-        for (std::size_t i = 0; i < layers.size(); ++i)
-            if (!livenesses[i].expired())
-                layers[i]->Invalidate();
+        for (const TBorrowed<TRasterMapLayer>& layer : living)
+            if (layer)
+                layer->SetValueRange(range);
+        for (const TBorrowed<TRasterMapLayer>& layer : living)
+            if (layer)
+                layer->Invalidate();
     }
 };
 

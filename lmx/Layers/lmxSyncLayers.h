@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <memory>
 #include <span>
 
@@ -9,7 +11,7 @@ class TRasterMapLayer;
 
 /// Gives raster layers one range of values, so that they can be compared colour for colour. All of them have the range
 /// before the first is invalidated. Main thread only.
-class ISyncLayers {
+class LMX_EXPORT ISyncLayers {
 public:
     virtual ~ISyncLayers() = default;
 
@@ -21,7 +23,7 @@ public:
     virtual void SyncLayers(std::span<TRasterMapLayer* const> layers, double minValue, double maxValue) = 0;
 };
 
-class TSyncLayersFactory {
+class LMX_EXPORT TSyncLayersFactory {
 public:
     static std::shared_ptr<ISyncLayers> GetObject(); ///< a new one at each call
 };

@@ -1,6 +1,8 @@
-#include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
+
+#include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Layers/Render/Private/lmxVectorFileRender.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 
 #include <utility>
 
@@ -16,9 +18,9 @@ void TVectorFileLayer::SetVectorFile(std::unique_ptr<TVector> vectorFile) {
         return;
     FVectorFile = std::move(vectorFile);
     OutdateBuffer();
-    const auto lifetime = GetLivenessToken();
+    const TBorrowed self(this);
     Invalidate();
-    if (!lifetime.expired())
+    if (self)
         CreateLegendComponent();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Layers/lmxBaseShapeLayer.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 
@@ -11,7 +12,7 @@ class TVector;
 /// Shows the lines and polygons of a vector file in one colour: outlines one pixel wide, not antialiased and never
 /// filled. A line breaks at a pen-up mark (0, 0), and where the world wraps: vertices are folded into the world's own
 /// longitudes. Files of points or texts show nothing. The layer has no area of its own unless it is given one.
-class TVectorFileLayer : public TBaseShapeLayer {
+class LMX_EXPORT TVectorFileLayer : public TBaseShapeLayer {
 public:
     explicit TVectorFileLayer(const std::shared_ptr<ILayerManager>& layerManager);
     ~TVectorFileLayer() override;

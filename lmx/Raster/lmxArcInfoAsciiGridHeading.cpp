@@ -1,5 +1,6 @@
-#include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Raster/lmxArcInfoAsciiGridHeading.h>
+
+#include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>

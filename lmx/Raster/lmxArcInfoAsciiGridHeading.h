@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 #include <cstdint>
@@ -16,7 +18,7 @@ class TStreamWriter;
 
 /// The six-line heading of an ArcInfo ASCII grid. The corner is that of the outer edges of the lower left cell, in map
 /// units; cells are squares. Never changes.
-class IArcInfoAsciiGridHeading {
+class LMX_EXPORT IArcInfoAsciiGridHeading {
 public:
     virtual ~IArcInfoAsciiGridHeading() = default;
 
@@ -42,7 +44,7 @@ public:
 /// must be within single precision and is kept in double.
 /// @throws EArgumentException "Invalid number of heading lines", "Line does not start with expected line ID", also
 /// where the text ends early, "No value found for "..."" and "Value for "..." is invalid" with the key.
-class TArcInfoAsciiGridHeadingFactory {
+class LMX_EXPORT TArcInfoAsciiGridHeadingFactory {
 public:
     static std::shared_ptr<IArcInfoAsciiGridHeading> GetObject(std::span<const QString> lines);
     /// Reads six lines.

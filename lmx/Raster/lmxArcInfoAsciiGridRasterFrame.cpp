@@ -1,8 +1,9 @@
 #include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
+
 #include <lmx/Raster/Private/lmxAsciiGridRows.h>
+#include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
-#include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxTextStreams.h>
 
 #include <QFile>

@@ -2,6 +2,7 @@
 
 #include <lmx/Raster/lmxArcInfoAsciiGridHeading.h>
 #include <lmx/Raster/lmxBaseLinearRasterFrame.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -14,7 +15,7 @@ class QIODevice;
 namespace lmx {
 
 /// A raster frame with the heading of an ArcInfo ASCII grid.
-class IArcInfoAsciiGridRasterFrame : public virtual ILinearRasterFrame {
+class LMX_EXPORT IArcInfoAsciiGridRasterFrame : public virtual ILinearRasterFrame {
 public:
     virtual std::shared_ptr<IArcInfoAsciiGridHeading> GetHeading() const = 0;
 };
@@ -26,7 +27,7 @@ public:
 /// values. Numbers, read and written, follow the current format settings. It takes the memory of the frame and of one
 /// line, and an announced size takes none before there are rows to fill it (a stream without positions may need twice
 /// the frame for a while).
-class TArcInfoAsciiGridRasterFrame : public TBaseLinearRasterFrame, public IArcInfoAsciiGridRasterFrame {
+class LMX_EXPORT TArcInfoAsciiGridRasterFrame : public TBaseLinearRasterFrame, public IArcInfoAsciiGridRasterFrame {
 public:
     /// Reads a file or a stream, into singles whatever the kind asked for. A stream with positions is left behind the
     /// last row.

@@ -1,4 +1,5 @@
 #include <lmx/Raster/lmxBaseLinearRasterFrame.h>
+
 #include <lmx/Runtime/Private/lmxClassName.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Raster/lmxBaseRasterFrame.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +15,7 @@ namespace lmx {
 /// them. Frames of one size and kind are made by Init in the constructors of the derived classes.
 ///
 /// Messages about a buffer kind ("... Unsupported BufferKind") come from frames whose cells were never created.
-class TBaseLinearRasterFrame : public TBaseRasterFrame, public virtual ILinearRasterFrame {
+class LMX_EXPORT TBaseLinearRasterFrame : public TBaseRasterFrame, public virtual ILinearRasterFrame {
 public:
     double ReadCell(std::int32_t row, std::int32_t col) const override;
     void WriteCell(std::int32_t row, std::int32_t col, double value) override;

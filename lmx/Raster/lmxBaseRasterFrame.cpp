@@ -1,4 +1,5 @@
 #include <lmx/Raster/lmxBaseRasterFrame.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 

@@ -3,6 +3,7 @@
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Raster/lmxRasterFrame.h>
 #include <lmx/Raster/lmxRasterTables.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <cstdint>
 
@@ -10,7 +11,7 @@ namespace lmx {
 
 /// Root of the raster frames: place, size, kinds and tables. How cells are stored and where they lie is up to the
 /// derived classes. A new frame has no cells.
-class TBaseRasterFrame : public virtual IRasterFrame {
+class LMX_EXPORT TBaseRasterFrame : public virtual IRasterFrame {
 public:
     TBaseRasterFrame(const TBaseRasterFrame&) = delete;
     TBaseRasterFrame& operator=(const TBaseRasterFrame&) = delete;

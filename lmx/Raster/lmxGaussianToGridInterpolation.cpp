@@ -1,6 +1,7 @@
+#include <lmx/Raster/lmxGaussianToGridInterpolation.h>
+
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Raster/Private/lmxAxisSamples.h>
-#include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Raster/Private/lmxNeighbourBlend.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>

@@ -2,6 +2,7 @@
 
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Raster/lmxSingleGrid.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <cstdint>
 #include <memory>
@@ -11,7 +12,7 @@ namespace lmx {
 
 /// Resamples a grid on two arbitrary axes, such as the Gaussian grids of climate models, onto an even one, by linear
 /// interpolation along X and then along Y.
-class TGaussianToGridInterpolation {
+class LMX_EXPORT TGaussianToGridInterpolation {
 public:
     TSingleArray FXVals;          ///< position of each source column, ascending
     TSingleArray FYVals;          ///< position of each source row, ascending
@@ -56,27 +57,30 @@ struct TInterpolatedInfo {
 /// @throws EArgumentException "Lats", "Lons" or "Data" if it is empty; EInvalidOperation "Data length should match
 /// length of latitude * longitude data"; EInvalidOperation "Latitudes and longitudes should give a positive spacing" if
 /// an axis has one value only, or the least difference of neighbours is not above 0; and what Interpolate throws.
-TSingleGrid InterpolateGrid(std::span<const float> lats, std::span<const float> lons, std::span<const float> data,
-                            double missingValue, bool bestGuessEdges, TInterpolatedInfo& info);
+LMX_EXPORT TSingleGrid InterpolateGrid(std::span<const float> lats, std::span<const float> lons,
+                                       std::span<const float> data, double missingValue, bool bestGuessEdges,
+                                       TInterpolatedInfo& info);
 
 /// A real-valued image in degrees of a grid whose row 0 is the southern one. The flag value is -9990; every other
 /// number enters the range of values, -9999 too.
 /// @throws Exception "The specified data set does not contain any valid values"; EArgumentException "Grid" if the grid
 /// does not have `numRows` rows of `numCols`.
-std::unique_ptr<TRealImage> CreateImageFromGrid(float minX, float minY, float maxX, float maxY, float resolution,
-                                                std::int32_t numCols, std::int32_t numRows, const TSingleGrid& grid);
+LMX_EXPORT std::unique_ptr<TRealImage> CreateImageFromGrid(float minX, float minY, float maxX, float maxY,
+                                                           float resolution, std::int32_t numCols, std::int32_t numRows,
+                                                           const TSingleGrid& grid);
 
 /// CreateImageFromGrid of what InterpolateGrid gives, and its exceptions.
-std::unique_ptr<TRealImage> InterpolateAndCreateImageFromGrid(std::span<const float> lats, std::span<const float> lons,
-                                                              std::span<const float> data, float missingValue,
-                                                              bool bestGuessEdges);
+LMX_EXPORT std::unique_ptr<TRealImage> InterpolateAndCreateImageFromGrid(std::span<const float> lats,
+                                                                         std::span<const float> lons,
+                                                                         std::span<const float> data,
+                                                                         float missingValue, bool bestGuessEdges);
 
 /// An image of data that are evenly spaced already, cell for cell. The first and last axis values become the outer
 /// edges, and the spacing is their distance over the number of values. Latitudes should ascend.
 /// @throws EInvalidOperation "X and Y resoloutions do not match" if the spacings differ by more than 0.001;
 /// "Latitudes and longitudes should give a positive spacing" if an axis is empty or has no extent; "Data length should
 /// match length of latitude * longitude data"; and Exception as CreateImageFromGrid.
-std::unique_ptr<TRealImage> CreateFromLinearGrid(std::span<const float> lats, std::span<const float> lons,
-                                                 std::span<const float> data);
+LMX_EXPORT std::unique_ptr<TRealImage> CreateFromLinearGrid(std::span<const float> lats, std::span<const float> lons,
+                                                            std::span<const float> data);
 
 } // namespace lmx

@@ -1,6 +1,7 @@
+#include <lmx/Raster/lmxIdrisiRasterFrame.h>
+
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
-#include <lmx/Raster/lmxIdrisiRasterFrame.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 namespace lmx {

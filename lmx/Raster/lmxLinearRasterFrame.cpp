@@ -1,4 +1,5 @@
 #include <lmx/Raster/lmxLinearRasterFrame.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 
 namespace lmx {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Raster/lmxBaseLinearRasterFrame.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <cstdint>
 #include <memory>
@@ -8,7 +9,7 @@
 namespace lmx {
 
 /// A raster in memory that belongs to no file.
-class TLinearRasterFrame : public TBaseLinearRasterFrame {
+class LMX_EXPORT TLinearRasterFrame : public TBaseLinearRasterFrame {
 public:
     /// A frame of zeros.
     /// @throws EArgumentException "Frame size is negative", "Frame has too many cells".

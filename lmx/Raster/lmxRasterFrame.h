@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -39,7 +41,7 @@ using TConstScanLine = std::variant<std::span<const std::uint8_t>, std::span<con
 /// rounds nor clips; a frame without width or height gives infinities and NaN.
 ///
 /// No lock: any number of threads may read while nobody writes.
-class IRasterFrame {
+class LMX_EXPORT IRasterFrame {
 public:
     virtual ~IRasterFrame() = default;
 
@@ -113,13 +115,13 @@ public:
 };
 
 /// A grid of equally spaced rows and columns.
-class ILinearRasterFrame : public virtual IRasterFrame {
+class LMX_EXPORT ILinearRasterFrame : public virtual IRasterFrame {
 public:
     /// Map units a column, taken from the width alone when the frame was made; rows may be spaced otherwise.
     virtual double GetResolution() const = 0;
 };
 
 /// A grid whose rows or columns are not equally spaced.
-class INonLinearRasterFrame : public virtual IRasterFrame {};
+class LMX_EXPORT INonLinearRasterFrame : public virtual IRasterFrame {};
 
 } // namespace lmx

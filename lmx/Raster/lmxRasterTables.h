@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Runtime/lmxDictionary.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -18,7 +19,7 @@ struct TRange {
 };
 
 /// Order of bands by their lower, then their upper end: a total one, in which a NaN has its place as well.
-struct TRangeLess {
+struct LMX_EXPORT TRangeLess {
     bool operator()(const TRange& a, const TRange& b) const noexcept {
         const auto lower = std::strong_order(a.V0, b.V0);
         return std::is_neq(lower) ? std::is_lt(lower) : std::is_lt(std::strong_order(a.V1, b.V1));
@@ -26,12 +27,12 @@ struct TRangeLess {
 };
 
 /// Free name-value attributes of a raster.
-class TAttributeTable final : public TDictionary<QString, QString> {};
+class LMX_EXPORT TAttributeTable final : public TDictionary<QString, QString> {};
 
 /// The label of each value of an indexed raster.
-class TIndexTable final : public TDictionary<std::int32_t, QString> {};
+class LMX_EXPORT TIndexTable final : public TDictionary<std::int32_t, QString> {};
 
 /// The label of each band of a ranged raster.
-class TRangeTable final : public TDictionary<TRange, QString, TRangeLess> {};
+class LMX_EXPORT TRangeTable final : public TDictionary<TRange, QString, TRangeLess> {};
 
 } // namespace lmx

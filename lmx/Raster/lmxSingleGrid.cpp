@@ -1,4 +1,5 @@
 #include <lmx/Raster/lmxSingleGrid.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>

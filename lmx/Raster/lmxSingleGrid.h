@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -12,20 +14,20 @@ using TSingleArray = std::vector<float>;
 using TSingleGrid = std::vector<TSingleArray>;
 
 /// Whether a grid has `rows` rows of `cols` numbers each.
-bool HasShape(const TSingleGrid& grid, std::size_t cols, std::size_t rows);
+LMX_EXPORT bool HasShape(const TSingleGrid& grid, std::size_t cols, std::size_t rows);
 
 /// A flat array as `rows` rows of `cols` numbers.
 /// @throws EArgumentException "Data" if the array has another length.
-TSingleGrid SingleArray1DTo2D(std::span<const float> data, std::size_t cols, std::size_t rows);
+LMX_EXPORT TSingleGrid SingleArray1DTo2D(std::span<const float> data, std::size_t cols, std::size_t rows);
 
 /// The array in reverse order.
-TSingleArray SingleArrayReverse(TSingleArray array);
+LMX_EXPORT TSingleArray SingleArrayReverse(TSingleArray array);
 
 /// The grid with its rows in reverse order.
-TSingleGrid SingleArrayArrayReverse(TSingleGrid grid);
+LMX_EXPORT TSingleGrid SingleArrayArrayReverse(TSingleGrid grid);
 
 /// Range of the numbers that differ from `flag`; a NaN is none of them, other flags and the infinities are. False if
 /// there are none; `min` and `max` are unchanged then.
-bool SingleArrayArrayGetMinMax(const TSingleGrid& grid, float flag, float& min, float& max);
+LMX_EXPORT bool SingleArrayArrayGetMinMax(const TSingleGrid& grid, float flag, float& min, float& max);
 
 } // namespace lmx

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
+#include <lmx/Runtime/lmxLifetime.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -16,25 +20,25 @@ namespace lmx {
 /// no event list calls it again.
 class TEventReceiver {
 public:
-    TEventReceiver() : FToken(std::make_shared<char>()) {}
-    TEventReceiver(const TEventReceiver&) : TEventReceiver() {}
-    TEventReceiver& operator=(const TEventReceiver&) { return *this; }
+    TEventReceiver() = default;
+    TEventReceiver(const TEventReceiver&) = default;
+    TEventReceiver& operator=(const TEventReceiver&) = default;
 
-    /// Expires with the receiver, or when it stops receiving.
-    std::weak_ptr<const void> GetLivenessToken() const { return FToken; }
+    /// Over with the receiver, or when it stops receiving.
+    const TLifetime& GetLifetime() const { return FLifetime; }
 
 protected:
     ~TEventReceiver() = default;
 
     /// Ends all calls to this object. A destructor whose own work may raise events calls this first.
-    void StopReceiving() { FToken.reset(); }
+    void StopReceiving() { FLifetime.End(); }
 
 private:
-    std::shared_ptr<char> FToken;
+    TLifetime FLifetime;
 };
 
 /// Holds a subscription of a callable; leaving scope ends it. May outlive the event list.
-class TSubscription {
+class LMX_EXPORT TSubscription {
 public:
     TSubscription() = default;
     explicit TSubscription(std::shared_ptr<bool> active) : FActive(std::move(active)) {}
@@ -77,7 +81,7 @@ public:
         static_assert(std::is_base_of_v<TEventReceiver, Object>, "receivers of events derive from TEventReceiver");
         TEntry entry;
         entry.Key = TMethodKey::Make(static_cast<Class*>(object), method);
-        entry.Receiver = static_cast<const TEventReceiver*>(object)->GetLivenessToken();
+        entry.Receiver = static_cast<const TEventReceiver*>(object)->GetLifetime().Watch();
         entry.CallMethod = [](const TMethodKey& key, Args... args) {
             void (Class::*bound)(Args...);
             std::memcpy(&bound, key.Method, sizeof bound);
@@ -92,11 +96,10 @@ public:
         const TMethodKey key = TMethodKey::Make(static_cast<Class*>(object), method);
         for (TEntry& entry : FState->Entries) {
             if (entry.IsAlive() && entry.CallMethod && entry.Key == key) {
-                entry.Removed = true;
+                FState->TakeOut(entry);
                 break;
             }
         }
-        FState->Tidy();
     }
 
     /// Subscribes a callable for as long as the result lives.
@@ -172,35 +175,49 @@ private:
     struct TEntry {
         TMethodKey Key;
         void (*CallMethod)(const TMethodKey&, Args...) = nullptr; // null: a callable
-        std::weak_ptr<const void> Receiver;
+        TLifeWatch Receiver;
         std::function<void(Args...)> Callable;
         std::shared_ptr<bool> Active;
         bool Removed = false;
 
-        bool IsAlive() const { return !Removed && (CallMethod ? !Receiver.expired() : *Active); }
+        bool IsAlive() const { return !Removed && (CallMethod ? !Receiver.IsOver() : *Active); }
     };
 
     struct TState {
         std::deque<TEntry> Entries;
+        std::size_t TidyAt = 16;
         int SendDepth = 0;
         bool Destroyed = false;
 
         void Append(TEntry entry) {
-            Tidy(); // a list that is never sent does not grow by what has gone
+            if (Entries.size() >= TidyAt)
+                Tidy(); // a list that is never sent does not grow by what has gone
             Entries.push_back(std::move(entry));
         }
 
+        // At either end an entry leaves at once; in between it leaves with the next tidying.
+        void TakeOut(TEntry& entry) {
+            entry.Removed = true;
+            while (SendDepth == 0 && !Entries.empty() && Entries.front().Removed)
+                Entries.pop_front();
+            while (SendDepth == 0 && !Entries.empty() && Entries.back().Removed)
+                Entries.pop_back();
+        }
+
         // Dead entries leave when no Send is under way. They are destroyed outside the list, since what a callable
-        // holds may come back here when it goes.
+        // holds may come back here when it goes. The next look at all of them comes when as many again have joined,
+        // so that subscribing takes the same time however many there are.
         void Tidy() {
-            if (SendDepth > 0 ||
-                std::all_of(Entries.begin(), Entries.end(), [](const TEntry& e) { return e.IsAlive(); }))
+            if (SendDepth > 0)
                 return;
-            std::deque<TEntry> living;
             std::deque<TEntry> dead;
-            for (TEntry& entry : Entries)
-                (entry.IsAlive() ? living : dead).push_back(std::move(entry));
-            Entries.swap(living);
+            if (!std::all_of(Entries.begin(), Entries.end(), [](const TEntry& e) { return e.IsAlive(); })) {
+                std::deque<TEntry> living;
+                for (TEntry& entry : Entries)
+                    (entry.IsAlive() ? living : dead).push_back(std::move(entry));
+                Entries.swap(living);
+            }
+            TidyAt = std::max<std::size_t>(16, 2 * Entries.size());
         }
     };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 #include <stdexcept>
@@ -7,7 +9,7 @@
 namespace lmx {
 
 /// Root of every failure that the library reports. The message is a fixed English text, made for the eyes of a user.
-class Exception : public std::runtime_error {
+class LMX_EXPORT Exception : public std::runtime_error {
 public:
     explicit Exception(const QString& message) : std::runtime_error(message.toStdString()), FMessage(message) {}
 
@@ -18,19 +20,19 @@ private:
 };
 
 /// An argument that an operation cannot take.
-class EArgumentException : public Exception {
+class LMX_EXPORT EArgumentException : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// A required argument that is null. The message is the argument's name.
-class EArgumentNilException : public EArgumentException {
+class LMX_EXPORT EArgumentNilException : public EArgumentException {
 public:
     using EArgumentException::EArgumentException;
 };
 
 /// A required argument that is null. Names the routine and the argument.
-class EExArgumentNilException : public EArgumentException {
+class LMX_EXPORT EExArgumentNilException : public EArgumentException {
 public:
     EExArgumentNilException(const QString& routine, const QString& argument)
         : EArgumentException(routine + QStringLiteral(": argument ") + argument + QStringLiteral(" is nil")),
@@ -46,55 +48,55 @@ private:
 };
 
 /// An operation that the object's present state does not allow.
-class EInvalidOperation : public Exception {
+class LMX_EXPORT EInvalidOperation : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// An operation that is declared and has no implementation.
-class ENotImplemented : public Exception {
+class LMX_EXPORT ENotImplemented : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// An operation that this kind of object does not offer.
-class ENotSupportedException : public Exception {
+class LMX_EXPORT ENotSupportedException : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// A text that does not convert to the wanted value.
-class EConvertError : public Exception {
+class LMX_EXPORT EConvertError : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// A key that is in a list already, or an absent one.
-class EListError : public Exception {
+class LMX_EXPORT EListError : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// A floating-point result that is no usable number (0/0, or out of the range of an index).
-class EInvalidOp : public Exception {
+class LMX_EXPORT EInvalidOp : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// A division by zero whose result would be used as a number.
-class EZeroDivide : public Exception {
+class LMX_EXPORT EZeroDivide : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// An assertion that does not hold; raised in release builds too.
-class EAssertionFailed : public Exception {
+class LMX_EXPORT EAssertionFailed : public Exception {
 public:
     using Exception::Exception;
 };
 
 /// A file that cannot be opened, read or written. The message begins with the file's name.
-class EFileException : public Exception {
+class LMX_EXPORT EFileException : public Exception {
 public:
     EFileException(const QString& fileName, const QString& problem)
         : Exception(fileName + QStringLiteral(": ") + problem),
@@ -110,7 +112,7 @@ private:
 };
 
 /// A file whose content is damaged, contradicts itself or is of another kind.
-class EFileFormatException : public EFileException {
+class LMX_EXPORT EFileFormatException : public EFileException {
 public:
     using EFileException::EFileException;
 };

@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
+
+#include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxFormatSettings.h>
 
@@ -15,7 +16,7 @@
 namespace lmx {
 
 /// A whole number, a float or a text that goes into a format.
-class TFormatArgument {
+class LMX_EXPORT TFormatArgument {
 public:
     template<std::integral Integer>
     requires(!std::same_as<Integer, bool> && sizeof(Integer) <= sizeof(std::int64_t)) TFormatArgument(Integer value)
@@ -48,7 +49,7 @@ private:
 /// @throws EConvertError "Format '...' invalid or incompatible with argument" for an unknown or unfinished place
 /// holder, a width or precision above 1000 and an argument of another type; "No argument for format '...'" if there are
 /// too few.
-QString Format(QStringView format, std::initializer_list<TFormatArgument> arguments = {},
-               const TFormatSettings& settings = TFormatSettings::Current());
+LMX_EXPORT QString Format(QStringView format, std::initializer_list<TFormatArgument> arguments = {},
+                          const TFormatSettings& settings = TFormatSettings::Current());
 
 } // namespace lmx

@@ -1,3 +1,4 @@
+
 #include <lmx/Runtime/lmxFormatSettings.h>
 
 #include <QLocale>

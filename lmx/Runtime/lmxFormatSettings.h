@@ -1,12 +1,14 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QChar>
 
 namespace lmx {
 
 /// How numbers are written in files and on screen, and read back. One current setting serves the whole process; it
 /// begins with the decimal separator of the user's locale. Set on the main thread; workers take a copy.
-struct TFormatSettings {
+struct LMX_EXPORT TFormatSettings {
     QChar DecimalSeparator = u'.';
 
     static const TFormatSettings& Current();
@@ -16,7 +18,7 @@ struct TFormatSettings {
 };
 
 /// Replaces the current settings until the end of a scope.
-class TFormatSettingsScope {
+class LMX_EXPORT TFormatSettingsScope {
 public:
     explicit TFormatSettingsScope(const TFormatSettings& settings) : FSaved(TFormatSettings::Current()) {
         TFormatSettings::SetCurrent(settings);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QPoint>
 #include <QRect>
 #include <QSize>
@@ -44,7 +46,7 @@ struct TSize {
 };
 
 /// A rectangle of pixels: Left and Top inside, Right and Bottom outside. May be inverted; then it is empty.
-struct TRect {
+struct LMX_EXPORT TRect {
     std::int32_t Left = 0;
     std::int32_t Top = 0;
     std::int32_t Right = 0;

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <lmx/Runtime/lmxEvent.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxLifetime.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
-#include <functional>
 #include <iterator>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace lmx {
@@ -16,86 +18,122 @@ namespace lmx {
 enum class TListChange { lcAdded, lcRemoved, lcExtracted };
 
 /// A list that owns its items and reports each change to one callback. An item is reported after it has entered or
-/// left the list, and before a removed one is freed. Clearing and destruction report every item, first to last.
-/// The callback may change the list, replace itself and destroy the list. Main thread only.
+/// left the list, and before a removed one is freed. The callback may change the list, replace itself and destroy the
+/// list. Main thread only.
 template<class T>
 class TObjectList {
 public:
-    using TChangeCallback = std::function<void(T* item, TListChange change)>;
+    using TChangeCallback = TEvent<T*, TListChange>;
 
     TObjectList() = default;
     TObjectList(const TObjectList&) = delete;
     TObjectList& operator=(const TObjectList&) = delete;
-    ~TObjectList() { Clear(); }
-
-    void SetOnChange(TChangeCallback callback) {
-        FOnChange = callback ? std::make_shared<const TChangeCallback>(std::move(callback)) : nullptr;
+    /// Clears the list; what the callback adds meanwhile goes unreported.
+    ~TObjectList() {
+        Clear();
+        FOnChange = {};
     }
+
+    void SetOnChange(TChangeCallback callback) { FOnChange = std::move(callback); }
 
     /// Appends the item and returns it; null if the callback has taken it out again.
     /// @throws EArgumentException "item" if it is null.
-    T* Add(std::unique_ptr<T> item) { return Insert(Count(), std::move(item)); }
+    template<class Item>
+    Item* Add(std::unique_ptr<Item> item) {
+        return Insert(Count(), std::move(item));
+    }
 
     /// Puts the item at `index`, 0 to Count, and returns it as Add does.
     /// @throws EArgumentException "item" or "index".
-    T* Insert(int index, std::unique_ptr<T> item) {
+    template<class Item>
+    Item* Insert(int index, std::unique_ptr<Item> item) {
+        static_assert(std::is_base_of_v<T, Item>);
         if (!item)
             throw EArgumentException(QStringLiteral("item"));
         if (index < 0 || index > Count())
             throw EArgumentException(QStringLiteral("index"));
-        T* added = item.get();
-        FItems.insert(FItems.begin() + index, std::move(item));
+        Item* const added = item.get();
+        FEntries.insert(FEntries.begin() + index, {std::move(item), ++FSerial});
+        for (TWalk* walk = FWalks; walk; walk = walk->Outer)
+            walk->Next += index < walk->Next ? 1 : 0;
         if (!FOnChange)
-            return added; // without a search, so that lists of a million items fill in no time
-        const auto lifetime = FLifetime.Watch();
-        Notify(added, TListChange::lcAdded);
-        return !lifetime.expired() && Contains(added) ? added : nullptr;
+            return added;
+        const TLifeWatch life = FLifetime.Watch();
+        TGuest guest(*this, added);
+        FOnChange(added, TListChange::lcAdded);
+        return !life.IsOver() && guest.IsStillThere() ? added : nullptr;
     }
 
     /// Takes the item out and frees it; false if it is not in the list.
-    bool Remove(const T* item) { return static_cast<bool>(TakeOut(item, TListChange::lcRemoved)); }
+    bool Remove(const T* item) { return static_cast<bool>(TakeOut(IndexOf(item), TListChange::lcRemoved)); }
 
     /// Takes the item out and hands it to the caller; null if it is not in the list.
-    std::unique_ptr<T> Extract(const T* item) { return TakeOut(item, TListChange::lcExtracted); }
+    std::unique_ptr<T> Extract(const T* item) { return TakeOut(IndexOf(item), TListChange::lcExtracted); }
 
     /// Moves an item; the others keep their order. Not reported.
     /// @throws EArgumentException "index" if either index is outside the list.
     void Move(int from, int to) {
         if (from < 0 || to < 0 || from >= Count() || to >= Count())
             throw EArgumentException(QStringLiteral("index"));
-        std::unique_ptr<T> item = std::move(FItems[static_cast<std::size_t>(from)]);
-        FItems.erase(FItems.begin() + from);
-        FItems.insert(FItems.begin() + to, std::move(item));
+        TEntry entry = std::move(FEntries[static_cast<std::size_t>(from)]);
+        FEntries.erase(FEntries.begin() + from);
+        FEntries.insert(FEntries.begin() + to, std::move(entry));
     }
 
-    /// What the callback adds meanwhile goes, too.
+    /// Removes what is in the list now, first to last, each once. What the callback adds meanwhile stays.
     void Clear() {
-        const auto lifetime = FLifetime.Watch();
-        while (!lifetime.expired() && !FItems.empty()) {
-            const std::unique_ptr<T> item = std::move(FItems.front());
-            FItems.pop_front();
-            Notify(item.get(), TListChange::lcRemoved);
+        const TLifeWatch life = FLifetime.Watch();
+        const std::uint64_t last = FSerial;
+        for (int index = 0; !life.IsOver() && (index = FirstUpTo(last)) >= 0;)
+            TakeOut(index, TListChange::lcRemoved);
+    }
+
+    /// Calls `visit(item)` for each item that is in the list now and still is when its turn comes, in the order of the
+    /// list. The visitor may add, insert, remove and free items and the list itself; what it adds is not visited. A
+    /// visitor that returns bool ends the walk with false. An item that is moved in between may be met twice, or not.
+    template<class Visitor>
+    void ForEach(Visitor&& visit) const {
+        const std::uint64_t last = FSerial;
+        TWalk walk(*this);
+        while (!walk.Life.IsOver() && walk.Next < Count()) {
+            const TEntry& entry = FEntries[static_cast<std::size_t>(walk.Next++)];
+            if (entry.Serial > last)
+                continue;
+            if constexpr (std::is_same_v<decltype(visit(entry.Item.get())), bool>) {
+                if (!visit(entry.Item.get()))
+                    break;
+            } else {
+                visit(entry.Item.get());
+            }
         }
     }
 
-    int Count() const { return static_cast<int>(FItems.size()); }
-    bool IsEmpty() const { return FItems.empty(); }
+    int Count() const { return static_cast<int>(FEntries.size()); }
+    bool IsEmpty() const { return FEntries.empty(); }
     /// @throws EArgumentException "index" if it is outside the list.
     T* operator[](int index) const {
         if (index < 0 || index >= Count())
             throw EArgumentException(QStringLiteral("index"));
-        return FItems[static_cast<std::size_t>(index)].get();
+        return FEntries[static_cast<std::size_t>(index)].Item.get();
     }
     /// Position of the item, or -1.
     int IndexOf(const T* item) const {
-        for (std::size_t i = 0; i < FItems.size(); ++i)
-            if (FItems[i].get() == item)
+        for (std::size_t i = 0; i < FEntries.size(); ++i)
+            if (FEntries[i].Item.get() == item)
                 return static_cast<int>(i);
         return -1;
     }
     bool Contains(const T* item) const { return IndexOf(item) >= 0; }
 
-    /// Walks the items as plain pointers. Changing the list ends the walk's validity.
+private:
+    struct TEntry {
+        std::unique_ptr<T> Item;
+        std::uint64_t Serial = 0; // grows with each entry
+    };
+
+public:
+    /// Walks the items as plain pointers. Changing the list ends the walk's validity: where anything is told on the
+    /// way, ForEach is the walk.
     class TIterator {
     public:
         using iterator_category = std::input_iterator_tag;
@@ -104,8 +142,8 @@ public:
         using pointer = T**;
         using reference = T*;
 
-        explicit TIterator(typename std::deque<std::unique_ptr<T>>::const_iterator position) : FPosition(position) {}
-        T* operator*() const { return FPosition->get(); }
+        explicit TIterator(typename std::deque<TEntry>::const_iterator position) : FPosition(position) {}
+        T* operator*() const { return FPosition->Item.get(); }
         TIterator& operator++() {
             ++FPosition;
             return *this;
@@ -113,28 +151,78 @@ public:
         friend bool operator==(const TIterator&, const TIterator&) = default;
 
     private:
-        typename std::deque<std::unique_ptr<T>>::const_iterator FPosition;
+        typename std::deque<TEntry>::const_iterator FPosition;
     };
-    TIterator begin() const { return TIterator(FItems.begin()); }
-    TIterator end() const { return TIterator(FItems.end()); }
+    TIterator begin() const { return TIterator(FEntries.begin()); }
+    TIterator end() const { return TIterator(FEntries.end()); }
 
 private:
-    std::unique_ptr<T> TakeOut(const T* item, TListChange change) {
-        const int index = IndexOf(item);
-        if (index < 0)
-            return nullptr;
-        std::unique_ptr<T> taken = std::move(FItems[static_cast<std::size_t>(index)]);
-        FItems.erase(FItems.begin() + index);
-        Notify(taken.get(), change);
-        return taken;
-    }
-    void Notify(T* item, TListChange change) {
-        if (const auto callback = FOnChange)
-            (*callback)(item, change);
+    // A walk under way: the list keeps its place when items come and go.
+    struct TWalk {
+        explicit TWalk(const TObjectList& list)
+            : List(list),
+              Life(list.FLifetime.Watch()),
+              Outer(std::exchange(list.FWalks, this)) {}
+        TWalk(const TWalk&) = delete;
+        TWalk& operator=(const TWalk&) = delete;
+        ~TWalk() {
+            if (!Life.IsOver())
+                List.FWalks = Outer;
+        }
+
+        const TObjectList& List;
+        TLifeWatch Life;
+        TWalk* Outer;
+        int Next = 0;
+    };
+
+    // An item whose coming is being told: whoever is told may take it out again. Nothing is searched for it.
+    struct TGuest {
+        TGuest(TObjectList& list, const T* item)
+            : List(list),
+              Item(item),
+              Life(list.FLifetime.Watch()),
+              Outer(std::exchange(list.FGuests, this)) {}
+        TGuest(const TGuest&) = delete;
+        TGuest& operator=(const TGuest&) = delete;
+        ~TGuest() {
+            if (!Life.IsOver())
+                List.FGuests = Outer;
+        }
+        bool IsStillThere() const { return Item != nullptr; }
+
+        TObjectList& List;
+        const T* Item;
+        TLifeWatch Life;
+        TGuest* Outer;
+    };
+
+    int FirstUpTo(std::uint64_t serial) const {
+        for (std::size_t i = 0; i < FEntries.size(); ++i)
+            if (FEntries[i].Serial <= serial)
+                return static_cast<int>(i);
+        return -1;
     }
 
-    std::deque<std::unique_ptr<T>> FItems;
-    std::shared_ptr<const TChangeCallback> FOnChange;
+    std::unique_ptr<T> TakeOut(int index, TListChange change) {
+        if (index < 0)
+            return nullptr;
+        std::unique_ptr<T> taken = std::move(FEntries[static_cast<std::size_t>(index)].Item);
+        FEntries.erase(FEntries.begin() + index);
+        for (TWalk* walk = FWalks; walk; walk = walk->Outer)
+            walk->Next -= index < walk->Next ? 1 : 0;
+        for (TGuest* guest = FGuests; guest; guest = guest->Outer)
+            if (guest->Item == taken.get())
+                guest->Item = nullptr;
+        FOnChange(taken.get(), change);
+        return taken;
+    }
+
+    std::deque<TEntry> FEntries;
+    std::uint64_t FSerial = 0;
+    mutable TWalk* FWalks = nullptr;
+    TGuest* FGuests = nullptr;
+    TChangeCallback FOnChange;
     TLifetime FLifetime;
 };
 

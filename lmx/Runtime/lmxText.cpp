@@ -1,7 +1,8 @@
+#include <lmx/Runtime/lmxText.h>
+
+#include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
-#include <lmx/Runtime/Private/lmxReplacementFile.h>
-#include <lmx/Runtime/lmxText.h>
 
 #include <QDir>
 #include <QFile>

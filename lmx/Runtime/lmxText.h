@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -9,39 +11,39 @@
 namespace lmx {
 
 /// Takes characters up to U+0020 off both ends, and no others.
-QString Trim(const QString& text);
+LMX_EXPORT QString Trim(const QString& text);
 
 /// Pieces between separators, empty ones kept. An empty text has no pieces.
-QStringList Split(const QString& text, QChar separator);
+LMX_EXPORT QStringList Split(const QString& text, QChar separator);
 
 /// Whether two texts are equal when the letters A to Z and a to z are taken as the same.
-bool SameText(QStringView a, QStringView b);
+LMX_EXPORT bool SameText(QStringView a, QStringView b);
 
 /// Lines of a text; they end at LF, CR or CRLF. A final line break adds no empty line.
-QStringList SplitLines(const QString& text);
+LMX_EXPORT QStringList SplitLines(const QString& text);
 
 /// The line break of written files and of clipboard text.
-QString LineBreak();
+LMX_EXPORT QString LineBreak();
 
 /// Content of a file.
 /// @throws EFileException if it cannot be read.
 /// @throws EFileFormatException, before anything is read, if it holds more than `mostBytes`.
-QByteArray ReadFile(const QString& fileName, qint64 mostBytes = std::numeric_limits<qint64>::max());
+LMX_EXPORT QByteArray ReadFile(const QString& fileName, qint64 mostBytes = std::numeric_limits<qint64>::max());
 
 /// Lines of a UTF-8 text file; a byte order mark is skipped.
 /// @throws EFileException and EFileFormatException as ReadFile.
-QStringList ReadLines(const QString& fileName, qint64 mostBytes = std::numeric_limits<qint64>::max());
+LMX_EXPORT QStringList ReadLines(const QString& fileName, qint64 mostBytes = std::numeric_limits<qint64>::max());
 
 /// Replaces a file in one step: after a failure the old content is still there.
 /// @throws EFileException if it cannot be written.
-void WriteFile(const QString& fileName, const QByteArray& content);
+LMX_EXPORT void WriteFile(const QString& fileName, const QByteArray& content);
 
 /// Replaces a file by UTF-8 lines, each ended by the line break, without a byte order mark.
 /// @throws EFileException if it cannot be written.
-void WriteLines(const QString& fileName, const QStringList& lines);
+LMX_EXPORT void WriteLines(const QString& fileName, const QStringList& lines);
 
 /// The file beside `fileName` with its suffix replaced by `suffix` (no dot), found without regard to case.
 /// Empty if there is none.
-QString FindSisterFile(const QString& fileName, const QString& suffix);
+LMX_EXPORT QString FindSisterFile(const QString& fileName, const QString& suffix);
 
 } // namespace lmx

@@ -1,10 +1,10 @@
+#include <lmx/Runtime/lmxTextForms.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>
-#include <lmx/Runtime/lmxTextForms.h>
 
 #include <array>
-#include <span>
 #include <string_view>
 
 namespace lmx {
@@ -14,9 +14,6 @@ namespace {
 // Letters that stand for a control character after a backslash, and what they stand for.
 constexpr std::u16string_view EscapeLetters = u"abfnrtv";
 constexpr std::u16string_view EscapedCharacters = u"\a\b\f\n\r\t\v";
-
-constexpr std::array<const char*, 4> AnchorNames = {"akLeft", "akTop", "akRight", "akBottom"};
-constexpr std::array<const char*, 4> FontStyleNames = {"fsBold", "fsItalic", "fsUnderline", "fsStrikeOut"};
 
 bool IsOctalDigit(QChar c) {
     return c >= u'0' && c <= u'7';
@@ -71,29 +68,6 @@ std::array<std::int32_t, Count> SplitIntegers(const QString& text, const QString
         if (!TryStrToInt(pieces[static_cast<qsizetype>(i)], values[i]))
             throw EConvertError(failure);
     return values;
-}
-
-template<class Enum>
-QString SetToString(TSet<Enum> set, std::span<const char* const> names) {
-    QStringList members;
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (set.Contains(static_cast<Enum>(i)))
-            members += QString::fromLatin1(names[i]);
-    return members.join(u',');
-}
-
-template<class Enum>
-TSet<Enum> StringToSet(const QString& text, std::span<const char* const> names, const QString& failure) {
-    TSet<Enum> set;
-    for (const QString& piece : Split(text, u',')) {
-        std::size_t i = 0;
-        while (i < names.size() && piece != QLatin1StringView(names[i]))
-            ++i;
-        if (i == names.size())
-            throw EConvertError(failure);
-        set.Include(static_cast<Enum>(i));
-    }
-    return set;
 }
 
 } // namespace
@@ -188,22 +162,6 @@ TSize StringToSize(const QString& text) {
 TRect StringToRect(const QString& text) {
     const auto [left, top, right, bottom] = SplitIntegers<4>(text, QStringLiteral("Invalid rectangle text"));
     return {left, top, right, bottom};
-}
-
-QString AnchorsToString(TAnchors anchors) {
-    return SetToString(anchors, AnchorNames);
-}
-
-QString FontStylesToString(TFontStyles styles) {
-    return SetToString(styles, FontStyleNames);
-}
-
-TAnchors StringToAnchors(const QString& text) {
-    return StringToSet<TAnchorKind>(text, AnchorNames, QStringLiteral("Invalid anchors text"));
-}
-
-TFontStyles StringToFontStyles(const QString& text) {
-    return StringToSet<TFontStyle>(text, FontStyleNames, QStringLiteral("Invalid font styles text"));
 }
 
 } // namespace lmx

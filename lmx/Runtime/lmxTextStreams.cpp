@@ -1,7 +1,8 @@
-#include <lmx/Runtime/lmxExceptions.h>
-#include <lmx/Runtime/Private/lmxReplacementFile.h>
-#include <lmx/Runtime/lmxText.h>
 #include <lmx/Runtime/lmxTextStreams.h>
+
+#include <lmx/Runtime/Private/lmxReplacementFile.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxText.h>
 
 #include <QFile>
 #include <QFileDevice>

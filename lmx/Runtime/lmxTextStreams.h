@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QByteArray>
 #include <QString>
 
@@ -15,15 +17,15 @@ namespace lmx {
 
 /// A file open for reading.
 /// @throws EFileException if it cannot be read.
-std::unique_ptr<QFile> OpenForReading(const QString& fileName);
+LMX_EXPORT std::unique_ptr<QFile> OpenForReading(const QString& fileName);
 
 /// The text of UTF-8 bytes. A byte order mark is a character like any other.
-QString DecodeUtf8(QByteArrayView bytes);
+LMX_EXPORT QString DecodeUtf8(QByteArrayView bytes);
 
 /// Reads UTF-8 text line by line from a stream, block by block: it holds a block and the line at hand. A line ends at
 /// LF, CR or CRLF; a byte order mark at the beginning is skipped. The stream must outlive the reader, which leaves it
 /// right behind the last line read if the stream has positions (and does not translate line ends itself).
-class TStreamReader {
+class LMX_EXPORT TStreamReader {
 public:
     /// @throws EFileException if the stream is not open for reading.
     explicit TStreamReader(QIODevice& stream);
@@ -56,7 +58,7 @@ private:
 };
 
 /// Writes UTF-8 text to a stream, without a byte order mark. The stream must outlive the writer.
-class TStreamWriter {
+class LMX_EXPORT TStreamWriter {
 public:
     /// @throws EFileException if the stream is not open for writing.
     explicit TStreamWriter(QIODevice& stream);

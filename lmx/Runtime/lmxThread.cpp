@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxThread.h>
+
+#include <lmx/Runtime/lmxExceptions.h>
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -9,7 +11,7 @@ namespace lmx {
 
 /// A thread of its own for one piece of work. Whoever started it may let go of it: it lives until its work is done.
 /// Nothing here waits for another thread unless it is told to (WaitFor).
-class TThread : public std::enable_shared_from_this<TThread> {
+class LMX_EXPORT TThread : public std::enable_shared_from_this<TThread> {
 public:
     /// A thread that will run `proc` once it is started. What `proc` raises ends with it; what it holds is freed on the
     /// thread.
@@ -55,6 +57,6 @@ private:
 
 /// Runs `work` on a new thread that nobody waits for. It must not raise.
 /// @throws EInvalidOperation "No thread could be started".
-void StartDetachedThread(std::function<void()> work);
+LMX_EXPORT void StartDetachedThread(std::function<void()> work);
 
 } // namespace lmx

@@ -1,6 +1,7 @@
+#include <lmx/Runtime/lmxThreadPool.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxThread.h>
-#include <lmx/Runtime/lmxThreadPool.h>
 
 #include <QThread>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -15,7 +17,7 @@ enum class TThreadPriority { tpIdle, tpLowest, tpLower, tpNormal, tpHigher, tpHi
 /// A set of threads that run operations, at most `count` of them together. A thread of the system is made when an
 /// operation finds none idle. Nothing here ever waits for an operation: those that find all threads busy are queued and
 /// run in the order in which they were started.
-class TThreadPool {
+class LMX_EXPORT TThreadPool {
 public:
     /// @throws EArgumentException "Count" if it is below 1.
     TThreadPool(TThreadPriority priority, int count);
@@ -42,7 +44,7 @@ private:
 
 /// What a pool hands out to run one operation: set the event and the data, then start. Both are freed on the thread
 /// that runs the operation, when it ends.
-class TThreadPoolThread : public std::enable_shared_from_this<TThreadPoolThread> {
+class LMX_EXPORT TThreadPoolThread : public std::enable_shared_from_this<TThreadPoolThread> {
 public:
     using TExecuteEvent = std::function<void(TThreadPoolThread& thread)>;
 

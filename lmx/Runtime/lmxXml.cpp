@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxXml.h>
+
+#include <lmx/Runtime/lmxNumberText.h>
 
 #include <QStringConverter>
 

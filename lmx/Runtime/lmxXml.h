@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QByteArray>
 #include <QString>
@@ -17,7 +18,7 @@ struct xml_node_struct;
 namespace lmx {
 
 /// A text that is no XML document. The message says in which line and why.
-class EXmlException : public Exception {
+class LMX_EXPORT EXmlException : public Exception {
 public:
     using Exception::Exception;
 };
@@ -30,7 +31,7 @@ class TXmlChildren;
 ///
 /// Texts and values are written without what XML cannot hold: control characters other than tab and line feed are
 /// left out, and line breaks become line feeds.
-class TXmlNode {
+class LMX_EXPORT TXmlNode {
 public:
     TXmlNode() = default;
     explicit TXmlNode(pugi::xml_node_struct* node) : FNode(node) {}
@@ -65,7 +66,7 @@ private:
 };
 
 /// The elements inside of one, in order.
-class TXmlChildren {
+class LMX_EXPORT TXmlChildren {
 public:
     class TIterator {
     public:
@@ -98,7 +99,7 @@ private:
 /// Reading never expands entities beyond the five of XML and numbered characters; others stay as they stand, and a
 /// document type is skipped. Comments and processing instructions are skipped. Blank text between elements is dropped,
 /// and kept where it is an element's only content.
-class TXmlDocument {
+class LMX_EXPORT TXmlDocument {
 public:
     /// A new document with an empty root element.
     explicit TXmlDocument(const QString& rootName);

@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Widgets/lmxBaseToggleButton.h>
+
+#include <lmx/Runtime/lmxExtended.h>
 
 namespace lmx {
 

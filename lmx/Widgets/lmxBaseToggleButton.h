@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 #include <lmx/Widgets/lmxFlatButton.h>
 
@@ -7,7 +8,7 @@ namespace lmx {
 
 /// A small button that is on or off. A click and the space bar turn it over; the signals `toggled` and `clicked` tell
 /// of any change and of the user's.
-class TBaseToggleButton : public TFlatButton {
+class LMX_EXPORT TBaseToggleButton : public TFlatButton {
 public:
     explicit TBaseToggleButton(QWidget* parent = nullptr);
 

@@ -1,4 +1,5 @@
 #include <lmx/Widgets/lmxClipboard.h>
+
 #include <lmx/Widgets/lmxServiceSlot.h>
 
 #include <QClipboard>

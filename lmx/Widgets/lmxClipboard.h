@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 #include <memory>
@@ -7,14 +9,14 @@
 namespace lmx {
 
 /// Text that goes between programs.
-class IClipboardService {
+class LMX_EXPORT IClipboardService {
 public:
     virtual ~IClipboardService() = default;
     virtual QString GetAsText() const = 0; ///< "" if the clipboard holds no text
     virtual void SetAsText(const QString& text) = 0;
 };
 
-class TClipboard {
+class LMX_EXPORT TClipboard {
 public:
     static QString GetAsText();
     static void SetAsText(const QString& text);

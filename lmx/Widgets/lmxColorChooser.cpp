@@ -1,5 +1,6 @@
-#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Widgets/lmxColorChooser.h>
+
+#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 

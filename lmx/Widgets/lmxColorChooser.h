@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxSet.h>
 
 #include <QtGlobal>
@@ -20,7 +21,7 @@ enum class TColorChooserDialogOption {
 using TColorChooserDialogOptions = TSet<TColorChooserDialogOption>;
 
 /// Asks the user for a colour. A colour given as TColor is opaque, and a colour taken as TColor loses its alpha.
-class IColorChooser {
+class LMX_EXPORT IColorChooser {
 public:
     virtual ~IColorChooser() = default;
 
@@ -35,13 +36,13 @@ public:
 };
 
 /// Makes the choosers that TColorChooserFactory hands out.
-class IColorChooserService {
+class LMX_EXPORT IColorChooserService {
 public:
     virtual ~IColorChooserService() = default;
     virtual std::shared_ptr<IColorChooser> CreateColorChooser(TColorChooserDialogOptions options) = 0;
 };
 
-class TColorChooserFactory {
+class LMX_EXPORT TColorChooserFactory {
 public:
     /// A new chooser; its colour is opaque black.
     static std::shared_ptr<IColorChooser> GetObject(TColorChooserDialogOptions options = {});

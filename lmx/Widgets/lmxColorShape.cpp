@@ -1,7 +1,8 @@
-#include <lmx/Graphics/lmxSystemColors.h>
-#include <lmx/Widgets/lmxColorChooser.h>
 #include <lmx/Widgets/lmxColorShape.h>
+
+#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Widgets/Private/lmxDeviceGrid.h>
+#include <lmx/Widgets/lmxColorChooser.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 
 #include <QColor>

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QAbstractButton>
 
 namespace lmx {
 
 /// A field that shows an opaque colour. Pressing it with the mouse or the space bar lets the user choose another one.
-class TColorShape : public QAbstractButton {
+class LMX_EXPORT TColorShape : public QAbstractButton {
 public:
     explicit TColorShape(QWidget* parent = nullptr);
 

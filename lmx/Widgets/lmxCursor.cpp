@@ -1,3 +1,4 @@
+
 #include <lmx/Widgets/lmxCursor.h>
 
 namespace lmx {

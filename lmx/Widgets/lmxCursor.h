@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QCursor>
 
 namespace lmx {
@@ -15,6 +17,6 @@ enum class TCursor {
     crSize = -22, ///< arrows in all directions
 };
 
-QCursor ToQCursor(TCursor cursor);
+LMX_EXPORT QCursor ToQCursor(TCursor cursor);
 
 } // namespace lmx

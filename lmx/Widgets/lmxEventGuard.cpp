@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/lmxEventGuard.h>
+
+#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/lmxMsgBox.h>
 
 #include <QAbstractButton>

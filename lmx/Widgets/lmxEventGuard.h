@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 #include <exception>
@@ -14,14 +16,14 @@ namespace lmx {
 
 /// Shows an error box from the event loop, when the work at hand is done. The parent may be gone by then. Without an
 /// application nothing is shown.
-void ReportFault(const QString& text, QWidget* parent);
+LMX_EXPORT void ReportFault(const QString& text, QWidget* parent);
 
 /// Runs what an event asks for. No exception may cross into Qt, so what is raised ends here and is reported by
 /// ReportFault. False if something was raised. Overrides of event methods that run code of layers, documents or hosts
 /// wrap it in this.
-bool GuardEvent(QWidget* parent, const std::function<void()>& action) noexcept;
+LMX_EXPORT bool GuardEvent(QWidget* parent, const std::function<void()>& action) noexcept;
 
 /// Runs `action` in GuardEvent at each click of a button.
-void GuardClick(QAbstractButton* button, std::function<void()> action);
+LMX_EXPORT void GuardClick(QAbstractButton* button, std::function<void()> action);
 
 } // namespace lmx

@@ -1,6 +1,7 @@
+#include <lmx/Widgets/lmxExternalResources.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/Private/lmxDefaultImages.h>
-#include <lmx/Widgets/lmxExternalResources.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 
 namespace lmx {

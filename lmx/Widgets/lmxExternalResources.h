@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QColor>
 #include <QImage>
 #include <QSize>
@@ -10,7 +12,7 @@
 namespace lmx {
 
 /// Images by name, for the buttons and lists of the library's controls.
-class IExternalResourcesService {
+class LMX_EXPORT IExternalResourcesService {
 public:
     virtual ~IExternalResourcesService() = default;
 
@@ -24,7 +26,7 @@ public:
 ///
 ///     MapWindowFactory.AddLayer, .DeleteLayer, .Edit, .Copy, .ExploreShape    24 x 24, for buttons
 ///     MapWindowFactory.Tools.None                                             16 x 16, a mouse pointer
-class TExternalResources {
+class LMX_EXPORT TExternalResources {
 public:
     /// @throws EArgumentException "There is no image "..."" if neither the service nor the library has it.
     static QImage GetImage(const QString& name, double ratio, const QColor& ink);

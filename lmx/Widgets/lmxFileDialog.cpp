@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxText.h>
 #include <lmx/Widgets/lmxFileDialog.h>
+
+#include <lmx/Runtime/lmxText.h>
 #include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 

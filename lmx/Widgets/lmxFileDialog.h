@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 #include <QStringList>
 
@@ -21,7 +23,7 @@ struct TFileDialogRequest {
 };
 
 /// Asks the user for the name of a file.
-class IFileDialogService {
+class LMX_EXPORT IFileDialogService {
 public:
     virtual ~IFileDialogService() = default;
 
@@ -31,7 +33,7 @@ public:
     virtual bool Open(const TFileDialogRequest& request, QString& fileName, QWidget* parent) = 0;
 };
 
-class TFileDialog {
+class LMX_EXPORT TFileDialog {
 public:
     /// As IFileDialogService.
     static bool Save(const TFileDialogRequest& request, QString& fileName, QWidget* parent = nullptr);

@@ -1,5 +1,6 @@
-#include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxFlatButton.h>
+
+#include <lmx/Widgets/lmxEventGuard.h>
 
 #include <QEvent>
 #include <QStyle>

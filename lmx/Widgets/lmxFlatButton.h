@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QAbstractButton>
 #include <QColor>
 #include <QPainter>
@@ -9,7 +11,7 @@ namespace lmx {
 
 /// A button without a frame of its own: the style draws one only under the mouse and while it is pressed, and a mark
 /// when it has the keyboard focus. The space bar presses it.
-class TFlatButton : public QAbstractButton {
+class LMX_EXPORT TFlatButton : public QAbstractButton {
 public:
     explicit TFlatButton(QWidget* parent);
 

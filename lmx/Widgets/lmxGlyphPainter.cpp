@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Widgets/lmxGlyphPainter.h>
+
+#include <lmx/Runtime/lmxExtended.h>
 
 #include <QPen>
 #include <QPolygonF>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
 #include <QColor>
@@ -18,7 +19,7 @@ namespace lmx {
 /// Coordinates are logical pixels from the top left corner of the picture. Corners go to whole device pixels, counted
 /// from the middle, and strokes have as many device pixels, even or odd, as fit that middle: what is symmetric stays
 /// symmetric and no edge is smeared.
-class TGlyphPainter {
+class LMX_EXPORT TGlyphPainter {
 public:
     /// Draws on `painter`, whose units are device pixels.
     TGlyphPainter(QPainter& painter, TSize size, double ratio, const QColor& ink);
@@ -48,6 +49,6 @@ using TGlyph = void (*)(TGlyphPainter&);
 
 /// The picture of `size` logical pixels at that device pixel ratio, which the image carries. A ratio that is not above
 /// 0 counts as 1.
-QImage RenderGlyph(TGlyph glyph, TSize size, double ratio, const QColor& ink);
+LMX_EXPORT QImage RenderGlyph(TGlyph glyph, TSize size, double ratio, const QColor& ink);
 
 } // namespace lmx

@@ -1,5 +1,6 @@
-#include <lmx/Widgets/Private/lmxDeviceGrid.h>
 #include <lmx/Widgets/lmxImageList.h>
+
+#include <lmx/Widgets/Private/lmxDeviceGrid.h>
 
 #include <utility>
 

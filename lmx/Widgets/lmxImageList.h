@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
 #include <QColor>
@@ -13,7 +14,7 @@ namespace lmx {
 
 /// Images of one size, found by their index. Each is made anew for the density and the text colour that it is drawn
 /// with. Main thread only.
-class TImageList {
+class LMX_EXPORT TImageList {
 public:
     /// Makes the image with `ratio` device pixels for each logical one, which the image carries. `ink` is the colour of
     /// the text around it, for images that follow the theme.

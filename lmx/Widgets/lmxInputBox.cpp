@@ -1,4 +1,5 @@
 #include <lmx/Widgets/lmxInputBox.h>
+
 #include <lmx/Widgets/lmxServiceSlot.h>
 
 #include <QInputDialog>

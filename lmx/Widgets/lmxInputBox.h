@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 #include <memory>
@@ -7,7 +9,7 @@
 namespace lmx {
 
 /// Asks the user for one line of text.
-class IInputBoxService {
+class LMX_EXPORT IInputBoxService {
 public:
     virtual ~IInputBoxService() = default;
 
@@ -15,13 +17,13 @@ public:
     virtual QString InputBox(const QString& title, const QString& prompt, const QString& defaultText) = 0;
 };
 
-class TInputBox {
+class LMX_EXPORT TInputBox {
 public:
     /// Replaces the service and gives the previous one back; nil stands for Qt's box.
     static std::shared_ptr<IInputBoxService> SetService(std::shared_ptr<IInputBoxService> service);
 };
 
 /// Asks for one line of text, beginning with `defaultText`, which is also the answer of a cancelled box.
-QString InputBox(const QString& title, const QString& prompt, const QString& defaultText);
+LMX_EXPORT QString InputBox(const QString& title, const QString& prompt, const QString& defaultText);
 
 } // namespace lmx

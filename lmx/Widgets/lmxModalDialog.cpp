@@ -1,6 +1,7 @@
-#include <lmx/Widgets/lmxEventGuard.h>
-#include <lmx/Widgets/Private/lmxFormHeading.h>
 #include <lmx/Widgets/lmxModalDialog.h>
+
+#include <lmx/Widgets/Private/lmxFormHeading.h>
+#include <lmx/Widgets/lmxEventGuard.h>
 
 #include <QHBoxLayout>
 #include <QPushButton>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QDialog>
 #include <QString>
 
@@ -16,7 +18,7 @@ enum class TModalResult { mrNone, mrOk, mrCancel, mrAbort, mrRetry, mrIgnore, mr
 /// Escape and the window's close button). A derived constructor adds its controls to GetContent in the order of the tab
 /// key and calls AddButtons at its end. Push buttons of its own need setAutoDefault(false), or the enter key presses
 /// them.
-class TModalDialog : public QDialog {
+class LMX_EXPORT TModalDialog : public QDialog {
 public:
     /// Shows the dialog and waits until it is closed: mrOk or mrCancel.
     TModalResult ShowModal();

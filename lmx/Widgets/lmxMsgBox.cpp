@@ -1,4 +1,5 @@
 #include <lmx/Widgets/lmxMsgBox.h>
+
 #include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 

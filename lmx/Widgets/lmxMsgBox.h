@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 #include <memory>
@@ -11,7 +13,7 @@ QT_END_NAMESPACE
 namespace lmx {
 
 /// Shows messages and waits until the user has closed them. Texts are shown as they are, markup included.
-class IMsgBoxService {
+class LMX_EXPORT IMsgBoxService {
 public:
     virtual ~IMsgBoxService() = default;
 
@@ -24,7 +26,7 @@ public:
 };
 
 /// Modal messages. Never called in the middle of a paint: what fails there is posted (lmxEventGuard.h).
-class TMsgBox {
+class LMX_EXPORT TMsgBox {
 public:
     static void Error(const QString& text, const QString& title, QWidget* parent = nullptr);
     static void Info(const QString& text, const QString& title, QWidget* parent = nullptr);
@@ -35,6 +37,6 @@ public:
 };
 
 /// Shows a message under the application's name.
-void ShowMessage(const QString& text);
+LMX_EXPORT void ShowMessage(const QString& text);
 
 } // namespace lmx

@@ -1,6 +1,7 @@
+#include <lmx/Widgets/lmxPaintBox32.h>
+
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Widgets/lmxEventGuard.h>
-#include <lmx/Widgets/lmxPaintBox32.h>
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
 #include <QMetaObject>
@@ -25,7 +26,7 @@ enum class TRepaintMode { rmFull, rmDirect, rmOptimizer };
 ///
 /// Handlers and DoPaintBuffer may raise: the text is shown in an error box after the event, and the program goes on.
 /// A paint that failed is not tried again before the next Invalidate.
-class TPaintBox32 : public QWidget {
+class LMX_EXPORT TPaintBox32 : public QWidget {
 public:
     explicit TPaintBox32(QWidget* parent = nullptr);
     ~TPaintBox32() override;

@@ -1,6 +1,7 @@
+#include <lmx/Widgets/lmxPngButton.h>
+
 #include <lmx/Widgets/Private/lmxDeviceGrid.h>
 #include <lmx/Widgets/lmxExternalResources.h>
-#include <lmx/Widgets/lmxPngButton.h>
 
 namespace lmx {
 

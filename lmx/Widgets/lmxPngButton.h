@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Widgets/lmxFlatButton.h>
 
 #include <QColor>
@@ -9,7 +10,7 @@
 namespace lmx {
 
 /// A button that shows an image of TExternalResources and is as large as it.
-class TPngButton : public TFlatButton {
+class LMX_EXPORT TPngButton : public TFlatButton {
 public:
     /// @throws EArgumentException if there is no image of that name.
     TPngButton(QWidget* parent, const QString& imageName, const QString& hint);

@@ -1,3 +1,4 @@
+
 #include <lmx/Widgets/lmxToggleButtonBar.h>
 
 #include <QHBoxLayout>

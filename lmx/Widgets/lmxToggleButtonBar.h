@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QAbstractButton>
 #include <QWidget>
 
@@ -11,7 +13,7 @@ namespace lmx {
 
 /// A bar that stands its buttons side by side from the left, in the order in which they were added, which is also the
 /// order of the tab key. It is as high as its highest button.
-class TToggleButtonBar : public QWidget {
+class LMX_EXPORT TToggleButtonBar : public QWidget {
 public:
     explicit TToggleButtonBar(QWidget* parent = nullptr);
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
-#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <tests/Colour/RasterFakes.h>
 

@@ -1,9 +1,9 @@
 #include <lmx/Climate/lmxSpatialConst.h>
+#include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxIdrisiImageMapData.h>
-#include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Runtime/lmxExceptions.h>

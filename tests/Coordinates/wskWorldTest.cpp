@@ -551,11 +551,11 @@ INSTANTIATE_TEST_SUITE_P(Changes, ViewportEnd,
 
 TEST_F(WorldViewport, TellsWhetherItIsStillThere) {
     auto other = std::make_unique<TWorldViewport>(&World);
-    const auto liveness = other->GetLivenessToken();
-    EXPECT_FALSE(liveness.expired());
+    const TLifeWatch life = other->GetLifetime().Watch();
+    EXPECT_FALSE(life.IsOver());
     other.reset();
-    EXPECT_TRUE(liveness.expired());
-    EXPECT_FALSE(Viewport.GetLivenessToken().expired());
+    EXPECT_TRUE(life.IsOver());
+    EXPECT_FALSE(Viewport.GetLifetime().Watch().IsOver());
 }
 
 TEST_F(WorldViewport, SnapshotKeepsScaleAndTranslationButFollowsTheWorldSystem) {

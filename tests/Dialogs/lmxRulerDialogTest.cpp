@@ -1,8 +1,8 @@
 #include <lmx/Dialogs/lmxRulerDialog.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormatSettings.h>
-#include <lmx/Widgets/lmxColorShape.h>
 #include <lmx/Widgets/Private/lmxFormHeading.h>
+#include <lmx/Widgets/lmxColorShape.h>
 #include <tests/Support/ModalAnswer.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/ScriptedServices.h>

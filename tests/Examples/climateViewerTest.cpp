@@ -4,8 +4,8 @@
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
-#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/Private/lmxBlend.h>
+#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxExceptions.h>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <lmx/Coordinates/wskWorld.h>
-#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Formats/Idrisi/lmxVectorData.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/Render/lmxBufferedBitmap.h>
 #include <lmx/Runtime/lmxExtended.h>

@@ -183,16 +183,16 @@ private:
 
     void StartRenderThread(TContentLayer& layer) {
         const auto thread = layer.StartRenderThread(
-            [&layer, liveness = layer.GetLivenessToken(), content = MakeContent()](TThread& self) {
+            [layer = TBorrowed(&layer), content = MakeContent()](TThread& self) {
                 auto picture = std::make_shared<std::unique_ptr<TBufferedBitmap>>(CreateBufferedBitmap({8, 8}, {}));
                 for (const TMapPoint& point : content->Points)
                     if (self.GetTerminated())
                         return;
                     else
                         (*picture)->Bitmap.SetPixelS(point.ToPoint().X, point.ToPoint().Y, 0xFF00FF00);
-                TThread::Synchronize([&layer, liveness, picture] {
-                    if (!liveness.expired())
-                        layer.SetBufferedBitmap(std::move(*picture));
+                TThread::Synchronize([layer, picture] {
+                    if (layer)
+                        layer->SetBufferedBitmap(std::move(*picture));
                 });
             },
             Below(2) == 0, Below(8) != 0);

@@ -180,13 +180,13 @@ TEST_F(BufferedMapLayerThreads, AProcWhoseTurnComesAfterTheLayerHasGoneDoesNotRu
 
 TEST_F(BufferedMapLayerThreads, APictureOfAHostsOwnIsHandedOverOnTheMainThread) {
     const auto area = Viewport->GetVisibleMapArea();
-    const auto liveness = Layer->GetLivenessToken();
-    Layer->StartRenderThread([layer = Layer.get(), liveness, area](TThread& thread) {
+    const TBorrowed layer(Layer.get());
+    Layer->StartRenderThread([layer, area](TThread& thread) {
         auto picture = std::make_shared<std::unique_ptr<TBufferedBitmap>>(CreateBufferedBitmap({6, 4}, area));
         (*picture)->Bitmap.Clear(0xFF123456);
         if (!thread.GetTerminated())
             TThread::Synchronize([=] {
-                if (!liveness.expired())
+                if (layer)
                     layer->SetBufferedBitmap(std::move(*picture));
             });
     });

@@ -174,12 +174,12 @@ TEST_F(ShapeFileLayer, AnotherFileDropsThePictureAtOnce) {
 
 TEST_F(ShapeFileLayer, AnOwnedFileGoesWithItsLayerOrItsSuccessor) {
     Layer->SetShpFile(Square().release());
-    const auto first = Layer->GetShpFile()->WatchLifetime();
+    const auto first = Layer->GetShpFile()->GetLifetime().Watch();
     Layer->SetShpFile(Square().release());
-    EXPECT_TRUE(first.expired());
-    const auto second = Layer->GetShpFile()->WatchLifetime();
+    EXPECT_TRUE(first.IsOver());
+    const auto second = Layer->GetShpFile()->GetLifetime().Watch();
     Layer = nullptr;
-    EXPECT_TRUE(second.expired());
+    EXPECT_TRUE(second.IsOver());
 }
 
 TEST_F(ShapeFileLayer, AFileThatIsNotOwnedStaysAlive) {
@@ -188,7 +188,7 @@ TEST_F(ShapeFileLayer, AFileThatIsNotOwnedStaysAlive) {
     Layer->SetOwnsShpFile(false);
     Layer->SetShpFile(first.get());
     Layer->SetShpFile(second.get());
-    EXPECT_FALSE(first->WatchLifetime().expired());
+    EXPECT_FALSE(first->GetLifetime().Watch().IsOver());
     Layer->DeleteShpFile();
     EXPECT_EQ(Layer->GetShpFile(), nullptr);
     Layer->SetShpFile(first.get());
@@ -234,10 +234,10 @@ TEST_F(ShapeFileLayer, AProjectionThatFailsLeavesTheLayerAsItWas) {
 TEST_F(ShapeFileLayer, ASubscriberMayDestroyTheLayerThatGetsAFile) {
     const auto subscription = Layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { Layer = nullptr; });
     auto file = Square();
-    const auto lifetime = file->WatchLifetime();
+    const auto lifetime = file->GetLifetime().Watch();
     Layer->TakeShpFile(std::move(file));
     EXPECT_EQ(Layer, nullptr);
-    EXPECT_TRUE(lifetime.expired());
+    EXPECT_TRUE(lifetime.IsOver());
 }
 
 // --- Pictures -------------------------------------------------------------------------------------------------------

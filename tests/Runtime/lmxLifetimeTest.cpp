@@ -10,9 +10,9 @@ namespace {
 TEST(Lifetime, EndsWithItsObject) {
     auto lifetime = std::make_unique<TLifetime>();
     const auto watch = lifetime->Watch();
-    EXPECT_FALSE(watch.expired());
+    EXPECT_FALSE(watch.IsOver());
     lifetime.reset();
-    EXPECT_TRUE(watch.expired());
+    EXPECT_TRUE(watch.IsOver());
 }
 
 TEST(Lifetime, OfACopyIsItsOwn) {
@@ -21,7 +21,7 @@ TEST(Lifetime, OfACopyIsItsOwn) {
     copy = *original;
     const auto watch = copy.Watch();
     original.reset();
-    EXPECT_FALSE(watch.expired());
+    EXPECT_FALSE(watch.IsOver());
 }
 
 } // namespace

@@ -92,20 +92,5 @@ TEST(TextForms, RefuseOtherCountsAndTexts) {
     }
 }
 
-TEST(TextForms, OfAnchorsAndFontStyles) {
-    const TAnchors anchors{TAnchorKind::akBottom, TAnchorKind::akLeft};
-    EXPECT_EQ(AnchorsToString(anchors), "akLeft,akBottom");
-    EXPECT_EQ(StringToAnchors("akBottom,akLeft,akLeft"), anchors);
-    EXPECT_EQ(AnchorsToString({}), "");
-    EXPECT_EQ(StringToAnchors(""), TAnchors());
-    const TFontStyles styles{TFontStyle::fsStrikeOut, TFontStyle::fsBold, TFontStyle::fsItalic,
-                             TFontStyle::fsUnderline};
-    EXPECT_EQ(FontStylesToString(styles), "fsBold,fsItalic,fsUnderline,fsStrikeOut");
-    EXPECT_EQ(StringToFontStyles("fsStrikeOut,fsBold,fsItalic,fsUnderline"), styles);
-    EXPECT_EQ(MessageOf<EConvertError>([] { StringToAnchors("akLeft, akTop"); }), "Invalid anchors text");
-    EXPECT_EQ(MessageOf<EConvertError>([] { StringToAnchors("akleft"); }), "Invalid anchors text");
-    EXPECT_EQ(MessageOf<EConvertError>([] { StringToFontStyles("fsBold,"); }), "Invalid font styles text");
-}
-
 } // namespace
 } // namespace lmx

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
+#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
-#include <lmx/Layers/Render/lmxRenderThreadHandler.h>
-#include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <tests/Support/Threads.h>
 
 #include <atomic>

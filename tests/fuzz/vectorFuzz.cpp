@@ -1,6 +1,6 @@
 // A vector file of either generation. What is read must come back from its stored form, and survive a render.
 
-#include <lmx/Formats/Idrisi/lmxVectorData.h>
+#include <lmx/Formats/Idrisi/Private/lmxVectorBytes.h>
 #include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <lmx/Layers/Render/Private/lmxVectorFileRender.h>
 #include <lmx/Runtime/lmxExceptions.h>

@@ -1,4 +1,5 @@
 #include <lmx/Controls/Legend/lmxBaseLegendControl.h>
+
 #include <lmx/Runtime/lmxNumberText.h>
 
 #include <cstdint>

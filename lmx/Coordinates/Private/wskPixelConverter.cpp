@@ -1,3 +1,4 @@
+
 #include <lmx/Coordinates/Private/wskPixelConverter.h>
 
 #include <emmintrin.h>

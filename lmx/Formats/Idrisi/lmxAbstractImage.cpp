@@ -1,8 +1,9 @@
-#include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
+
+#include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
-#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
+#include <lmx/Runtime/lmxExceptions.h>
 
 #include <QFile>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Formats/Idrisi/lmxImageHeader.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -19,7 +20,7 @@ namespace lmx {
 /// the file has: a cell that equals the flag value that the header declares reads -9990 (TSpatialConst::NoData), and
 /// -9990 is stored as the flag. The number of cells is fixed when the image is made; changing the header's width or
 /// height later does not change it.
-class TAbstractImage {
+class LMX_EXPORT TAbstractImage {
 public:
     virtual ~TAbstractImage() = default;
     TAbstractImage& operator=(const TAbstractImage&) = delete;

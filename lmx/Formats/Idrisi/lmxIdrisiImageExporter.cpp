@@ -1,11 +1,12 @@
+#include <lmx/Formats/Idrisi/lmxIdrisiImageExporter.h>
+
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
-#include <lmx/Formats/Idrisi/lmxIdrisiImageExporter.h>
+#include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxNumberText.h>
-#include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxText.h>
 
 #include <algorithm>

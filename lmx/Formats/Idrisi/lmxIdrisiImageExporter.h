@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 
 namespace lmx {
@@ -7,7 +9,7 @@ namespace lmx {
 class TAbstractImage;
 
 /// Writes an image to a file of some format.
-class IIdrisiImageExporter {
+class LMX_EXPORT IIdrisiImageExporter {
 public:
     virtual ~IIdrisiImageExporter() = default;
 
@@ -17,7 +19,7 @@ public:
 };
 
 /// A copy in the image's own format: .img with .doc beside it, or .rst with .rdc.
-class TIdrisiImageSaveCopyExporter final : public IIdrisiImageExporter {
+class LMX_EXPORT TIdrisiImageSaveCopyExporter final : public IIdrisiImageExporter {
 public:
     void Export(const TAbstractImage& image, const QString& fileName) override;
 };
@@ -30,7 +32,7 @@ public:
 /// count as equal if they differ by no more than the single precision of the bounds explains.
 /// @throws EFileException "... has no bounds to write a grid with" if the image has no cells or its bounds are not in
 /// order.
-class TArcInfoGridASCIIExporter final : public IIdrisiImageExporter {
+class LMX_EXPORT TArcInfoGridASCIIExporter final : public IIdrisiImageExporter {
 public:
     void Export(const TAbstractImage& image, const QString& fileName) override;
 };
@@ -38,7 +40,7 @@ public:
 /// A line "x y z" for each cell: cell centre and number, separated by blanks, without a heading. The northern row comes
 /// first, columns ascend. Cells that are no values are written as -9999, so that the lines always form the full grid.
 /// @throws EFileException as TArcInfoGridASCIIExporter.
-class TXYZAsciiExporter final : public IIdrisiImageExporter {
+class LMX_EXPORT TXYZAsciiExporter final : public IIdrisiImageExporter {
 public:
     void Export(const TAbstractImage& image, const QString& fileName) override;
 };

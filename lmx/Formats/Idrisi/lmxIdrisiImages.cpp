@@ -1,11 +1,12 @@
-#include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
-#include <lmx/Formats/Idrisi/Private/lmxCellFlag.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
+
+#include <lmx/Formats/Idrisi/Private/lmxCellFlag.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageCells.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
+#include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
+#include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
-#include <lmx/Runtime/Private/lmxReplacementFile.h>
 
 #include <QFile>
 #include <QIODevice>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -59,7 +60,7 @@ private:
 };
 
 /// Cells 0 to 255: data types byte and RGB8, binary or packed.
-class TByteImage final : public TTypedImage<TByteImage, std::uint8_t> {
+class LMX_EXPORT TByteImage final : public TTypedImage<TByteImage, std::uint8_t> {
 public:
     TByteImage(const QString& filePath, bool load) : TTypedImage(filePath, load) {}
     TByteImage(const QString& filePath, const TImageHeader& header) : TTypedImage(filePath, header) {}
@@ -70,7 +71,7 @@ public:
 };
 
 /// Cells -32768 to 32767: data type integer, binary or packed.
-class TIntegerImage final : public TTypedImage<TIntegerImage, std::int16_t> {
+class LMX_EXPORT TIntegerImage final : public TTypedImage<TIntegerImage, std::int16_t> {
 public:
     TIntegerImage(const QString& filePath, bool load) : TTypedImage(filePath, load) {}
     TIntegerImage(const QString& filePath, const TImageHeader& header) : TTypedImage(filePath, header) {}
@@ -81,7 +82,7 @@ public:
 };
 
 /// Cells of single precision: data type real, binary.
-class TRealImage final : public TTypedImage<TRealImage, float> {
+class LMX_EXPORT TRealImage final : public TTypedImage<TRealImage, float> {
 public:
     TRealImage(const QString& filePath, bool load) : TTypedImage(filePath, load) {}
     TRealImage(const QString& filePath, const TImageHeader& header) : TTypedImage(filePath, header) {}
@@ -92,7 +93,7 @@ public:
 };
 
 /// Cells of single precision whose data file is text, of any data type but RGB24. Streams hold them as floats.
-class TAsciiImage final : public TTypedImage<TAsciiImage, float> {
+class LMX_EXPORT TAsciiImage final : public TTypedImage<TAsciiImage, float> {
 public:
     TAsciiImage(const QString& filePath, bool load) : TTypedImage(filePath, load) {}
     TAsciiImage(const QString& filePath, const TImageHeader& header) : TTypedImage(filePath, header) {}

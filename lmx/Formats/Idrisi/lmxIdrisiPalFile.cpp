@@ -1,4 +1,5 @@
 #include <lmx/Formats/Idrisi/lmxIdrisiPalFile.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxNumberText.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QByteArray>
 #include <QString>
@@ -16,7 +17,7 @@ namespace lmx {
 /// an index that no line gives is black. Components count to 63, the levels of the display hardware of their time, and
 /// are scaled to 255; a file with any component above 63 counts to 255 and is taken as it is. Binary (.smp): the mark
 /// "[Idrisi]", the header's length at offset 11, then up to 256 triplets red, green, blue.
-class TIdrisiPalFile {
+class LMX_EXPORT TIdrisiPalFile {
 public:
     /// @throws EFileException if the file cannot be read, EFileFormatException if it is neither form or holds more than
     /// 1 MiB. The colours are unchanged then.

@@ -1,7 +1,8 @@
-#include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
-#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
+
+#include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 

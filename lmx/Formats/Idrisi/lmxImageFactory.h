@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -11,7 +12,7 @@ class QIODevice;
 namespace lmx {
 
 /// One of the four image classes as a value: its name and its two constructors.
-struct TImageClass {
+struct LMX_EXPORT TImageClass {
     QString Name;
     bool (*Accepts)(const TImageHeader& header); ///< whether files with this header are of this class
     std::unique_ptr<TAbstractImage> (*Open)(const QString& filePath, bool load);
@@ -19,7 +20,7 @@ struct TImageClass {
 };
 
 /// Makes images of the class that fits.
-class TImageFactory {
+class LMX_EXPORT TImageFactory {
 public:
     /// The image in a file: data (.rst, .img) or documentation (.rdc, .doc), each found from the other.
     /// @throws EFileException if a file is missing, EFileFormatException if one is damaged or holds no numbers.

@@ -1,7 +1,8 @@
+#include <lmx/Formats/Idrisi/lmxImageHeader.h>
+
 #include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageDocumentation.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
-#include <lmx/Formats/Idrisi/lmxImageHeader.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 

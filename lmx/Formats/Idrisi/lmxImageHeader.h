@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QString>
 #include <QStringView>
 
@@ -35,7 +37,7 @@ using TLegendCategories = std::map<std::int32_t, QString>;
 /// Bounds are the outer edges of the grid in the units of the reference system: degrees, or metres on a grid; row 1 is
 /// the northern one. The entries are what a file claims: minimum and maximum may be stale or include the flag, and
 /// nothing keeps the bounds in order. Texts may hold several lines where said, separated by '\n'.
-class TImageHeader {
+class LMX_EXPORT TImageHeader {
 public:
     std::int32_t GetWidth() const { return FWidth; }   ///< columns
     std::int32_t GetHeight() const { return FHeight; } ///< rows

@@ -1,18 +1,11 @@
 // The stored form of an image header (lmxHeaderStream.h), marked "LMXH".
 
+#include <lmx/Formats/Idrisi/Private/lmxEnumeratorCounts.h>
 #include <lmx/Formats/Idrisi/Private/lmxHeaderStream.h>
 #include <lmx/Formats/Idrisi/lmxImageHeader.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 namespace lmx {
-
-static std::size_t CountOf(TImageDataType) {
-    return DataTypeNames.size();
-}
-
-static std::size_t CountOf(TImageFileType) {
-    return FileTypeNames.size();
-}
 
 namespace {
 

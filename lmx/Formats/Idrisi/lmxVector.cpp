@@ -1,5 +1,7 @@
-#include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
+
+#include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
+#include <lmx/Formats/Idrisi/Private/lmxVectorBytes.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 

@@ -3,6 +3,7 @@
 #include <lmx/Formats/Idrisi/lmxGeoPoint.h>
 #include <lmx/Formats/Idrisi/lmxVectorData.h>
 #include <lmx/Formats/Idrisi/lmxVectorHeader.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -16,7 +17,7 @@ namespace lmx {
 
 /// A feature of a vector file: its vertices, in order. It looks into the vector, which must outlive it and not load
 /// meanwhile.
-class TFeature {
+class LMX_EXPORT TFeature {
 public:
     TFeature(std::span<const TGeoPoint> vertices, double id) : FVertices(vertices), FId(id) {}
 
@@ -32,7 +33,7 @@ private:
 
 /// An Idrisi vector file in memory: features made of points, with coordinates of single precision. A file of either
 /// generation: .vct with its documentation .vdc, or .vec with .dvc.
-class TVector {
+class LMX_EXPORT TVector {
 public:
     TVector() = default; ///< no features, of type vtNone, without a name
     /// As LoadFromFile.

@@ -1,26 +1,17 @@
+#include <lmx/Formats/Idrisi/lmxVectorHeader.h>
+
 #include <lmx/Formats/Idrisi/Private/lmxAnsiText.h>
 #include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
+#include <lmx/Formats/Idrisi/Private/lmxEnumeratorCounts.h>
 #include <lmx/Formats/Idrisi/Private/lmxHeaderStream.h>
-#include <lmx/Formats/Idrisi/lmxVectorHeader.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
-
-#include <array>
 
 namespace lmx {
 
 namespace {
 
 constexpr char Mark[] = "LMXV";
-constexpr std::array<QStringView, 5> ObjectTypeNames = {u"", u"point", u"line", u"polygon", u"text"};
-
-} // namespace
-
-static std::size_t CountOf(TVectorObjectType) {
-    return ObjectTypeNames.size();
-}
-
-namespace {
 
 QString StreamName() {
     return QStringLiteral("Vector header");
@@ -45,8 +36,8 @@ void CodeEntries(Coder& coder, Header& header) {
 }
 
 TVectorObjectType ObjectTypeOf(const QString& text) {
-    for (std::size_t i = 1; i < ObjectTypeNames.size(); ++i)
-        if (SameText(text, ObjectTypeNames[i]))
+    for (std::size_t i = 1; i < VectorObjectTypeNames.size(); ++i)
+        if (SameText(text, VectorObjectTypeNames[i]))
             return static_cast<TVectorObjectType>(i);
     return TVectorObjectType::vtNone;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
+
 #include <QByteArray>
 #include <QString>
 
@@ -14,7 +16,7 @@ enum class TVectorObjectType : std::uint8_t { vtNone, vtPoint, vtLine, vtPolygon
 
 /// What the documentation file of an Idrisi vector (.vdc, or the older .dvc) says about it. A value: copies and
 /// compares. The entries are what a file claims; nothing keeps the bounds in order.
-class TVectorHeader {
+class LMX_EXPORT TVectorHeader {
 public:
     const QString& GetTitle() const { return FTitle; }
     void SetTitle(const QString& title) { FTitle = title; }

@@ -1,4 +1,5 @@
 #include <lmx/Formats/Shapes/lmxShapeFileReader.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Formats/Shapes/lmxShpPoint.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QByteArray>
 #include <QString>
@@ -24,7 +25,7 @@ enum class TShapeKind { skNull, skPoint, skMultiPoint, skPolyLine, skPolygon };
 /// Real files are read where they are merely untidy: record numbers, the length and the box in the file's header are
 /// not looked at, a record may be of another type than the file, Z and M values are passed over or may be missing, and
 /// bytes behind the last record that are none are ignored. Multipatches count as polygons.
-class TShapeFileReader {
+class LMX_EXPORT TShapeFileReader {
 public:
     /// A part of a shape: its vertices in order.
     using TShpPointArr = std::span<const TShpPoint>;

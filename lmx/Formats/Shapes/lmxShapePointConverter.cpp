@@ -1,4 +1,5 @@
 #include <lmx/Formats/Shapes/lmxShapePointConverter.h>
+
 #include <lmx/Runtime/lmxText.h>
 
 #include <QFile>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Formats/Shapes/lmxShpPoint.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
 
@@ -11,7 +12,7 @@ namespace lmx {
 
 /// Turns the coordinates of a file into degrees of WGS 84: X is the longitude, Y the latitude. Serves one thread at a
 /// time.
-class IShapePointConverter {
+class LMX_EXPORT IShapePointConverter {
 public:
     virtual ~IShapePointConverter() = default;
 
@@ -20,17 +21,17 @@ public:
 };
 
 /// The name of the projection file that goes with a shape file: the same with the extension ".prj".
-QString ProjectionFileOf(const QString& shpFileName);
+LMX_EXPORT QString ProjectionFileOf(const QString& shpFileName);
 
 /// What a projection file (.prj) says of the coordinates beside it, as TSHapePointConverterFactory takes it: the name
 /// of the datum, where longitudes and latitudes in degrees on that datum are all there is to it ("New Zealand Geodetic
 /// Datum 1949"), else the whole definition, since a grid is more than its datum. Empty if there is no such file, or
 /// nothing in it that can be understood. The file is found without regard to the case of its suffix; it may hold
 /// well-known text of any dialect.
-QString GetDatum(const QString& prjFileName);
+LMX_EXPORT QString GetDatum(const QString& prjFileName);
 
 /// Makes converters; the projections and datum shifts are those of PROJ, with its grids where they are installed.
-class TSHapePointConverterFactory {
+class LMX_EXPORT TSHapePointConverterFactory {
 public:
     /// The converter for what GetDatum gives: the name of a datum, in the words of the EPSG registry or of a file, or
     /// well-known text. Nil if nothing needs to be converted (WGS 84 itself) or nobody knows how.

@@ -1,4 +1,6 @@
 #include <lmx/Formats/Shapes/lmxShpFile.h>
+
+#include <lmx/Formats/Private/lmxVertexBlocks.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QFile>

@@ -3,6 +3,7 @@
 #include <lmx/Formats/Shapes/lmxShapePointConverter.h>
 #include <lmx/Formats/Shapes/lmxShpOutlines.h>
 #include <lmx/Formats/Shapes/lmxShpPoint.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxLifetime.h>
 
 #include <QString>
@@ -51,7 +52,7 @@ struct TShpData {
 
 /// A shape file (.shp) in memory: its points, multipoints among them, polygons and polylines, each in the order of the
 /// file. Null shapes are left out. The coordinates are those of the file, or what the converter made of them.
-class TShpFile {
+class LMX_EXPORT TShpFile {
 public:
     /// Reads a file. With a converter every vertex is converted, and those that it cannot convert are left out; without
     /// one they stay as they are.
@@ -79,9 +80,9 @@ public:
 
     /// The geometry, for who draws it: it stays when the file goes.
     const std::shared_ptr<const TShpData>& GetData() const { return FData; }
-    std::weak_ptr<const void> WatchLifetime() const { return FLifetime.Watch(); } ///< expires with the file
-    std::size_t GetVertexCount() const;                                           ///< points and vertices of all parts
-    std::size_t GetMemorySize() const;                                            ///< bytes of the geometry
+    const TLifetime& GetLifetime() const { return FLifetime; }
+    std::size_t GetVertexCount() const; ///< points and vertices of all parts
+    std::size_t GetMemorySize() const;  ///< bytes of the geometry
 
 private:
     TShpFile(QString fileName, TShpData data);

@@ -1,3 +1,4 @@
+
 #include <lmx/Formats/Shapes/lmxShpOutlines.h>
 
 namespace lmx {

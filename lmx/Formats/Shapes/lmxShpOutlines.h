@@ -2,7 +2,8 @@
 
 #include <lmx/Formats/Shapes/lmxShapeFileReader.h>
 #include <lmx/Formats/Shapes/lmxShpPoint.h>
-#include <lmx/Formats/lmxVertexBlocks.h>
+#include <lmx/Formats/lmxVertexBlock.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +15,7 @@ namespace lmx {
 /// The lines of all shapes of one kind, in one piece of memory: the vertices in a row, where each part and each shape
 /// begins, and the boxes of runs of vertices. 16 bytes a vertex, 4 a part, 4 a shape, and a little for the boxes.
 /// Filled once, by the reader of a file; read by any number of threads.
-class TShpOutlines {
+class LMX_EXPORT TShpOutlines {
 public:
     std::size_t GetShapeCount() const { return FShapeStarts.empty() ? 0 : FShapeStarts.size() - 1; }
     /// Number of parts of shape `shape`, 0 <= shape < GetShapeCount().

@@ -1,3 +1,4 @@
+
 #include <lmx/Graphics/Private/lmxCoverage.h>
 
 #include <utility>

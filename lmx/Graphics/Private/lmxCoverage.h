@@ -22,11 +22,11 @@ public:
     /// ±CoordinateLimit, or none at all, is left out.
     void AddContour(std::span<const TFloatPoint> points);
 
-    /// Calls emit(y, x, count, area) for runs of pixels in row `y` that begin at `x` and have the same signed area, the
+    /// Calls tell(y, x, count, area) for runs of pixels in row `y` that begin at `x` and have the same signed area, the
     /// sum over all contours: 1 or -1 where one contour covers a pixel whole. Rows and runs come in ascending order;
     /// pixels that no run names are not covered.
     template<class Emit>
-    void Sweep(Emit emit);
+    void Sweep(Emit tell);
 
     static constexpr double CoordinateLimit = 1e30;
     static bool IsUsable(TFloatPoint point) {
@@ -47,7 +47,7 @@ private:
     void Accumulate(double x1, double x2, double cover);
     void Touch(std::size_t first, std::size_t last);
     template<class Emit>
-    void EmitRow(std::int32_t y, Emit& emit);
+    void EmitRow(std::int32_t y, Emit& tell);
 
     std::size_t FWidth;
     std::int32_t FHeight;
@@ -59,7 +59,7 @@ private:
 };
 
 template<class Emit>
-void TCoverage::Sweep(Emit emit) {
+void TCoverage::Sweep(Emit tell) {
     std::sort(FEdges.begin(), FEdges.end(), [](const TEdge& a, const TEdge& b) { return a.Top.Y < b.Top.Y; });
     std::size_t next = 0;
     for (std::int32_t y = 0; y < FHeight; ++y) {
@@ -71,13 +71,13 @@ void TCoverage::Sweep(Emit emit) {
         for (; next < FEdges.size() && FEdges[next].Top.Y < y + 1.0; ++next)
             FActive.push_back(next);
         AccumulateRow(y);
-        EmitRow(y, emit);
+        EmitRow(y, tell);
         std::erase_if(FActive, [&](std::size_t edge) { return FEdges[edge].Bottom.Y <= y + 1.0; });
     }
 }
 
 template<class Emit>
-void TCoverage::EmitRow(std::int32_t y, Emit& emit) {
+void TCoverage::EmitRow(std::int32_t y, Emit& tell) {
     if (FFirstTouched > FLastTouched)
         return;
     const auto deltas = FDeltas.begin();
@@ -90,7 +90,7 @@ void TCoverage::EmitRow(std::int32_t y, Emit& emit) {
             ++end;
         if (end >= touchedEnd)
             end = FWidth;
-        emit(y, static_cast<std::int32_t>(x), end - x, area);
+        tell(y, static_cast<std::int32_t>(x), end - x, area);
         x = end;
     }
     std::fill(deltas + static_cast<std::ptrdiff_t>(FFirstTouched),

@@ -1,5 +1,6 @@
-#include <lmx/Graphics/Private/lmxBlend.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
+
+#include <lmx/Graphics/Private/lmxBlend.h>
 #include <lmx/Runtime/Private/lmxAvx2.h>
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+
 #include <lmx/Graphics/Private/lmxReducedPicture.h>
 
 namespace lmx {

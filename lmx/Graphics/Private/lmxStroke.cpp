@@ -1,5 +1,6 @@
-#include <lmx/Graphics/Private/lmxCoverage.h>
 #include <lmx/Graphics/Private/lmxStroke.h>
+
+#include <lmx/Graphics/Private/lmxCoverage.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+
 #include <lmx/Layers/Render/lmxBufferedBitmap.h>
 
 namespace lmx {

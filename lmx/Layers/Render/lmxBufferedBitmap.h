@@ -2,6 +2,7 @@
 
 #include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/lmxExport.h>
 
 #include <memory>
 
@@ -14,6 +15,6 @@ struct TBufferedBitmap {
 };
 
 /// An empty picture to draw into: fully transparent, in the draw mode dmTransparent.
-std::unique_ptr<TBufferedBitmap> CreateBufferedBitmap(TSize size, const TMapArea& mapArea);
+LMX_EXPORT std::unique_ptr<TBufferedBitmap> CreateBufferedBitmap(TSize size, const TMapArea& mapArea);
 
 } // namespace lmx

@@ -1,6 +1,5 @@
-#include <lmx/Layers/lmxBufferedMapLayer.h>
+
 #include <lmx/Layers/Render/lmxRenderThreadHandler.h>
-#include <lmx/Runtime/lmxThread.h>
 
 #include <utility>
 
@@ -18,24 +17,6 @@ std::unique_ptr<TBufferedBitmap> TRenderThreadHandler::Render(const TThreadPoolT
 
 bool TRenderThreadHandler::GetHasContent() const {
     return true;
-}
-
-void TRenderThreadHandler::ThreadExecute(TThreadPoolThread& thread) const {
-    struct TResult {
-        std::shared_ptr<TThreadPoolThread> Thread;
-        std::unique_ptr<TBufferedBitmap> Picture;
-    };
-    const auto result = std::make_shared<TResult>();
-    result->Thread = thread.shared_from_this();
-    try {
-        result->Picture = Render(thread);
-    } catch (...) {
-        // By contract: the layer stays without a new picture, and its next paint starts a render again.
-    }
-    TThread::Synchronize([layer = FLayer, liveness = FLayerLiveness, result] {
-        if (!liveness.expired())
-            layer->FinishRender(*result->Thread, std::move(result->Picture));
-    });
 }
 
 } // namespace lmx

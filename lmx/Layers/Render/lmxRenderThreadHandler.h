@@ -2,18 +2,17 @@
 
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Layers/Render/lmxBufferedBitmap.h>
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxThreadPool.h>
 
 #include <memory>
 
 namespace lmx {
 
-class TBufferedMapLayer;
-
 /// One render of a buffered layer on a thread of the pool. It works on copies and on shared data that nobody changes,
 /// never on the layer, its view or its world, all of which may be replaced or gone at any moment. A concrete handler is
 /// made on the main thread, where it takes a share of everything that it draws, and overrides Draw.
-class TRenderThreadHandler {
+class LMX_EXPORT TRenderThreadHandler {
 public:
     TRenderThreadHandler(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal)
         : ViewSize(viewSize),
@@ -36,15 +35,6 @@ protected:
     /// Draws into a transparent bitmap of the view's size, all positions converted by VPLocal. Asks thread.ShouldStop()
     /// before every vertex and returns at once when it is told so. What it raises ends the render without a picture.
     virtual void Draw(TBitmap32& bitmap, const TThreadPoolThread& thread) const = 0;
-
-private:
-    friend class TBufferedMapLayer;
-
-    /// Renders and has the main thread finish the render of `layer`, if that is still there.
-    void ThreadExecute(TThreadPoolThread& thread) const;
-
-    TBufferedMapLayer* FLayer = nullptr; // for the main thread only, and there only while FLayerLiveness says so
-    std::weak_ptr<const void> FLayerLiveness;
 };
 
 } // namespace lmx

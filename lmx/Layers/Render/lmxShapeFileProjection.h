@@ -1,12 +1,13 @@
 #pragma once
 
+#include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxExtended.h>
 
 namespace lmx {
 
 /// Turns coordinates of a shape file into map coordinates of the layer that shows it. Renders call it on several
 /// threads at once.
-class IShapeFileProjection {
+class LMX_EXPORT IShapeFileProjection {
 public:
     virtual ~IShapeFileProjection() = default;
 
@@ -14,7 +15,7 @@ public:
 };
 
 /// Longitudes and latitudes of WGS 84, which are map coordinates already.
-class TWGS84ShapeFileProjection final : public IShapeFileProjection {
+class LMX_EXPORT TWGS84ShapeFileProjection final : public IShapeFileProjection {
 public:
     void Convert(extended x, extended y, extended& outX, extended& outY) const override {
         outX = x;

@@ -1,4 +1,5 @@
 #include <lmx/Raster/Private/lmxNeighbourBlend.h>
+
 #include <lmx/Runtime/Private/lmxAvx2.h>
 
 #include <algorithm>

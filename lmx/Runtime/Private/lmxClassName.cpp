@@ -1,6 +1,7 @@
-#include <lmx/Runtime/Private/lmxClassName.h>
 
 #if __has_include(<cxxabi.h>)
+#include <lmx/Runtime/Private/lmxClassName.h>
+
 #include <cxxabi.h>
 #endif
 

@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
+
+#include <lmx/Runtime/lmxExceptions.h>
 
 namespace lmx {
 

@@ -1,4 +1,5 @@
 #include <lmx/Widgets/Private/lmxDefaultImages.h>
+
 #include <lmx/Widgets/lmxGlyphPainter.h>
 
 #include <QLatin1String>

@@ -1,5 +1,6 @@
-#include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Widgets/Private/lmxDeviceGrid.h>
+
+#include <lmx/Runtime/lmxExtended.h>
 
 #include <QTransform>
 

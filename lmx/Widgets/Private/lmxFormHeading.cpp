@@ -1,3 +1,4 @@
+
 #include <lmx/Widgets/Private/lmxFormHeading.h>
 
 #include <QFontInfo>

@@ -176,10 +176,10 @@ TEST(ShpFile, HoldsNoMoreThan20BytesAVertex) {
 TEST(ShpFile, ItsGeometryOutlivesIt) {
     auto file = Load(TShapeBytes().Point(1, {1, 2}).File(1));
     const auto data = file->GetData();
-    const auto lifetime = file->WatchLifetime();
-    EXPECT_FALSE(lifetime.expired());
+    const auto lifetime = file->GetLifetime().Watch();
+    EXPECT_FALSE(lifetime.IsOver());
     file = nullptr;
-    EXPECT_TRUE(lifetime.expired());
+    EXPECT_TRUE(lifetime.IsOver());
     EXPECT_EQ(data->Points, (std::vector<TShpPoint>{{1, 2}}));
 }
 

@@ -1,5 +1,5 @@
-#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
+#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 #include <tests/Support/FileSizeLimit.h>
 #include <tests/Support/Printers.h>

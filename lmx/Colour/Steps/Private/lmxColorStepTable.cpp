@@ -1,4 +1,5 @@
 #include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
+
 #include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 #include <lmx/Runtime/Private/lmxAvx2.h>
 #include <lmx/Runtime/lmxExceptions.h>

@@ -1,3 +1,4 @@
+
 #include <lmx/Colour/Steps/Private/lmxColorSteps.h>
 
 #include <cmath>

@@ -1,6 +1,7 @@
+#include <lmx/Colour/Steps/Private/lmxGradientSteps.h>
+
 #include <lmx/Colour/Steps/Private/lmxFloatSearch.h>
 #include <lmx/Colour/Steps/Private/lmxGradientPosition.h>
-#include <lmx/Colour/Steps/Private/lmxGradientSteps.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,5 @@
 #include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
+
 #include <lmx/Runtime/lmxExtended.h>
 
 namespace lmx {

@@ -1,5 +1,6 @@
-#include <lmx/Colour/Steps/Private/lmxFloatSearch.h>
 #include <lmx/Colour/Steps/Private/lmxPaletteBands.h>
+
+#include <lmx/Colour/Steps/Private/lmxFloatSearch.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 

@@ -1,6 +1,7 @@
+#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
+
 #include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
 #include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
-#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 
 namespace lmx {
 

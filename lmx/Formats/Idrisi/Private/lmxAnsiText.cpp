@@ -1,3 +1,4 @@
+
 #include <lmx/Formats/Idrisi/Private/lmxAnsiText.h>
 
 #include <QStringDecoder>

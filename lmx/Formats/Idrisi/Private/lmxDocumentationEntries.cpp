@@ -1,4 +1,5 @@
 #include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
+
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>
 

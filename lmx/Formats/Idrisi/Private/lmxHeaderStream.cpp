@@ -1,4 +1,5 @@
 #include <lmx/Formats/Idrisi/Private/lmxHeaderStream.h>
+
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QIODevice>

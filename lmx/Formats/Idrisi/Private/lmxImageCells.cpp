@@ -1,8 +1,9 @@
-#include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageCells.h>
+
+#include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
+#include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
-#include <lmx/Runtime/Private/lmxReplacementFile.h>
 
 #include <QIODevice>
 #include <QtEndian>

@@ -1,7 +1,8 @@
-#include <lmx/Formats/Idrisi/Private/lmxAnsiText.h>
-#include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
-#include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageDocumentation.h>
+
+#include <lmx/Formats/Idrisi/Private/lmxAnsiText.h>
+#include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
+#include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>

@@ -1,5 +1,6 @@
-#include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
+
+#include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 

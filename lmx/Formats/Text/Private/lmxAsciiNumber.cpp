@@ -1,4 +1,5 @@
 #include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
+
 #include <lmx/Runtime/lmxNumberText.h>
 
 #include <charconv>

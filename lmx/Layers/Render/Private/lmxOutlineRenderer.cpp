@@ -1,5 +1,6 @@
-#include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/Render/Private/lmxOutlineRenderer.h>
+
+#include <lmx/Graphics/lmxBitmap32.h>
 
 #include <algorithm>
 #include <array>

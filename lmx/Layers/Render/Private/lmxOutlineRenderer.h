@@ -2,7 +2,7 @@
 
 #include <lmx/Coordinates/Private/wskPixelConverter.h>
 #include <lmx/Formats/Shapes/lmxShpOutlines.h>
-#include <lmx/Formats/lmxVertexBlocks.h>
+#include <lmx/Formats/lmxVertexBlock.h>
 #include <lmx/Runtime/lmxThreadPool.h>
 
 #include <span>

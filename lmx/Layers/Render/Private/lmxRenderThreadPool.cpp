@@ -1,3 +1,4 @@
+
 #include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 
 #include <QCoreApplication>

@@ -1,7 +1,8 @@
+#include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
+
 #include <lmx/Coordinates/Private/wskPixelConverter.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Layers/Render/Private/lmxOutlineRenderer.h>
-#include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
 
 #include <utility>
 

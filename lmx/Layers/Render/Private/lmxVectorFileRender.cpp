@@ -1,8 +1,9 @@
+#include <lmx/Layers/Render/Private/lmxVectorFileRender.h>
+
 #include <lmx/Coordinates/Private/wskPixelConverter.h>
 #include <lmx/Formats/Idrisi/lmxVectorData.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/Render/Private/lmxOutlineRenderer.h>
-#include <lmx/Layers/Render/Private/lmxVectorFileRender.h>
 #include <lmx/Runtime/lmxExtended.h>
 
 #include <algorithm>

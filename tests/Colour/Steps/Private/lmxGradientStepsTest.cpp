@@ -1,5 +1,5 @@
-#include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/Steps/Private/lmxGradientSteps.h>
+#include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <tests/Colour/StepwiseChecks.h>
 

@@ -1,5 +1,5 @@
-#include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Colour/Steps/Private/lmxPaletteBands.h>
+#include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Colour/StepwiseChecks.h>
 

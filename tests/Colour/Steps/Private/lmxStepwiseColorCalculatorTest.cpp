@@ -1,10 +1,10 @@
+#include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
+#include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
+#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Colour/lmxColorClassCalculator.h>
-#include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
-#include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 #include <lmx/Colour/lmxMultipartGradient.h>
-#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <tests/Colour/StepwiseChecks.h>
 

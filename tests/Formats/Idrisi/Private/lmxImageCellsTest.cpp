@@ -1,5 +1,5 @@
-#include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageCells.h>
+#include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Support/Printers.h>
 

@@ -1,3 +1,4 @@
+#include <lmx/Formats/Idrisi/Private/lmxVectorBytes.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <lmx/Layers/Render/Private/lmxVectorFileRender.h>

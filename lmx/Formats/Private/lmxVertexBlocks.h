@@ -1,28 +1,29 @@
-#include <lmx/Formats/Idrisi/lmxGeoPoint.h>
-#include <lmx/Formats/Shapes/lmxShpPoint.h>
-#include <lmx/Formats/lmxVertexBlocks.h>
+#pragma once
+
+#include <lmx/Formats/lmxVertexBlock.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <span>
+#include <vector>
 
 namespace lmx {
 
-namespace {
-
-constexpr float Infinity = std::numeric_limits<float>::infinity();
-
-float RoundDown(double value) {
+inline float RoundDown(double value) {
+    constexpr float Infinity = std::numeric_limits<float>::infinity();
     const auto nearest = static_cast<float>(value);
     return static_cast<double>(nearest) > value ? std::nextafter(nearest, -Infinity) : nearest;
 }
 
-float RoundUp(double value) {
+inline float RoundUp(double value) {
     return -RoundDown(-value);
 }
 
 template<class Vertex>
-TVertexBlock BoxOf(std::span<const Vertex> vertices, std::size_t first, std::size_t end) {
+TVertexBlock BoxOfVertices(std::span<const Vertex> vertices, std::size_t first, std::size_t end) {
     double xMin = vertices[first].X;
     double yMin = vertices[first].Y;
     double xMax = xMin;
@@ -36,8 +37,9 @@ TVertexBlock BoxOf(std::span<const Vertex> vertices, std::size_t first, std::siz
     return {static_cast<std::uint32_t>(first), RoundDown(xMin), RoundDown(yMin), RoundUp(xMax), RoundUp(yMax)};
 }
 
-} // namespace
-
+/// The runs of an array of vertices whose parts begin at `partStarts`, in ascending order, and one entry more, without
+/// a box, that holds the number of vertices. Without parts no vertex is joined to another one.
+/// A vertex is any record of finite X and Y.
 template<class Vertex>
 std::vector<TVertexBlock> MakeVertexBlocks(std::span<const Vertex> vertices,
                                            std::span<const std::uint32_t> partStarts) {
@@ -51,15 +53,12 @@ std::vector<TVertexBlock> MakeVertexBlocks(std::span<const Vertex> vertices,
         const bool endsWithPart = part != partStarts.end() && *part <= longest;
         const std::size_t end = endsWithPart ? *part : longest;
         const bool isJoined = !partStarts.empty() && !endsWithPart && end < vertices.size();
-        blocks.push_back(BoxOf(vertices, first, end + (isJoined ? 1 : 0)));
+        blocks.push_back(BoxOfVertices(vertices, first, end + (isJoined ? 1 : 0)));
         first = end;
     }
     blocks.push_back({static_cast<std::uint32_t>(vertices.size()), 0, 0, 0, 0});
     blocks.shrink_to_fit();
     return blocks;
 }
-
-template std::vector<TVertexBlock> MakeVertexBlocks(std::span<const TShpPoint>, std::span<const std::uint32_t>);
-template std::vector<TVertexBlock> MakeVertexBlocks(std::span<const TGeoPoint>, std::span<const std::uint32_t>);
 
 } // namespace lmx

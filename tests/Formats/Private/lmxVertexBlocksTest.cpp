@@ -1,6 +1,6 @@
 #include <lmx/Formats/Idrisi/lmxGeoPoint.h>
+#include <lmx/Formats/Private/lmxVertexBlocks.h>
 #include <lmx/Formats/Shapes/lmxShpPoint.h>
-#include <lmx/Formats/lmxVertexBlocks.h>
 
 #include <gtest/gtest.h>
 

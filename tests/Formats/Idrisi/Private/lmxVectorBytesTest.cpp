@@ -1,4 +1,4 @@
-#include <lmx/Formats/Idrisi/lmxVectorData.h>
+#include <lmx/Formats/Idrisi/Private/lmxVectorBytes.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/VectorBytes.h>

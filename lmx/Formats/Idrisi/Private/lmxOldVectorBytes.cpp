@@ -1,8 +1,9 @@
 // Vector files of the older generation: for each feature its id, the number of its vertices and the vertices; a feature
 // of id 0 without vertices ends the file.
 
+#include <lmx/Formats/Idrisi/Private/lmxVectorBytes.h>
+#include <lmx/Formats/Private/lmxVertexBlocks.h>
 #include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
-#include <lmx/Formats/Idrisi/lmxVectorData.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 

@@ -1,4 +1,5 @@
-#include <lmx/Runtime/lmxReceiverReference.h>
+#include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxEventList.h>
 
 #include <gtest/gtest.h>
 
@@ -11,32 +12,32 @@ struct TReceiver : TEventReceiver {
     using TEventReceiver::StopReceiving;
 };
 
-TEST(ReceiverReference, BeginsNil) {
-    EXPECT_EQ(TReceiverReference<TReceiver>().Get(), nullptr);
-    EXPECT_EQ(TReceiverReference<TReceiver>(nullptr).Get(), nullptr);
+TEST(Borrowed, BeginsNil) {
+    EXPECT_EQ(TBorrowed<TReceiver>().Get(), nullptr);
+    EXPECT_EQ(TBorrowed<TReceiver>(nullptr).Get(), nullptr);
 }
 
-TEST(ReceiverReference, GoesNilWithItsTarget) {
+TEST(Borrowed, GoesNilWithItsTarget) {
     auto receiver = std::make_unique<TReceiver>();
-    const TReceiverReference<TReceiver> reference(receiver.get());
-    const TReceiverReference<TReceiver> copy = reference;
+    const TBorrowed<TReceiver> reference(receiver.get());
+    const TBorrowed<TReceiver> copy = reference;
     EXPECT_EQ(reference.Get(), receiver.get());
     receiver.reset();
     EXPECT_EQ(reference.Get(), nullptr);
     EXPECT_EQ(copy.Get(), nullptr);
 }
 
-TEST(ReceiverReference, GoesNilWhenItsTargetStopsReceiving) {
+TEST(Borrowed, GoesNilWhenItsTargetStopsReceiving) {
     TReceiver receiver;
-    const TReceiverReference<TReceiver> reference(&receiver);
+    const TBorrowed<TReceiver> reference(&receiver);
     receiver.StopReceiving();
     EXPECT_EQ(reference.Get(), nullptr);
 }
 
-TEST(ReceiverReference, MayBeReplaced) {
+TEST(Borrowed, MayBeReplaced) {
     TReceiver first;
     TReceiver second;
-    TReceiverReference<TReceiver> reference(&first);
+    TBorrowed<TReceiver> reference(&first);
     reference = &second;
     EXPECT_EQ(reference.Get(), &second);
     reference = nullptr;

@@ -1,7 +1,9 @@
 // Vector files of the newer generation: the object type in a byte, the number of features, 256 reserved bytes,
 // features.
 
-#include <lmx/Formats/Idrisi/lmxVectorData.h>
+#include <lmx/Formats/Idrisi/Private/lmxVectorBytes.h>
+
+#include <lmx/Formats/Private/lmxVertexBlocks.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
