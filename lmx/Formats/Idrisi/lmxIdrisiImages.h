@@ -19,7 +19,7 @@ namespace lmx {
 /// Cells are kept as the file has them; GetCell, SetCell and ReadRow translate the flag. An image made from a header
 /// holds zeros, and takes memory when a cell is stored or a row is asked for: a header's claim alone costs nothing.
 template<class Image, class Cell>
-class TTypedImage : public TAbstractImage {
+class LMX_EXPORT TTypedImage : public TAbstractImage {
 public:
     QString GetClassName() const override { return Image::ClassName(); }
     float GetCell(std::int32_t column, std::int32_t row) const override;
