@@ -42,6 +42,7 @@ public:
     Item* Add(std::unique_ptr<Item> item) {
         return Insert(Count(), std::move(item));
     }
+    T* Add(std::unique_ptr<T> item) { return Insert(Count(), std::move(item)); }
 
     /// Puts the item at `index`, 0 to Count, and returns it as Add does.
     /// @throws EArgumentException "item" or "index".
@@ -63,6 +64,8 @@ public:
         FOnChange(added, TListChange::lcAdded);
         return !life.IsOver() && guest.IsStillThere() ? added : nullptr;
     }
+
+    T* Insert(int index, std::unique_ptr<T> item) { return Insert<T>(index, std::move(item)); }
 
     /// Takes the item out and frees it; false if it is not in the list.
     bool Remove(const T* item) { return static_cast<bool>(TakeOut(IndexOf(item), TListChange::lcRemoved)); }

@@ -139,16 +139,103 @@ TEST_F(ObjectList, ItsCallbackMayAddAnother) {
     EXPECT_EQ(Names(), "ba");
 }
 
-TEST_F(ObjectList, WhatItsCallbackAddsDuringClearGoesToo) {
-    Fill({"a"});
+TEST_F(ObjectList, ClearRemovesWhatWasThereAndNothingElse) {
+    Fill({"a", "b"});
     List->SetOnChange([this](TItem* item, TListChange change) {
         Note(item, change);
-        if (change == TListChange::lcRemoved && item->Name == "a")
-            List->Add(New("b"));
+        if (change == TListChange::lcRemoved)
+            List->Insert(0, New(item->Name == "a" ? "c" : "d"));
     });
     List->Clear();
-    EXPECT_TRUE(List->IsEmpty());
-    EXPECT_EQ(Diary, (TDiary{"a removed, out", "b added, in", "a freed", "b removed, out", "b freed"}));
+    EXPECT_EQ(Names(), "dc");
+    EXPECT_EQ(Diary, (TDiary{"a removed, out", "c added, in", "a freed", "b removed, out", "d added, in", "b freed"}));
+}
+
+TEST_F(ObjectList, DestructionEndsThoughItsCallbackAddsAtEachRemoval) {
+    Fill({"a", "b"});
+    TObjectList<TItem>* list = List.get();
+    List->SetOnChange([this, list](TItem* item, TListChange change) {
+        if (change == TListChange::lcRemoved) {
+            Diary.push_back(item->Name + " removed");
+            list->Add(New("c"));
+        }
+    });
+    List.reset();
+    EXPECT_EQ(Diary, (TDiary{"a removed", "a freed", "b removed", "b freed", "c freed", "c freed"}));
+}
+
+TEST_F(ObjectList, AddGivesBackTheTypeThatItWasGiven) {
+    struct TRoot {
+        virtual ~TRoot() = default;
+    };
+    struct TLeaf : TRoot {
+        int Extra = 5;
+    };
+    TObjectList<TRoot> list;
+    EXPECT_EQ(list.Add(std::make_unique<TLeaf>())->Extra, 5);
+    EXPECT_EQ(list.Insert(0, std::make_unique<TLeaf>())->Extra, 5);
+    EXPECT_EQ(list.Count(), 2);
+}
+
+TEST_F(ObjectList, AWalkMeetsEachItemOnceInOrder) {
+    Fill({"a", "b", "c"});
+    std::string met;
+    List->ForEach([&](TItem* item) { met += item->Name; });
+    EXPECT_EQ(met, "abc");
+    met.clear();
+    List->ForEach([&](TItem* item) {
+        met += item->Name;
+        return item->Name != "b";
+    });
+    EXPECT_EQ(met, "ab");
+}
+
+TEST_F(ObjectList, AWalkSurvivesItemsThatComeAndGo) {
+    Fill({"a", "b", "c", "d"});
+    std::string met;
+    List->ForEach([&](TItem* item) {
+        met += item->Name;
+        if (item->Name == "a") {
+            List->Insert(0, New("x")); // before the walk
+            List->Add(New("y"));       // behind it: not met, it was not there
+            List->Remove((*List)[2]);  // b, which is next
+        } else if (item->Name == "c") {
+            List->Remove(item); // itself
+            List->Remove((*List)[0]);
+        }
+    });
+    EXPECT_EQ(met, "acd");
+    EXPECT_EQ(Names(), "ady");
+}
+
+TEST_F(ObjectList, WalksWithinWalksKeepTheirPlaces) {
+    Fill({"a", "b", "c"});
+    std::string met;
+    List->ForEach([&](TItem* outer) {
+        List->ForEach([&](TItem* inner) {
+            met += outer->Name + inner->Name + " ";
+            if (outer->Name == "a" && inner->Name == "b")
+                List->Remove((*List)[0]);
+        });
+    });
+    EXPECT_EQ(met, "aa ab ac bb bc cb cc ");
+}
+
+TEST_F(ObjectList, AWalkEndsWithItsList) {
+    Fill({"a", "b"});
+    std::string met;
+    List->ForEach([&](TItem* item) {
+        met += item->Name;
+        List.reset();
+    });
+    EXPECT_EQ(met, "a");
+}
+
+TEST_F(ObjectList, AWalkThatRaisesLeavesTheListUsable) {
+    Fill({"a", "b"});
+    EXPECT_THROW(List->ForEach([](TItem*) { throw EInvalidOperation(QStringLiteral("x")); }), EInvalidOperation);
+    List->Remove((*List)[0]);
+    EXPECT_EQ(Names(), "b");
 }
 
 TEST_F(ObjectList, ItsCallbackMayReplaceItself) {
