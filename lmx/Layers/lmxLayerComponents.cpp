@@ -3,6 +3,8 @@
 
 #include <lmx/Controls/Legend/lmxBaseLegendControl.h>
 
+#include <QPointer>
+
 namespace lmx {
 
 QObject* LegendControlObject(TBaseLegendControl* control) {
@@ -10,9 +12,12 @@ QObject* LegendControlObject(TBaseLegendControl* control) {
 }
 
 void FreeLegendControl(TBaseLegendControl* control) {
+    const QPointer<TBaseLegendControl> living(control); // the form that it leaves may delete it
     control->hide();
-    control->setParent(nullptr);
-    control->deleteLater();
+    if (living)
+        control->setParent(nullptr);
+    if (living)
+        control->deleteLater();
 }
 
 } // namespace lmx

@@ -2,6 +2,7 @@
 
 #include <lmx/Runtime/lmxExport.h>
 
+#include <initializer_list>
 #include <memory>
 #include <span>
 
@@ -21,6 +22,11 @@ public:
     virtual void SyncLayers(std::span<TRasterMapLayer* const> layers) = 0;
     /// The range that is given. @throws as the other one.
     virtual void SyncLayers(std::span<TRasterMapLayer* const> layers, double minValue, double maxValue) = 0;
+
+    void SyncLayers(std::initializer_list<TRasterMapLayer*> layers) { SyncLayers(std::span(layers)); }
+    void SyncLayers(std::initializer_list<TRasterMapLayer*> layers, double minValue, double maxValue) {
+        SyncLayers(std::span(layers), minValue, maxValue);
+    }
 };
 
 class LMX_EXPORT TSyncLayersFactory {
