@@ -82,8 +82,8 @@ void TMapViewControl::SetLayerManager(const std::shared_ptr<ILayerManager>& mana
         RepaintMap();
 }
 
-// The two directions are no mirror images, and hosts rely on what follows from that: a removed layer runs the added
-// handler, and a manager that the view has left goes on calling it for removed and for ready layers.
+// The two directions are no mirror images, and each is fixed: a removed layer runs the added handler, and a manager that
+// the view has left goes on calling it for removed and for ready layers.
 void TMapViewControl::RegisterLayerManagerEvents(ILayerManager* manager, bool registering) {
     if (!manager)
         throw EExArgumentNilException(QStringLiteral("TMapViewControl.RegisterLayerManagerEvents"),

@@ -105,7 +105,7 @@ void TIdrisiMapLayer::OwnImage(std::unique_ptr<TAbstractImage> shown) {
         FOwnsImage = true;
 }
 
-// No legend control exists for any kind of calculator in this version, so a raster layer has none.
+// No calculator has a legend control.
 void TIdrisiMapLayer::CreateLegendComponent() {
     SetLegendComponent(nullptr);
 }

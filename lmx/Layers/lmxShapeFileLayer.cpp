@@ -115,7 +115,7 @@ void TShapeFileLayer::CreateLegendComponent() {
     TBaseLegendControl* control = nullptr;
     if (factory)
         factory->GetLegendComponent(this, control);
-    // Only a legend control of shape files would be taken, and there is none in this version.
+    // Only a legend control of shape files is taken.
     SetLegendComponent(nullptr);
 }
 

@@ -23,7 +23,7 @@ public:
     /// Frees the file. The picture stays until the next render.
     void DeleteVectorFile();
 
-    /// No legend control of vector files exists in this version.
+    /// Takes the legend control off: vectors have none.
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Vector"
