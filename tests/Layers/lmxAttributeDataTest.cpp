@@ -1,4 +1,4 @@
-#include <lmx/Layers/lmxLayerTypes.h>
+#include <lmx/Layers/lmxAttributeData.h>
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <tests/Support/Printers.h>
 
