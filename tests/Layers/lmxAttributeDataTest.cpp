@@ -50,14 +50,5 @@ TEST(AttributeData, AFloatFollowsTheDecimalSeparator) {
     EXPECT_TRUE(TAttributeData::CheckData(TAttributeDataType::adtFloat, QStringLiteral("1,5")));
 }
 
-TEST(LayerMenuItem, HoldsItsThreeParts) {
-    int clicks = 0;
-    const TLayerMenuItem item(QStringLiteral("&Open"), false, [&clicks] { ++clicks; });
-    EXPECT_EQ(item.FText, QStringLiteral("&Open"));
-    EXPECT_FALSE(item.FEnabled);
-    item.FEvent();
-    EXPECT_EQ(clicks, 1);
-}
-
 } // namespace
 } // namespace lmx
