@@ -31,7 +31,6 @@ public:
     TMapViewGradientLegendControl* GetInnerLegend(int index) const;
     int GetInnerLegendCount() const { return static_cast<int>(FInnerLegends.size()); }
 
-    int GetSuggestedHeight() const override { return 300; }
     QSize sizeHint() const override { return {120, 300}; }
 
 protected:
