@@ -90,7 +90,7 @@ TEST_F(GradientLegend, TheFillEndsOnePixelBeforeTheBitmap) {
 
 TEST_F(GradientLegend, ColorsFollowTheirPlaceAndNotTheRange) {
     const auto gradient = TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFF000000}, {1, 0xFF0000FF}});
-    for (const auto [min, max] : {std::pair{0.0F, 1.0F}, {5.0F, 5.0F}, {3.0F, -2.0F}, {1e30F, 1e36F}}) {
+    for (const auto& [min, max] : {std::pair{0.0F, 1.0F}, {5.0F, 5.0F}, {3.0F, -2.0F}, {1e30F, 1e36F}}) {
         Calculator = TGradientColorCalculatorFactory::GetObject(min, max, gradient);
         const TBitmap32 bitmap = Painted(12, 102, Vertical, 10);
         for (std::int32_t y = 1; y < 101; ++y)
