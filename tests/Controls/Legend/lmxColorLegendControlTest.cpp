@@ -114,7 +114,7 @@ struct ShapeLegend : testing::Test {
     std::unique_ptr<TShpFile> FileNamed(const char* name) const {
         const QString path = Folder.filePath(name);
         WriteFile(path, tests::TShapeBytes().Point(1, {1, 2}).File(1));
-        return TShpFile::LoadFromFile(path);
+        return TShpFile::LoadFromFile(path, nullptr);
     }
 };
 
