@@ -21,7 +21,6 @@ TMapViewGradientLegendControl::TMapViewGradientLegendControl(QWidget* parent)
     : TDrawnLegendControl(parent, QStringLiteral("TMapViewGradientLegendControl")) {
     setAccessibleName(QStringLiteral("Legend"));
     resize(sizeHint());
-    Layout();
 }
 
 TMapViewGradientLegendControl*
@@ -42,14 +41,14 @@ void TMapViewGradientLegendControl::SetBarSize(int size) {
     if (size == FBarSize)
         return;
     FBarSize = size;
-    Layout();
+    LegendChanged();
 }
 
 void TMapViewGradientLegendControl::SetTicks(TTicks ticks) {
     if (ticks == FTicks)
         return;
     FTicks = ticks;
-    Layout();
+    LegendChanged();
 }
 
 void TMapViewGradientLegendControl::SetBorderColor(TColor color) {
@@ -59,26 +58,33 @@ void TMapViewGradientLegendControl::SetBorderColor(TColor color) {
     LegendChanged();
 }
 
-void TMapViewGradientLegendControl::resizeEvent(QResizeEvent* event) {
-    TDrawnLegendControl::resizeEvent(event);
-    Layout();
+TRect TMapViewGradientLegendControl::GetBarRect() const {
+    const int half = QFontMetrics(font()).height() / 2;
+    return {0, FTicks.Contains(TTick::tkHigh) ? half : 0, FBarSize,
+            FTicks.Contains(TTick::tkLow) ? height() - half : height()};
 }
 
-void TMapViewGradientLegendControl::Layout() {
+TRect TMapViewGradientLegendControl::GetTickRect(TTick tick) const {
+    const TRect bar = GetBarRect();
     const int line = QFontMetrics(font()).height();
-    const int half = line / 2;
-    FBarRect = {0, FTicks.Contains(TTick::tkHigh) ? half : 0, FBarSize,
-                FTicks.Contains(TTick::tkLow) ? height() - half : height()};
-    const auto place = [&](TTick tick, int middle) {
-        TRect& rect = FTickRects[static_cast<std::size_t>(tick)];
-        rect = {};
-        if (FTicks.Contains(tick))
-            rect = {FBarRect.Right + LabelGap, middle - half, width(), middle - half + line};
+    const auto around = [&](int middle) {
+        const int top = middle - line / 2;
+        return TRect(bar.Right + LabelGap, top, width(), top + line);
     };
-    place(TTick::tkLow, FBarRect.Bottom);
-    place(TTick::tkMid, FBarRect.Top + FBarRect.GetHeight() / 2);
-    place(TTick::tkHigh, FBarRect.Top);
-    LegendChanged();
+    if (!FTicks.Contains(tick))
+        return {};
+    switch (tick) {
+    case TTick::tkLow:
+        return around(bar.Bottom);
+    case TTick::tkMid:
+        return around(bar.Top + bar.GetHeight() / 2);
+    case TTick::tkHigh:
+        return around(bar.Top);
+    case TTick::tkLowMid:
+    case TTick::tkMidHigh:
+        break;
+    }
+    return {};
 }
 
 void TMapViewGradientLegendControl::DrawLegend(TBitmap32& bitmap) const {

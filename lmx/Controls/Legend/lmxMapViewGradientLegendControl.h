@@ -5,7 +5,6 @@
 #include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
-#include <array>
 #include <memory>
 
 namespace lmx {
@@ -33,26 +32,21 @@ public:
 
     /// Where a host may place things beside the legend: the bar without the halves of a line above and below it, and
     /// the lines of the labels at its end, middle and beginning; empty for a label that is not shown and for the two in
-    /// between. The drawing does not depend on them.
-    TRect GetBarRect() const { return FBarRect; }
-    TRect GetTickRect(TTick tick) const { return FTickRects[static_cast<std::size_t>(tick)]; }
+    /// between. They follow the size of the control at once; the drawing does not depend on them.
+    TRect GetBarRect() const;
+    TRect GetTickRect(TTick tick) const;
 
     int GetSuggestedHeight() const override { return 300; }
     QSize sizeHint() const override { return {120, 300}; }
 
 protected:
     void DrawLegend(TBitmap32& bitmap) const override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void Layout();
-
     TColor FBorderColor = clBtnShadow;
     int FBarSize = 24;
     TTicks FTicks = AllTicks;
     std::shared_ptr<IGradientColorCalculator> FGradient;
-    TRect FBarRect;
-    std::array<TRect, 5> FTickRects;
 };
 
 } // namespace lmx

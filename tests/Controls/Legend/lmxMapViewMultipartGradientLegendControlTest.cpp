@@ -2,6 +2,7 @@
 #include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
 #include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
 #include <lmx/Graphics/lmxGradient.h>
+#include <tests/Support/WidgetPictures.h>
 
 #include <QPointer>
 
@@ -20,7 +21,8 @@ std::shared_ptr<IMultipartGradientColorCalculator> Parts(float min, float max,
     return TMultipartGradientColorCalculatorFactory::GetObject(min, max, parts);
 }
 
-QRect Bounds(const TMapViewMultipartGradientLegendControl& control, int index) {
+QRect Bounds(TMapViewMultipartGradientLegendControl& control, int index) {
+    tests::PictureOf(control); // what is not shown is laid out when it is painted
     return control.GetInnerLegend(index)->geometry();
 }
 
