@@ -8,6 +8,7 @@
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Graphics/Private/lmxReducedPicture.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/Private/lmxLayerComponents.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -105,9 +106,8 @@ void TIdrisiMapLayer::OwnImage(std::unique_ptr<TAbstractImage> shown) {
         FOwnsImage = true;
 }
 
-// No calculator has a legend control.
 void TIdrisiMapLayer::CreateLegendComponent() {
-    SetLegendComponent(nullptr);
+    SetLegendComponent(FImage && GetColorCalc() ? CreateRasterLegendControl(GetColorCalc()) : nullptr);
 }
 
 TLayerOptionFlags TIdrisiMapLayer::GetLayerOptionFlags() const {
