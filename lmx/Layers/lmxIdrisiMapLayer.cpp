@@ -203,8 +203,19 @@ void TIdrisiMapLayer::UpdateDuplicateIdrisiMapLayer(TIdrisiMapLayer* target) con
 
 void TIdrisiMapLayer::Render() {
     if (FRenderer && FCookieData && FMapData && GetColorCalc())
-        SetBitmap(FRenderer->Render(FCookieData.get(), FMapData.get(), static_cast<float>(GetOpacity() / 255.0),
-                                    GetColorCalc().get()));
+        SetRenderedBitmap(MakePicture());
+}
+
+// All pixels are written, so it does not matter what the picture of the render before holds.
+std::unique_ptr<TBitmap32> TIdrisiMapLayer::MakePicture() {
+    const auto opacity = static_cast<float>(GetOpacity() / 255.0);
+    std::unique_ptr<TBitmap32> former = TakeGivenUpBitmap();
+    if (!former || former->GetWidth() != FCookieData->GetWidth() || former->GetHeight() != FCookieData->GetHeight()) {
+        former.reset();
+        return FRenderer->Render(FCookieData.get(), FMapData.get(), opacity, GetColorCalc().get());
+    }
+    FRenderer->Render(FCookieData.get(), FMapData.get(), opacity, GetColorCalc().get(), former.get());
+    return former;
 }
 
 } // namespace lmx

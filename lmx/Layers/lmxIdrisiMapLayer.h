@@ -57,6 +57,7 @@ protected:
 private:
     void ShowImage(TAbstractImage* image, std::unique_ptr<TAbstractImage> owned);
     void KeepReplacedImage(const TAbstractImage* next);
+    std::unique_ptr<TBitmap32> MakePicture();
     void OwnImage(std::unique_ptr<TAbstractImage> shown);
     void ExportIdrisiImageClick();
     void ExportAsciiClick();

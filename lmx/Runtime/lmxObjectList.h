@@ -78,6 +78,7 @@ public:
     void Move(int from, int to) {
         if (from < 0 || to < 0 || from >= Count() || to >= Count())
             throw EArgumentException(QStringLiteral("index"));
+        ++FSerial;
         TEntry entry = std::move(FEntries[static_cast<std::size_t>(from)]);
         FEntries.erase(FEntries.begin() + from);
         FEntries.insert(FEntries.begin() + to, std::move(entry));
@@ -128,10 +129,13 @@ public:
     }
     bool Contains(const T* item) const { return IndexOf(item) >= 0; }
 
+    /// Grows with each item that comes, goes or moves: as long as it stays, the same items stand in the same order.
+    std::uint64_t GetChangeCount() const { return FSerial; }
+
 private:
     struct TEntry {
         std::unique_ptr<T> Item;
-        std::uint64_t Serial = 0; // grows with each entry
+        std::uint64_t Serial = 0; // grows from each entry to the next that comes
     };
 
 public:
@@ -210,6 +214,7 @@ private:
     std::unique_ptr<T> TakeOut(int index, TListChange change) {
         if (index < 0)
             return nullptr;
+        ++FSerial;
         std::unique_ptr<T> taken = std::move(FEntries[static_cast<std::size_t>(index)].Item);
         FEntries.erase(FEntries.begin() + index);
         for (TWalk* walk = FWalks; walk; walk = walk->Outer)
@@ -222,7 +227,7 @@ private:
     }
 
     std::deque<TEntry> FEntries;
-    std::uint64_t FSerial = 0;
+    std::uint64_t FSerial = 0; // grows with each change
     mutable TWalk* FWalks = nullptr;
     TGuest* FGuests = nullptr;
     TChangeCallback FOnChange;
