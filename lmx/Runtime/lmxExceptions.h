@@ -15,8 +15,20 @@ public:
 
     const QString& Message() const noexcept { return FMessage; }
 
+    /// Where the failure lies, such as "grid.asc, line 3". Empty unless who raised it stands in a text or a file, and
+    /// for failures whose message begins with the file's name.
+    const QString& Place() const noexcept { return FPlace; }
+    /// For who knows the place of a failure that passes through; the first one to tell is the nearest and counts.
+    void SetPlace(const QString& place) {
+        if (FPlace.isEmpty())
+            FPlace = place;
+    }
+    /// The message with its place before it: what to show a user who asked for a file.
+    QString Description() const { return FPlace.isEmpty() ? FMessage : FPlace + QStringLiteral(": ") + FMessage; }
+
 private:
     QString FMessage;
+    QString FPlace;
 };
 
 /// An argument that an operation cannot take.
