@@ -29,7 +29,7 @@ public:
     QString GetLayerTypeName() const override;              ///< "Vector"
     TLayerOptionFlags GetLayerOptionFlags() const override; ///< the base's and lofDuplicate
     using TBaseShapeLayer::Duplicate;
-    /// A layer that reads the file again.
+    /// A layer that reads the file again, or holds a copy of a vector that is from no file.
     /// @throws what TVector::LoadFromFile raises.
     std::unique_ptr<TBaseLayerManagerLayer> Duplicate(const std::shared_ptr<ILayerManager>& manager) const override;
     void RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) override;
