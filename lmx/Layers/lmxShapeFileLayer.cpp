@@ -137,8 +137,10 @@ TShapeFileLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const 
     UpdateDuplicateBaseShapeLayer(duplicate.get());
     duplicate->FProjection = FProjection;
     if (const TShpFile* file = GetShpFile()) {
-        const auto converter = TSHapePointConverterFactory::GetObject(GetDatum(ProjectionFileOf(file->GetFileName())));
-        duplicate->TakeShpFile(TShpFile::LoadFromFile(file->GetFileName(), converter));
+        TShpLoadOptions options;
+        options.SkipDamagedRecords = file->GetDamagedRecordCount() > 0; // what could be shown can be shown again
+        duplicate->TakeShpFile(
+            TShpFile::LoadFromFile(file->GetFileName(), ConversionOf(file->GetFileName()).Converter, options));
     }
     return duplicate;
 }
