@@ -36,8 +36,14 @@ void TMapControl::SetShowRulers(bool show) {
     Layout();
 }
 
+// The platform does not tell a hidden control of its size.
+TMapViewControl* TMapControl::GetMapView() const {
+    FillWithMapView();
+    return FMapView;
+}
+
 QSize TMapControl::sizeHint() const {
-    return FMapView->sizeHint();
+    return FMapView ? FMapView->sizeHint() : QWidget::sizeHint();
 }
 
 void TMapControl::resizeEvent(QResizeEvent* event) {
@@ -47,7 +53,9 @@ void TMapControl::resizeEvent(QResizeEvent* event) {
 }
 
 // The view fills what lies to the right of and below its corner.
-void TMapControl::FillWithMapView() {
+void TMapControl::FillWithMapView() const {
+    if (!FMapView)
+        return;
     const QPoint corner = FMapView->pos();
     FMapView->resize(std::max(0, width() - corner.x()), std::max(0, height() - corner.y()));
 }
@@ -57,7 +65,8 @@ void TMapControl::Layout() {
         return;
     FHRuler->setGeometry(StripWidth, 0, std::max(0, width() - StripWidth), StripWidth);
     FVRuler->setGeometry(0, StripWidth, StripWidth, std::max(0, height() - StripWidth));
-    FMapView->move(StripWidth, StripWidth);
+    if (FMapView)
+        FMapView->move(StripWidth, StripWidth);
     FillWithMapView();
     FHRuler->show();
     FVRuler->show();

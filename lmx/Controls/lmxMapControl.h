@@ -2,6 +2,7 @@
 
 #include <lmx/Runtime/lmxExport.h>
 
+#include <QPointer>
 #include <QWidget>
 
 namespace lmx {
@@ -15,7 +16,9 @@ public:
     explicit TMapControl(QWidget* owner = nullptr);
     ~TMapControl() override;
 
-    TMapViewControl* GetMapView() const { return FMapView; }
+    /// It has the place that it takes in the control as that is now, also while that is hidden. Nil once somebody else
+    /// has destroyed it.
+    TMapViewControl* GetMapView() const;
     TMapViewRuler* GetHRuler() const { return FHRuler; }
     TMapViewRuler* GetVRuler() const { return FVRuler; }
 
@@ -30,10 +33,10 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void FillWithMapView();
+    void FillWithMapView() const;
     void Layout();
 
-    TMapViewControl* FMapView;
+    QPointer<TMapViewControl> FMapView;
     TMapViewRuler* FHRuler;
     TMapViewRuler* FVRuler;
     bool FShowRulers = false;

@@ -1,33 +1,28 @@
 #include <lmx/Controls/lmxMapViewControl.h>
 
+#include <lmx/Controls/Private/lmxCrosshair.h>
+#include <lmx/Controls/Private/lmxMapCheckerboard.h>
+#include <lmx/Controls/Private/lmxMapMouse.h>
+#include <lmx/Controls/Private/lmxSpecialLayerSet.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxLayerStackPainter.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxMsgBox.h>
 
-#include <QApplication>
-#include <QPointer>
+#include <array>
 
 namespace lmx {
 
 namespace {
 
-// The flag and the view's reference come first: the manager tells of the layer as soon as it has it.
-template<class Layer>
-void AddSpecialLayer(ILayerManager& manager, TBorrowed<Layer>& reference, std::unique_ptr<Layer> layer) {
-    reference = layer.get();
-    layer->SetFlags(layer->GetFlags() + TLayerFlags{TLayerFlag::lfSpecial});
-    manager.GetSpecialLayers().Add(std::move(layer));
-}
-
-template<class Layer>
-void RemoveSpecialLayer(ILayerManager& manager, TBorrowed<Layer>& reference) {
-    manager.GetSpecialLayers().Remove(reference.Get());
-    reference = nullptr;
-}
+constexpr int CheckerboardSquare = 8; // logical pixels
 
 } // namespace
 
@@ -37,7 +32,11 @@ TMapViewControl::TMapViewControl(QWidget* owner)
 
 TMapViewControl::TMapViewControl(QWidget* owner, TSpecialLayerAccess specialLayers)
     : TPaintBox32(owner),
-      FSpecialLayerAccess(specialLayers) {
+      FSpecialLayerAccess(specialLayers),
+      FSpecialLayers(std::make_unique<TSpecialLayerSet>()),
+      FMouse(std::make_unique<TMapMouse>()),
+      FCheckerboard(std::make_unique<TMapCheckerboard>()),
+      FCrosshair(std::make_unique<TCrosshair>()) {
     CreateMapControl();
 }
 
@@ -61,29 +60,38 @@ void TMapViewControl::CreateMapControl() {
 void TMapViewControl::SetLayerManager(const std::shared_ptr<ILayerManager>& manager) {
     if (manager == FLayerManager)
         return;
-    const QPointer<TMapViewControl> self(this); // whoever is told may close the view
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the caller's may change meanwhile
     const std::shared_ptr<ILayerManager> next = manager;
+    const TBorrowed self(this);
     FOnBeforeLayerManagerChanged(this);
-    if (const auto previous = self ? FLayerManager : nullptr) {
-        RegisterLayerManagerEvents(previous.get(), false);
-        RegisterSpecialLayers(previous, false);
-    }
-    if (!self)
-        return;
-    FLayerManager = next;
-    if (next) {
-        RegisterLayerManagerEvents(next.get(), true);
-        RegisterSpecialLayers(next, true);
-    }
+    if (self)
+        ExchangeLayerManager(next);
     if (self)
         FOnAfterLayerManagerChanged(this);
     if (self)
         RepaintMap();
 }
 
-// The two directions are no mirror images, and hosts rely on what follows from that: a removed layer runs the added
-// handler, and a manager that the view has left goes on calling it for removed and for ready layers.
+void TMapViewControl::ExchangeLayerManager(const std::shared_ptr<ILayerManager>& next) {
+    if (next == FLayerManager)
+        return;
+    const TBorrowed self(this);
+    const int turn = ++FManagerTurn;
+    if (const auto previous = FLayerManager) {
+        RegisterLayerManagerEvents(previous.get(), false);
+        RegisterSpecialLayers(previous, false);
+    }
+    if (!self || turn != FManagerTurn)
+        return;
+    FLayerManager = next;
+    if (!next)
+        return;
+    RegisterLayerManagerEvents(next.get(), true);
+    RegisterSpecialLayers(next, true);
+}
+
+// The two directions are no mirror images, and what follows from that is fixed: a removed layer runs the added handler,
+// and a manager that the view has left goes on calling it for removed and for ready layers.
 void TMapViewControl::RegisterLayerManagerEvents(ILayerManager* manager, bool registering) {
     if (!manager)
         throw EExArgumentNilException(QStringLiteral("TMapViewControl.RegisterLayerManagerEvents"),
@@ -109,41 +117,40 @@ void TMapViewControl::RegisterSpecialLayers(const std::shared_ptr<ILayerManager>
     if (!manager)
         throw EExArgumentNilException(QStringLiteral("TMapViewControl.RegisterSpecialLayers"),
                                       QStringLiteral("LayerManager"));
-    if (registering)
-        AddSpecialLayers(manager);
-    else
-        RemoveSpecialLayers(*manager);
-}
-
-void TMapViewControl::AddSpecialLayers(const std::shared_ptr<ILayerManager>& manager) {
-    if (FSpecialLayerAccess.Contains(TSpecialLayers::slSelection))
-        AddSpecialLayer(*manager, FSpSelectionLayer, std::make_unique<TSelectionMapLayer>(manager));
-    if (FSpecialLayerAccess.Contains(TSpecialLayers::slRulers))
-        AddSpecialLayer(*manager, FSpRulersLayer, std::make_unique<TRulerMapLayer>(manager));
-    if (FSpecialLayerAccess.Contains(TSpecialLayers::slInfoQueryPointLayer))
-        AddSpecialLayer(*manager, FSpInfoQueryPointsLayer, std::make_unique<TInfoQueryPointLayer>(manager));
-    if (!FSpecialLayerAccess.Contains(TSpecialLayers::slObject))
+    if (!registering) {
+        FSpecialLayers->Remove(manager);
         return;
+    }
     const bool allowLegends = !FSpecialLayerAccess.Contains(TSpecialLayers::slDisableObjectLegendControlOption);
-    if (auto layer = CreateObjectLayer(manager, allowLegends))
-        AddSpecialLayer(*manager, FSpObjectLayer, std::move(layer));
-}
-
-void TMapViewControl::RemoveSpecialLayers(ILayerManager& manager) {
-    RemoveSpecialLayer(manager, FSpSelectionLayer);
-    RemoveSpecialLayer(manager, FSpRulersLayer);
-    RemoveSpecialLayer(manager, FSpInfoQueryPointsLayer);
-    RemoveSpecialLayer(manager, FSpObjectLayer);
+    FSpecialLayers->Add(manager, FSpecialLayerAccess, [&] { return CreateObjectLayer(manager, allowLegends); });
 }
 
 std::unique_ptr<TBaseMapLayer> TMapViewControl::CreateObjectLayer(const std::shared_ptr<ILayerManager>&, bool) {
     return nullptr;
 }
 
+TSelectionMapLayer* TMapViewControl::GetSpSelectionLayer() const {
+    return FSpecialLayers->GetSelection();
+}
+
+TRulerMapLayer* TMapViewControl::GetSpRulersLayer() const {
+    return FSpecialLayers->GetRulers();
+}
+
+TInfoQueryPointLayer* TMapViewControl::GetSpInfoQueryPointsLayer() const {
+    return FSpecialLayers->GetPoints();
+}
+
+TBaseMapLayer* TMapViewControl::GetSpObjectLayer() const {
+    return FSpecialLayers->GetObjects();
+}
+
 void TMapViewControl::LayerManager_LayerAdded(ILayerManager*, TBaseMapLayer* layer) {
+    const TBorrowed self(this);
     if (!WorldCreated() && !layer->GetFlags().Contains(TLayerFlag::lfSpecial))
         CreateWorldAndViewport(layer->GetLayerArea().WorldSystem);
-    RepaintMap();
+    if (self)
+        RepaintMap();
 }
 
 void TMapViewControl::LayerManager_LayerRemoved(ILayerManager*, TBaseMapLayer*) {
@@ -167,18 +174,23 @@ void TMapViewControl::LayerManager_LayerMoved(ILayerManager*, int, int) {
 }
 
 void TMapViewControl::LayerManager_OnMapCommand(TBaseMapLayer* layer, TLayerMapCommand command, void*) {
-    if (command == TLayerMapCommand::cmdGotoExtent && FViewport)
-        FViewport->ZoomTo(layer->GetLayerArea().Area);
+    if (command != TLayerMapCommand::cmdGotoExtent)
+        return;
+    const TMapArea area = layer->GetLayerArea().Area;
+    if (TWorldViewport* viewport = GetViewport())
+        viewport->ZoomTo(area);
 }
 
+// Both stand before anybody is told. Whoever hears of the size may make yet another world.
 void TMapViewControl::CreateWorldAndViewport(const std::shared_ptr<IWorldSystem>& worldSystem) {
     if (!worldSystem)
         return;
-    FViewport.reset();
-    FWorld = std::make_unique<TWorld>(worldSystem);
-    FViewport = std::make_unique<TWorldViewport>(FWorld.get());
-    FViewport->GetOnChanged().Add(this, &TMapViewControl::Viewport_Changed);
-    FViewport->SetMinScale(FScaleAmount);
+    auto world = std::make_unique<TWorld>(worldSystem);
+    auto viewport = std::make_unique<TWorldViewport>(world.get());
+    viewport->GetOnChanged().Add(this, &TMapViewControl::Viewport_Changed);
+    viewport->SetMinScale(FScaleAmount);
+    FViewport = std::move(viewport);
+    FWorld = std::move(world);
     UpdateViewSize();
 }
 
@@ -189,14 +201,15 @@ void TMapViewControl::ChangeWorldSystem(const std::shared_ptr<IWorldSystem>& wor
     }
     if (worldSystem == FWorld->GetWorldSystem())
         return;
-    const QPointer<TMapViewControl> self(this); // whoever is told may close the view
+    const TBorrowed self(this);
     FWorld->SetWorldSystem(worldSystem);
     const auto manager = self ? FLayerManager : nullptr;
     if (!manager)
         return;
-    TObjectList<TBaseMapLayer>& layers = manager->GetLayers();
-    for (int i = 0; i < layers.Count(); ++i)
-        layers[i]->Invalidate();
+    manager->GetLayers().ForEach([&](TBaseMapLayer* layer) {
+        layer->Invalidate();
+        return self && FLayerManager == manager;
+    });
 }
 
 const std::shared_ptr<IWorldSystem>& TMapViewControl::GetWorldSystem() const {
@@ -205,125 +218,196 @@ const std::shared_ptr<IWorldSystem>& TMapViewControl::GetWorldSystem() const {
 }
 
 TWorldViewport& TMapViewControl::RequireViewport() const {
-    if (!FViewport)
-        throw EInvalidOperation(QStringLiteral("World not created"));
-    return *FViewport;
+    if (TWorldViewport* viewport = GetViewport())
+        return *viewport;
+    throw EInvalidOperation(QStringLiteral("World not created"));
+}
+
+// The platform does not tell a hidden view of its size. Whoever hears of the new one may replace the viewport, and
+// destroy the view.
+TWorldViewport* TMapViewControl::GetViewport() const {
+    const TBorrowed self(this);
+    if (FViewport)
+        FViewport->SetViewSize(GetDeviceSize());
+    return self ? FViewport.get() : nullptr;
+}
+
+void TMapViewControl::UpdateViewSize() {
+    GetViewport();
 }
 
 void TMapViewControl::Viewport_Changed(TWorldViewport*) {
+    const TBorrowed self(this);
     RepaintMap();
-    FOnViewportUpdated(this);
+    if (self)
+        FOnViewportUpdated(this);
 }
 
+// The caller may stand in the middle of a paint or an event: the box waits until that is over.
 void TMapViewControl::RepaintMap() {
     if (FIsDestroying)
         return;
     try {
         Invalidate();
     } catch (...) {
-        // The caller may stand in the middle of a paint or an event: the box waits until that is over.
-        QMetaObject::invokeMethod(
-            qApp, [] { ShowMessage(QStringLiteral("Error in RepaintMap()")); }, Qt::QueuedConnection);
+        const QString text = QStringLiteral("Error in RepaintMap()");
+        ReportOnce(text, [text] { ShowMessage(text); });
     }
 }
 
 void TMapViewControl::ZoomIn() {
-    if (!FViewport || (FIsMouseDown && FMouseButton == TMouseButton::mbMiddle))
-        return;
-    const extended scale = FViewport->GetScale();
-    FViewport->SetScale(scale + scale * static_cast<extended>(FZoomScale));
+    ZoomBy(FZoomScale);
 }
 
 void TMapViewControl::ZoomOut() {
-    if (!FViewport || (FIsMouseDown && FMouseButton == TMouseButton::mbMiddle))
+    ZoomBy(-FZoomScale);
+}
+
+void TMapViewControl::ZoomBy(float share) {
+    if (FMouse->IsHolding(TMouseButton::mbMiddle))
         return;
-    const extended scale = FViewport->GetScale();
-    FViewport->SetScale(scale - scale * static_cast<extended>(FZoomScale));
+    TWorldViewport* viewport = GetViewport();
+    if (!viewport)
+        return;
+    const extended scale = viewport->GetScale();
+    viewport->SetScale(scale + scale * static_cast<extended>(share));
 }
 
 void TMapViewControl::ZoomTo(TBaseMapLayer* layer) {
-    if (FWorld && layer && FLayerManager && FLayerManager->GetLayers().Contains(layer))
-        FViewport->ZoomTo(layer->GetLayerArea().Area);
+    if (!FWorld || !layer || !FLayerManager || !FLayerManager->GetLayers().Contains(layer))
+        return;
+    const TMapArea area = layer->GetLayerArea().Area;
+    if (TWorldViewport* viewport = GetViewport())
+        viewport->ZoomTo(area);
 }
 
 void TMapViewControl::SetCenter(const TMapPoint& mapPoint) {
-    RequireViewport().SetCenter(mapPoint);
+    const TMapPoint center = mapPoint; // the caller's may go meanwhile
+    RequireViewport().SetCenter(center);
 }
 
 TMapPoint TMapViewControl::GetMapPoint() const {
-    return RequireViewport().PointToMapPoint(TMapPoint(FCursorDownPt));
+    const TPoint pixel = FMouse->GetDownPoint();
+    return RequireViewport().PointToMapPoint(TMapPoint(pixel));
+}
+
+template<class Value>
+void TMapViewControl::Store(Value& present, const Value& value) {
+    RepaintIf(std::exchange(present, value) != value);
+}
+
+void TMapViewControl::RepaintIf(bool hasChanged) {
+    if (hasChanged)
+        RepaintMap();
 }
 
 void TMapViewControl::SetBackgroundColor(TColor32 color) {
-    if (color == FBackgroundColor)
-        return;
-    FBackgroundColor = color;
-    RepaintMap();
+    Store(FBackgroundColor, color);
 }
 
 void TMapViewControl::SetShowCheckerboard(bool show) {
-    if (show == FShowCheckerboard)
-        return;
-    FShowCheckerboard = show;
-    RepaintMap();
-}
-
-void TMapViewControl::SetShowCrosshair(bool show) {
-    if (show == FShowCrosshair)
-        return;
-    FShowCrosshair = show;
-    RepaintMap();
-}
-
-void TMapViewControl::SetCrosshairMapPoint(const TMapPoint& point) {
-    if (point.Equals(FCrosshairMapPoint))
-        return;
-    FCrosshairMapPoint = point;
-    RepaintMap();
-}
-
-void TMapViewControl::SetCrosshairColor(TColor32 color) {
-    if (color == FCrosshairColor)
-        return;
-    FCrosshairColor = color;
-    UpdateCrosshairSprite();
-    RepaintMap();
-}
-
-void TMapViewControl::SetCrosshairThickness(int thickness) {
-    if (thickness == FCrosshairThickness)
-        return;
-    FCrosshairThickness = thickness;
-    UpdateCrosshairSprite();
-    RepaintMap();
-}
-
-void TMapViewControl::SetCrosshairHighlights(bool highlights) {
-    if (highlights == FCrosshairHighlights)
-        return;
-    FCrosshairHighlights = highlights;
-    UpdateCrosshairSprite();
-    RepaintMap();
+    Store(FShowCheckerboard, show);
 }
 
 void TMapViewControl::SetShowFocusedBorder(bool show) {
-    if (show == FShowFocusedBorder)
-        return;
-    FShowFocusedBorder = show;
-    RepaintMap();
+    Store(FShowFocusedBorder, show);
+}
+
+bool TMapViewControl::GetShowCrosshair() const {
+    return FCrosshair->GetIsShown();
+}
+
+void TMapViewControl::SetShowCrosshair(bool show) {
+    RepaintIf(FCrosshair->SetIsShown(show));
+}
+
+const TMapPoint& TMapViewControl::GetCrosshairMapPoint() const {
+    return FCrosshair->GetPlace();
+}
+
+void TMapViewControl::SetCrosshairMapPoint(const TMapPoint& point) {
+    RepaintIf(FCrosshair->SetPlace(point));
+}
+
+TColor32 TMapViewControl::GetCrosshairColor() const {
+    return FCrosshair->GetColor();
+}
+
+void TMapViewControl::SetCrosshairColor(TColor32 color) {
+    RepaintIf(FCrosshair->SetColor(color));
+}
+
+int TMapViewControl::GetCrosshairThickness() const {
+    return FCrosshair->GetThickness();
+}
+
+void TMapViewControl::SetCrosshairThickness(int thickness) {
+    RepaintIf(FCrosshair->SetThickness(thickness));
+}
+
+bool TMapViewControl::GetCrosshairHighlights() const {
+    return FCrosshair->GetHighlights();
+}
+
+void TMapViewControl::SetCrosshairHighlights(bool highlights) {
+    RepaintIf(FCrosshair->SetHighlights(highlights));
 }
 
 void TMapViewControl::Resize() {
+    const TBorrowed self(this);
     TPaintBox32::Resize();
-    UpdateViewSize();
-    UpdateCheckerboard();
-    if (FCrosshairSprite && GetDeviceRatio() != FCrosshairRatio)
-        UpdateCrosshairSprite();
+    if (self)
+        UpdateViewSize();
 }
 
-void TMapViewControl::UpdateViewSize() {
-    if (FViewport)
-        FViewport->SetViewSize(GetDeviceSize());
+// A stack that was left halfway is painted again, as it is now.
+void TMapViewControl::DoPaintBuffer() {
+    const TBorrowed self(this);
+    PaintBackground(GetBuffer());
+    const bool isComplete = PaintStack(GetBuffer());
+    if (!self)
+        return;
+    PaintFocusBorder(GetBuffer());
+    TPaintBox32::DoPaintBuffer();
+    RepaintIf(!isComplete);
+}
+
+void TMapViewControl::PaintBackground(TBitmap32& buffer) {
+    if (FShowCheckerboard)
+        FCheckerboard->Paint(buffer, ScaledToDevice(CheckerboardSquare));
+    else
+        buffer.Clear(FBackgroundColor);
+}
+
+// False once the view has gone, or shows another manager or world than when the paint began.
+bool TMapViewControl::PaintStack(TBitmap32& buffer) {
+    if (FIsDestroying || !FLayerManager || !FViewport)
+        return true;
+    const bool isSelecting = FMode == TMapMode::mdSelection || FMode == TMapMode::mdZoomToSelection;
+    TSelectionMapLayer* selection = GetSpSelectionLayer();
+    const std::array<TBorrowed<TBaseMapLayer>, 4> above = {
+        isSelecting && selection && selection->GetEnabled() ? selection : nullptr, GetSpInfoQueryPointsLayer(),
+        GetSpRulersLayer(), GetSpObjectLayer()};
+    const auto goesOn = [self = TBorrowed(this), manager = FLayerManager] {
+        return self && self->FLayerManager == manager;
+    };
+    if (!PaintLayerStack(FLayerManager, *FViewport, buffer, above, goesOn))
+        return false;
+    FCrosshair->Paint(buffer, *FViewport, GetDeviceRatio());
+    return true;
+}
+
+void TMapViewControl::PaintFocusBorder(TBitmap32& buffer) {
+    if (!FShowFocusedBorder || !hasFocus())
+        return;
+    const TColor32 color = Color32(clHighlight);
+    for (int inset = 0; inset < ScaledToDevice(1); ++inset)
+        buffer.FrameRectS(inset, inset, buffer.GetWidth() - inset, buffer.GetHeight() - inset, color);
+}
+
+// Decorations keep their size to the eye on dense screens.
+int TMapViewControl::ScaledToDevice(int logicalPixels) const {
+    return static_cast<int>(Round(logicalPixels * static_cast<extended>(GetDeviceRatio())));
 }
 
 } // namespace lmx

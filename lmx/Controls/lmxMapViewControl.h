@@ -19,10 +19,14 @@
 
 namespace lmx {
 
-class TBitmap32;
+class TCrosshair;
 class TInfoQueryPointLayer;
+class TMapCheckerboard;
+class TMapMouse;
 class TRulerMapLayer;
 class TSelectionMapLayer;
+class TSpecialLayerSet;
+enum class TPlacingMode;
 
 /// The control that shows a map. It holds a world and a viewport, listens to a layer manager and repaints the whole
 /// stack of layers into its back buffer: background, visible ready layers from index 0, special layers, crosshair,
@@ -30,8 +34,13 @@ class TSelectionMapLayer;
 ///
 /// Pixels of the viewport, of layers and of events are device pixels of the buffer. Changes coalesce: RepaintMap only
 /// marks the buffer invalid. Without a world the view shows its background; the first ordinary layer that has a world
-/// system makes the world. Several views may show one manager. A view that is destroyed is not called again. Main
-/// thread only.
+/// system makes the world. Several views may show one manager. A hidden view follows its size, too, as far as its
+/// viewport goes. Main thread only.
+///
+/// Whoever is told by the view, of it, or by one of its dialogs may change everything and destroy the view; what it was
+/// about to do then ends quietly. A view that is destroyed is not called again. In the middle of Qt's own resizing,
+/// showing and painting of a widget, and of grab, Qt needs it: there use deleteLater. A map that repaints itself paints
+/// its layers outside of that.
 class LMX_EXPORT TMapViewControl : public TPaintBox32, public TEventReceiver {
 public:
     /// A view with every kind of special layer.
@@ -41,19 +50,22 @@ public:
 
     const std::shared_ptr<ILayerManager>& GetLayerManager() const { return FLayerManager; }
     /// Shows another manager, or none with nil. World and viewport survive; the special layers and what they hold go.
+    /// Where somebody who is told of the layers that go and come sets yet another manager, that one stays.
     void SetLayerManager(const std::shared_ptr<ILayerManager>& manager);
 
     /// The special layers, on top of the stack of the present manager; nil without a manager, for a kind that the view
     /// was not asked for, and once it has left the manager's list. The selection is painted in the two selection modes
     /// while it is enabled, the others always.
-    TSelectionMapLayer* GetSpSelectionLayer() const { return FSpSelectionLayer.Get(); }
-    TRulerMapLayer* GetSpRulersLayer() const { return FSpRulersLayer.Get(); }
-    TInfoQueryPointLayer* GetSpInfoQueryPointsLayer() const { return FSpInfoQueryPointsLayer.Get(); }
-    TBaseMapLayer* GetSpObjectLayer() const { return FSpObjectLayer.Get(); } ///< what CreateObjectLayer made
+    TSelectionMapLayer* GetSpSelectionLayer() const;
+    TRulerMapLayer* GetSpRulersLayer() const;
+    TInfoQueryPointLayer* GetSpInfoQueryPointsLayer() const;
+    TBaseMapLayer* GetSpObjectLayer() const; ///< what CreateObjectLayer made
 
     bool WorldCreated() const { return FWorld != nullptr; }
-    TWorld* GetWorld() const { return FWorld.get(); }               ///< nil until a world exists
-    TWorldViewport* GetViewport() const { return FViewport.get(); } ///< nil until a world exists
+    TWorld* GetWorld() const { return FWorld.get(); } ///< nil until a world exists
+    /// Nil until a world exists. It has the size that the view has now; where it had another one, its subscribers and
+    /// OnViewportUpdated are told first.
+    TWorldViewport* GetViewport() const;
     /// Makes the world at scale 1 and translation 0; nil does nothing.
     void CreateWorldAndViewport(const std::shared_ptr<IWorldSystem>& worldSystem);
     /// Without a world, CreateWorldAndViewport. Otherwise the world takes the system and every ordinary layer is
@@ -62,7 +74,8 @@ public:
     /// @throws EInvalidOperation "World not created".
     const std::shared_ptr<IWorldSystem>& GetWorldSystem() const;
 
-    /// Asks for a paint; several calls before the next paint give one.
+    /// Asks for a paint; several calls before the next paint give one. What fails in it is shown as "Error in
+    /// RepaintMap()".
     void RepaintMap();
     /// Scale up by FZoomScale around the centre, or down. Not inverse to each other. Nothing without a viewport or
     /// while the middle mouse button is held.
@@ -84,9 +97,9 @@ public:
         FCustomModeObject = object;
     }
     const std::shared_ptr<IMapViewControlCustomModeObject>& GetCustomModeObject() const { return FCustomModeObject; }
-    bool GetAutoPan() const { return FAutoPan; }
-    void SetAutoPan(bool autoPan) { FAutoPan = autoPan; } ///< whether the held space bar turns any mode into panning
-    bool GetIsMouseDown() const { return FIsMouseDown; }
+    bool GetAutoPan() const;
+    void SetAutoPan(bool autoPan); ///< whether the held space bar turns any mode into panning
+    bool GetIsMouseDown() const;
     void EnterPanMode();
     void ExitPanMode();
 
@@ -94,15 +107,15 @@ public:
     void SetBackgroundColor(TColor32 color);
     bool GetShowCheckerboard() const { return FShowCheckerboard; }
     void SetShowCheckerboard(bool show);
-    bool GetShowCrosshair() const { return FShowCrosshair; }
-    void SetShowCrosshair(bool show);
-    const TMapPoint& GetCrosshairMapPoint() const { return FCrosshairMapPoint; }
+    bool GetShowCrosshair() const;
+    void SetShowCrosshair(bool show); ///< the first paint after this shows none yet
+    const TMapPoint& GetCrosshairMapPoint() const;
     void SetCrosshairMapPoint(const TMapPoint& point);
-    TColor32 GetCrosshairColor() const { return FCrosshairColor; }
+    TColor32 GetCrosshairColor() const;
     void SetCrosshairColor(TColor32 color);
-    int GetCrosshairThickness() const { return FCrosshairThickness; }
+    int GetCrosshairThickness() const; ///< in logical pixels
     void SetCrosshairThickness(int thickness);
-    bool GetCrosshairHighlights() const { return FCrosshairHighlights; }
+    bool GetCrosshairHighlights() const;
     void SetCrosshairHighlights(bool highlights);
     bool GetShowFocusedBorder() const { return FShowFocusedBorder; }
     void SetShowFocusedBorder(bool show);
@@ -110,6 +123,7 @@ public:
     void SetZoomScale(float zoomScale) { FZoomScale = zoomScale; }
 
     QMenu* GetPopupMenu() const { return FPopupMenu; }
+    /// Appends an entry; a caption of "-" makes it a line between entries.
     QAction* AddPopupMenuItem(const QString& caption, std::function<void()> click);
     void PopupMenu_ChangeBackgroundColor_Click();
     void PopupMenu_ToggleCheckerboard_Click();
@@ -159,8 +173,7 @@ protected:
 
 private:
     void CreateMapControl();
-    void AddSpecialLayers(const std::shared_ptr<ILayerManager>& manager);
-    void RemoveSpecialLayers(ILayerManager& manager);
+    void ExchangeLayerManager(const std::shared_ptr<ILayerManager>& next);
 
     void LayerManager_LayerAdded(ILayerManager* manager, TBaseMapLayer* layer);
     void LayerManager_LayerRemoved(ILayerManager* manager, TBaseMapLayer* layer);
@@ -170,34 +183,35 @@ private:
     void LayerManager_OnMapCommand(TBaseMapLayer* layer, TLayerMapCommand command, void* data);
     void Viewport_Changed(TWorldViewport* viewport);
     TWorldViewport& RequireViewport() const;
+    void ZoomBy(float share);
+    template<class Value>
+    void Store(Value& present, const Value& value);
+    void RepaintIf(bool hasChanged);
 
-    bool CanPaintLayers() const;
     void PaintBackground(TBitmap32& buffer);
-    void PaintLayers(TBitmap32& buffer);
-    void PaintSpecialLayers(TBitmap32& buffer);
-    void PaintCrosshair(TBitmap32& buffer);
+    bool PaintStack(TBitmap32& buffer);
     void PaintFocusBorder(TBitmap32& buffer);
-    void UpdateCheckerboard();
-    bool UpdateCrosshairSprite();
     int ScaledToDevice(int logicalPixels) const;
 
     void LeftButtonDown(TPoint point);
     void LeftButtonMove(TPoint point);
     void LeftButtonUp(TPoint point, bool wasDown);
+    void StartSelection(TPoint point);
+    void StartPlacingRuler(TPlacingMode mode, extended value);
+    void MovePlacedRuler(extended value);
+    void AddInfoQueryPoint(TPoint point);
+    void ZoomToSelection();
     void OfferPress(TPoint point);
     void OfferMove(TPoint point);
     void OfferRelease(TPoint point, bool wasDown);
     TBaseMapLayer* LayerTaking(TMouseSupportAction action) const;
-    void ZoomToSelection();
     void PanStep(TPoint point);
     TMapPoint MapPointAt(TPoint point) const;
     TMapMode EffectiveMode(bool isPanning) const { return isPanning ? TMapMode::mdPan : FMode; }
-
-    void SetCapture() { FHasCapture = true; }
-    void ReleaseCapture();
     void NoticeLostRelease(const QMouseEvent& event);
 
     std::shared_ptr<ILayerManager> FLayerManager;
+    int FManagerTurn = 0; // grows with each exchange of managers
     std::unique_ptr<TWorld> FWorld;
     std::unique_ptr<TWorldViewport> FViewport; // after the world: it goes first
     extended FScaleAmount = 0.1L;              // given to each viewport as its minimum scale
@@ -205,37 +219,20 @@ private:
     TColor32 FBackgroundColor = clWhite32;
     TSpecialLayerAccess FSpecialLayerAccess;
     std::shared_ptr<IMapViewControlCustomModeObject> FCustomModeObject;
-    TBorrowed<TSelectionMapLayer> FSpSelectionLayer;
-    TBorrowed<TRulerMapLayer> FSpRulersLayer;
-    TBorrowed<TInfoQueryPointLayer> FSpInfoQueryPointsLayer;
-    TBorrowed<TBaseMapLayer> FSpObjectLayer;
-    bool FIsMouseDown = false;
-    TMouseButton FMouseButton = TMouseButton::mbLeft; // of the last press; never reset
-    TPoint FCursorDownPt;
+    std::unique_ptr<TSpecialLayerSet> FSpecialLayers;
+    std::unique_ptr<TMapMouse> FMouse;
+    std::unique_ptr<TMapCheckerboard> FCheckerboard;
+    std::unique_ptr<TCrosshair> FCrosshair;
     TMouseCursorLocationChangedEvent FOnMouseCursorLocationChanged;
     TMapViewNotifyEvent FOnViewportUpdated;
     TMapModeChangedEventList FOnModeChanged;
     QMenu* FPopupMenu = nullptr;
     TMapViewNotifyEvent FOnBeforeLayerManagerChanged;
     TMapViewNotifyEvent FOnAfterLayerManagerChanged;
-    std::unique_ptr<TBitmap32> FCheckerboard;
-    int FCheckerboardSquare = 0;
     bool FShowCheckerboard = false;
     float FZoomScale = 0.04F;
-    bool FShowCrosshair = false;
-    TMapPoint FCrosshairMapPoint;
     bool FShowFocusedBorder = false;
-    bool FAutoPan = false;
-    bool FAutoPanning = false;
-    int FCrosshairThickness = 1;
-    TColor32 FCrosshairColor = clBlack32;
-    bool FCrosshairHighlights = false;
-    std::unique_ptr<TBitmap32> FCrosshairSprite;
-    double FCrosshairRatio = 1; // device pixels in a logical one, as the sprite was drawn
-    TPoint FCrosshairCenterPoint;
     bool FIsDestroying = false;
-    bool FHasCapture = false;     // moves outside the view count
-    bool FMayMissRelease = false; // the focus went during a drag, and the release may go elsewhere
 };
 
 } // namespace lmx

@@ -1,7 +1,9 @@
 // The entries of the view's context menu, and the debug handlers that a host may add to it.
 
 #include <lmx/Controls/lmxMapViewControl.h>
+
 #include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -12,13 +14,13 @@
 #include <lmx/Widgets/lmxInputBox.h>
 
 #include <QAction>
-#include <QPointer>
 
 namespace lmx {
 
 QAction* TMapViewControl::AddPopupMenuItem(const QString& caption, std::function<void()> click) {
-    auto* item = new QAction(caption, FPopupMenu);
-    item->setSeparator(caption == u'-');
+    const bool isSeparator = caption == u'-';
+    auto* item = new QAction(isSeparator ? QString() : caption, FPopupMenu); // a style may write it beside the line
+    item->setSeparator(isSeparator);
     QObject::connect(item, &QAction::triggered, this, [this, click = std::move(click)] {
         if (click)
             GuardEvent(this, click);
@@ -30,7 +32,7 @@ QAction* TMapViewControl::AddPopupMenuItem(const QString& caption, std::function
 void TMapViewControl::PopupMenu_ChangeBackgroundColor_Click() {
     const auto chooser = TColorChooserFactory::GetObject();
     chooser->SetColor(WinColor(FBackgroundColor));
-    const QPointer<TMapViewControl> self(this); // the view may be closed while somebody chooses
+    const TBorrowed self(this); // the view may be closed while somebody chooses
     if (!chooser->Execute(this) || !self)
         return;
     FBackgroundColor = Color32(chooser->GetColor());
@@ -67,7 +69,7 @@ void TMapViewControl::PopupMenu_DbgCopyData() {
 void TMapViewControl::PopupMenu_DbgTranslation() {
     const TPoint translation = RequireViewport().GetTranslation();
     const QString present = Format(QStringLiteral("%d,%d"), {translation.X, translation.Y});
-    const QPointer<TMapViewControl> self(this); // the view may be closed while somebody types
+    const TBorrowed self(this); // the view may be closed while somebody types
     const QString text = InputBox(QStringLiteral("Translation"), QStringLiteral("Translation:"), present);
     if (!self || text == present)
         return;
@@ -78,7 +80,7 @@ void TMapViewControl::PopupMenu_DbgTranslation() {
 
 void TMapViewControl::PopupMenu_DbgZoomScale() {
     const QString present = FloatToStr(RequireViewport().GetScale()); // an unchanged text keeps the scale's last digits
-    const QPointer<TMapViewControl> self(this);
+    const TBorrowed self(this);
     const QString text = InputBox(QStringLiteral("Zoom Scale"), QStringLiteral("Zoom scale:"), present);
     if (self && text != present)
         RequireViewport().SetScale(StrToFloat(text));

@@ -1,15 +1,17 @@
 // What the mouse and the space bar do on the map.
 
 #include <lmx/Controls/lmxMapViewControl.h>
+
+#include <lmx/Controls/Private/lmxMapMouse.h>
 #include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPointer>
 
 namespace lmx {
 
@@ -37,17 +39,35 @@ TCursor CursorOf(TMapMode mode, const IMapViewControlCustomModeObject* customMod
 
 } // namespace
 
+bool TMapViewControl::GetAutoPan() const {
+    return FMouse->GetAutoPan();
+}
+
+void TMapViewControl::SetAutoPan(bool autoPan) {
+    FMouse->SetAutoPan(autoPan);
+}
+
+bool TMapViewControl::GetIsMouseDown() const {
+    return FMouse->GetIsDown();
+}
+
+// Whoever is asked or told may set yet another mode: then nobody is told of this one any more.
 void TMapViewControl::SetMode(TMapMode mode) {
     if (mode == FMode)
         return;
     FMode = mode;
-    setCursor(ToQCursor(CursorOf(mode, FCustomModeObject.get())));
-    FOnModeChanged.Send(this, mode);
+    const auto isCurrent = [self = TBorrowed(this), mode] { return self && self->FMode == mode; };
+    const auto customModeObject = FCustomModeObject;
+    const TCursor cursor = CursorOf(mode, customModeObject.get());
+    if (isCurrent())
+        setCursor(ToQCursor(cursor));
+    if (isCurrent())
+        FOnModeChanged.SendWhile(isCurrent, this, mode);
 }
 
 void TMapViewControl::EnterPanMode() {
     RequireViewport().StartPan();
-    FIsMouseDown = true;
+    FMouse->SetIsDown();
 }
 
 // The button counts as held until its release is told.
@@ -57,14 +77,14 @@ void TMapViewControl::ExitPanMode() {
 
 // A button pressed during a drag is ignored.
 void TMapViewControl::MouseDown(TMouseButton button, TPoint point) {
-    if (!FViewport || FIsMouseDown)
+    if (!FViewport || FMouse->GetIsDown())
         return;
+    const TBorrowed self(this); // others hear of the focus
     if (!hasFocus())
         setFocus(Qt::MouseFocusReason);
-    FCursorDownPt = point;
-    FMouseButton = button;
-    if (button != TMouseButton::mbRight)
-        SetCapture();
+    if (!self)
+        return;
+    FMouse->Press(button, point);
     if (button == TMouseButton::mbLeft)
         LeftButtonDown(point);
     else if (button == TMouseButton::mbMiddle)
@@ -75,30 +95,27 @@ void TMapViewControl::MouseDown(TMouseButton button, TPoint point) {
 void TMapViewControl::MouseMove(TPoint point) {
     if (!FViewport)
         return;
-    const QPointer<TMapViewControl> self(this); // a layer or a custom mode may close the view
-    if (FMouseButton == TMouseButton::mbLeft)
+    const TBorrowed self(this); // a layer or a custom mode may close the view
+    if (FMouse->GetButton() == TMouseButton::mbLeft)
         LeftButtonMove(point);
-    else if (FMouseButton == TMouseButton::mbMiddle)
+    else if (FMouse->GetButton() == TMouseButton::mbMiddle)
         PanStep(point);
-    if (self && FViewport)
+    if (self)
         FOnMouseCursorLocationChanged(this, point, MapPointAt(point));
 }
 
 void TMapViewControl::MouseUp(TMouseButton button, TPoint point) {
     if (!FViewport)
         return;
-    const bool wasDown = FIsMouseDown;
-    FIsMouseDown = false;
-    ReleaseCapture();
+    const bool wasDown = FMouse->Release();
     if (button == TMouseButton::mbLeft)
         LeftButtonUp(point, wasDown);
 }
 
-// Press, move and release each have a notion of their own of when the space bar pans: a move alone asks FAutoPan, too.
-// Whatever a mode calls may change the mode, its object and the layers.
+// Whatever a mode calls may change the mode, its object and the layers, and close the view: it is called last.
 
 void TMapViewControl::LeftButtonDown(TPoint point) {
-    switch (EffectiveMode(FAutoPanning)) {
+    switch (EffectiveMode(FMouse->DoesButtonPan())) {
     case TMapMode::mdNone:
         OfferPress(point);
         break;
@@ -107,24 +124,16 @@ void TMapViewControl::LeftButtonDown(TPoint point) {
         break;
     case TMapMode::mdSelection:
     case TMapMode::mdZoomToSelection:
-        if (TSelectionMapLayer* selection = FSpSelectionLayer.Get()) {
-            FIsMouseDown = true;
-            selection->StartSelection(MapPointAt(point));
-        }
+        StartSelection(point);
         break;
     case TMapMode::mdPlaceRulerH:
-        FIsMouseDown = true;
-        if (TRulerMapLayer* rulers = FSpRulersLayer.Get())
-            rulers->StartPlacing(TPlacingMode::pmHorizontal, MapPointAt(point).X);
+        StartPlacingRuler(TPlacingMode::pmHorizontal, MapPointAt(point).X);
         break;
     case TMapMode::mdPlaceRulerV:
-        FIsMouseDown = true;
-        if (TRulerMapLayer* rulers = FSpRulersLayer.Get())
-            rulers->StartPlacing(TPlacingMode::pmVertical, MapPointAt(point).Y);
+        StartPlacingRuler(TPlacingMode::pmVertical, MapPointAt(point).Y);
         break;
     case TMapMode::mdInfoQuery:
-        if (TInfoQueryPointLayer* points = FSpInfoQueryPointsLayer.Get())
-            points->GetPoints().Add(std::make_unique<TInfoQueryPoint>(points, MapPointAt(point), GetRandomColor32()));
+        AddInfoQueryPoint(point);
         break;
     case TMapMode::mdCustom:
         if (const auto mode = FCustomModeObject)
@@ -134,7 +143,7 @@ void TMapViewControl::LeftButtonDown(TPoint point) {
 }
 
 void TMapViewControl::LeftButtonMove(TPoint point) {
-    switch (EffectiveMode(FAutoPan && FAutoPanning)) {
+    switch (EffectiveMode(FMouse->DoesMovePan())) {
     case TMapMode::mdNone:
         OfferMove(point);
         break;
@@ -143,16 +152,14 @@ void TMapViewControl::LeftButtonMove(TPoint point) {
         break;
     case TMapMode::mdSelection:
     case TMapMode::mdZoomToSelection:
-        if (TSelectionMapLayer* selection = FSpSelectionLayer.Get(); selection && FIsMouseDown)
+        if (TSelectionMapLayer* selection = GetSpSelectionLayer(); selection && FMouse->GetIsDown())
             selection->Adjust(MapPointAt(point));
         break;
     case TMapMode::mdPlaceRulerH:
-        if (TRulerMapLayer* rulers = FSpRulersLayer.Get(); rulers && FIsMouseDown)
-            rulers->SetPlacingValue(MapPointAt(point).X);
+        MovePlacedRuler(MapPointAt(point).X);
         break;
     case TMapMode::mdPlaceRulerV:
-        if (TRulerMapLayer* rulers = FSpRulersLayer.Get(); rulers && FIsMouseDown)
-            rulers->SetPlacingValue(MapPointAt(point).Y);
+        MovePlacedRuler(MapPointAt(point).Y);
         break;
     case TMapMode::mdInfoQuery:
         break;
@@ -165,7 +172,7 @@ void TMapViewControl::LeftButtonMove(TPoint point) {
 
 // A ruler is confirmed whether or not a press began it here.
 void TMapViewControl::LeftButtonUp(TPoint point, bool wasDown) {
-    switch (EffectiveMode(FAutoPanning)) {
+    switch (EffectiveMode(FMouse->DoesButtonPan())) {
     case TMapMode::mdNone:
         OfferRelease(point, wasDown);
         break;
@@ -177,7 +184,7 @@ void TMapViewControl::LeftButtonUp(TPoint point, bool wasDown) {
         break;
     case TMapMode::mdPlaceRulerH:
     case TMapMode::mdPlaceRulerV:
-        if (TRulerMapLayer* rulers = FSpRulersLayer.Get())
+        if (TRulerMapLayer* rulers = GetSpRulersLayer())
             rulers->ConfirmPlacing();
         break;
     case TMapMode::mdCustom:
@@ -190,13 +197,37 @@ void TMapViewControl::LeftButtonUp(TPoint point, bool wasDown) {
     }
 }
 
+void TMapViewControl::StartSelection(TPoint point) {
+    TSelectionMapLayer* selection = GetSpSelectionLayer();
+    if (!selection)
+        return;
+    FMouse->SetIsDown();
+    selection->StartSelection(MapPointAt(point));
+}
+
+void TMapViewControl::StartPlacingRuler(TPlacingMode mode, extended value) {
+    FMouse->SetIsDown();
+    if (TRulerMapLayer* rulers = GetSpRulersLayer())
+        rulers->StartPlacing(mode, value);
+}
+
+void TMapViewControl::MovePlacedRuler(extended value) {
+    if (TRulerMapLayer* rulers = GetSpRulersLayer(); rulers && FMouse->GetIsDown())
+        rulers->SetPlacingValue(value);
+}
+
+void TMapViewControl::AddInfoQueryPoint(TPoint point) {
+    if (TInfoQueryPointLayer* points = GetSpInfoQueryPointsLayer())
+        points->GetPoints().Add(std::make_unique<TInfoQueryPoint>(points, MapPointAt(point), GetRandomColor32()));
+}
+
 // Hosts hear of the zoom and may close the view, or give it another manager.
 void TMapViewControl::ZoomToSelection() {
-    const TBorrowed<TSelectionMapLayer> selection = FSpSelectionLayer;
-    if (selection.Get())
-        FViewport->ZoomTo(selection.Get()->GetSelectedRect());
-    if (selection.Get())
-        selection.Get()->SetEnabled(false);
+    const TBorrowed selection(GetSpSelectionLayer());
+    if (selection)
+        FViewport->ZoomTo(selection->GetSelectedRect());
+    if (selection)
+        selection->SetEnabled(false);
 }
 
 TMapPoint TMapViewControl::MapPointAt(TPoint point) const {
@@ -204,51 +235,47 @@ TMapPoint TMapViewControl::MapPointAt(TPoint point) const {
 }
 
 void TMapViewControl::PanStep(TPoint point) {
-    if (FIsMouseDown)
-        FViewport->PanBy({point.X - FCursorDownPt.X, point.Y - FCursorDownPt.Y});
+    if (FMouse->GetIsDown())
+        FViewport->PanBy(FMouse->WayTo(point));
 }
 
-// The selected layer first, then the object layer.
+// The selected layer first, then the object layer. Each is asked, and may close the view as it answers.
 TBaseMapLayer* TMapViewControl::LayerTaking(TMouseSupportAction action) const {
-    for (TBaseMapLayer* layer : {FLayerManager ? FLayerManager->GetSelLayer() : nullptr, FSpObjectLayer.Get()})
-        if (layer && layer->GetMouseSupport().Contains(action))
-            return layer;
+    const TBorrowed<TBaseMapLayer> candidates[] = {FLayerManager ? FLayerManager->GetSelLayer() : nullptr,
+                                                   GetSpObjectLayer()};
+    for (const TBorrowed<TBaseMapLayer>& layer : candidates)
+        if (layer && layer->GetMouseSupport().Contains(action) && layer)
+            return layer.Get();
     return nullptr;
 }
 
 void TMapViewControl::OfferPress(TPoint point) {
-    if (TBaseMapLayer* layer = LayerTaking(TMouseSupportAction::msMouseDown)) {
-        FIsMouseDown = true;
-        layer->MouseDown(FViewport.get(), point);
-    }
+    const TBorrowed self(this);
+    TBaseMapLayer* layer = LayerTaking(TMouseSupportAction::msMouseDown);
+    if (!self || !layer)
+        return;
+    FMouse->SetIsDown();
+    layer->MouseDown(FViewport.get(), point);
 }
 
 void TMapViewControl::OfferMove(TPoint point) {
-    if (TBaseMapLayer* layer = LayerTaking(TMouseSupportAction::msMouseMove))
-        layer->MouseMove(FViewport.get(), point, FIsMouseDown);
+    const TBorrowed self(this);
+    TBaseMapLayer* layer = LayerTaking(TMouseSupportAction::msMouseMove);
+    if (self && layer)
+        layer->MouseMove(FViewport.get(), point, FMouse->GetIsDown());
 }
 
 void TMapViewControl::OfferRelease(TPoint point, bool wasDown) {
-    if (TBaseMapLayer* layer = LayerTaking(TMouseSupportAction::msMouseUp))
+    const TBorrowed self(this);
+    TBaseMapLayer* layer = LayerTaking(TMouseSupportAction::msMouseUp);
+    if (self && layer)
         layer->MouseUp(FViewport.get(), point, wasDown);
 }
 
-// While a button is held the platform sends the mouse here, wherever it is. Between the release of one button and that
-// of another the view has given it up: moves outside do not count.
-void TMapViewControl::ReleaseCapture() {
-    FHasCapture = false;
-    FMayMissRelease = false;
-}
-
-// A menu or a dialog that came up during a drag may have had the release. The drag ends like by that of another button.
 void TMapViewControl::NoticeLostRelease(const QMouseEvent& event) {
-    if (!FMayMissRelease)
-        return;
     const Qt::MouseButtons pressedNow = event.type() == QEvent::MouseMove ? Qt::NoButton : event.button();
-    if (event.buttons() & ~pressedNow)
-        return;
-    FIsMouseDown = false;
-    ReleaseCapture();
+    if (!(event.buttons() & ~pressedNow))
+        FMouse->NoticeNoButtonHeld();
 }
 
 void TMapViewControl::mousePressEvent(QMouseEvent* event) {
@@ -260,12 +287,12 @@ void TMapViewControl::mouseMoveEvent(QMouseEvent* event) {
     NoticeLostRelease(*event);
     const TSize size = GetDeviceSize();
     const bool isInside = TRect(0, 0, size.cx, size.cy).Contains(ToDevicePoint(event->position()));
-    if (isInside || FHasCapture || !event->buttons())
+    if (FMouse->CountsMove(isInside, event->buttons() != Qt::NoButton))
         TPaintBox32::mouseMoveEvent(event);
 }
 
 void TMapViewControl::mouseReleaseEvent(QMouseEvent* event) {
-    const QPointer<TMapViewControl> self(this); // a handler may close the view
+    const TBorrowed self(this); // a handler may close the view
     TPaintBox32::mouseReleaseEvent(event);
     if (!self)
         return;
@@ -275,7 +302,8 @@ void TMapViewControl::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void TMapViewControl::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Menu)
+    const bool isShiftF10 = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
+    if (event->key() == Qt::Key_Menu || isShiftF10)
         FPopupMenu->popup(mapToGlobal(rect().center()));
     else
         TPaintBox32::keyPressEvent(event);
@@ -283,14 +311,14 @@ void TMapViewControl::keyPressEvent(QKeyEvent* event) {
 
 void TMapViewControl::KeyDown(int key) {
     TPaintBox32::KeyDown(key);
-    if (FAutoPan && key == Qt::Key_Space)
-        FAutoPanning = true;
+    if (key == Qt::Key_Space)
+        FMouse->PressSpace();
 }
 
 void TMapViewControl::KeyUp(int key) {
     TPaintBox32::KeyUp(key);
     if (key == Qt::Key_Space)
-        FAutoPanning = false;
+        FMouse->ReleaseSpace();
 }
 
 void TMapViewControl::DoEnter() {
@@ -298,11 +326,9 @@ void TMapViewControl::DoEnter() {
     RepaintMap();
 }
 
-// Whoever has the keyboard now hears of the keys that go up.
 void TMapViewControl::DoExit() {
     TPaintBox32::DoExit();
-    FAutoPanning = false;
-    FMayMissRelease = FIsMouseDown;
+    FMouse->NoticeLostFocus();
     RepaintMap();
 }
 

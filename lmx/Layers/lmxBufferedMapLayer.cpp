@@ -6,12 +6,16 @@
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <mutex>
 #include <utility>
 
 namespace lmx {
 
 namespace {
+
+constexpr std::size_t MostPictures = 8;
 
 /// Whether the picture shows exactly what is visible, once it is drawn where its map area lies.
 bool DrawPicture(const TBufferedBitmap& buffered, const TWorldViewport& viewport, TBitmap32& bitmap) {
@@ -93,19 +97,32 @@ TBufferedMapLayer::~TBufferedMapLayer() {
 void TBufferedMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) {
     TBaseLayerManagerLayer::Paint(world, viewport, bitmap);
     FPaintedView = viewport->GetLifetime().Watch();
-    const TViewPicture& picture = PictureFor(*viewport);
-    if (picture.Buffered && DrawPicture(*picture.Buffered, *viewport, bitmap) && !picture.IsOutdated)
+    DropPicturesOfTheGone();
+    const TViewPicture* picture = PictureFor(*viewport);
+    if (picture && DrawPicture(*picture->Buffered, *viewport, bitmap) && !picture->IsOutdated)
         return;
     RenderBuffer(viewport->GetViewSize(), viewport->GetVisibleMapArea(), viewport->GetLocal());
 }
 
+const TBufferedBitmap* TBufferedMapLayer::GetBufferedBitmap() const {
+    return FPictures.empty() ? nullptr : FPictures.front().Buffered.get();
+}
+
 // A view that has none of its own yet is shown the newest one.
-const TBufferedMapLayer::TViewPicture& TBufferedMapLayer::PictureFor(const TWorldViewport& viewport) const {
+const TBufferedMapLayer::TViewPicture* TBufferedMapLayer::PictureFor(const TWorldViewport& viewport) const {
+    if (FPictures.empty())
+        return nullptr;
     const TLifeWatch view = viewport.GetLifetime().Watch();
-    for (const TViewPicture& other : FOtherPictures)
-        if (other.View == view)
-            return other;
-    return FPicture;
+    const auto own = std::find_if(FPictures.begin(), FPictures.end(),
+                                  [&](const TViewPicture& picture) { return picture.View == view; });
+    return own != FPictures.end() ? &*own : &FPictures.front();
+}
+
+// The last one stays, so that a new view has something to show.
+void TBufferedMapLayer::DropPicturesOfTheGone() {
+    const auto isOfTheGone = [](const TViewPicture& picture) { return picture.View.IsOver(); };
+    if (!std::all_of(FPictures.begin(), FPictures.end(), isOfTheGone))
+        std::erase_if(FPictures, isOfTheGone);
 }
 
 void TBufferedMapLayer::Invalidate() {
@@ -115,15 +132,16 @@ void TBufferedMapLayer::Invalidate() {
 void TBufferedMapLayer::Invalidate(bool clearBuffer) {
     if (clearBuffer) {
         CancelRender();
-        FPicture = {};
-        FOtherPictures.clear();
+        FPictures.clear();
     }
     Invalidate();
 }
 
 void TBufferedMapLayer::SetBufferedBitmap(std::unique_ptr<TBufferedBitmap> buffered) {
-    FOtherPictures.clear();
-    ShowPicture({std::move(buffered), {}});
+    FPictures.clear();
+    if (buffered)
+        KeepPicture({std::move(buffered), {}});
+    Invalidate();
 }
 
 void TBufferedMapLayer::StartRender(std::shared_ptr<TRenderThreadHandler> handler) {
@@ -165,9 +183,8 @@ void TBufferedMapLayer::CancelRender() {
 
 void TBufferedMapLayer::OutdateBuffer() {
     CancelRender();
-    FPicture.IsOutdated = true;
-    for (TViewPicture& other : FOtherPictures)
-        other.IsOutdated = true;
+    for (TViewPicture& picture : FPictures)
+        picture.IsOutdated = true;
 }
 
 // The end of every render, on the main thread. A render that has been superseded changes nothing.
@@ -175,20 +192,26 @@ void TBufferedMapLayer::FinishRender(const TThreadPoolThread& thread, std::uniqu
     if (FCurrentThread.get() != &thread)
         return;
     const TBorrowed self(this);
-    if (buffered && !thread.ShouldStop())
-        ShowPicture({std::move(buffered), FCurrentView});
+    if (buffered && !thread.ShouldStop()) {
+        KeepPicture({std::move(buffered), FCurrentView});
+        Invalidate(); // also where it is not kept: its render may have cut off that of a view
+    }
     if (self && FCurrentThread.get() == &thread)
         FCurrentThread = nullptr;
 }
 
-// Two views at different places would take one picture from each other without end.
-void TBufferedMapLayer::ShowPicture(TViewPicture picture) {
-    std::erase_if(FOtherPictures,
-                  [&](const TViewPicture& other) { return other.View.IsOver() || other.View == picture.View; });
-    if (FPicture.Buffered && !FPicture.View.IsOver() && !picture.View.IsOver() && FPicture.View != picture.View)
-        FOtherPictures.push_back(std::move(FPicture));
-    FPicture = std::move(picture);
-    Invalidate();
+// Two views at different places would take one picture from each other without end, so each has its own. A host's own
+// is for all of them until a view has one.
+void TBufferedMapLayer::KeepPicture(TViewPicture picture) {
+    DropPicturesOfTheGone();
+    const bool isOfTheGone = picture.View.IsOver();
+    if (isOfTheGone && !FPictures.empty() && !FPictures.front().View.IsOver())
+        return;
+    std::erase_if(FPictures,
+                  [&](const TViewPicture& other) { return other.View == picture.View || other.View.IsOver(); });
+    FPictures.insert(FPictures.begin(), std::move(picture));
+    if (FPictures.size() > MostPictures)
+        FPictures.pop_back();
 }
 
 std::shared_ptr<TThread> TBufferedMapLayer::StartRenderThread(TRenderThreadProc proc, bool stopCurrent, bool startNow) {

@@ -23,7 +23,8 @@ using TRenderThreadProc = std::function<void(TThread& thread)>;
 /// shows, and stretches it onto the view. While that is not exactly the area now visible, each paint starts a fresh
 /// render on a thread of the pool and gives up the one before it; the picture of the newest one is handed over on the
 /// main thread and repaints the view. So panning and zooming never wait for drawing, and the loop ends by itself when
-/// the view stops moving. Where several views show the layer, the newest picture of each other view is kept beside it.
+/// the view stops moving. Where several views show the layer, the newest picture of each is kept, for up to eight of
+/// them; a picture for a viewport that has gone by then, as one made beside the views may, takes none of theirs away.
 ///
 /// Everything here belongs to the main thread. A render holds a share of all that it draws (TRenderThreadHandler), so
 /// the layer and its content may be changed, replaced or destroyed at any moment; nothing waits for a render.
@@ -42,7 +43,7 @@ public:
     /// so that the old picture would mislead.
     void Invalidate(bool clearBuffer);
 
-    const TBufferedBitmap* GetBufferedBitmap() const { return FPicture.Buffered.get(); } ///< the newest one, or nil
+    const TBufferedBitmap* GetBufferedBitmap() const; ///< the newest one, or nil
     /// Replaces the picture (nil: by none), for all views, and repaints. Main thread only.
     void SetBufferedBitmap(std::unique_ptr<TBufferedBitmap> buffered);
 
@@ -84,18 +85,19 @@ private:
         TLifeWatch View;
         bool IsOutdated = false; // shows content of before
     };
+    using TViewPictures = std::vector<TViewPicture>;
 
     /// Renders and has the main thread finish the render of `layer`, if that is still there.
     static void ThreadExecute(const TRenderThreadHandler& handler, const TBorrowed<TBufferedMapLayer>& layer,
                               TThreadPoolThread& thread);
     void FinishRender(const TThreadPoolThread& thread, std::unique_ptr<TBufferedBitmap> buffered);
-    void ShowPicture(TViewPicture picture);
-    const TViewPicture& PictureFor(const TWorldViewport& viewport) const;
+    void KeepPicture(TViewPicture picture);
+    void DropPicturesOfTheGone();
+    const TViewPicture* PictureFor(const TWorldViewport& viewport) const;
 
-    TViewPicture FPicture;                    // the newest one
-    std::vector<TViewPicture> FOtherPictures; // the newest one of each other view
-    TLifeWatch FPaintedView;                  // the viewport of the newest paint
-    TLifeWatch FCurrentView;                  // the one that the newest render is for
+    TViewPictures FPictures; // the newest one of each view, the newest of all first
+    TLifeWatch FPaintedView; // the viewport of the newest paint
+    TLifeWatch FCurrentView; // the one that the newest render is for
     std::shared_ptr<TThreadPoolThread> FCurrentThread;
     std::shared_ptr<TRenderThreads> FRenderThreads; // the threads of StartRenderThread hold it too
 };

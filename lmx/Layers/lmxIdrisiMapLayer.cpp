@@ -8,6 +8,7 @@
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Graphics/Private/lmxReducedPicture.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/Private/lmxLayerComponents.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -133,9 +134,8 @@ void TIdrisiMapLayer::StoreOwnsImage(bool ownsImage) {
         deleter->OwnsImage = ownsImage;
 }
 
-// No legend control exists for any kind of calculator in this version, so a raster layer has none.
 void TIdrisiMapLayer::CreateLegendComponent() {
-    SetLegendComponent(nullptr);
+    SetLegendComponent(FImage && GetColorCalc() ? CreateRasterLegendControl(GetColorCalc()) : nullptr);
 }
 
 TLayerOptionFlags TIdrisiMapLayer::GetLayerOptionFlags() const {
@@ -244,9 +244,16 @@ void TIdrisiMapLayer::Render() {
         return;
     const auto opacity = static_cast<float>(GetOpacity() / 255.0);
     const TBorrowed self(this);
-    auto bitmap = renderer->Render(cookieData.get(), mapData.get(), opacity, colorCalc.get());
+    // All pixels are written, so it does not matter what the picture of the render before holds.
+    std::unique_ptr<TBitmap32> bitmap = TakeGivenUpBitmap();
+    if (bitmap && bitmap->GetWidth() == cookieData->GetWidth() && bitmap->GetHeight() == cookieData->GetHeight()) {
+        renderer->Render(cookieData.get(), mapData.get(), opacity, colorCalc.get(), bitmap.get());
+    } else {
+        bitmap.reset(); // its memory first
+        bitmap = renderer->Render(cookieData.get(), mapData.get(), opacity, colorCalc.get());
+    }
     if (self)
-        SetBitmap(std::move(bitmap));
+        SetRenderedBitmap(std::move(bitmap));
 }
 
 } // namespace lmx

@@ -80,6 +80,7 @@ public:
     void Move(int from, int to) {
         if (from < 0 || to < 0 || from >= Count() || to >= Count())
             throw EArgumentException(QStringLiteral("index"));
+        ++FSerial;
         TEntry entry = std::move(FEntries[static_cast<std::size_t>(from)]);
         FEntries.erase(FEntries.begin() + from);
         FEntries.insert(FEntries.begin() + to, std::move(entry));
@@ -138,10 +139,13 @@ public:
         return item && std::find(FArrivals.begin(), FArrivals.end(), item) != FArrivals.end();
     }
 
+    /// Grows with each item that comes, goes or moves: as long as it stays, the same items stand in the same order.
+    std::uint64_t GetChangeCount() const { return FSerial; }
+
 private:
     struct TEntry {
         std::unique_ptr<T> Item;
-        std::uint64_t Serial = 0; // grows with each entry
+        std::uint64_t Serial = 0; // grows from each entry to the next that comes
     };
 
 public:
@@ -211,6 +215,7 @@ private:
     std::unique_ptr<T> TakeOut(int index, TListChange change) {
         if (index < 0)
             return nullptr;
+        ++FSerial;
         std::unique_ptr<T> taken = std::move(FEntries[static_cast<std::size_t>(index)].Item);
         FEntries.erase(FEntries.begin() + index);
         for (int& next : FWalks)
@@ -222,7 +227,7 @@ private:
     }
 
     std::deque<TEntry> FEntries;
-    std::uint64_t FSerial = 0;
+    std::uint64_t FSerial = 0;       // grows with each change
     mutable std::vector<int> FWalks; // index that each walk under way comes to next
     std::vector<const T*> FArrivals; // items whose coming is being told; nil once taken out again
     TChangeCallback FOnChange;

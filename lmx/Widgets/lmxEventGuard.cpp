@@ -7,20 +7,55 @@
 #include <QCoreApplication>
 #include <QMetaObject>
 #include <QPointer>
+#include <QStringList>
 #include <QWidget>
 
 #include <utility>
 
 namespace lmx {
 
-void ReportFault(const QString& text, QWidget* parent) {
+namespace {
+
+/// A fault that the user is reading of, for as long as it lives.
+class TOpenFault {
+public:
+    explicit TOpenFault(const QString& text) { Texts().append(text); }
+    TOpenFault(const TOpenFault&) = delete;
+    TOpenFault& operator=(const TOpenFault&) = delete;
+    ~TOpenFault() { Texts().removeLast(); } // boxes close in the reverse order of their opening
+
+    static bool IsOpen(const QString& text) { return Texts().contains(text); }
+
+private:
+    static QStringList& Texts() {
+        static QStringList texts;
+        return texts;
+    }
+};
+
+} // namespace
+
+void ReportOnce(const QString& text, const std::function<void()>& show) {
     QCoreApplication* application = QCoreApplication::instance();
     if (!application)
         return;
-    const auto show = [text, guarded = QPointer<QWidget>(parent)] {
-        TMsgBox::Error(text, QStringLiteral("Error"), guarded.data());
+    const auto showOnce = [text, show] {
+        if (TOpenFault::IsOpen(text))
+            return;
+        const TOpenFault open(text);
+        try {
+            show();
+        } catch (...) {
+            // By contract: what the message service raises ends here, since there is no other way to tell of it.
+        }
     };
-    QMetaObject::invokeMethod(application, show, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(application, showOnce, Qt::QueuedConnection);
+}
+
+void ReportFault(const QString& text, QWidget* parent) {
+    ReportOnce(text, [text, guarded = QPointer<QWidget>(parent)] {
+        TMsgBox::Error(text, QStringLiteral("Error"), guarded.data());
+    });
 }
 
 bool GuardEvent(QWidget* parent, const std::function<void()>& action) noexcept {

@@ -14,8 +14,12 @@ QT_END_NAMESPACE
 
 namespace lmx {
 
-/// Shows an error box from the event loop, when the work at hand is done. The parent may be gone by then. Without an
-/// application nothing is shown.
+/// Calls `show` from the event loop, when the work at hand is done, unless it is then still showing the same text for
+/// an earlier report: what fails again and again, as a paint may, is told once until the user has closed the box.
+/// Without an application nothing is shown. Main thread only.
+LMX_EXPORT void ReportOnce(const QString& text, const std::function<void()>& show);
+
+/// Shows an error box by ReportOnce. The parent may be gone by then.
 LMX_EXPORT void ReportFault(const QString& text, QWidget* parent);
 
 /// Runs what an event asks for. No exception may cross into Qt, so what is raised ends here and is reported by

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QWindow>
 
 #include <algorithm>
@@ -46,7 +47,47 @@ TPaintBox32::~TPaintBox32() {
 
 void TPaintBox32::Invalidate() {
     FBufferValid = false;
+    PaintAhead();
     update();
+}
+
+// Inside a paint event of the platform nobody may destroy the widget, and what is painted runs code of layers and
+// hosts. So the buffer is painted by an event of its own, just before the platform's, and the paint event copies it.
+// That event paints only what is out of date all the same: when somebody grabs the widget, or uncovers it.
+void TPaintBox32::PaintAhead() {
+    if (FPaintsAhead || !isVisible())
+        return;
+    FPaintsAhead = true;
+    const auto paint = [this] {
+        FPaintsAhead = false;
+        const QWindow* window = this->window()->windowHandle();
+        if (window && window->isExposed() && updatesEnabled() && !visibleRegion().isEmpty())
+            PaintBuffer();
+    };
+    QMetaObject::invokeMethod(this, paint, Qt::QueuedConnection);
+}
+
+// What is painted may have the widget painted again, give it another size, and destroy it.
+bool TPaintBox32::PaintBuffer() {
+    if (FIsPainting)
+        return true;
+    const QPointer<TPaintBox32> self(this);
+    const bool followed = Guard([this] { FollowSize(); });
+    if (!self)
+        return false;
+    if (FBufferValid)
+        return true;
+    FIsPainting = true;
+    FResizedMeanwhile = false;
+    const bool painted = followed && Guard([this] { DoPaintBuffer(); });
+    if (!self)
+        return false;
+    FIsPainting = false;
+    if (!painted)
+        FBufferValid = true; // or the fault would come again with each exposure
+    else if (FResizedMeanwhile)
+        Invalidate();
+    return true;
 }
 
 void TPaintBox32::SetBufferOversize(std::int32_t pixels) {
@@ -68,6 +109,7 @@ TPoint TPaintBox32::ToDevicePoint(QPointF position) const {
 }
 
 void TPaintBox32::Resize() {
+    FResizedMeanwhile = true;
     const TSize size = GetDeviceSize();
     FBuffer.SetSize(std::max(size.cx, 1) + 2 * FBufferOversize, std::max(size.cy, 1) + 2 * FBufferOversize);
     FBuffer.SetDeviceRatio(GetDeviceRatio());
@@ -89,8 +131,10 @@ void TPaintBox32::WatchScreen() {
     QObject::disconnect(FScreenConnection);
     if (const QWindow* handle = window()->windowHandle())
         FScreenConnection = QObject::connect(handle, &QWindow::screenChanged, this, [this] {
+            const QPointer<TPaintBox32> self(this); // whoever hears of the size may destroy it
             Guard([this] { FollowSize(); });
-            update();
+            if (self)
+                update();
         });
 }
 
@@ -99,13 +143,8 @@ bool TPaintBox32::Guard(const std::function<void()>& action) {
 }
 
 void TPaintBox32::paintEvent(QPaintEvent*) {
-    const bool painted = Guard([this] {
-        FollowSize();
-        if (!FBufferValid)
-            DoPaintBuffer();
-    });
-    if (!painted)
-        FBufferValid = true; // or the fault would come again with each exposure
+    if (!PaintBuffer())
+        return;
     const double ratio = GetDeviceRatio();
     QPainter painter(this);
     painter.translate(-FBufferOversize / ratio, -FBufferOversize / ratio);

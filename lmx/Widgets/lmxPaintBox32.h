@@ -25,7 +25,9 @@ enum class TRepaintMode { rmFull, rmDirect, rmOptimizer };
 /// part of the window only copies.
 ///
 /// Handlers and DoPaintBuffer may raise: the text is shown in an error box after the event, and the program goes on.
-/// A paint that failed is not tried again before the next Invalidate.
+/// A paint that failed is not tried again before the next Invalidate. They may destroy the widget, too, unless somebody
+/// above them on the stack needs it: whoever calls show, resize, repaint or grab keeps it until that returns. A paint
+/// of the buffer inside a paint of the buffer does nothing.
 class LMX_EXPORT TPaintBox32 : public QWidget {
 public:
     explicit TPaintBox32(QWidget* parent = nullptr);
@@ -88,11 +90,16 @@ protected:
 
 private:
     bool Guard(const std::function<void()>& action);
+    void PaintAhead();
+    bool PaintBuffer(); ///< false: the widget is gone
     void FollowSize();
     void WatchScreen();
 
     TBitmap32 FBuffer;
     bool FBufferValid = false;
+    bool FPaintsAhead = false;      ///< an event that paints the buffer is under way
+    bool FIsPainting = false;       ///< the buffer is being painted
+    bool FResizedMeanwhile = false; ///< since the last paint of the buffer began
     std::int32_t FBufferOversize = 0;
     TRepaintMode FRepaintMode = TRepaintMode::rmFull;
     TSize FFollowedSize; ///< device size and ratio of the last Resize

@@ -1,7 +1,9 @@
 #include <lmx/Controls/lmxMapControl.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Controls/lmxMapViewRuler.h>
+#include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <tests/Support/GeometryPrinters.h>
 #include <tests/Support/WidgetPictures.h>
 
 #include <QCoreApplication>
@@ -41,6 +43,27 @@ TEST_F(MapControl, BeginsWithTheViewAlone) {
     EXPECT_EQ(Control->GetMapView()->parentWidget(), Control.get());
     Resize(310, 220);
     EXPECT_EQ(View(), QRect(0, 0, 310, 220));
+}
+
+TEST_F(MapControl, KeepsItsViewUpWithItsSizeWhileHidden) {
+    TMapControl control;
+    control.resize(100, 50);
+    control.GetMapView()->CreateWorldAndViewport(TLatLonWorldSystemFactory::GetObject());
+    control.resize(400, 200);
+    EXPECT_EQ(control.GetMapView()->size(), QSize(400, 200));
+    EXPECT_EQ(control.GetMapView()->GetViewport()->GetViewSize(), TSize(400, 200));
+    control.SetShowRulers(true);
+    control.resize(300, 100);
+    EXPECT_EQ(control.GetMapView()->GetViewport()->GetViewSize(), TSize(280, 80));
+}
+
+TEST_F(MapControl, OutlivesItsView) {
+    delete Control->GetMapView();
+    EXPECT_EQ(Control->GetMapView(), nullptr);
+    Control->SetShowRulers(true);
+    Resize(200, 100);
+    EXPECT_TRUE(Control->GetHRuler()->isVisible());
+    EXPECT_FALSE(Control->sizeHint().isValid());
 }
 
 TEST_F(MapControl, ShowsItsStrips) {

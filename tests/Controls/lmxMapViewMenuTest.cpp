@@ -38,7 +38,10 @@ TEST(MapViewMenu, AHostMayAddEntries) {
 
 TEST(MapViewMenu, ADashIsASeparator) {
     TMapViewControl view(nullptr, {});
-    EXPECT_TRUE(view.AddPopupMenuItem(QStringLiteral("-"), {})->isSeparator());
+    const QAction* line = view.AddPopupMenuItem(QStringLiteral("-"), {});
+    EXPECT_TRUE(line->isSeparator());
+    EXPECT_TRUE(line->text().isEmpty()); // nothing to write beside it
+    EXPECT_FALSE(view.AddPopupMenuItem(QStringLiteral("a - b"), {})->isSeparator());
 }
 
 TEST(MapViewMenu, AFailureOfAnEntryIsShownAndGoesNoFurther) {
@@ -63,6 +66,16 @@ TEST(MapViewMenu, OpensWithTheReleaseOfTheRightButton) {
 TEST(MapViewMenu, OpensAtTheMenuKey) {
     TShownView shown;
     QTest::keyClick(&shown.View, Qt::Key_Menu);
+    EXPECT_TRUE(shown.View.GetPopupMenu()->isVisible());
+    shown.View.GetPopupMenu()->close();
+}
+
+TEST(MapViewMenu, OpensAtShiftAndF10) {
+    TShownView shown;
+    QTest::keyClick(&shown.View, Qt::Key_F10);
+    QTest::keyClick(&shown.View, Qt::Key_F10, Qt::ControlModifier);
+    EXPECT_FALSE(shown.View.GetPopupMenu()->isVisible());
+    QTest::keyClick(&shown.View, Qt::Key_F10, Qt::ShiftModifier);
     EXPECT_TRUE(shown.View.GetPopupMenu()->isVisible());
     shown.View.GetPopupMenu()->close();
 }

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace lmx {
 namespace {
@@ -99,6 +100,60 @@ TEST_F(BufferedMapLayerInTwoViews, OneThatHasGoneLeavesTheOther) {
     Paint();
     EXPECT_EQ(Layer->Renders, 4);
     EXPECT_EQ(Target.Pixel(0, 0), Black);
+}
+
+TEST_F(BufferedMapLayerInTwoViews, ARenderForOneThatGoesTakesNoPictureAway) {
+    PaintAndRender();
+    Layer->Paint(World.get(), Second.get(), SecondTarget);
+    Second.reset();
+    ASSERT_TRUE(PumpUntilRendersEnd());
+    Script->IsOpen = false;
+    Paint();
+    EXPECT_EQ(Layer->Renders, 2);
+    EXPECT_EQ(Target.Pixel(0, 0), Black);
+    EXPECT_EQ(Target.Pixel(4, 2), Black + 204);
+}
+
+TEST_F(BufferedMapLayerInTwoViews, ARenderForOneThatGoesHasTheOtherGoOn) {
+    Script->IsOpen = false;
+    Paint();
+    Layer->Paint(World.get(), Second.get(), SecondTarget); // cuts off the first view's
+    Second.reset();
+    Invalidations = 0;
+    Script->IsOpen = true;
+    ASSERT_TRUE(PumpUntilRendersEnd());
+    EXPECT_EQ(Invalidations, 1); // whereupon the first view paints
+    PaintAndRender();
+    Paint();
+    EXPECT_EQ(Layer->Renders, 3);
+    EXPECT_EQ(Target.Pixel(4, 2), Black + 204);
+}
+
+TEST_F(BufferedMapLayerInTwoViews, PicturesOfThoseThatHaveGoneGoWithTheNextPaint) {
+    PaintBothUntilQuiet();
+    const TBufferedBitmap* newest = Layer->GetBufferedBitmap();
+    EXPECT_EQ(newest->MapArea, Second->GetVisibleMapArea());
+    Second.reset();
+    Paint();
+    EXPECT_EQ(Layer->GetBufferedBitmap()->MapArea, Viewport->GetVisibleMapArea());
+    EXPECT_EQ(Layer->Renders, 3);
+}
+
+TEST_F(BufferedMapLayerInTwoViews, PicturesOfEightViewsAreKept) {
+    std::vector<std::unique_ptr<TWorldViewport>> views;
+    for (int i = 0; i < 9; ++i) {
+        views.push_back(std::make_unique<TWorldViewport>(World.get()));
+        views.back()->SetViewSize({6, 4});
+        views.back()->SetTranslation({-i, 0});
+        Layer->Paint(World.get(), views.back().get(), SecondTarget);
+        ASSERT_TRUE(PumpUntilRendersEnd());
+    }
+    EXPECT_EQ(Layer->Renders, 9);
+    for (int i = 8; i > 0; --i)
+        Layer->Paint(World.get(), views[static_cast<std::size_t>(i)].get(), SecondTarget);
+    EXPECT_EQ(Layer->Renders, 9);
+    Layer->Paint(World.get(), views[0].get(), SecondTarget);
+    EXPECT_EQ(Layer->Renders, 10);
 }
 
 TEST(BufferedMapLayerInAView, TheLoopOfPaintsAndRendersEndsWhenTheViewStopsMoving) {

@@ -1,6 +1,12 @@
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
+#include <lmx/Colour/lmxColorClassCalculator.h>
 #include <lmx/Colour/lmxColorKey.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
+#include <lmx/Colour/lmxMultipartGradient.h>
+#include <lmx/Controls/Legend/lmxMapViewBasicPaletteLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewClassPaletteLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImageExporter.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
@@ -16,6 +22,8 @@
 
 #include <QFileInfo>
 #include <QTemporaryDir>
+
+#include <QPointer>
 
 #include <gtest/gtest.h>
 
@@ -361,6 +369,54 @@ TEST_F(IdrisiMapLayer, ALegendIsAskedForWithEachCalculator) {
     Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 99, gradient));
     EXPECT_EQ(Layer.Legends, 3);
     EXPECT_EQ(Layer.PixelAtLegend, 0xFFABCDEFU) << "the picture comes before the legend";
+}
+
+TEST_F(IdrisiMapLayer, HandsOutTheLegendOfItsCalculator) {
+    const auto gradient = TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFFABCDEF}});
+    const std::vector<TColorKeyItem> colors = {{"all", 1}};
+    const auto legend = [&](const std::shared_ptr<IBaseColorCalculator>& calculator) {
+        Layer.SetColorCalc(calculator);
+        return Layer.GetLegendComponent();
+    };
+    const auto ofGradient = TGradientColorCalculatorFactory::GetObject(0, 99, gradient);
+    EXPECT_EQ(legend(ofGradient), nullptr) << "no image";
+    Layer.TakeImage(NumberedImage(1, 1, {0, 10, 10, 0}));
+    auto* first = dynamic_cast<TMapViewGradientLegendControl*>(Layer.GetLegendComponent());
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->GetGradient(), ofGradient);
+    EXPECT_EQ(first->parent(), nullptr);
+    EXPECT_TRUE(dynamic_cast<TMapViewBasicPaletteLegendControl*>(
+        legend(TBasicPaletteColorCalculatorFactory::GetObject(TValueRange(0, 1), colors, false))));
+    EXPECT_TRUE(dynamic_cast<TMapViewClassPaletteLegendControl*>(
+        legend(TColorClassCalculatorFactory::GetObject(TColorClassesFactory::GetObject()))));
+    EXPECT_TRUE(dynamic_cast<TMapViewMultipartGradientLegendControl*>(
+        legend(TMultipartGradientColorCalculatorFactory::GetObject(0, 1))));
+    EXPECT_EQ(legend(std::make_shared<TValueAsColor>()), nullptr);
+    EXPECT_EQ(legend(nullptr), nullptr);
+    legend(ofGradient);
+    Layer.SetImage(nullptr);
+    EXPECT_EQ(Layer.GetLegendComponent(), nullptr);
+}
+
+// A form may own the legend and free it, and a layer takes off what it has handed out.
+TEST_F(IdrisiMapLayer, ALegendInAHostsFormNeverHurts) {
+    const auto gradient = TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFFABCDEF}});
+    Layer.TakeImage(NumberedImage(1, 1, {0, 10, 10, 0}));
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 99, gradient));
+    {
+        QWidget form;
+        Layer.GetLegendComponent()->setParent(&form);
+    }
+    EXPECT_EQ(Layer.GetLegendComponent(), nullptr) << "gone with its form";
+    QWidget form;
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 98, gradient));
+    const QPointer<QWidget> shown = Layer.GetLegendComponent();
+    shown->setParent(&form);
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 97, gradient));
+    EXPECT_NE(Layer.GetLegendComponent(), shown.data()) << "another calculator, another control";
+    EXPECT_TRUE(!shown || !shown->parent());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(shown, nullptr);
 }
 
 TEST_F(IdrisiMapLayer, PaintsTheCellsWhereTheyLie) {

@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QWidget>
 
+#include <algorithm>
+#include <functional>
 #include <stdexcept>
 
 namespace lmx {
@@ -76,6 +78,75 @@ TEST_F(EventGuard, SurvivesTheEndOfTheButton) {
     QTest::mouseClick(button.get(), Qt::LeftButton);
     QCoreApplication::processEvents();
     EXPECT_EQ(Messages->Shown, (TMessages{{"Error", "gone", "Error", nullptr}}));
+}
+
+/// A message service whose boxes stay open while events go on, as those of a user do.
+class TOpenBoxes final : public IMsgBoxService {
+public:
+    QStringList Opened;
+    int MostAtOnce = 0;
+    std::function<void()> WhileOpen;
+
+    void Error(const QString& text, const QString&, QWidget*) override {
+        Opened.append(text);
+        MostAtOnce = std::max(MostAtOnce, ++FOpen);
+        if (WhileOpen)
+            WhileOpen();
+        --FOpen;
+    }
+    void Info(const QString&, const QString&, QWidget*) override {}
+    bool YesNo(const QString&, const QString&, QWidget*) override { return false; }
+    void ShowMessage(const QString&) override {}
+
+private:
+    int FOpen = 0;
+};
+
+struct OpenFaults : testing::Test {
+    void Fail(const QString& text) {
+        GuardEvent(nullptr, [&] { throw Exception(text); });
+    }
+    tests::TScripted<TMsgBox, TOpenBoxes> Boxes;
+};
+
+TEST_F(OpenFaults, AreToldOnceUntilTheUserHasClosedTheBox) {
+    Boxes->WhileOpen = [this] {
+        for (int i = 0; i < 10; ++i) {
+            Fail(QStringLiteral("no picture"));
+            QCoreApplication::processEvents();
+        }
+    };
+    for (int i = 0; i < 3; ++i)
+        Fail(QStringLiteral("no picture"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Boxes->MostAtOnce, 1);
+    EXPECT_EQ(Boxes->Opened.size(), 3); // each of the three found the one before it closed
+    Boxes->WhileOpen = {};
+    Fail(QStringLiteral("no picture"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Boxes->Opened.size(), 4);
+}
+
+TEST_F(OpenFaults, LeaveOtherFaultsTheirTurn) {
+    Boxes->WhileOpen = [this] {
+        Boxes->WhileOpen = {};
+        Fail(QStringLiteral("second"));
+        Fail(QStringLiteral("first"));
+        QCoreApplication::processEvents();
+    };
+    Fail(QStringLiteral("first"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Boxes->Opened, (QStringList{QStringLiteral("first"), QStringLiteral("second")}));
+    EXPECT_EQ(Boxes->MostAtOnce, 2);
+}
+
+TEST_F(OpenFaults, EndWhereTheServiceRaises) {
+    Boxes->WhileOpen = [] { throw Exception(QStringLiteral("no box")); };
+    for (int i = 0; i < 2; ++i) {
+        Fail(QStringLiteral("first"));
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(Boxes->Opened.size(), 2);
 }
 
 } // namespace

@@ -9,9 +9,11 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPixmap>
+#include <QPointer>
 #include <QTest>
 #include <QWindow>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -39,6 +41,7 @@ class TTestBox : public TPaintBox32 {
 public:
     int Paints = 0;
     int Resizes = 0;
+    std::function<void()> WhilePainting;
     bool FailsToPaint = false;
     bool FailsToHandle = false;
     double Ratio = 0; ///< 0: that of the screen
@@ -51,6 +54,11 @@ protected:
         ++Paints;
         if (FailsToPaint)
             throw Exception(QStringLiteral("paint failed"));
+        const QPointer<TTestBox> self(this);
+        if (const auto action = WhilePainting)
+            action();
+        if (!self)
+            return;
         for (int y = 0; y < GetBuffer().GetHeight(); ++y)
             for (int x = 0; x < GetBuffer().GetWidth(); ++x)
                 GetBuffer().ScanLine(y)[x] = PlaceColor(x, y);
@@ -265,6 +273,55 @@ TEST_F(PaintBox32, DoesNotShowAMessageInTheMiddleOfAPaint) {
     EXPECT_TRUE(Messages->Shown.empty());
     QCoreApplication::processEvents();
     EXPECT_EQ(Messages->Shown.size(), 1U);
+}
+
+TEST_F(PaintBox32, MayGoWhileItsBufferIsPainted) {
+    Show();
+    Box->WhilePainting = [this] { Box.reset(); };
+    Box->Invalidate();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Box, nullptr);
+}
+
+TEST_F(PaintBox32, DoesNotPaintItsBufferInsideAPaintOfIt) {
+    Show();
+    Box->Paints = 0;
+    Box->WhilePainting = [this] {
+        Box->Invalidate();
+        Box->repaint();
+        Box->grab();
+    };
+    Box->Invalidate();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Box->Paints, 1);
+    EXPECT_TRUE(Box->IsBufferValid());
+}
+
+TEST_F(PaintBox32, IsPaintedAgainIfItWasResizedMeanwhile) {
+    Show();
+    Box->Paints = 0;
+    Box->WhilePainting = [this] {
+        Box->WhilePainting = {};
+        Box->resize(130, 60);
+    };
+    Box->Invalidate();
+    QTest::qWait(0);
+    EXPECT_EQ(Box->Paints, 2);
+    EXPECT_TRUE(Box->IsBufferValid());
+    EXPECT_EQ(Box->GetBuffer().GetWidth(), Box->GetDeviceWidth());
+}
+
+TEST_F(PaintBox32, IsNotPaintedWhileNobodySeesIt) {
+    Show();
+    Box->hide();
+    Box->Paints = 0;
+    Box->Invalidate();
+    QTest::qWait(0);
+    EXPECT_EQ(Box->Paints, 0);
+    Box->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(Box.get()));
+    QTest::qWait(0);
+    EXPECT_EQ(Box->Paints, 1);
 }
 
 // ---- Mouse and keys
