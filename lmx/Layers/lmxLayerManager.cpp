@@ -100,10 +100,13 @@ void TLayerManager::SetTitle(const QString& title) {
 }
 
 TBaseMapLayer* TLayerManager::GetSpecialLayerWithType(const QString& name) const {
-    for (TBaseMapLayer* layer : FSpecialLayers)
+    TBaseMapLayer* found = nullptr;
+    FSpecialLayers.ForEach([&](TBaseMapLayer* layer) { // a layer of the host's may have a name of its own
         if (layer->GetLayerClassName() == name)
-            return layer;
-    return nullptr;
+            found = layer;
+        return !found;
+    });
+    return found;
 }
 
 void TLayerManager::SetSelLayer(TBaseMapLayer* layer) {

@@ -168,10 +168,12 @@ TEST_F(ObjectList, ClearMissesNothingThatIsMovedMeanwhile) {
     Fill({"a", "b", "c", "d"});
     List->SetOnChange([this](TItem* item, TListChange change) {
         Note(item, change);
-        if (item->Name != "a" || change != TListChange::lcRemoved)
+        if (change != TListChange::lcRemoved)
             return;
-        List->Insert(0, New("x"));
-        List->Move(3, 0); // d, before all others
+        if (item->Name == "a")
+            List->Insert(0, New("x"));
+        else if (item->Name == "b")
+            List->Move(2, 0); // d, to where the clearing has been
     });
     List->Clear();
     EXPECT_EQ(Names(), "x");
