@@ -1,8 +1,11 @@
 // One paint of a view of 1920 x 1080 pixels with 1,000 rulers and 10,000 pins, each of them alone, and 1,000 query
 // points. The rulers stand at fractions of a pixel, where a line costs most. The yardstick is clearing the buffer.
+// Then lists of 100,000 items are filled and cleared, alone and on a map that is shown; the yardstick is the same list
+// with 2,000, and a ratio of 50 says that each item takes the same time however many there are.
 
 #include <benchmarks/Measuring.h>
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Controls/lmxMapViewRulersPanelControl.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxPolygons.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
@@ -13,6 +16,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <random>
 
@@ -22,6 +26,8 @@ constexpr int RulerCount = 1'000;
 constexpr int PinCount = 10'000;
 constexpr int PointCount = 1'000;
 constexpr int Repetitions = 15;
+constexpr int FewItems = 2'000;
+constexpr int ManyItems = 100'000;
 
 /// Pins as a small picture, drawn once and blended at each place: what a host does with many of them.
 class SpriteRenderer : public lmx::TPinMapLayerPinRenderer {
@@ -77,6 +83,82 @@ void AddPoints(lmx::TInfoQueryPointLayer& layer, Places& places) {
         layer.GetPoints().Add(std::make_unique<lmx::TInfoQueryPoint>(&layer, places.Next(), 0xFFFFA000));
 }
 
+/// Fills and clears a list.
+struct TFilling {
+    const char* Name;
+    std::function<void()> Add;
+    std::function<void()> Clear;
+};
+
+void MeasureFilling(const TFilling& filling) {
+    lmx::bench::TBestTime fillFew, fillMany, clearFew, clearMany;
+    const auto measure = [&](int count, lmx::bench::TBestTime& fill, lmx::bench::TBestTime& clear) {
+        fill.Measure([&] {
+            for (int i = 0; i < count; ++i)
+                filling.Add();
+        });
+        clear.Measure(filling.Clear);
+    };
+    for (int i = 0; i < Repetitions; ++i)
+        measure(FewItems, fillFew, clearFew);
+    for (int i = 0; i < 3; ++i)
+        measure(ManyItems, fillMany, clearMany);
+    std::printf("%-34s %8.1f ms %8.1f x 2,000   clearing %8.1f ms %8.1f x\n", filling.Name, fillMany.GetMilliseconds(),
+                fillMany / fillFew, clearMany.GetMilliseconds(), clearMany / clearFew);
+}
+
+void MeasureRulers(const char* name, lmx::TRulerMapLayer& layer) {
+    MeasureFilling(
+        {name,
+         [&] { layer.Add(std::make_unique<lmx::TRulerItem>(lmx::TRulerOrientation::roVertical, 10, 0xFF00FFFF)); },
+         [&] { layer.GetVRulers().Clear(); }});
+}
+
+void MeasurePoints(const char* name, lmx::TInfoQueryPointLayer& layer) {
+    MeasureFilling({name,
+                    [&] {
+                        layer.GetPoints().Add(
+                            std::make_unique<lmx::TInfoQueryPoint>(&layer, lmx::TMapPoint(1, 2), 0xFFFFA000));
+                    },
+                    [&] { layer.GetPoints().Clear(); }});
+}
+
+void MeasurePins(const char* name, lmx::TPinMapLayer& layer) {
+    MeasureFilling({name, [&] { layer.GetPins().Add(std::make_unique<lmx::TPin>(QString(), 1, 2)); },
+                    [&] { layer.GetPins().Clear(); }});
+}
+
+void MeasureLayers(const char* name, const std::shared_ptr<lmx::ILayerManager>& manager) {
+    MeasureFilling({name, [&] { manager->GetLayers().Add(std::make_unique<lmx::TPinMapLayer>(manager)); },
+                    [&] { manager->GetLayers().Clear(); }});
+}
+
+/// Rulers, points, pins and layers that nobody looks at, then on a map with a list of its rulers.
+void MeasureFillings() {
+    const auto manager = lmx::TLayerManagerFactory::GetObject();
+    {
+        lmx::TRulerMapLayer rulers(manager);
+        lmx::TInfoQueryPointLayer points(manager);
+        lmx::TPinMapLayer pins(manager);
+        MeasureRulers("100,000 rulers", rulers);
+        MeasurePoints("100,000 query points", points);
+        MeasurePins("100,000 pins", pins);
+    }
+    MeasureLayers("100,000 layers", manager);
+    lmx::TMapViewControl view;
+    view.resize(400, 300);
+    view.SetLayerManager(manager);
+    view.CreateWorldAndViewport(lmx::TLatLonWorldSystemFactory::GetObject());
+    MeasureRulers("100,000 rulers of a view", *view.GetSpRulersLayer());
+    MeasurePoints("100,000 query points of a view", *view.GetSpInfoQueryPointsLayer());
+    MeasureLayers("100,000 layers of a view", manager);
+    lmx::TMapViewRulersPanelControl panel;
+    panel.SetRulersLayer(view.GetSpRulersLayer());
+    MeasureRulers("100,000 rulers in a panel", *view.GetSpRulersLayer());
+    panel.SetRulersLayer(nullptr);
+    view.SetLayerManager(nullptr);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -89,8 +171,7 @@ int main(int argc, char** argv) {
     view.CreateWorldAndViewport(lmx::TLatLonWorldSystemFactory::GetObject());
     view.grab(); // gives a hidden widget its buffer
     view.GetViewport()->ZoomTo(view.GetWorldSystem()->Area());
-    auto* pins =
-        static_cast<lmx::TPinMapLayer*>(manager->GetLayers().Add(std::make_unique<lmx::TPinMapLayer>(manager)));
+    lmx::TPinMapLayer* pins = manager->GetLayers().Add(std::make_unique<lmx::TPinMapLayer>(manager));
     pins->SetPinRenderer(&renderer);
     Places places;
     AddRulers(*view.GetSpRulersLayer(), places);
@@ -112,5 +193,6 @@ int main(int argc, char** argv) {
     AddPoints(*view.GetSpInfoQueryPointsLayer(), places);
     print("1,000 query points", paint(view.GetSpInfoQueryPointsLayer()));
     view.SetLayerManager(nullptr);
+    MeasureFillings();
     return 0;
 }

@@ -108,7 +108,7 @@ TOverlayFiles ReadOverlay(const QString& fileName) {
 
 template<class Layer>
 Layer& AddLayer(const std::shared_ptr<lmx::ILayerManager>& manager, std::unique_ptr<Layer> layer) {
-    return static_cast<Layer&>(*manager->GetLayers().Add(std::move(layer)));
+    return *manager->GetLayers().Add(std::move(layer));
 }
 
 lmx::TBaseShapeLayer* AddFiles(const std::shared_ptr<lmx::ILayerManager>& manager, TOverlayFiles files,
