@@ -3,6 +3,7 @@
 /// Everything that a host may use of this room: colours, bitmaps, gradients, polygons and fonts.
 
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Graphics/lmxBitmap32VecDocRenderer.h>
 #include <lmx/Graphics/lmxCheckerboard.h>
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Graphics/lmxColorText.h>
@@ -14,4 +15,5 @@
 #include <lmx/Graphics/lmxGradientSource.h>
 #include <lmx/Graphics/lmxPolygons.h>
 #include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Graphics/lmxVectorDoc.h>
 #include <lmx/Graphics/lmxWideRect.h>
