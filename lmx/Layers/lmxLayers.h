@@ -2,6 +2,8 @@
 
 /// Everything that a host may use of this room: the layer model, the layer manager and every kind of layer.
 
+#include <lmx/Layers/Objects/lmxAnchorData.h>
+#include <lmx/Layers/Objects/lmxObjectGeometry.h>
 #include <lmx/Layers/Render/lmxBufferedBitmap.h>
 #include <lmx/Layers/Render/lmxRenderThreadHandler.h>
 #include <lmx/Layers/Render/lmxShapeFileProjection.h>
