@@ -50,7 +50,8 @@ public:
     /// Where the projection puts a coordinate of the file.
     TMapPoint ProjectMapPoint(extended x, extended y) const;
 
-    /// Asks the host's factory of legend controls. Without one of the class that shape files have, there is none.
+    /// The legend of the file's colour. A host's factory, if there is one, decides: a control of another class than
+    /// TShapeFileLayerLegendControl counts as none.
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Shape file"
@@ -62,6 +63,7 @@ public:
     void RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) override;
 
 private:
+    void Comp_OnColorChanged(TBaseLegendControl* sender, TColor color);
     TWorldMapArea AreaOf(const TShpFile& shpFile) const;
     void ShowShpFile(TShpFile* shpFile, const TWorldMapArea& area);
 

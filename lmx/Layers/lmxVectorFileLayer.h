@@ -23,7 +23,7 @@ public:
     /// Frees the file. The picture stays until the next render.
     void DeleteVectorFile();
 
-    /// Takes the legend control off: vectors have none.
+    /// The legend of the vectors' colour.
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Vector"
@@ -35,6 +35,7 @@ public:
     void RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) override;
 
 private:
+    void Comp_OnColorChanged(TColor color);
     std::unique_ptr<TVector> FVectorFile;
 };
 

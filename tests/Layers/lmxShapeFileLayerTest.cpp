@@ -1,3 +1,5 @@
+#include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
+#include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Layers/lmxLayerManager.h>
@@ -8,12 +10,15 @@
 #include <tests/Layers/PlainOutlines.h>
 #include <tests/Support/CoordinatePrinters.h>
 #include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
 #include <tests/Support/ShapeBytes.h>
 #include <tests/Support/ShownView.h>
 #include <tests/Support/TestBufferedLayer.h>
 
 #include <QBuffer>
 #include <QElapsedTimer>
+
+#include <QPointer>
 
 #include <gtest/gtest.h>
 
@@ -62,9 +67,11 @@ class TCountingFactory : public ILayerComponentFactory {
 public:
     bool GetLegendComponent(TBaseMapLayer* layer, TBaseLegendControl*& component) override {
         Asked.push_back(layer);
-        component = nullptr;
-        return true;
+        component = Component;
+        return Answer;
     }
+    TBaseLegendControl* Component = nullptr;
+    bool Answer = true;
     std::vector<TBaseMapLayer*> Asked;
 };
 
@@ -406,6 +413,47 @@ TEST_F(ShapeFileLayer, ADuplicateOfAnEmptyLayerIsEmpty) {
     EXPECT_FALSE(copy->GetHasContent());
 }
 
+TShapeFileLayerLegendControl* ShapeLegend(const TBaseMapLayer& layer) {
+    return dynamic_cast<TShapeFileLayerLegendControl*>(layer.GetLegendComponent());
+}
+
+TEST_F(ShapeFileLayer, ItsLegendShowsItsColorAndKnowsItsFile) {
+    Layer->TakeShpFile(Square());
+    Layer->SetColor(Blue);
+    ASSERT_TRUE(ShapeLegend(*Layer));
+    EXPECT_EQ(ShapeLegend(*Layer)->GetShapeColor(), WinColor(Blue));
+    EXPECT_EQ(ShapeLegend(*Layer)->GetShpFile(), Layer->GetShpFile());
+    EXPECT_EQ(ShapeLegend(*Layer)->parent(), nullptr);
+}
+
+// The chosen colour replaces the control in whose event it was chosen.
+TEST_F(ShapeFileLayer, AColorThatIsChosenInTheLegendIsTheLayers) {
+    Layer->TakeShpFile(Square());
+    const QPointer<TShapeFileLayerLegendControl> old = ShapeLegend(*Layer);
+    tests::TScriptedColorChooser chooser;
+    chooser->Answers.push_back(0xFF123456);
+    old->ChooseColor();
+    EXPECT_EQ(Layer->GetColor(), 0xFF123456U);
+    EXPECT_NE(ShapeLegend(*Layer), old.data());
+    EXPECT_EQ(ShapeLegend(*Layer)->GetShapeColor(), WinColor(0xFF123456));
+    ASSERT_TRUE(old) << "it goes when its event is over";
+    EXPECT_EQ(old->GetShapeColor(), WinColor(0xFF123456)) << "and is shown the colour";
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(old);
+}
+
+TEST_F(ShapeFileLayer, ALayerThatGoesWhileAColorIsChosenDoesNotHurt) {
+    Layer->TakeShpFile(Square());
+    QWidget form;
+    TShapeFileLayerLegendControl* legend = ShapeLegend(*Layer);
+    legend->setParent(&form);
+    tests::TScriptedColorChooser chooser;
+    chooser->Answers.push_back(0xFF123456);
+    chooser->WhileOpen = [this] { Layer.reset(); };
+    legend->ChooseColor();
+    EXPECT_EQ(Layer, nullptr);
+}
+
 TEST_F(ShapeFileLayer, TheHostIsAskedForTheLegend) {
     const auto factory = std::make_shared<TCountingFactory>();
     Manager->GetConfig()->SetLayerComponentFactory(factory);
@@ -414,6 +462,27 @@ TEST_F(ShapeFileLayer, TheHostIsAskedForTheLegend) {
     Layer->SetColor(Blue);
     EXPECT_EQ(factory->Asked.size(), 2U);
     EXPECT_EQ(Layer->GetLegendComponent(), nullptr);
+}
+
+TEST_F(ShapeFileLayer, OnlyALegendOfShapeFilesIsTakenFromTheHost) {
+    const auto factory = std::make_shared<TCountingFactory>();
+    Manager->GetConfig()->SetLayerComponentFactory(factory);
+    auto* own = new TShapeFileLayerLegendControl;
+    factory->Component = own;
+    Layer->TakeShpFile(Square());
+    EXPECT_EQ(Layer->GetLegendComponent(), own);
+    tests::TScriptedColorChooser chooser;
+    chooser->Answers.push_back(0xFF123456);
+    const std::unique_ptr<TVectorFileLayerLegendControl> other = std::make_unique<TVectorFileLayerLegendControl>();
+    factory->Component = other.get();
+    own->ChooseColor();
+    EXPECT_EQ(Layer->GetColor(), 0xFF123456U) << "a host's control tells the layer, too";
+    EXPECT_EQ(Layer->GetLegendComponent(), nullptr) << "of another class";
+    factory->Component = new TShapeFileLayerLegendControl;
+    factory->Answer = false;
+    Layer->SetColor(Blue);
+    EXPECT_EQ(Layer->GetLegendComponent(), nullptr) << "the factory declined";
+    delete factory->Component;
 }
 
 } // namespace
