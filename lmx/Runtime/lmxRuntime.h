@@ -23,5 +23,6 @@
 #include <lmx/Runtime/lmxTextStreams.h>
 #include <lmx/Runtime/lmxThread.h>
 #include <lmx/Runtime/lmxThreadPool.h>
+#include <lmx/Runtime/lmxValueList.h>
 #include <lmx/Runtime/lmxWeakReference.h>
 #include <lmx/Runtime/lmxXml.h>
