@@ -3,6 +3,7 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Formats/Shapes/lmxShapePointConverter.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/Private/lmxLayerComponents.h>
 #include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <lmx/Layers/Render/Private/lmxShapeFileRender.h>

@@ -1,6 +1,7 @@
 #include <lmx/Layers/lmxVectorFileLayer.h>
 
 #include <lmx/Formats/Idrisi/lmxVector.h>
+#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/Private/lmxLayerComponents.h>
 #include <lmx/Layers/Render/Private/lmxVectorFileRender.h>
 #include <lmx/Runtime/lmxBorrowed.h>
