@@ -14,6 +14,7 @@
 #include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
 
 #include <QApplication>
+#include <QPointer>
 
 #include <utility>
 
@@ -33,9 +34,12 @@ QObject* LegendControlObject(TBaseLegendControl* control) {
 }
 
 void FreeLegendControl(TBaseLegendControl* control) {
+    const QPointer<TBaseLegendControl> living(control); // the form that it leaves may delete it
     control->hide();
-    control->setParent(nullptr);
-    control->deleteLater();
+    if (living)
+        control->setParent(nullptr);
+    if (living)
+        control->deleteLater();
 }
 
 TBaseLegendControl* CreateRasterLegendControl(const std::shared_ptr<IBaseColorCalculator>& calculator) {

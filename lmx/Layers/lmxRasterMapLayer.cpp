@@ -76,8 +76,13 @@ void TRasterMapLayer::SetValueRange(const TValueRange& range) {
     if (range.Equals(FValueRange))
         return;
     FValueRange = range;
-    if (const auto calculator = std::dynamic_pointer_cast<IBaseMinMaxColorCalculator>(FColorCalc))
-        SetColorCalc(calculator->Clone(static_cast<float>(range.Low), static_cast<float>(range.High)));
+    const auto calculator = std::dynamic_pointer_cast<IBaseMinMaxColorCalculator>(FColorCalc);
+    if (!calculator)
+        return;
+    const TBorrowed self(this); // a calculator of the host's may free the layer
+    const auto clone = calculator->Clone(static_cast<float>(FValueRange.Low), static_cast<float>(FValueRange.High));
+    if (self)
+        SetColorCalc(clone);
 }
 
 void TRasterMapLayer::Invalidate() {
