@@ -89,8 +89,8 @@ void TPaintBox32::WatchScreen() {
     QObject::disconnect(FScreenConnection);
     if (const QWindow* handle = window()->windowHandle())
         FScreenConnection = QObject::connect(handle, &QWindow::screenChanged, this, [this] {
-            Guard([this] { FollowSize(); });
             update();
+            Guard([this] { FollowSize(); }); // at last: who is told may destroy the control
         });
 }
 
