@@ -95,6 +95,12 @@ public:
     using Exception::Exception;
 };
 
+/// More memory than there is, or than a size can say. The object that asked for it is as it was.
+class LMX_EXPORT EOutOfMemory : public Exception {
+public:
+    EOutOfMemory() : Exception(QStringLiteral("Out of memory")) {}
+};
+
 /// A file that cannot be opened, read or written. The message begins with the file's name.
 class LMX_EXPORT EFileException : public Exception {
 public:

@@ -28,6 +28,12 @@ TEST(Exceptions, AFileFailureBeginsWithTheFile) {
     EXPECT_THROW(throw failure, EFileException);
 }
 
+TEST(Exceptions, MissingMemoryHasOneText) {
+    const EOutOfMemory failure;
+    EXPECT_EQ(failure.Message(), "Out of memory");
+    EXPECT_THROW(throw failure, Exception);
+}
+
 template<class Failure>
 struct ExceptionKinds : testing::Test {};
 using TKinds = testing::Types<EArgumentException, EInvalidOperation, ENotImplemented, ENotSupportedException,
