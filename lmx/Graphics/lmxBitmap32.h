@@ -182,11 +182,16 @@ public:
     TFont32& GetFont() { return FFont; }
     void SetFont(const TFont32& font) { FFont = font; }
 
-    /// Sum of the advances: trailing blanks count.
-    std::int32_t TextWidth(const QString& text) const;
+    // Letters with hard and with smooth edges differ in width: a text is measured with the level it is drawn with, the
+    // `aaLevel` of RenderText. Textout draws with level 1.
+
+    /// Sum of the advances: trailing blanks count. At most PixelLimit.
+    std::int32_t TextWidth(const QString& text, int aaLevel = 0) const;
     /// Ascent and descent of the font, whatever the text.
-    std::int32_t TextHeight(const QString& text) const;
-    TSize TextExtent(const QString& text) const { return {TextWidth(text), TextHeight(text)}; }
+    std::int32_t TextHeight(const QString& text, int aaLevel = 0) const;
+    TSize TextExtent(const QString& text, int aaLevel = 0) const {
+        return {TextWidth(text, aaLevel), TextHeight(text, aaLevel)};
+    }
 
     /// One line of text whose cell has its top left corner at (x, y), blended in `color`. With `aaLevel` 0 the edges
     /// are hard. No more of the cell is drawn than the bitmap's width and height, counted from its top left corner.
