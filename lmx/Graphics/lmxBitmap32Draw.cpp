@@ -2,6 +2,7 @@
 
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/lmxMemory.h>
 
 #include <algorithm>
 #include <array>
@@ -220,10 +221,12 @@ void TBitmap32::Draw(const TRect& destination, const TRect& sourceRect, const TB
 }
 
 void TBitmap32::Draw(const TWideRect& destination, const TRect& sourceRect, const TBitmap32& source) {
-    if (&source == this)
-        DrawStretched(destination, sourceRect, TBitmap32(source), FDrawMode);
-    else
-        DrawStretched(destination, sourceRect, source, source.FDrawMode);
+    OrOutOfMemory([&] {
+        if (&source == this)
+            DrawStretched(destination, sourceRect, TBitmap32(source), FDrawMode);
+        else
+            DrawStretched(destination, sourceRect, source, source.FDrawMode);
+    });
 }
 
 TBitmap32 TBitmap32::Stretched(const TRect& sourceRect, std::int32_t width, std::int32_t height) const {
@@ -231,7 +234,7 @@ TBitmap32 TBitmap32::Stretched(const TRect& sourceRect, std::int32_t width, std:
     result.FDrawMode = FDrawMode;
     result.FMasterAlpha = FMasterAlpha;
     result.FOuterColor = FOuterColor;
-    result.DrawStretched(TWideRect(result.GetBounds()), sourceRect, *this, TDrawMode::dmOpaque);
+    OrOutOfMemory([&] { result.DrawStretched(TWideRect(result.GetBounds()), sourceRect, *this, TDrawMode::dmOpaque); });
     return result;
 }
 
@@ -241,8 +244,8 @@ void TBitmap32::DrawStretched(const TWideRect& destination, const TRect& sourceR
     TStretchAxis vertical(destination.Top, destination.Bottom, sourceRect.Top, sourceRect.Bottom);
     if (horizontal.IsEmpty() || vertical.IsEmpty())
         return;
-    horizontal.CutSource(source.FWidth);
-    vertical.CutSource(source.FHeight);
+    horizontal.CutSource(source.GetWidth());
+    vertical.CutSource(source.GetHeight());
     if (horizontal.IsEmpty() || vertical.IsEmpty())
         return;
 
@@ -254,8 +257,8 @@ void TBitmap32::DrawStretched(const TWideRect& destination, const TRect& sourceR
         return;
     }
 
-    const TStretchSteps columns(horizontal, FWidth);
-    const TStretchSteps rows(vertical, FHeight);
+    const TStretchSteps columns(horizontal, GetWidth());
+    const TStretchSteps rows(vertical, GetHeight());
     if (columns.Sources.empty())
         return;
     if (horizontal.IsCopy())
