@@ -4,6 +4,7 @@
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/Private/lmxStroke.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/lmxMemory.h>
 
 #include <cmath>
 #include <numbers>
@@ -41,26 +42,32 @@ void Fill(TBitmap32& bitmap, std::span<const TFloatPoints> contours, TColor32 co
 } // namespace
 
 void PolygonFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color, TPolyFillMode fillMode) {
-    const TFloatPoints contour(points.begin(), points.end());
-    Fill(bitmap, {&contour, 1}, color, fillMode);
+    OrOutOfMemory([&] {
+        const TFloatPoints contour(points.begin(), points.end());
+        Fill(bitmap, {&contour, 1}, color, fillMode);
+    });
 }
 
 void PolyPolygonFS(TBitmap32& bitmap, std::span<const TFloatPoints> contours, TColor32 color, TPolyFillMode fillMode) {
-    Fill(bitmap, contours, color, fillMode);
+    OrOutOfMemory([&] { Fill(bitmap, contours, color, fillMode); });
 }
 
 void PolylineFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color, bool closed,
                 const TStroke& stroke) {
-    Fill(bitmap, StrokeContours(points, closed, stroke), color, TPolyFillMode::pfWinding);
+    OrOutOfMemory([&] {
+        Fill(bitmap, StrokeContours(points, closed, stroke, bitmap.GetBounds()), color, TPolyFillMode::pfWinding);
+    });
 }
 
 void PolyPolylineFS(TBitmap32& bitmap, std::span<const TFloatPoints> lines, TColor32 color, bool closed,
                     const TStroke& stroke) {
-    std::vector<TFloatPoints> contours;
-    for (const TFloatPoints& line : lines)
-        for (TFloatPoints& contour : StrokeContours(line, closed, stroke))
-            contours.push_back(std::move(contour));
-    Fill(bitmap, contours, color, TPolyFillMode::pfWinding);
+    OrOutOfMemory([&] {
+        std::vector<TFloatPoints> contours;
+        for (const TFloatPoints& line : lines)
+            for (TFloatPoints& contour : StrokeContours(line, closed, stroke, bitmap.GetBounds()))
+                contours.push_back(std::move(contour));
+        Fill(bitmap, contours, color, TPolyFillMode::pfWinding);
+    });
 }
 
 TFloatPoints CirclePolygon(double centerX, double centerY, double radius) {
