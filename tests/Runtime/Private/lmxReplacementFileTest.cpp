@@ -78,9 +78,9 @@ TEST_F(ReplacementFile, IsWrittenIntoWhereItsFolderCannotBeWritten) {
     WriteFile(threadName, "maps");
     EXPECT_EQ(ReadFile(threadName), "maps\n");
     WriteFile(threadName, before.trimmed());
-    const QString absent = QStringLiteral("/proc/self/absent");
-    EXPECT_EQ(MessageOf<EFileException>([&] { WriteFile(absent, "text"); }),
-              QStringLiteral("/proc/self/absent: cannot be written: No such file or directory"));
+    EXPECT_TRUE(MessageOf<EFileException>([] {
+                    WriteFile(QStringLiteral("/proc/self/absent"), "text");
+                }).startsWith(QStringLiteral("/proc/self/absent: cannot be written: ")));
 }
 
 TEST_F(ReplacementFile, IsNotMadeOfAPipe) {
