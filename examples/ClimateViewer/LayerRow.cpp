@@ -127,7 +127,7 @@ void TLayerRow::MakeHeading() {
 QList<QWidget*> TLayerRow::TabChain() const {
     QList<QWidget*> chain = {const_cast<TLayerRow*>(this), FOpen, FVisible, FNameEditor, FMenuButton};
     for (QWidget* widget : FBody->findChildren<QWidget*>())
-        if (widget->focusPolicy() & Qt::TabFocus)
+        if ((widget->focusPolicy() & Qt::TabFocus) && widget->window() == window()) // not the lists that drop down
             chain += widget;
     return chain;
 }

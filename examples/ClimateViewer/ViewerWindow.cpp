@@ -104,8 +104,9 @@ void TViewerWindow::MakeDocks() {
         addDockWidget(Qt::RightDockWidgetArea, dock);
         return dock;
     };
-    add(tr("Layers"), FLayers);
-    add(tr("Rulers"), FRulers);
+    QDockWidget* layers = add(tr("Layers"), FLayers);
+    QDockWidget* rulers = add(tr("Rulers"), FRulers);
+    resizeDocks({layers, rulers}, {3, 1}, Qt::Vertical);
 }
 
 void TViewerWindow::MakeStatusBar() {

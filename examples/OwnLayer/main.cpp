@@ -34,9 +34,9 @@ public:
         const float band = std::floor(value / 25);
         if (value - band * 25 < 2.5F)
             return 0xFF4A5568;
-        const float share = std::clamp((band - 7) / 10, 0.0F, 1.0F); // from 175 to 425
+        const int share = std::clamp(static_cast<int>(band) - 7, 0, 10); // from 175 to 425
         const auto mixed = [share](int cold, int warm) {
-            return static_cast<lmx::TColor32>(static_cast<float>(cold) + share * static_cast<float>(warm - cold));
+            return static_cast<lmx::TColor32>(cold + share * (warm - cold) / 10);
         };
         return 0xFF000000 | mixed(0x4A, 0xF6) << 16 | mixed(0x7F, 0xDF) << 8 | mixed(0xB5, 0xA4);
     }
@@ -52,18 +52,16 @@ public:
     }
 
     QString GetLayerTypeName() const override { return "Night"; }
-
     void SetSun(const lmx::TMapPoint& zenith) {
         FSun = {zenith.X, std::clamp(zenith.Y, -Tropic, Tropic)};
         Invalidate(); // every view of the manager paints again
     }
 
-    // A meridian at an angle from the sun's has sunset where tan(latitude) = -cos(angle) / tan(the sun's latitude).
+    // The sun sets on a meridian at an angle from its own where tan(latitude) = -cos(angle) / tan(the sun's latitude).
     void Paint(lmx::TWorld* world, lmx::TWorldViewport* viewport, lmx::TBitmap32& bitmap) override {
         const lmx::TMapArea earth = world->GetWorldSystem()->Area();
-        const auto latitude = static_cast<double>(FSun.Y); // over the equator it would divide by zero
-        const double declination = std::copysign(std::max(std::abs(latitude), 0.01), latitude);
-        const lmx::extended darkPole = declination > 0 ? earth.Bottom : earth.Top;
+        const double tangent = std::tan(static_cast<double>(FSun.Y) * Radians); // 0 is fine: atan takes infinities
+        const lmx::extended darkPole = std::signbit(FSun.Y) ? earth.Top : earth.Bottom;
         lmx::TFloatPoints night;
         const auto add = [&](const lmx::TMapPoint& place) {
             const lmx::TMapPoint pixel = viewport->MapPointToPoint(place);
@@ -72,15 +70,15 @@ public:
         add({earth.Left, darkPole});
         for (lmx::extended longitude = earth.Left; longitude <= earth.Right; longitude += 1) {
             const double angle = static_cast<double>(longitude - FSun.X) * Radians;
-            add({longitude, std::atan(-std::cos(angle) / std::tan(declination * Radians)) / Radians});
+            add({longitude, std::atan(-std::cos(angle) / tangent) / Radians});
         }
         add({earth.Right, darkPole});
         lmx::PolygonFS(bitmap, night, 0x90081028);
 
         const lmx::TMapPoint sun = viewport->MapPointToPoint(world->GetWorldSystem()->ToWorldPoint(FSun));
-        const double radius = 9 * bitmap.GetDeviceRatio(); // the same to the eye on a dense screen
-        lmx::PolygonFS(bitmap, lmx::CirclePolygon(static_cast<double>(sun.X), static_cast<double>(sun.Y), radius),
-                       0xFFFFC933);
+        const lmx::TFloatPoints disc =
+            lmx::CirclePolygon(static_cast<double>(sun.X), static_cast<double>(sun.Y), 9 * bitmap.GetDeviceRatio());
+        lmx::PolygonFS(bitmap, disc, 0xFFFFC933);
     }
 
 private:
@@ -121,7 +119,7 @@ std::unique_ptr<lmx::TRealImage> MeanInsolation() {
     auto image = std::make_unique<lmx::TRealImage>(QString(), header);
     for (int row = 1; row <= 720; ++row) {
         const double sine = std::sin((90.125 - row / 4.0) * Radians);
-        std::ranges::fill(image->GetRow(row), static_cast<float>(1361 / 4.0 * (1 - 0.241 * (3 * sine * sine - 1))));
+        std::ranges::fill(image->GetRow(row), static_cast<float>(1361 / 4.0 * (1 - 0.2385 * (3 * sine * sine - 1))));
     }
     return image;
 }
@@ -143,7 +141,6 @@ int main(int argc, char** argv) {
     auto* night = manager->GetLayers().Add(std::make_unique<TNightLayer>(manager));
     view.SetCustomModeObject(std::make_shared<TSunMode>(night)); // first the object, then the mode
     view.SetMode(lmx::TMapMode::mdCustom);
-
     view.show();
     view.GetViewport()->ZoomTo(view.GetWorldSystem()->Area());
     if (argc == 3 && qstrcmp(argv[1], "--picture") == 0)
