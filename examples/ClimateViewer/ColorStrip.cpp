@@ -4,6 +4,7 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
+#include <QFontInfo>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -30,7 +31,7 @@ void DrawGround(QPainter& painter, const QRect& bar) {
 
 TColorStrip::TColorStrip(QWidget* parent) : QWidget(parent) {
     QFont small = font();
-    small.setPointSizeF(small.pointSizeF() * 0.85);
+    small.setPointSizeF(fontInfo().pointSizeF() * 0.85);
     setFont(small);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }

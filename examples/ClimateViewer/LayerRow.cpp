@@ -17,27 +17,12 @@
 #include <utility>
 #include <vector>
 
+#include "ElidedLabel.h"
 #include "LayerDetails.h"
 
 namespace {
 
 constexpr int MarkWidth = 3; // of the bar at the left of the selected row
-
-/// A line of text that is cut where there is no room.
-class TNameLabel : public QLabel {
-public:
-    explicit TNameLabel(QWidget* parent) : QLabel(parent) {
-        setAttribute(Qt::WA_TransparentForMouseEvents); // a drag of the heading begins here, too
-        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
-        painter.drawText(rect(), Qt::AlignVCenter, fontMetrics().elidedText(text(), Qt::ElideRight, width()));
-    }
-};
 
 /// The layer's own entries, such as its exports. What fails is shown in an error box.
 void AddEntries(QMenu& menu, lmx::TBaseMapLayer& layer) {
@@ -63,7 +48,7 @@ TLayerRow::TLayerRow(lmx::TBaseMapLayer* layer, const QList<QAction*>& commands,
       FOpen(new lmx::TLayerOpenCloseToggleButton(this)),
       FVisible(new lmx::TLayerVisibilityToggleButton(this)),
       FMenuButton(new lmx::TShowMenuButton(this)),
-      FName(new TNameLabel(this)),
+      FName(new TElidedLabel(this)),
       FNameEditor(new QLineEdit(this)),
       FMenu(new QMenu(this)),
       FBody(new QWidget(this)),
@@ -100,6 +85,7 @@ TLayerRow::~TLayerRow() {
 }
 
 void TLayerRow::MakeHeading() {
+    FName->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     FNameEditor->hide();
     FNameEditor->installEventFilter(this);
     FMenuButton->setCheckable(false);
@@ -179,7 +165,6 @@ void TLayerRow::UpdateName() {
     const QString name = FLayer->GetLayerName();
     setAccessibleName(name);
     FName->setText(name);
-    FName->setToolTip(name);
     FOpen->setAccessibleName(tr("Details of %1").arg(name));
     FVisible->setAccessibleName(tr("Visibility of %1").arg(name));
     FMenuButton->setAccessibleName(tr("Commands of %1").arg(name));
@@ -228,8 +213,10 @@ void TLayerRow::contextMenuEvent(QContextMenuEvent* event) {
 
 bool TLayerRow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == FNameEditor && FNameEditor->isVisible()) {
-        if (event->type() == QEvent::FocusOut)
-            EndRename(false);
+        const bool hasPopup = event->type() == QEvent::FocusOut && static_cast<QFocusEvent*>(event)->reason() ==
+                                                                       Qt::PopupFocusReason; // the editor's own menu
+        if (event->type() == QEvent::FocusOut && !hasPopup)
+            EndRename(true);
         if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
             EndRename(false);
             setFocus();

@@ -30,7 +30,7 @@ public:
     lmx::TBaseMapLayer* GetLayer() const { return FLayer.Get(); } ///< nil once it is gone
     void SetSelected(bool selected);
     void SetOpen(bool open);
-    /// Edits the name in the heading: Enter keeps it, unless it is empty; Escape and the loss of the focus do not.
+    /// Edits the name in the heading. Enter and the loss of the focus keep it, unless it is empty; Escape does not.
     void StartRename();
     /// The row and what is in it, in the order of the tab key.
     QList<QWidget*> TabChain() const;

@@ -28,6 +28,7 @@
 
 #include "ColorSchemes.h"
 #include "CursorReadout.h"
+#include "ElidedLabel.h"
 #include "FileKinds.h"
 #include "GaussianField.h"
 #include "LayersPanel.h"
@@ -58,7 +59,7 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
       FRulers(new lmx::TMapViewRulersPanelControl(this)),
       FHint(new QLabel(this)),
       FPlace(new QLabel(this)),
-      FValues(new QLabel(this)),
+      FValues(new TElidedLabel(this)),
       FReadout(new TCursorReadout(FView, FPlace, FValues)) {
     setWindowTitle(tr("Climate Viewer"));
     MakeMap();

@@ -17,6 +17,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollArea>
@@ -230,7 +231,12 @@ TEST_F(LayersPanel, ANameIsEditedInItsRow) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
     EXPECT_EQ(Manager->GetLayers().Count(), 4) << "the key is the editor's";
     Click(RowOf(QStringLiteral("low")));
-    EXPECT_EQ(Middle->GetLayerName(), QStringLiteral("rain")) << "the focus has gone";
+    EXPECT_EQ(Middle->GetLayerName(), QStringLiteral("rain")) << "the focus has gone from an empty name";
+    Click(RowOf(QStringLiteral("rain")));
+    Press(Qt::Key_F2);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("hail"));
+    Click(RowOf(QStringLiteral("low")));
+    EXPECT_EQ(Middle->GetLayerName(), QStringLiteral("hail")) << "the focus has gone from a name";
 
     TLayerRow* high = RowOf(QStringLiteral("high"));
     QTest::mouseDClick(high, Qt::LeftButton, {}, Heading(high));

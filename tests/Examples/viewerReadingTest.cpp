@@ -6,6 +6,7 @@
 #include <lmx/Controls/lmxMapControl.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Controls/lmxMapViewRuler.h>
+#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>

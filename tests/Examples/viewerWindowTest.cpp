@@ -332,6 +332,12 @@ TEST_F(ViewerWindow, IsNoTallerThanAScreenWithManyLayers) {
     EXPECT_EQ(Window.findChildren<QComboBox*>().size(), 10);
     EXPECT_LT(Window.minimumSizeHint().height(), 500);
     EXPECT_EQ(Window.height(), 500);
+    const QPointF position = PositionOf(10, 10);
+    QMouseEvent move(QEvent::MouseMove, position, View().mapToGlobal(position), Qt::NoButton, Qt::NoButton, {});
+    QCoreApplication::sendEvent(&View(), &move);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Window.width(), 900) << "nor wider, with a value of each in the status bar";
+    EXPECT_LT(Window.minimumSizeHint().width(), 900);
 }
 
 } // namespace
