@@ -203,9 +203,10 @@ using TSizedMaker = std::function<std::shared_ptr<IBaseColorCalculator>(int coun
 
 std::shared_ptr<IGradient> BlackAndWhite(int count, bool random) {
     std::mt19937 engine(2);
+    std::uniform_real_distribution<double> place(0, 1);
     std::vector<TColorStop> stops;
     for (int i = 0; i < count; ++i)
-        stops.push_back({random ? engine() / 0x1p32 : i / (count - 1.0), i % 2 ? 0xFFFFFFFFU : 0xFF000000U});
+        stops.push_back({random ? place(engine) : i / (count - 1.0), i % 2 ? 0xFFFFFFFFU : 0xFF000000U});
     return TGradientFactory::GetObject(stops);
 }
 
@@ -216,12 +217,13 @@ std::shared_ptr<IBaseColorCalculator> Stops(int count, bool random) {
 /// Classes of any bounds in any order, of which some gaps remain.
 std::shared_ptr<IBaseColorCalculator> OverlappingClasses(int count) {
     std::mt19937 engine(3);
+    std::uniform_real_distribution<double> place(Lowest, Highest);
+    std::uniform_real_distribution<double> width(0, 2.0 * (Highest - Lowest) / count);
     const auto classes = TColorClassesFactory::GetObject();
     for (int i = 0; i < count; ++i) {
-        const double min = Lowest + (Highest - Lowest) * (engine() / 0x1p32);
-        const double width = 2 * (Highest - Lowest) / count * (engine() / 0x1p32);
+        const double min = place(engine);
         classes->GetClasses().Add(std::make_unique<TColorClass>(QString(), static_cast<float>(min),
-                                                                static_cast<float>(min + width),
+                                                                static_cast<float>(min + width(engine)),
                                                                 0xFF000000U + static_cast<TColor32>(i) * 70001));
     }
     return TColorClassCalculatorFactory::GetObject(classes);
