@@ -12,6 +12,7 @@
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Formats/Idrisi/lmxVectorData.h>
 #include <lmx/Formats/Idrisi/lmxVectorHeader.h>
+#include <lmx/Formats/Shapes/lmxDBFReader.h>
 #include <lmx/Formats/Shapes/lmxRecordNumbers.h>
 #include <lmx/Formats/Shapes/lmxShapeKind.h>
 #include <lmx/Formats/Shapes/lmxShapePointConverter.h>

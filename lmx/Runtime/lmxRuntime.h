@@ -4,6 +4,7 @@
 
 #include <lmx/Runtime/lmxAnchors.h>
 #include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxCores.h>
 #include <lmx/Runtime/lmxDictionary.h>
 #include <lmx/Runtime/lmxEvent.h>
 #include <lmx/Runtime/lmxEventList.h>
@@ -14,6 +15,7 @@
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <lmx/Runtime/lmxGeometry.h>
 #include <lmx/Runtime/lmxLifetime.h>
+#include <lmx/Runtime/lmxMemory.h>
 #include <lmx/Runtime/lmxNullable.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxObjectList.h>
