@@ -10,6 +10,7 @@
 #include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
 #include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
 #include <lmx/Controls/Legend/lmxMapViewPaletteValueControl.h>
+#include <lmx/Controls/Legend/lmxMapViewShapeExplorerControl.h>
 #include <lmx/Controls/Legend/lmxPaletteLegendControl.h>
 #include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
@@ -18,6 +19,7 @@
 #include <lmx/Controls/lmxMapViewAssets.h>
 #include <lmx/Controls/lmxMapViewCompositor.h>
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
 #include <lmx/Controls/lmxMapViewRuler.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
 #include <lmx/Controls/lmxMapViewTypes.h>
