@@ -164,7 +164,7 @@ void CutOut(const TColor32* colors, std::span<const std::uint8_t> cookies, TColo
 }
 
 /// Rows first .. end - 1 of the same picture from colours that are known in advance.
-void RenderStepRows(TBlockReader reader, const TColorTable& table, std::int32_t first, std::int32_t end,
+void RenderTableRows(TBlockReader reader, const TColorTable& table, std::int32_t first, std::int32_t end,
                     TBitmap32& image) {
     TColor32 colors[TColorTable::BlockSize];
     constexpr auto BlockSize = static_cast<std::int32_t>(TColorTable::BlockSize);
@@ -178,17 +178,17 @@ void RenderStepRows(TBlockReader reader, const TColorTable& table, std::int32_t 
     }
 }
 
-void RenderSteps(const ICookieData& cookie, const IMapData& data, const TColorTable& table, TBitmap32& image) {
+void RenderTable(const ICookieData& cookie, const IMapData& data, const TColorTable& table, TBitmap32& image) {
     const std::int32_t width = image.GetWidth();
     const std::int32_t height = image.GetHeight();
     if (TRowBands::Pays(height, width)) {
         const TKnownRows rows(cookie, data);
         if (rows.IsComplete())
             return TRowBands::Run(height, width, [&](std::int32_t first, std::int32_t end) {
-                RenderStepRows(TBlockReader(cookie, data, rows, width, height), table, first, end, image);
+                RenderTableRows(TBlockReader(cookie, data, rows, width, height), table, first, end, image);
             });
     }
-    RenderStepRows(TBlockReader(cookie, data), table, 0, height, image);
+    RenderTableRows(TBlockReader(cookie, data), table, 0, height, image);
 }
 
 std::shared_ptr<const TColorTable> TableOf(const IBaseColorCalculator& colorCalc, const TLayerOpacity& opacity) {

@@ -42,7 +42,7 @@ struct ShapeExplorer : testing::Test {
 };
 
 TEST_F(ShapeExplorer, ShowsAllRecordsButTheLast) {
-    Explorer.Load(Write(Records(10).Bytes()));
+    Explorer.Load(Write(Records(10).File()));
     EXPECT_EQ(Explorer.GetGrid()->GetRowCount(), 9);
     EXPECT_EQ(Heading(0), "NAME");
     EXPECT_EQ(Heading(1), "N");
@@ -53,22 +53,22 @@ TEST_F(ShapeExplorer, ShowsAllRecordsButTheLast) {
 
 TEST_F(ShapeExplorer, OneRecordOrNoneShowsTheHeadingAlone) {
     for (const int count : {0, 1}) {
-        Explorer.Load(Write(Records(count).Bytes()));
+        Explorer.Load(Write(Records(count).File()));
         EXPECT_EQ(Explorer.GetGrid()->GetRowCount(), 0) << count;
         EXPECT_EQ(Heading(1), "N");
     }
 }
 
 TEST_F(ShapeExplorer, AnotherTableTakesThePlaceOfTheFirst) {
-    Explorer.Load(Write(Records(10).Bytes()));
-    Explorer.Load(Write(TTableBytes(3, 0).Field("ONLY", 'C', 1).Record("a").Record("b").Bytes()));
+    Explorer.Load(Write(Records(10).File()));
+    Explorer.Load(Write(TTableBytes(3, 0).Field("ONLY", 'C', 1).Record("a").Record("b").File()));
     EXPECT_EQ(Explorer.GetGrid()->model()->columnCount(), 1);
     EXPECT_EQ(Explorer.GetGrid()->GetRowCount(), 1);
     EXPECT_EQ(Text(0, 0), "a");
 }
 
 TEST_F(ShapeExplorer, AFailureLeavesWhatWasShown) {
-    Explorer.Load(Write(Records(3).Bytes()));
+    Explorer.Load(Write(Records(3).File()));
     const QString damaged = Folder.filePath("damaged.dbf");
     WriteFile(damaged, "no table");
     EXPECT_THROW(Explorer.Load(damaged), EFileFormatException);
@@ -78,7 +78,7 @@ TEST_F(ShapeExplorer, AFailureLeavesWhatWasShown) {
 }
 
 TEST_F(ShapeExplorer, ItsPaintReadsTheRowsThatAreSeen) {
-    Explorer.Load(Write(Records(500).Bytes()));
+    Explorer.Load(Write(Records(500).File()));
     Explorer.resize(300, 120);
     const QImage picture = tests::PictureOf(Explorer);
     EXPECT_FALSE(picture.isNull());
