@@ -1,9 +1,15 @@
 // What colouring a large raster costs, as a part of the speed at which the same floats are copied. Each calculator of
 // the library should reach 0.2 of it; the plain loop that asks the calculator for each cell stands beside it. Classes
 // and gradients in parts should be as fast as one gradient: up to 32 of them, wherever their bounds lie.
+//
+// With the argument "sizes" alone: what a cell costs with 1,000 and 100,000 stops, classes, parts or palette entries,
+// as a multiple of what it costs with a few (at most 4 and 50); what preparing them costs, as a multiple of sorting as
+// many floats; and what a change of a layer's opacity costs, as a multiple of colouring (at most 1.3).
 
 #include <benchmarks/Measuring.h>
 #include <lmx/Climate/lmxSpatialConst.h>
+#include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
+#include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
 #include <lmx/Colour/lmxColorClassCalculator.h>
@@ -13,6 +19,8 @@
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
 
 #include <algorithm>
 #include <cmath>
@@ -22,6 +30,7 @@
 #include <iostream>
 #include <memory>
 #include <random>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -188,9 +197,138 @@ void CompareWithTheGradient(const std::string& rasterName, const std::vector<flo
     }
 }
 
+// --- What more of everything costs -----------------------------------------------------------------------------------
+
+using TSizedMaker = std::function<std::shared_ptr<IBaseColorCalculator>(int count)>;
+
+std::shared_ptr<IGradient> BlackAndWhite(int count, bool random) {
+    std::mt19937 engine(2);
+    std::vector<TColorStop> stops;
+    for (int i = 0; i < count; ++i)
+        stops.push_back({random ? engine() / 0x1p32 : i / (count - 1.0), i % 2 ? 0xFFFFFFFFU : 0xFF000000U});
+    return TGradientFactory::GetObject(stops);
+}
+
+std::shared_ptr<IBaseColorCalculator> Stops(int count, bool random) {
+    return TGradientColorCalculatorFactory::GetObject(Lowest, Highest, 0xFF808080U, BlackAndWhite(count, random));
+}
+
+/// Classes of any bounds in any order, of which some gaps remain.
+std::shared_ptr<IBaseColorCalculator> OverlappingClasses(int count) {
+    std::mt19937 engine(3);
+    const auto classes = TColorClassesFactory::GetObject();
+    for (int i = 0; i < count; ++i) {
+        const double min = Lowest + (Highest - Lowest) * (engine() / 0x1p32);
+        const double width = 2 * (Highest - Lowest) / count * (engine() / 0x1p32);
+        classes->GetClasses().Add(std::make_unique<TColorClass>(QString(), static_cast<float>(min),
+                                                                static_cast<float>(min + width),
+                                                                0xFF000000U + static_cast<TColor32>(i) * 70001));
+    }
+    return TColorClassCalculatorFactory::GetObject(classes);
+}
+
+std::shared_ptr<IBaseColorCalculator> PlainParts(int count) {
+    const std::vector<float> bounds = Bounds(count, false);
+    std::vector<std::shared_ptr<IGradientColorCalculator>> parts;
+    for (std::size_t i = 0; i + 1 < bounds.size(); ++i)
+        parts.push_back(TGradientColorCalculatorFactory::GetObject(bounds[i], bounds[i + 1], BlackAndWhite(2, false)));
+    return TMultipartGradientColorCalculatorFactory::GetObject(Lowest, Highest, parts);
+}
+
+/// Best times of a render, of one that asks for each of the cells, and of preparing for the first.
+struct TSizeTimes {
+    TBestTime Render;
+    TBestTime CellByCell;
+    TBestTime Preparation;
+
+    void Measure(const IBaseColorCalculator& calculator, const std::function<void(const IBaseColorCalculator&)>& render,
+                 const std::function<void(const IBaseColorCalculator&)>& renderFew) {
+        Preparation.Measure(
+            [&] { dynamic_cast<const TStepwiseColorCalculator&>(calculator).GetColorTable(TLayerOpacity(0.8F)); });
+        Render.Measure([&] { render(calculator); });
+        CellByCell.Measure([&] { renderFew(TPlainCalculator(calculator.Clone())); });
+    }
+};
+
+TBestTime SortingTime(int count) {
+    std::mt19937 engine(4);
+    std::vector<float> floats(static_cast<std::size_t>(count));
+    TBestTime best;
+    for (int i = 0; i < 5; ++i) {
+        std::generate(floats.begin(), floats.end(), [&] { return static_cast<float>(engine()); });
+        best.Measure([&] { std::sort(floats.begin(), floats.end()); });
+    }
+    return best;
+}
+
+/// Measures the few and the many in turns.
+void CompareSizes(const std::string& name, const TIdrisiImageMapData& data, const TIdrisiImageMapData& few,
+                  int smallCount, const TSizedMaker& maker) {
+    const auto renderer = TBitmap32RasterRendererFactory::GetObject();
+    TBitmap32 bitmap(data.GetWidth(), data.GetHeight());
+    TBitmap32 fewCells(few.GetWidth(), few.GetHeight());
+    const auto render = [&](const IBaseColorCalculator& c) { renderer->Render(&data, &data, 0.8F, &c, &bitmap); };
+    const auto renderFew = [&](const IBaseColorCalculator& c) { renderer->Render(&few, &few, 0.8F, &c, &fewCells); };
+    for (const int count : {1000, 100000}) {
+        TSizeTimes small;
+        TSizeTimes large;
+        for (int i = 0; i < 5; ++i) {
+            small.Measure(*maker(smallCount), render, renderFew);
+            large.Measure(*maker(count), render, renderFew);
+        }
+        std::cout << std::left << std::setw(36) << name << std::right << std::setw(7) << count << " against "
+                  << std::setw(2) << smallCount << std::fixed << std::setprecision(2) << std::setw(7)
+                  << large.Render / small.Render << " times a cell, " << std::setw(6)
+                  << large.CellByCell / small.CellByCell << " asked for alone; prepared in " << std::setw(6)
+                  << large.Preparation / SortingTime(count) << " times sorting\n";
+    }
+}
+
+void CompareAllSizes(const std::string& rasterName, const std::vector<float>& cells) {
+    const TMemoryImage image(cells);
+    const TIdrisiImageMapData data(&image, true);
+    TMemoryImage fewImage(cells);
+    fewImage.getHeader()->SetHeight(Height / 8);
+    const TIdrisiImageMapData few(&fewImage, true);
+    const auto compare = [&](const char* name, int smallCount, const TSizedMaker& maker) {
+        CompareSizes(rasterName + ", " + name, data, few, smallCount, maker);
+    };
+    compare("stops", 6, [](int count) { return Stops(count, false); });
+    compare("stops anywhere", 6, [](int count) { return Stops(count, true); });
+    compare("classes", 8, [](int count) { return Classes(count, false); });
+    compare("classes of doubling width", 8, [](int count) { return Classes(count, true); });
+    compare("overlapping classes", 8, OverlappingClasses);
+    compare("parts of 2 stops", 8, PlainParts);
+    compare("parts of 6 stops", 8, [](int count) { return Parts(count, false); });
+    compare("palette", 16, Palette);
+}
+
+/// A change of a layer's opacity beside colouring alone, for the same opacities in turns.
+void CompareOpacity(const std::string& rasterName, const std::vector<float>& cells, const TMaker& gradient) {
+    TMemoryImage image(cells);
+    const TIdrisiImageMapData data(&image, true);
+    const auto manager = TLayerManagerFactory::GetObject();
+    TIdrisiMapLayer layer(manager);
+    layer.SetImage(&image);
+    layer.SetColorCalc(gradient());
+    layer.Render();
+    const auto renderer = TBitmap32RasterRendererFactory::GetObject();
+    const std::shared_ptr<IBaseColorCalculator> calculator = gradient();
+    TBitmap32 bitmap(Width, Height);
+    TBestTime change;
+    TBestTime colouring;
+    for (std::uint8_t opacity = 200; opacity < 230; ++opacity) {
+        colouring.Measure(
+            [&] { renderer->Render(&data, &data, static_cast<float>(opacity / 255.0), calculator.get(), &bitmap); });
+        change.Measure([&] { layer.SetOpacity(opacity); });
+    }
+    std::cout << rasterName << ", a change of opacity: " << std::fixed << std::setprecision(2) << change / colouring
+              << " times colouring\n";
+}
+
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
     const TMaker gradient = [] {
         return TGradientColorCalculatorFactory::GetObject(Lowest, Highest, 0xFF808080U, Gradient());
     };
@@ -200,6 +338,12 @@ int main() {
         {"palette of 256 entries", Palette(256)}};
     const std::pair<const char*, std::vector<float>> rasters[] = {{"smooth", SmoothCells()}, {"random", RandomCells()}};
     std::cout << Width << " x " << Height << " cells\n";
+    for (const auto& [rasterName, cells] : rasters) {
+        CompareAllSizes(rasterName, cells);
+        CompareOpacity(rasterName, cells, gradient);
+    }
+    if (argc > 1 && std::string_view(argv[1]) == "sizes")
+        return 0;
     for (const auto& [rasterName, cells] : rasters) {
         for (const auto& [name, calculator] : calculators) {
             const std::string title = std::string(rasterName) + ", " + name;

@@ -22,6 +22,6 @@ need() {
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev qt6-qpa-plugins libpugixml-dev libproj-dev proj-data libgl-dev libxkbcommon-dev fonts-dejavu-core)
+BUILD_PACKAGES=(g++ mold cmake ninja-build qt6-base-dev qt6-qpa-plugins libpugixml-dev libproj-dev proj-data libgl-dev libxkbcommon-dev fonts-dejavu-core)
 TEST_PACKAGES=(libgtest-dev libgmock-dev xvfb xauth)
-FUZZ_PACKAGES=(clang libclang-rt-dev)
+CLANG_PACKAGES=(clang libclang-rt-dev)

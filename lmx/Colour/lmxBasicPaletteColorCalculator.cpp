@@ -104,4 +104,10 @@ TBasicPaletteColorCalculatorFactory::GetObject(const TValueRange& range, std::sp
                                                           reserveFirstColorForNoData);
 }
 
+std::shared_ptr<IBasicPaletteColorCalculator>
+TBasicPaletteColorCalculatorFactory::GetObject(const TValueRange& range, std::initializer_list<TColorKeyItem> items,
+                                               bool reserveFirstColorForNoData) {
+    return GetObject(range, std::span<const TColorKeyItem>(items), reserveFirstColorForNoData);
+}
+
 } // namespace lmx

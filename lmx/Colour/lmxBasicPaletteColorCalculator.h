@@ -5,6 +5,7 @@
 #include <lmx/Colour/lmxValueRange.h>
 #include <lmx/Runtime/lmxExport.h>
 
+#include <initializer_list>
 #include <memory>
 #include <span>
 
@@ -45,6 +46,8 @@ public:
     /// A calculator with a new key made of the items. The ends of the range are rounded to 32-bit floats.
     static std::shared_ptr<IBasicPaletteColorCalculator>
     GetObject(const TValueRange& range, std::span<const TColorKeyItem> items, bool reserveFirstColorForNoData);
+    static std::shared_ptr<IBasicPaletteColorCalculator>
+    GetObject(const TValueRange& range, std::initializer_list<TColorKeyItem> items, bool reserveFirstColorForNoData);
 };
 
 } // namespace lmx

@@ -1,6 +1,6 @@
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
 
-#include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
+#include <lmx/Colour/Steps/Private/lmxColorTable.h>
 #include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Colour/lmxBaseColorCalculator.h>
@@ -87,8 +87,8 @@ private:
     const IMapData& FData;
     const IRasterRows* FCookieRows;
     const IRasterRows* FDataRows;
-    std::uint8_t FAskedCookies[TColorStepTable::BlockSize] = {};
-    float FAskedValues[TColorStepTable::BlockSize] = {};
+    std::uint8_t FAskedCookies[TColorTable::BlockSize] = {};
+    float FAskedValues[TColorTable::BlockSize] = {};
     std::span<const std::uint8_t> FCookies;
     std::span<const float> FValues;
     std::span<const float> FNextValues;
@@ -116,10 +116,10 @@ void CutOut(const TColor32* colors, std::span<const std::uint8_t> cookies, TColo
 }
 
 /// The same picture from colours that are known in advance.
-void RenderSteps(const ICookieData& cookie, const IMapData& data, const TColorStepTable& table, TBitmap32& image) {
+void RenderTable(const ICookieData& cookie, const IMapData& data, const TColorTable& table, TBitmap32& image) {
     TBlockReader reader(cookie, data);
-    TColor32 colors[TColorStepTable::BlockSize];
-    constexpr auto BlockSize = static_cast<std::int32_t>(TColorStepTable::BlockSize);
+    TColor32 colors[TColorTable::BlockSize];
+    constexpr auto BlockSize = static_cast<std::int32_t>(TColorTable::BlockSize);
     for (std::int32_t y = 0; y < image.GetHeight(); ++y) {
         for (std::int32_t x = 0; x < image.GetWidth(); x += BlockSize) {
             const auto count = static_cast<std::size_t>(std::min(BlockSize, image.GetWidth() - x));
@@ -130,7 +130,7 @@ void RenderSteps(const ICookieData& cookie, const IMapData& data, const TColorSt
     }
 }
 
-std::shared_ptr<const TColorStepTable> TableOf(const IBaseColorCalculator& colorCalc, const TLayerOpacity& opacity) {
+std::shared_ptr<const TColorTable> TableOf(const IBaseColorCalculator& colorCalc, const TLayerOpacity& opacity) {
     const auto* stepwise = dynamic_cast<const TStepwiseColorCalculator*>(&colorCalc);
     return stepwise ? stepwise->GetColorTable(opacity) : nullptr;
 }
@@ -154,8 +154,8 @@ void TBitmap32RasterRenderer::Render(const ICookieData* cookie, const IMapData* 
     if (cookie->GetWidth() != image->GetWidth() || cookie->GetHeight() != image->GetHeight())
         throw EArgumentException(QStringLiteral("Cookie and Image size does not match"));
     const TLayerOpacity layerOpacity(opacity);
-    if (const std::shared_ptr<const TColorStepTable> table = TableOf(*colorCalc, layerOpacity))
-        RenderSteps(*cookie, *data, *table, *image);
+    if (const std::shared_ptr<const TColorTable> table = TableOf(*colorCalc, layerOpacity))
+        RenderTable(*cookie, *data, *table, *image);
     else
         RenderCells(*cookie, *data, layerOpacity, *colorCalc, *image);
 }

@@ -1,33 +1,15 @@
 #include <lmx/Colour/lmxColorClassCalculator.h>
 
+#include <lmx/Colour/Private/lmxColorClassIndex.h>
+#include <lmx/Colour/Steps/Private/lmxLatestResult.h>
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
 #include <utility>
-#include <vector>
 
 namespace lmx {
 
 namespace {
-
-constexpr float Infinity = std::numeric_limits<float>::infinity();
-constexpr int MostClasses = 2000; ///< for more, asking at each edge costs more than asking for each cell
-
-/// Values at which a colour can change: each bound of a class and the next value above it. Ascending; the first is
-/// minus infinity.
-std::vector<float> EdgesOf(const TObjectList<TColorClass>& classes) {
-    std::vector<float> edges = {-Infinity};
-    for (const TColorClass* item : classes)
-        for (float bound : {item->GetMinValue(), item->GetMaxValue()})
-            if (!std::isnan(bound))
-                edges.insert(edges.end(), {bound, std::nextafter(bound, Infinity)});
-    std::sort(edges.begin(), edges.end());
-    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
-    return edges;
-}
 
 class TColorClassCalculator final : public IColorClassCalculator, public TStepwiseColorCalculator {
 public:
@@ -57,19 +39,26 @@ public:
     }
 
 private:
+    /// All that the colours depend on.
+    struct TSource {
+        std::shared_ptr<const TColorClassIndex> Index;
+        TOutOfRangePolicy Policy;
+
+        friend bool operator==(const TSource&, const TSource&) = default;
+    };
+
     std::shared_ptr<IColorClasses> FColorClasses;
     TOutOfRangePolicy FOutOfRangePolicy = TOutOfRangePolicy::orpReturnNil;
+    mutable TLatestResult<TSource, std::shared_ptr<const TColorSteps>> FSteps;
 };
 
-// From one edge to the next every comparison with a bound has one outcome, so the edge speaks for all values there.
 std::shared_ptr<const TColorSteps> TColorClassCalculator::GetColorSteps() const {
-    if (!FColorClasses || !TColorClassesFactory::IsMaker(*FColorClasses) ||
-        FColorClasses->GetClasses().Count() > MostClasses)
+    const auto* classes = dynamic_cast<const IIndexedColorClasses*>(FColorClasses.get());
+    if (!classes)
         return nullptr;
-    TColorSteps steps(GetColor(std::numeric_limits<float>::quiet_NaN()));
-    for (float edge : EdgesOf(FColorClasses->GetClasses()))
-        steps.Add(edge, GetColor(edge));
-    return std::make_shared<const TColorSteps>(std::move(steps));
+    const TSource source = {classes->GetIndex(), FOutOfRangePolicy};
+    return FSteps.Get(source,
+                      [&] { return std::make_shared<const TColorSteps>(source.Index->GetColorSteps(source.Policy)); });
 }
 
 } // namespace
@@ -93,6 +82,15 @@ std::shared_ptr<IColorClassCalculator> TColorClassCalculatorFactory::GetObject(s
 std::shared_ptr<IColorClassCalculator>
 TColorClassCalculatorFactory::GetObject(std::span<const TColorClass* const> classes) {
     return GetObject(TColorClassesFactory::GetObject(classes));
+}
+
+std::shared_ptr<IColorClassCalculator>
+TColorClassCalculatorFactory::GetObject(std::initializer_list<TColorClass> classes) {
+    return GetObject(TColorClassesFactory::GetObject(classes));
+}
+
+std::shared_ptr<IColorClassCalculator> TColorClassCalculatorFactory::GetObject(std::nullptr_t) {
+    return GetObject();
 }
 
 } // namespace lmx

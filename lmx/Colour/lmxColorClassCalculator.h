@@ -4,6 +4,8 @@
 #include <lmx/Colour/lmxColorClassList.h>
 #include <lmx/Runtime/lmxExport.h>
 
+#include <cstddef>
+#include <initializer_list>
 #include <memory>
 #include <span>
 
@@ -37,6 +39,10 @@ public:
 
     /// A new list with copies of the classes.
     static std::shared_ptr<IColorClassCalculator> GetObject(std::span<const TColorClass* const> classes);
+    static std::shared_ptr<IColorClassCalculator> GetObject(std::initializer_list<TColorClass> classes);
+
+    /// No classes.
+    static std::shared_ptr<IColorClassCalculator> GetObject(std::nullptr_t);
 };
 
 } // namespace lmx

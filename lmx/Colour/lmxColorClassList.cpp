@@ -1,6 +1,8 @@
 #include <lmx/Colour/lmxColorClassList.h>
 
+#include <lmx/Colour/Private/lmxColorClassIndex.h>
 #include <lmx/Graphics/lmxColorText.h>
+#include <lmx/Runtime/Private/lmxKeptResult.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -9,6 +11,7 @@
 
 #include <QStringList>
 
+#include <atomic>
 #include <utility>
 
 namespace lmx {
@@ -50,17 +53,15 @@ qsizetype ScanClass(const QString& text, qsizetype position) {
     return end < 0 ? 0 : end + 2 - position;
 }
 
-class TColorClasses final : public IColorClasses {
+class TColorClasses final : public IColorClasses, public IIndexedColorClasses {
 public:
     TObjectList<TColorClass>& GetClasses() override { return FColorClasses; }
+    const TObjectList<TColorClass>& GetClasses() const override { return FColorClasses; }
 
     TColorClass* GetClass(TOutOfRangePolicy policy, float value) const override {
-        for (TColorClass* item : FColorClasses)
-            if (item->InRange(value))
-                return item;
-        return policy == TOutOfRangePolicy::orpClosestMatch && !FColorClasses.IsEmpty() ? GetOuterClass(value)
-                                                                                        : nullptr;
+        return GetKeptIndex()->GetClass(policy, value);
     }
+    std::shared_ptr<const TColorClassIndex> GetIndex() const override { return GetKeptIndex(); }
 
     QString Serialize() const override {
         const std::vector<const TColorClass*> classes(FColorClasses.begin(), FColorClasses.end());
@@ -74,23 +75,19 @@ public:
     }
 
 private:
-    TColorClass* GetOuterClass(float value) const;
+    using TIndex = std::shared_ptr<const TColorClassIndex>;
+
+    const TIndex& GetKeptIndex() const;
 
     TObjectList<TColorClass> FColorClasses;
+    mutable TKeptResult<TIndex> FIndex;
 };
 
-TColorClass* TColorClasses::GetOuterClass(float value) const {
-    TColorClass* lowest = FColorClasses[0];
-    TColorClass* highest = lowest;
-    for (TColorClass* item : FColorClasses) {
-        if (item->GetMinValue() < lowest->GetMinValue())
-            lowest = item;
-        if (item->GetMaxValue() > highest->GetMaxValue())
-            highest = item;
-    }
-    if (!(value > lowest->GetMinValue())) // also where one of the two is no number
-        return lowest;
-    return value >= highest->GetMaxValue() ? highest : nullptr;
+const TColorClasses::TIndex& TColorClasses::GetKeptIndex() const {
+    const std::uint64_t changes = FColorClasses.GetChangeCount() + TColorClass::GetChangeCount();
+    return FIndex.Get(
+        changes, [&] { return std::make_shared<const TColorClassIndex>(FColorClasses); },
+        [&](const TIndex& index) { return index->IsOf(FColorClasses); });
 }
 
 const TColorClass& NotNil(const TColorClass* source) {
@@ -102,6 +99,28 @@ const TColorClass& NotNil(const TColorClass* source) {
 } // namespace
 
 TColorClass::TColorClass(const TColorClass* source) : TColorClass(NotNil(source)) {}
+
+TColorClass& TColorClass::operator=(const TColorClass& other) {
+    FName = other.FName;
+    SetMinValue(other.FMinValue);
+    SetMaxValue(other.FMaxValue);
+    SetColor(other.FColor);
+    return *this;
+}
+
+namespace {
+
+std::atomic<std::uint64_t> ChangeCount = 0;
+
+} // namespace
+
+std::uint64_t TColorClass::GetChangeCount() {
+    return ChangeCount.load(std::memory_order_relaxed);
+}
+
+void TColorClass::CountChange() {
+    ChangeCount.fetch_add(1, std::memory_order_relaxed);
+}
 
 QString TColorClass::GetLabel() const {
     return Trim(FName).isEmpty() ? GetRange().ToString() : FName;
@@ -123,9 +142,9 @@ void TColorClass::DeSerialize(const QString& text) {
     const qsizetype third = ExpectColonAfter(text, second + 1);
     Expect(text, third + 1 + ColorTextLength, u')');
     FName = text.sliced(2, nameLength - 2);
-    FMinValue = StrToSingle(text.sliced(first, second - first - 1));
-    FMaxValue = StrToSingle(text.sliced(second, third - second - 1));
-    FColor = StringToColor32(text.sliced(third, ColorTextLength));
+    SetMinValue(StrToSingle(text.sliced(first, second - first - 1)));
+    SetMaxValue(StrToSingle(text.sliced(second, third - second - 1)));
+    SetColor(StringToColor32(text.sliced(third, ColorTextLength)));
 }
 
 QString SerializeColorClasses(std::span<const TColorClass* const> classes) {
@@ -160,8 +179,15 @@ std::shared_ptr<IColorClasses> TColorClassesFactory::GetObject() {
 std::shared_ptr<IColorClasses> TColorClassesFactory::GetObject(const std::shared_ptr<IColorClasses>& source) {
     if (!source)
         throw EExArgumentNilException(QStringLiteral("TColorClassesFactory.GetObject"), QStringLiteral("source"));
-    const std::vector<const TColorClass*> classes(source->GetClasses().begin(), source->GetClasses().end());
-    return GetObject(classes);
+    const TObjectList<TColorClass>& classes = source->GetClasses();
+    return GetObject(std::vector<const TColorClass*>(classes.begin(), classes.end()));
+}
+
+std::shared_ptr<IColorClasses> TColorClassesFactory::GetObject(std::initializer_list<TColorClass> classes) {
+    auto list = std::make_shared<TColorClasses>();
+    for (const TColorClass& item : classes)
+        list->GetClasses().Add(std::make_unique<TColorClass>(item));
+    return list;
 }
 
 std::shared_ptr<IColorClasses> TColorClassesFactory::GetObject(std::span<const TColorClass* const> classes) {

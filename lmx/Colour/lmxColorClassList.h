@@ -7,6 +7,8 @@
 
 #include <QString>
 
+#include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <span>
 #include <vector>
@@ -31,15 +33,26 @@ public:
     /// A copy.
     /// @throws EExArgumentNilException if `source` is nil.
     explicit TColorClass(const TColorClass* source);
+    TColorClass(const TColorClass&) = default;
+    TColorClass& operator=(const TColorClass& other);
 
     const QString& GetName() const { return FName; } ///< the label, possibly empty
     void SetName(const QString& name) { FName = name; }
     float GetMinValue() const { return FMinValue; }
-    void SetMinValue(float value) { FMinValue = value; }
+    void SetMinValue(float value) {
+        FMinValue = value;
+        CountChange();
+    }
     TColor32 GetColor() const { return FColor; }
-    void SetColor(TColor32 color) { FColor = color; }
+    void SetColor(TColor32 color) {
+        FColor = color;
+        CountChange();
+    }
     float GetMaxValue() const { return FMaxValue; }
-    void SetMaxValue(float value) { FMaxValue = value; }
+    void SetMaxValue(float value) {
+        FMaxValue = value;
+        CountChange();
+    }
 
     /// `min <= value <= max`. Never true where one of the three is no number.
     bool InRange(float value) const { return FMinValue <= value && value <= FMaxValue; }
@@ -61,7 +74,13 @@ public:
     /// @throws EConvertError for an invalid bound or colour.
     void DeSerialize(const QString& text);
 
+    /// How often any class got another bound or colour: whoever keeps something made of many classes looks them through
+    /// only after such a change.
+    static std::uint64_t GetChangeCount();
+
 private:
+    static void CountChange();
+
     QString FName;
     float FMinValue = 0;
     TColor32 FColor = 0;
@@ -75,11 +94,13 @@ public:
 
     /// The list itself, for reading and changing. Nobody is told of a change.
     virtual TObjectList<TColorClass>& GetClasses() = 0;
+    virtual const TObjectList<TColorClass>& GetClasses() const = 0;
 
     /// The first class that contains the value. Where there is none, orpClosestMatch gives a value at or below the
     /// lowest minimum the class of that minimum, and a value at or above the highest maximum the class of that maximum
     /// (the first such class in list order). Everything else is null: also a value in a gap between two classes.
     /// A value that is no number has the lowest minimum as its closest match. The class is lent by the list.
+    /// The classes are sorted after each change, at the first call, and then searched by halving.
     virtual TColorClass* GetClass(TOutOfRangePolicy policy, float value) const = 0;
 
     /// The text forms of the classes, joined by commas, without blanks; an empty text for an empty list.
@@ -110,6 +131,9 @@ public:
     /// Copies of the classes; the given ones stay with the caller.
     /// @throws EExArgumentNilException if one of them is nil.
     static std::shared_ptr<IColorClasses> GetObject(std::span<const TColorClass* const> classes);
+
+    /// Copies of the classes: `GetObject({{"Dry", 0, 50, 0xFF8B4513}, {"Wet", 50, 400, 0xFF0000FF}})`.
+    static std::shared_ptr<IColorClasses> GetObject(std::initializer_list<TColorClass> classes);
 
     /// A list read from its text form, as DeSerializeColorClasses reads it.
     static std::shared_ptr<IColorClasses> GetObject(const QString& text);

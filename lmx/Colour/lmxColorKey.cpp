@@ -43,6 +43,7 @@ public:
     explicit TColorKey(std::span<const TColorKeyItem> items) : FColors(items.begin(), items.end()) {}
 
     std::vector<TColorKeyItem>& GetColors() override { return FColors; }
+    const std::vector<TColorKeyItem>& GetColors() const override { return FColors; }
 
     QString Serialize() const override {
         QStringList texts;
@@ -109,6 +110,10 @@ std::shared_ptr<IColorKey> TColorKeyFactory::GetObject(const std::shared_ptr<ICo
 
 std::shared_ptr<IColorKey> TColorKeyFactory::GetObject(std::span<const TColorKeyItem> items) {
     return std::make_shared<TColorKey>(items);
+}
+
+std::shared_ptr<IColorKey> TColorKeyFactory::GetObject(std::initializer_list<TColorKeyItem> items) {
+    return GetObject(std::span<const TColorKeyItem>(items));
 }
 
 std::shared_ptr<IColorKey> TColorKeyFactory::GetObject(const QString& text) {

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <initializer_list>
 #include <memory>
 #include <span>
 #include <vector>
@@ -39,6 +40,7 @@ public:
 
     /// The list itself, for reading and changing. Nobody is told of a change.
     virtual std::vector<TColorKeyItem>& GetColors() = 0;
+    virtual const std::vector<TColorKeyItem>& GetColors() const = 0;
 
     /// The text forms of the items, joined by commas, without blanks; an empty text for an empty key.
     virtual QString Serialize() const = 0;
@@ -59,6 +61,7 @@ public:
     static std::shared_ptr<IColorKey> GetObject(const std::shared_ptr<IColorKey>& source);
 
     static std::shared_ptr<IColorKey> GetObject(std::span<const TColorKeyItem> items);
+    static std::shared_ptr<IColorKey> GetObject(std::initializer_list<TColorKeyItem> items);
 
     /// A key read from its text form, as IColorKey::DeSerialize reads it.
     static std::shared_ptr<IColorKey> GetObject(const QString& text);

@@ -6,6 +6,8 @@
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>
 
+#include <algorithm>
+
 namespace lmx {
 
 namespace {
@@ -22,6 +24,13 @@ std::uint8_t StringToComponent(const QString& text) {
     if (component < 0 || component > 255)
         throw EConvertError(u'\'' + text + QStringLiteral("' is not a valid color component"));
     return static_cast<std::uint8_t>(component);
+}
+
+/// The first piece that is no component is the one that is named.
+TColor32 PiecesToColor(const QStringList& pieces) {
+    std::uint8_t components[4];
+    std::transform(pieces.begin(), pieces.end(), components, StringToComponent);
+    return Color32(components[0], components[1], components[2], components[3]);
 }
 
 QString ColorToLine(TColor32 color) {
@@ -44,8 +53,7 @@ void TColorPalette::Load(const QString& fileName) {
     for (const QString& line : lines.sliced(1)) {
         const QStringList pieces = Split(line, u' ');
         if (pieces.size() == 4)
-            push_back(Color32(StringToComponent(pieces[0]), StringToComponent(pieces[1]), StringToComponent(pieces[2]),
-                              StringToComponent(pieces[3])));
+            push_back(PiecesToColor(pieces));
     }
 }
 

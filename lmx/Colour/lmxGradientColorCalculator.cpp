@@ -1,9 +1,11 @@
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 
+#include <lmx/Colour/Private/lmxRangeChanges.h>
 #include <lmx/Colour/Steps/Private/lmxGradientPosition.h>
 #include <lmx/Colour/Steps/Private/lmxGradientSteps.h>
 #include <lmx/Colour/Steps/Private/lmxLatestResult.h>
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
+#include <lmx/Graphics/Private/lmxSortedStops.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Graphics/lmxGradientSource.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -32,6 +34,17 @@ public:
 
     TColor32 GetColor(float value) const override;
     std::shared_ptr<const TColorSteps> GetColorSteps() const override;
+    std::shared_ptr<const TColorPieces> GetColorPieces() const override;
+    std::size_t GetStepLimit() const override;
+
+    void SetMinVal(float value) override {
+        TBaseMinMaxColorCalculator::SetMinVal(value);
+        TRangeChanges::Add();
+    }
+    void SetMaxVal(float value) override {
+        TBaseMinMaxColorCalculator::SetMaxVal(value);
+        TRangeChanges::Add();
+    }
 
     std::shared_ptr<IBaseColorCalculator> Clone() const override {
         return std::make_shared<TGradientColorCalculator>(GetMinVal(), GetMaxVal(), FDefaultColor, CopyOf(FGradient));
@@ -57,10 +70,17 @@ private:
     };
 
     TColor32 GetGradientColor(double position) const;
+    const IGradient* GetToldGradient() const;
+
+    /// What `make` gives of the gradient and its range, kept or new; for a collapsed range its last colour alone.
+    template<class Steps>
+    std::shared_ptr<const Steps> Get(TLatestResult<TSource, std::shared_ptr<const Steps>>& kept,
+                                     Steps (*make)(const TSortedStops&, float, float, TColor32)) const;
 
     std::shared_ptr<IGradient> FGradient;
     TColor32 FDefaultColor = 0;
     mutable TLatestResult<TSource, std::shared_ptr<const TColorSteps>> FSteps;
+    mutable TLatestResult<TSource, std::shared_ptr<const TColorPieces>> FPieces;
 };
 
 TColor32 TGradientColorCalculator::GetColor(float value) const {
@@ -70,17 +90,39 @@ TColor32 TGradientColorCalculator::GetColor(float value) const {
     return position >= 0 && position <= 1 ? GetGradientColor(position) : FDefaultColor;
 }
 
-std::shared_ptr<const TColorSteps> TGradientColorCalculator::GetColorSteps() const {
+/// The gradient, if its stops say all about the colours; else nil.
+const IGradient* TGradientColorCalculator::GetToldGradient() const {
     if (!FGradient || !TGradientFactory::IsMaker(*FGradient))
         return nullptr;
-    const bool isCollapsed = IsCollapsedRange(GetMinVal(), GetMaxVal());
-    if (!isCollapsed && !(std::isfinite(GetMinVal()) && std::isfinite(GetMaxVal())))
-        return nullptr;
-    return FSteps.Get({GetMinVal(), GetMaxVal(), FDefaultColor, FGradient->GetColorStops()}, [&] {
-        return std::make_shared<const TColorSteps>(
-            isCollapsed ? TColorSteps(FGradient->GetColor(1.0))
-                        : GradientColorSteps(*FGradient, GetMinVal(), GetMaxVal(), FDefaultColor));
+    const bool isFinite = std::isfinite(GetMinVal()) && std::isfinite(GetMaxVal());
+    return isFinite || IsCollapsedRange(GetMinVal(), GetMaxVal()) ? FGradient.get() : nullptr;
+}
+
+template<class Steps>
+std::shared_ptr<const Steps> TGradientColorCalculator::Get(TLatestResult<TSource, std::shared_ptr<const Steps>>& kept,
+                                                           Steps (*make)(const TSortedStops&, float, float,
+                                                                         TColor32)) const {
+    const TColorStops& stops = std::as_const(*FGradient).GetColorStops();
+    return kept.Get({GetMinVal(), GetMaxVal(), FDefaultColor, stops}, [&] {
+        return std::make_shared<const Steps>(IsCollapsedRange(GetMinVal(), GetMaxVal())
+                                                 ? Steps(FGradient->GetColor(1.0))
+                                                 : make(TSortedStops(stops), GetMinVal(), GetMaxVal(), FDefaultColor));
     });
+}
+
+std::shared_ptr<const TColorSteps> TGradientColorCalculator::GetColorSteps() const {
+    if (!GetToldGradient() || GetStepLimit() > MostGradientSteps)
+        return nullptr;
+    return Get(FSteps, &GradientColorSteps);
+}
+
+std::shared_ptr<const TColorPieces> TGradientColorCalculator::GetColorPieces() const {
+    return GetToldGradient() ? Get(FPieces, &GradientColorPieces) : nullptr;
+}
+
+std::size_t TGradientColorCalculator::GetStepLimit() const {
+    const IGradient* gradient = GetToldGradient();
+    return gradient ? GradientStepLimit(gradient->GetColorStops().size()) : 0;
 }
 
 TColor32 TGradientColorCalculator::GetGradientColor(double position) const {

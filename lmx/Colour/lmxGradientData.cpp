@@ -76,6 +76,7 @@ void AddStops(const TGradientGroup& group, double min, double max, std::vector<T
 class TGradientData final : public IGradientData {
 public:
     TObjectList<TGradientGroup>& GetGroups() override { return FGroups; }
+    const TObjectList<TGradientGroup>& GetGroups() const override { return FGroups; }
     QString GetFileName() const override { return FFileName; }
 
     QString SaveToText() const override { return ToDocument().ToText(); }
@@ -100,11 +101,11 @@ public:
     std::shared_ptr<IGradient> CreateGradient(double min, double max) const override {
         if (FGroups.IsEmpty())
             throw EGradientDataException(QStringLiteral("No color groups have been added"));
-        std::shared_ptr<IGradient> gradient = TGradientFactory::GetObject();
+        std::vector<TColorStop> stops;
         for (const TGradientGroup* group : FGroups)
             if (!LiesOutside(*group, min, max))
-                AddStops(*group, min, max, gradient->GetColorStops());
-        return gradient;
+                AddStops(*group, min, max, stops);
+        return TGradientFactory::GetObject(stops);
     }
 
 private:

@@ -84,6 +84,7 @@ public:
 
     /// The list itself, for reading and changing.
     virtual TObjectList<TGradientGroup>& GetGroups() = 0;
+    virtual const TObjectList<TGradientGroup>& GetGroups() const = 0;
     /// The file that the groups were loaded from; empty otherwise.
     virtual QString GetFileName() const = 0;
 

@@ -1,12 +1,16 @@
 #include <lmx/Colour/lmxMultipartGradient.h>
 
-#include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
+#include <lmx/Colour/Private/lmxRangeChanges.h>
 #include <lmx/Colour/Steps/Private/lmxLatestResult.h>
+#include <lmx/Colour/Steps/Private/lmxRangeIndex.h>
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
+#include <lmx/Runtime/Private/lmxKeptResult.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -17,7 +21,11 @@ namespace {
 
 constexpr float Infinity = std::numeric_limits<float>::infinity();
 
-using TParts = std::vector<std::shared_ptr<IGradientColorCalculator>>;
+using TPart = std::shared_ptr<IGradientColorCalculator>;
+
+const TStepwiseColorCalculator* AsStepwise(const TPart& part) {
+    return dynamic_cast<const TStepwiseColorCalculator*>(part.get());
+}
 
 /// Whether a value lies within overall bounds. One that is no number keeps nothing out.
 bool IsBetween(float value, float min, float max) {
@@ -25,82 +33,149 @@ bool IsBetween(float value, float min, float max) {
 }
 
 /// What the colours of one part depend on. The steps are shared: the same ones as long as the part stays the same.
+template<class Steps>
 struct TBand {
-    float MinVal;
-    float MaxVal;
-    std::shared_ptr<const TColorSteps> Steps; ///< nil where they have to be asked for
+    TSingleRange Range;
+    std::shared_ptr<const Steps> Look; ///< nil where they have to be asked for
 
-    bool Contains(float value) const { return MinVal <= value && MaxVal >= value; }
-    friend bool operator==(const TBand&, const TBand&) = default;
+    friend bool operator==(const TBand& a, const TBand& b) {
+        return a.Range.Min == b.Range.Min && a.Range.Max == b.Range.Max && a.Look == b.Look;
+    }
 };
 
 /// What all colours depend on.
+template<class Steps>
 struct TSource {
     float MinVal;
     float MaxVal;
-    std::vector<TBand> Bands;
+    std::vector<TBand<Steps>> Bands;
 
     friend bool operator==(const TSource&, const TSource&) = default;
 };
 
-void AddEdges(float min, float max, std::vector<float>& edges) {
-    if (!std::isnan(min))
-        edges.push_back(min);
-    if (!std::isnan(max))
-        edges.push_back(std::nextafter(max, Infinity));
-}
-
 /// First values, ascending, of the stretches that one part colours, or none. The first is minus infinity.
-std::vector<float> EdgesOf(const TSource& source) {
-    std::vector<float> edges = {-Infinity};
-    AddEdges(source.MinVal, source.MaxVal, edges);
-    for (const TBand& band : source.Bands)
-        AddEdges(band.MinVal, band.MaxVal, edges);
+std::vector<float> EdgesOf(const TRangeIndex& ranges, float minVal, float maxVal) {
+    std::vector<float> edges = ranges.GetStarts();
+    if (!std::isnan(minVal))
+        edges.push_back(minVal);
+    if (!std::isnan(maxVal))
+        edges.push_back(std::nextafter(maxVal, Infinity));
     std::sort(edges.begin(), edges.end());
     edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
     return edges;
 }
 
 /// Adds the steps of a part that lie from `from` to before `to`; to the end of all values if `to` is no number.
-void AddSteps(const TColorSteps& part, float from, float to, TColorSteps& steps) {
+template<class Steps>
+void AddSteps(const Steps& part, float from, float to, Steps& steps) {
     const std::vector<float>& starts = part.GetStarts();
     const auto next = std::upper_bound(starts.begin(), starts.end(), from);
     const auto end = std::isnan(to) ? starts.end() : std::lower_bound(next, starts.end(), to);
     const auto index = static_cast<std::size_t>(next - starts.begin());
-    steps.Add(from, part.GetColors()[index - 1]);
+    steps.Add(from, part.GetLooks()[index - 1]);
     steps.Add(part, index, static_cast<std::size_t>(end - starts.begin()));
 }
 
 /// Nil if one of the parts that show has to be asked for its colours.
-std::shared_ptr<const TColorSteps> StepsOf(const TSource& source) {
-    TColorSteps steps(0); // what is no number lies in no part
+template<class Steps>
+std::shared_ptr<const Steps> StepsOf(const TSource<Steps>& source) {
+    Steps steps(0); // what is no number lies in no part
+    const Steps nothing(0);
+    std::vector<TSingleRange> ranges;
     std::size_t count = 0;
-    for (const TBand& band : source.Bands)
-        count += band.Steps ? band.Steps->GetCount() : 0;
+    for (const TBand<Steps>& band : source.Bands) {
+        ranges.push_back(band.Range);
+        count += band.Look ? band.Look->GetCount() : 0;
+    }
     steps.Reserve(count);
-    const std::vector<float> edges = EdgesOf(source);
+    const TRangeIndex index(ranges);
+    const std::vector<float> edges = EdgesOf(index, source.MinVal, source.MaxVal);
     for (std::size_t i = 0; i < edges.size(); ++i) {
-        const auto band = std::find_if(source.Bands.begin(), source.Bands.end(),
-                                       [&](const TBand& item) { return item.Contains(edges[i]); });
-        if (band == source.Bands.end() || !IsBetween(edges[i], source.MinVal, source.MaxVal)) {
-            steps.Add(edges[i], 0);
+        const std::uint32_t owner = index.Find(edges[i]);
+        if (owner == TRangeIndex::None || !IsBetween(edges[i], source.MinVal, source.MaxVal)) {
+            steps.Add(edges[i], nothing.GetNaNLook());
             continue;
         }
-        if (!band->Steps || steps.GetCount() > TColorStepTable::MaxStepCount)
+        const auto& look = source.Bands[owner].Look;
+        if (!look)
             return nullptr;
         const bool isLast = i + 1 == edges.size();
-        AddSteps(*band->Steps, edges[i], isLast ? std::numeric_limits<float>::quiet_NaN() : edges[i + 1], steps);
+        AddSteps(*look, edges[i], isLast ? std::numeric_limits<float>::quiet_NaN() : edges[i + 1], steps);
     }
-    return std::make_shared<const TColorSteps>(std::move(steps));
+    return std::make_shared<const Steps>(std::move(steps));
+}
+
+/// Finds the part of a value by halving, of parts as they were when this was made. A host's own part may say another
+/// range each time and is asked.
+class TPartIndex {
+public:
+    explicit TPartIndex(const TColorParts& parts) : FParts(EntriesOf(parts)), FRanges(RangesOf(FParts)) {
+        for (std::size_t i = 0; i < FParts.size(); ++i)
+            if (FParts[i].Part && !FParts[i].IsOwn)
+                FAsked.push_back(i);
+    }
+
+    /// Index of the first part that contains the value, or the number of parts.
+    std::size_t Find(float value) const;
+
+    /// Whether the parts are the same objects in the same order, with the same ranges, bit for bit.
+    bool IsOf(const TColorParts& parts) const {
+        return std::equal(FParts.begin(), FParts.end(), parts.begin(), parts.end(),
+                          [](const TEntry& entry, const TPart& part) { return entry.IsSame(TEntry(part)); });
+    }
+
+private:
+    struct TEntry {
+        explicit TEntry(const TPart& part) : Part(part.get()), IsOwn(AsStepwise(part) != nullptr) {
+            if (IsOwn)
+                Range = {part->GetMinVal(), part->GetMaxVal()};
+        }
+        bool IsSame(const TEntry& other) const {
+            const auto bits = [](float value) { return std::bit_cast<std::uint32_t>(value); };
+            return Part == other.Part && bits(Range.Min) == bits(other.Range.Min) &&
+                   bits(Range.Max) == bits(other.Range.Max);
+        }
+
+        const IGradientColorCalculator* Part;
+        bool IsOwn;
+        TSingleRange Range = {1, 0}; ///< nothing, where the part is asked
+    };
+
+    static std::vector<TEntry> EntriesOf(const TColorParts& parts) {
+        return std::vector<TEntry>(parts.begin(), parts.end());
+    }
+    static std::vector<TSingleRange> RangesOf(const std::vector<TEntry>& entries) {
+        std::vector<TSingleRange> ranges;
+        std::transform(entries.begin(), entries.end(), std::back_inserter(ranges),
+                       [](const TEntry& entry) { return entry.Range; });
+        return ranges;
+    }
+
+    std::vector<TEntry> FParts;
+    TRangeIndex FRanges;
+    std::vector<std::size_t> FAsked; ///< indices of the hosts' parts
+};
+
+std::size_t TPartIndex::Find(float value) const {
+    const std::uint32_t own = FRanges.Find(value);
+    const std::size_t first = own == TRangeIndex::None ? FParts.size() : own;
+    for (std::size_t index : FAsked) {
+        if (index > first)
+            break;
+        const IGradientColorCalculator& part = *FParts[index].Part;
+        if (TSingleRange{part.GetMinVal(), part.GetMaxVal()}.Contains(value))
+            return index;
+    }
+    return first;
 }
 
 class TMultipartGradientColorCalculator final : public TBaseMinMaxColorCalculator,
                                                 public IMultipartGradientColorCalculator,
                                                 public TStepwiseColorCalculator {
 public:
-    TMultipartGradientColorCalculator(float min, float max, std::span<const TParts::value_type> parts)
+    TMultipartGradientColorCalculator(float min, float max, std::span<const TPart> parts)
         : TBaseMinMaxColorCalculator(min, max),
-          FGradients(parts.begin(), parts.end()) {}
+          FGradients(parts) {}
 
     TColor32 GetColor(float value) const override {
         const IGradientColorCalculator* part =
@@ -109,6 +184,8 @@ public:
     }
 
     std::shared_ptr<const TColorSteps> GetColorSteps() const override;
+    std::shared_ptr<const TColorPieces> GetColorPieces() const override;
+    std::size_t GetStepLimit() const override;
 
     std::shared_ptr<IBaseColorCalculator> Clone() const override { return Clone(GetMinVal(), GetMaxVal()); }
     std::shared_ptr<IBaseColorCalculator> Clone(float min, float max) const override {
@@ -116,30 +193,58 @@ public:
     }
 
     std::shared_ptr<IGradientColorCalculator> GetGradient(float value) const override { return FindPart(value); }
-    TParts& GetGradients() override { return FGradients; }
+    TColorParts& GetGradients() override { return FGradients; }
+    const TColorParts& GetGradients() const override { return FGradients; }
 
 private:
-    const TParts::value_type& FindPart(float value) const;
+    const TPart& FindPart(float value) const;
 
-    TParts FGradients;
-    mutable TLatestResult<TSource, std::shared_ptr<const TColorSteps>> FSteps;
+    /// The colours of all parts, each of which gives its own by `get`.
+    template<class Steps>
+    std::shared_ptr<const Steps> Get(TLatestResult<TSource<Steps>, std::shared_ptr<const Steps>>& kept,
+                                     std::shared_ptr<const Steps> (TStepwiseColorCalculator::*get)() const) const;
+
+    TColorParts FGradients;
+    mutable TKeptResult<TPartIndex> FIndex;
+    mutable TLatestResult<TSource<TColorSteps>, std::shared_ptr<const TColorSteps>> FSteps;
+    mutable TLatestResult<TSource<TColorPieces>, std::shared_ptr<const TColorPieces>> FPieces;
 };
 
-const TParts::value_type& TMultipartGradientColorCalculator::FindPart(float value) const {
-    static const TParts::value_type none;
-    for (const TParts::value_type& part : FGradients)
-        if (part && part->GetMinVal() <= value && part->GetMaxVal() >= value)
-            return part;
-    return none;
+const TPart& TMultipartGradientColorCalculator::FindPart(float value) const {
+    static const TPart none;
+    const TPartIndex& index = FIndex.Get(
+        FGradients.GetChangeCount() + TRangeChanges::GetCount(), [&] { return TPartIndex(FGradients); },
+        [&](const TPartIndex& kept) { return kept.IsOf(FGradients); });
+    const std::size_t part = index.Find(value);
+    return part < FGradients.size() ? FGradients[part] : none;
+}
+
+template<class Steps>
+std::shared_ptr<const Steps>
+TMultipartGradientColorCalculator::Get(TLatestResult<TSource<Steps>, std::shared_ptr<const Steps>>& kept,
+                                       std::shared_ptr<const Steps> (TStepwiseColorCalculator::*get)() const) const {
+    TSource<Steps> source = {GetMinVal(), GetMaxVal(), {}};
+    source.Bands.reserve(FGradients.size());
+    for (const TPart& part : FGradients)
+        if (const TStepwiseColorCalculator* stepwise = AsStepwise(part); part)
+            source.Bands.push_back({{part->GetMinVal(), part->GetMaxVal()}, stepwise ? (stepwise->*get)() : nullptr});
+    return kept.Get(source, [&] { return StepsOf(source); });
 }
 
 std::shared_ptr<const TColorSteps> TMultipartGradientColorCalculator::GetColorSteps() const {
-    TSource source = {GetMinVal(), GetMaxVal(), {}};
-    for (const TParts::value_type& part : FGradients)
-        if (const auto* stepwise = dynamic_cast<const TStepwiseColorCalculator*>(part.get()); part)
-            source.Bands.push_back(
-                {part->GetMinVal(), part->GetMaxVal(), stepwise ? stepwise->GetColorSteps() : nullptr});
-    return FSteps.Get(source, [&] { return StepsOf(source); });
+    return GetStepLimit() > MostGradientSteps ? nullptr : Get(FSteps, &TStepwiseColorCalculator::GetColorSteps);
+}
+
+std::shared_ptr<const TColorPieces> TMultipartGradientColorCalculator::GetColorPieces() const {
+    return Get(FPieces, &TStepwiseColorCalculator::GetColorPieces);
+}
+
+std::size_t TMultipartGradientColorCalculator::GetStepLimit() const {
+    std::size_t limit = 0;
+    for (const TPart& part : FGradients)
+        if (const TStepwiseColorCalculator* stepwise = AsStepwise(part))
+            limit += stepwise->GetStepLimit();
+    return limit;
 }
 
 } // namespace
@@ -150,12 +255,17 @@ std::shared_ptr<IMultipartGradientColorCalculator> TMultipartGradientColorCalcul
 
 std::shared_ptr<IMultipartGradientColorCalculator> TMultipartGradientColorCalculatorFactory::GetObject(float min,
                                                                                                        float max) {
-    return GetObject(min, max, {});
+    return GetObject(min, max, std::span<const TPart>());
 }
 
 std::shared_ptr<IMultipartGradientColorCalculator>
-TMultipartGradientColorCalculatorFactory::GetObject(float min, float max, std::span<const TParts::value_type> parts) {
+TMultipartGradientColorCalculatorFactory::GetObject(float min, float max, std::span<const TPart> parts) {
     return std::make_shared<TMultipartGradientColorCalculator>(min, max, parts);
+}
+
+std::shared_ptr<IMultipartGradientColorCalculator>
+TMultipartGradientColorCalculatorFactory::GetObject(float min, float max, std::initializer_list<TPart> parts) {
+    return GetObject(min, max, std::span<const TPart>(parts));
 }
 
 std::shared_ptr<IMultipartGradientColorCalculator>
@@ -163,7 +273,7 @@ TMultipartGradientColorCalculatorFactory::GetObject(const std::shared_ptr<IMulti
     if (!source)
         throw EExArgumentNilException(QStringLiteral("TMultipartGradientColorCalculatorFactory.GetObject"),
                                       QStringLiteral("source"));
-    return GetObject(source->GetMinVal(), source->GetMaxVal(), source->GetGradients());
+    return GetObject(source->GetMinVal(), source->GetMaxVal(), std::span<const TPart>(source->GetGradients()));
 }
 
 } // namespace lmx

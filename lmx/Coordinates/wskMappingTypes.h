@@ -3,6 +3,7 @@
 #include <lmx/Formats/Idrisi/lmxGeoPoint.h>
 #include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxExtended.h>
+#include <lmx/Runtime/lmxFormatSettings.h>
 #include <lmx/Runtime/lmxGeometry.h>
 
 #include <QString>
@@ -36,9 +37,9 @@ struct LMX_EXPORT TMapPoint {
     constexpr TMapPoint(extended x, extended y) : X(x), Y(y) {}
     constexpr explicit TMapPoint(TPoint point) : X(point.X), Y(point.Y) {}
     constexpr explicit TMapPoint(const TGeoPoint& point) : X(point.X), Y(point.Y) {}
-    /// Two numbers joined by a comma, in the current format settings; white space around each is skipped.
+    /// Two numbers joined by a comma, in the format settings; white space around each is skipped.
     /// @throws EArgumentException "Invalid MapPoint string".
-    explicit TMapPoint(const QString& text);
+    explicit TMapPoint(const QString& text, const TFormatSettings& settings = TFormatSettings::Current());
 
     /// Whether both coordinates are the same within the tolerance of SameValue.
     bool Equals(const TMapPoint& other) const noexcept { return SameValue(X, other.X) && SameValue(Y, other.Y); }
@@ -53,7 +54,7 @@ struct LMX_EXPORT TMapPoint {
     TPoint ToPoint() const noexcept { return {RoundToPixel(X), RoundToPixel(Y)}; }
 
     /// "X, Y" with three decimals; without the blank if `withSpace` is false.
-    QString ToString(bool withSpace = true) const;
+    QString ToString(bool withSpace = true, const TFormatSettings& settings = TFormatSettings::Current()) const;
 };
 
 /// An extent in map units or pixels.
@@ -86,10 +87,10 @@ struct LMX_EXPORT TMapArea {
           Bottom(bottom) {}
     constexpr TMapArea(const TMapPoint& topLeft, const TMapPoint& bottomRight)
         : TMapArea(topLeft.X, topLeft.Y, bottomRight.X, bottomRight.Y) {}
-    /// Left, Top, Right and Bottom joined by commas, in the current format settings; white space around each is
-    /// skipped. Each number passes through a 32-bit float, so it arrives with single precision only.
+    /// Left, Top, Right and Bottom joined by commas, in the format settings; white space around each is skipped. Each
+    /// number passes through a 32-bit float, so it arrives with single precision only.
     /// @throws EArgumentException "Invalid MapArea string".
-    explicit TMapArea(const QString& text);
+    explicit TMapArea(const QString& text, const TFormatSettings& settings = TFormatSettings::Current());
 
     /// Whether the point lies in the area, all four edges included.
     constexpr bool Contains(const TMapPoint& p) const {
@@ -151,7 +152,7 @@ struct LMX_EXPORT TMapArea {
     }
 
     /// "Left,Top,Right,Bottom" with six decimals.
-    QString ToString() const;
+    QString ToString(const TFormatSettings& settings = TFormatSettings::Current()) const;
 };
 
 } // namespace lmx

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <deque>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -36,8 +37,8 @@ public:
     void Set(std::shared_ptr<IWorldSystem> system);
 
 private:
-    // Every system that ever was current stays, since a reader may be in the middle of it.
-    std::vector<std::shared_ptr<IWorldSystem>> FSystems;
+    // Every system that ever was current stays, and stays in place, since a reader may be in the middle of it.
+    std::deque<std::shared_ptr<IWorldSystem>> FSystems;
     std::size_t FIndex = 0;
     std::atomic<const IWorldSystem*> FCurrent = nullptr;
 };

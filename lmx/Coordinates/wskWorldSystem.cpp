@@ -105,7 +105,7 @@ public:
     TLatLonAntimeridianWorldSystem() : TBaseLongitudeWorldSystem({0, 90, 360, -90}, FullCircle) {}
 
     QString Name() const override { return QStringLiteral("Lat/lon (Antimeridian)"); }
-    // Saved maps carry this spelling.
+    // The identifier is fixed, spelling and all.
     QString Identifier() const override { return QStringLiteral("latlonAntimerdian"); }
     TMeridian Merdian() const override { return TMeridian::mrdAntiMeridian; }
 

@@ -1,6 +1,8 @@
 #include <lmx/Graphics/lmxGradient.h>
 
+#include <lmx/Graphics/Private/lmxSortedStops.h>
 #include <lmx/Graphics/lmxColorText.h>
+#include <lmx/Runtime/Private/lmxKeptResult.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 
@@ -62,32 +64,21 @@ std::vector<TColorStop> StringToStops(const QString& text) {
 class TGradient final : public IGradient {
 public:
     TGradient() = default;
-    explicit TGradient(std::span<const TColorStop> stops) : FColorStops(stops.begin(), stops.end()) {}
+    explicit TGradient(std::span<const TColorStop> stops) : FColorStops(stops) {}
 
-    std::vector<TColorStop>& GetColorStops() override { return FColorStops; }
+    TColorStops& GetColorStops() override { return FColorStops; }
+    const TColorStops& GetColorStops() const override { return FColorStops; }
     TColor32 GetColor(double position) const override;
     QString ToString() const override;
     void FromString(const QString& text) override;
 
 private:
-    std::vector<TColorStop> FColorStops;
+    TColorStops FColorStops;
+    mutable TKeptResult<TSortedStops> FSortedStops;
 };
 
-// The neighbours are searched anew in each call: the list belongs to whoever holds the gradient and may have changed.
 TColor32 TGradient::GetColor(double position) const {
-    const TColorStop* before = nullptr; // the last one at or before the position
-    const TColorStop* after = nullptr;  // the first one beyond it
-    for (const TColorStop& stop : FColorStops) {
-        if (!std::isfinite(stop.Location))
-            continue;
-        if (stop.Location <= position && (!before || stop.Location >= before->Location))
-            before = &stop;
-        if (stop.Location > position && (!after || stop.Location < after->Location))
-            after = &stop;
-    }
-    if (!before || !after)
-        return before ? before->Color : after ? after->Color : 0;
-    return ColorBetween(before->Color, after->Color, GradientStep(position, before->Location, after->Location));
+    return FSortedStops.Get(FColorStops.GetChangeCount(), [&] { return TSortedStops(FColorStops); }).GetColor(position);
 }
 
 QString TGradient::ToString() const {
@@ -114,11 +105,15 @@ std::shared_ptr<IGradient> TGradientFactory::GetObject() {
 std::shared_ptr<IGradient> TGradientFactory::GetObject(const std::shared_ptr<IGradient>& source) {
     if (!source)
         throw EExArgumentNilException(QStringLiteral("TGradientFactory.GetObject"), QStringLiteral("source"));
-    return GetObject(source->GetColorStops());
+    return GetObject(std::span<const TColorStop>(source->GetColorStops()));
 }
 
 std::shared_ptr<IGradient> TGradientFactory::GetObject(std::span<const TColorStop> stops) {
     return std::make_shared<TGradient>(stops);
+}
+
+std::shared_ptr<IGradient> TGradientFactory::GetObject(std::initializer_list<TColorStop> stops) {
+    return GetObject(std::span<const TColorStop>(stops));
 }
 
 bool TGradientFactory::IsMaker(const IGradient& gradient) {

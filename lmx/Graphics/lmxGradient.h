@@ -2,13 +2,14 @@
 
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Runtime/lmxExport.h>
+#include <lmx/Runtime/lmxValueList.h>
 
 #include <QString>
 
 #include <cmath>
+#include <initializer_list>
 #include <memory>
 #include <span>
-#include <vector>
 
 namespace lmx {
 
@@ -19,6 +20,8 @@ struct TColorStop {
 
     friend bool operator==(const TColorStop&, const TColorStop&) = default;
 };
+
+using TColorStops = TValueList<TColorStop>;
 
 /// Colours that run from stop to stop.
 ///
@@ -32,9 +35,11 @@ public:
     virtual ~IGradient() = default;
 
     /// The list itself, for reading and changing.
-    virtual std::vector<TColorStop>& GetColorStops() = 0;
+    virtual TColorStops& GetColorStops() = 0;
+    virtual const TColorStops& GetColorStops() const = 0;
 
-    /// Colour at a position. 0 without a stop and for a position that is no number.
+    /// Colour at a position. 0 without a stop and for a position that is no number. The stops are sorted after each
+    /// change, at the first call, and then searched by halving.
     virtual TColor32 GetColor(double position) const = 0;
 
     /// `(location:#AARRGGBB)` for each stop in list order, joined by commas; an empty text without stops. The location
@@ -81,6 +86,7 @@ public:
     static std::shared_ptr<IGradient> GetObject(const std::shared_ptr<IGradient>& source);
 
     static std::shared_ptr<IGradient> GetObject(std::span<const TColorStop> stops);
+    static std::shared_ptr<IGradient> GetObject(std::initializer_list<TColorStop> stops);
 
     /// Whether this factory made the gradient. Then its stops alone say what its colours are; a host's own class may
     /// give any.

@@ -1,6 +1,7 @@
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
 
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 namespace lmx {
@@ -9,7 +10,8 @@ TBaseLayerManagerLayer::TBaseLayerManagerLayer(const std::shared_ptr<ILayerManag
     if (!layerManager)
         throw EExArgumentNilException(QStringLiteral("TBaseLayerManagerLayer.Create"), QStringLiteral("LayerManager"));
     FLayerManager.Set(layerManager);
-    layerManager->GetOnLayerRemoved().Add(this, &TBaseLayerManagerLayer::LayerManager_LayerRemoved);
+    layerManager->GetOnLayerRemoved().AddAbout(static_cast<TBaseMapLayer*>(this), this,
+                                               &TBaseLayerManagerLayer::LayerManager_LayerRemoved);
 }
 
 std::unique_ptr<TBaseMapLayer> TBaseLayerManagerLayer::Duplicate() const {
@@ -22,12 +24,12 @@ std::unique_ptr<TBaseLayerManagerLayer> TBaseLayerManagerLayer::Duplicate(const 
     throw ENotSupportedException(QStringLiteral("Duplication method not provided"));
 }
 
-// Hears of every layer that leaves the manager, also long after this one has left.
-void TBaseLayerManagerLayer::LayerManager_LayerRemoved(ILayerManager* manager, TBaseMapLayer* layer) {
-    if (layer != this)
-        return;
+// Hears of no layer but this one: all of the others listen, too.
+void TBaseLayerManagerLayer::LayerManager_LayerRemoved(ILayerManager* manager, TBaseMapLayer*) {
+    const TBorrowed self(this); // what a layer does there may free it
     BeforeLayerManagerRemoved(manager);
-    FLayerManager.Clear();
+    if (self)
+        FLayerManager.Clear();
 }
 
 } // namespace lmx

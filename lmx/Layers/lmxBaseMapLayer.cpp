@@ -116,13 +116,16 @@ TBaseLegendControl* TBaseMapLayer::GetLegendComponent() const {
 }
 
 void TBaseMapLayer::SetLegendComponent(TBaseLegendControl* component) {
-    if (component == GetLegendComponent())
+    TBaseLegendControl* const old = GetLegendComponent();
+    if (component == old)
         return;
-    if (FLegendObject)
-        FreeLegendControl(FLegendComponent);
     FLegendComponent = component;
     FLegendObject = component ? LegendControlObject(component) : nullptr;
-    FOnLegendComponentChanged.Send(this, component);
+    const TBorrowed self(this); // a form that loses its control may free the layer
+    if (old)
+        FreeLegendControl(old);
+    if (self)
+        FOnLegendComponentChanged.Send(this, GetLegendComponent());
 }
 
 void TBaseMapLayer::DoNotifyInvalidated() {

@@ -8,6 +8,7 @@
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Graphics/Private/lmxReducedPicture.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/Private/lmxLayerComponents.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -42,72 +43,99 @@ std::int32_t SourceEdge(extended share, std::int32_t count) {
     return RoundToPixel(share * static_cast<extended>(count));
 }
 
+// Frees the image unless it is the host's.
+struct TImageDeleter {
+    bool OwnsImage;
+
+    void operator()(TAbstractImage* image) const {
+        if (OwnsImage)
+            delete image;
+    }
+};
+
 } // namespace
 
 TIdrisiMapLayer::TIdrisiMapLayer(const std::shared_ptr<ILayerManager>& layerManager)
     : TRasterMapLayer(layerManager),
       FRenderer(TBitmap32RasterRendererFactory::GetObject()) {}
 
-TIdrisiMapLayer::~TIdrisiMapLayer() {
-    if (FOwnsImage)
-        delete FImage;
-}
+TIdrisiMapLayer::~TIdrisiMapLayer() = default;
 
 void TIdrisiMapLayer::SetImage(TAbstractImage* image) {
-    if (image != FImage)
-        ShowImage(image, nullptr);
+    if (image == GetImage())
+        return;
+    std::shared_ptr<TAbstractImage> given = ReplacedImage(image);
+    if (image && !given)
+        given = {image, TImageDeleter{FOwnsGivenImages}};
+    ShowImage(given, TOrigin::orGiven);
 }
 
 void TIdrisiMapLayer::TakeImage(std::unique_ptr<TAbstractImage> image) {
-    TAbstractImage* const shown = image.get();
-    if (shown == FImage)
-        OwnImage(std::move(image));
-    else
-        ShowImage(shown, std::move(image));
+    if (image.get() == GetImage()) {
+        if (image.release())
+            StoreImage(FImage, TOrigin::orTaken);
+        return;
+    }
+    std::shared_ptr<TAbstractImage> taken = ReplacedImage(image.get());
+    if (taken)
+        static_cast<void>(image.release()); // it has an owner here
+    else if (image)
+        taken = {image.release(), TImageDeleter{true}};
+    ShowImage(taken, TOrigin::orTaken);
 }
 
-// The image is the layer's own as soon as it is shown: whatever is raised from there on, it is freed once.
-void TIdrisiMapLayer::ShowImage(TAbstractImage* image, std::unique_ptr<TAbstractImage> owned) {
-    // Reading the new values can fail, and then nothing has changed.
-    const auto data = image ? std::make_shared<TIdrisiImageMapData>(image, true) : nullptr;
-    const TBorrowed self(this); // a subscriber may free the layer
+void TIdrisiMapLayer::SetOwnsImage(bool ownsImage) {
+    FOwnsGivenImages = ownsImage;
+    StoreOwnsImage(ownsImage);
+}
+
+// Subscribers may free the layer, and show another image meanwhile.
+void TIdrisiMapLayer::ShowImage(const std::shared_ptr<TAbstractImage>& image, TOrigin origin) {
+    // Reading the new image can fail, and then nothing has changed.
+    const TImageHeader* header = image ? image->getHeader() : nullptr;
+    const auto data = image ? std::make_shared<TIdrisiImageMapData>(image.get(), true) : nullptr;
+    const TWorldMapArea area = header ? TWorldMapArea(header) : TWorldMapArea();
+    const auto range = header ? TValueRange(header->GetMinValue(), header->GetMaxValue()) : TValueRange::Empty();
+    const TBorrowed self(this);
     Invalidate();
     if (!self)
         return;
-    KeepReplacedImage(image);
-    FImage = image;
-    OwnImage(std::move(owned));
+    const std::shared_ptr<TAbstractImage> replaced = FImage; // until all have been told: they may still look at it
+    StoreImage(image, origin);
     FMapData = data;
     FCookieData = data;
-    if (image) {
-        const TImageHeader* header = image->getHeader();
-        SetLayerArea(TWorldMapArea(header));
-        if (!self)
-            return;
-        StoreValueRange(TValueRange(header->GetMinValue(), header->GetMaxValue()));
-    } else {
-        StoreValueRange(TValueRange::Empty());
-    }
+    if (image)
+        SetLayerArea(area);
+    if (!self || FImage != image)
+        return;
+    StoreValueRange(range);
     CreateLegendComponent();
 }
 
-void TIdrisiMapLayer::KeepReplacedImage(const TAbstractImage* next) {
-    if (FOwnsImage && FImage)
-        FReplacedImages.emplace_back(FImage);
-    for (auto& replaced : FReplacedImages)
-        if (replaced.get() == next)
-            static_cast<void>(replaced.release()); // shown again
-    std::erase(FReplacedImages, nullptr);
+std::shared_ptr<TAbstractImage> TIdrisiMapLayer::ReplacedImage(const TAbstractImage* image) const {
+    const auto known = std::find_if(FReplacedImages.begin(), FReplacedImages.end(),
+                                    [image](const auto& replaced) { return replaced.get() == image; });
+    return known == FReplacedImages.end() ? nullptr : *known;
 }
 
-void TIdrisiMapLayer::OwnImage(std::unique_ptr<TAbstractImage> shown) {
-    if (shown.release())
-        FOwnsImage = true;
+void TIdrisiMapLayer::StoreImage(const std::shared_ptr<TAbstractImage>& image, TOrigin origin) {
+    if (image != FImage && FOwnsImage && FImageOrigin == TOrigin::orGiven && FImage)
+        FReplacedImages.push_back(FImage);
+    std::erase(FReplacedImages, image);
+    FImage = image;
+    FImageOrigin = origin;
+    if (image)
+        StoreOwnsImage(origin == TOrigin::orTaken || FOwnsGivenImages);
 }
 
-// No legend control exists for any kind of calculator in this version, so a raster layer has none.
+void TIdrisiMapLayer::StoreOwnsImage(bool ownsImage) {
+    FOwnsImage = ownsImage;
+    if (auto* deleter = std::get_deleter<TImageDeleter>(FImage))
+        deleter->OwnsImage = ownsImage;
+}
+
 void TIdrisiMapLayer::CreateLegendComponent() {
-    SetLegendComponent(nullptr);
+    SetLegendComponent(FImage && GetColorCalc() ? CreateRasterLegendControl(GetColorCalc()) : nullptr);
 }
 
 TLayerOptionFlags TIdrisiMapLayer::GetLayerOptionFlags() const {
@@ -118,7 +146,7 @@ void TIdrisiMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& 
     const TMapArea& area = GetLayerArea().Area;
     if (!GetBitmap() || !IsFinite(area) || area.GetWidth() <= 0 || area.GetHeight() <= 0)
         return;
-    const std::shared_ptr<IWorldSystem>& system = world->GetWorldSystem();
+    const std::shared_ptr<IWorldSystem> system = world->GetWorldSystem();
     if (!system)
         throw EInvalidOperation(QStringLiteral("World system is nil"));
     const std::vector<TMapArea> pieces = system->TranslateArea(area);
@@ -176,9 +204,11 @@ void TIdrisiMapLayer::DoExport(const QString& description, const QString& extens
     request.DefaultExtension = extension;
     request.OverwritePrompt = true;
     QString fileName;
-    const TBorrowed self(this); // the layer may go while the dialog is open
-    if (TFileDialog::Save(request, fileName) && self && FImage)
-        exporter.Export(*FImage, fileName);
+    const TBorrowed self(this); // the layer may go while the dialog is open, and the image while it is written
+    if (!TFileDialog::Save(request, fileName) || !self)
+        return;
+    if (const std::shared_ptr<TAbstractImage> image = FImage)
+        exporter.Export(*image, fileName);
 }
 
 void TIdrisiMapLayer::InitPropertiesDialog(TLayerPropertiesDialog*) {}
@@ -192,7 +222,10 @@ TIdrisiMapLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const 
 }
 
 void TIdrisiMapLayer::UpdateDuplicateIdrisiMapLayer(TIdrisiMapLayer* target) const {
+    const TBorrowed self(this); // a calculator of the host's, which is copied, may free the layer
     UpdateDuplicateRasterMapLayer(target);
+    if (!self)
+        return;
     target->FMapData = FMapData;
     target->FCookieData = FCookieData;
     target->FRenderer = FRenderer;
@@ -201,10 +234,26 @@ void TIdrisiMapLayer::UpdateDuplicateIdrisiMapLayer(TIdrisiMapLayer* target) con
     target->FOwnsImage = true;
 }
 
+// A calculator of the host's may replace what is being rendered, and free the layer.
 void TIdrisiMapLayer::Render() {
-    if (FRenderer && FCookieData && FMapData && GetColorCalc())
-        SetBitmap(FRenderer->Render(FCookieData.get(), FMapData.get(), static_cast<float>(GetOpacity() / 255.0),
-                                    GetColorCalc().get()));
+    const std::shared_ptr<IRasterRenderer> renderer = FRenderer;
+    const std::shared_ptr<ICookieData> cookieData = FCookieData;
+    const std::shared_ptr<IMapData> mapData = FMapData;
+    const std::shared_ptr<IBaseColorCalculator> colorCalc = GetColorCalc();
+    if (!renderer || !cookieData || !mapData || !colorCalc)
+        return;
+    const auto opacity = static_cast<float>(GetOpacity() / 255.0);
+    const TBorrowed self(this);
+    // All pixels are written, so it does not matter what the picture of the render before holds.
+    std::unique_ptr<TBitmap32> bitmap = TakeGivenUpBitmap();
+    if (bitmap && bitmap->GetWidth() == cookieData->GetWidth() && bitmap->GetHeight() == cookieData->GetHeight()) {
+        renderer->Render(cookieData.get(), mapData.get(), opacity, colorCalc.get(), bitmap.get());
+    } else {
+        bitmap.reset(); // its memory first
+        bitmap = renderer->Render(cookieData.get(), mapData.get(), opacity, colorCalc.get());
+    }
+    if (self)
+        SetRenderedBitmap(std::move(bitmap));
 }
 
 } // namespace lmx

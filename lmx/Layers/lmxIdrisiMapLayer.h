@@ -21,16 +21,19 @@ public:
     explicit TIdrisiMapLayer(const std::shared_ptr<ILayerManager>& layerManager);
     ~TIdrisiMapLayer() override;
 
-    TAbstractImage* GetImage() const { return FImage; }
+    TAbstractImage* GetImage() const { return FImage.get(); } ///< nil if there is none
+    /// A share in the image, or nil: an image that the layer owns stays as long as the share.
+    const std::shared_ptr<TAbstractImage>& GetSharedImage() const { return FImage; }
     /// Shows another image, or none with nil. Its values are copied, its header gives the layer's area and value range;
-    /// the calculator stays. The old picture stays until Render is called. An old image that the layer owns is freed
-    /// with the layer, not before. GetOwnsImage stays as it is, and from now on says whose the new image is.
+    /// the calculator stays. The old picture stays until Render is called. The image is the host's and must outlive its
+    /// time on the map, unless SetOwnsImage has said that the layer owns what it is given: then it goes with the layer.
     void SetImage(TAbstractImage* image);
-    /// As SetImage; the layer owns the image.
+    /// As SetImage; the layer owns the image, and frees it when another one replaces it.
     void TakeImage(std::unique_ptr<TAbstractImage> image);
     /// Whether the layer frees its image. False after construction.
     bool GetOwnsImage() const { return FOwnsImage; }
-    void SetOwnsImage(bool ownsImage) { FOwnsImage = ownsImage; }
+    /// Says it for the present image, and for those that SetImage gives from now on.
+    void SetOwnsImage(bool ownsImage);
 
     /// Chooses the legend by the kind of calculator.
     void CreateLegendComponent() override;
@@ -55,21 +58,26 @@ protected:
     void UpdateDuplicateIdrisiMapLayer(TIdrisiMapLayer* target) const;
 
 private:
-    void ShowImage(TAbstractImage* image, std::unique_ptr<TAbstractImage> owned);
-    void KeepReplacedImage(const TAbstractImage* next);
-    void OwnImage(std::unique_ptr<TAbstractImage> shown);
+    enum class TOrigin { orGiven, orTaken };
+
+    void ShowImage(const std::shared_ptr<TAbstractImage>& image, TOrigin origin);
+    std::shared_ptr<TAbstractImage> ReplacedImage(const TAbstractImage* image) const;
+    void StoreImage(const std::shared_ptr<TAbstractImage>& image, TOrigin origin);
+    void StoreOwnsImage(bool ownsImage);
     void ExportIdrisiImageClick();
     void ExportAsciiClick();
     void ExportXYZClick();
     void PaintPiece(std::size_t number, const TMapArea& piece, const IWorldSystem& system,
                     const TWorldViewport& viewport, TBitmap32& bitmap);
 
-    TAbstractImage* FImage = nullptr;
+    std::shared_ptr<TAbstractImage> FImage; // its last share frees it only while the layer owns it
+    TOrigin FImageOrigin = TOrigin::orGiven;
     bool FOwnsImage = false;
+    bool FOwnsGivenImages = false; // what the host has said last
     std::shared_ptr<IMapData> FMapData;
     std::shared_ptr<ICookieData> FCookieData;
     std::shared_ptr<IRasterRenderer> FRenderer;
-    std::vector<std::unique_ptr<TAbstractImage>> FReplacedImages; // owned images that SetImage took off the map
+    std::vector<std::shared_ptr<TAbstractImage>> FReplacedImages; // owned ones that were given: they may be given again
 };
 
 } // namespace lmx

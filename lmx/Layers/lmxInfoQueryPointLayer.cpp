@@ -90,10 +90,13 @@ void TInfoQueryPointLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitma
         point->Paint(viewport, bitmap);
 }
 
-// A subscriber may let the layer go.
+// A subscriber may let the layer go, and take out a point that has just come: then the others are not told of it.
 void TInfoQueryPointLayer::Points_OnNotify(TInfoQueryPoint* point, TListChange change) {
     const TBorrowed self(this);
-    (change == TListChange::lcAdded ? FOnAdded : FOnRemoved).Send(this, point);
+    if (change == TListChange::lcAdded)
+        FOnAdded.SendWhile([&] { return FPoints.IsArriving(point); }, this, point);
+    else
+        FOnRemoved.Send(this, point);
     if (self)
         Invalidate();
 }

@@ -67,6 +67,7 @@ public:
     TObjectList<TInfoQueryPoint>& GetPoints() { return FPoints; }
     const TObjectList<TInfoQueryPoint>& GetPoints() const { return FPoints; }
 
+    /// Those behind a subscriber that takes the point out again are not told of it.
     TInfoQueryPointEventList& GetOnAdded() { return FOnAdded; }
     TInfoQueryPointEventList& GetOnRemoved() { return FOnRemoved; } ///< the point still lives
 

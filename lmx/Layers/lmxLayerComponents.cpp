@@ -1,18 +1,55 @@
 
 #include <lmx/Layers/Private/lmxLayerComponents.h>
 
+#include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
+#include <lmx/Colour/lmxColorClassCalculator.h>
+#include <lmx/Colour/lmxGradientColorCalculator.h>
+#include <lmx/Colour/lmxMultipartGradient.h>
 #include <lmx/Controls/Legend/lmxBaseLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewBasicPaletteLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewClassPaletteLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
+
+#include <QApplication>
+#include <QPointer>
 
 namespace lmx {
+
+namespace {
+
+// Widgets need an application of widgets.
+bool CanHaveControls() {
+    return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr;
+}
+
+} // namespace
 
 QObject* LegendControlObject(TBaseLegendControl* control) {
     return control;
 }
 
 void FreeLegendControl(TBaseLegendControl* control) {
+    const QPointer<TBaseLegendControl> living(control); // the form that it leaves may delete it
     control->hide();
-    control->setParent(nullptr);
-    control->deleteLater();
+    if (living)
+        control->setParent(nullptr);
+    if (living)
+        control->deleteLater();
+}
+
+TBaseLegendControl* CreateRasterLegendControl(const std::shared_ptr<IBaseColorCalculator>& calculator) {
+    if (!CanHaveControls())
+        return nullptr;
+    if (const auto gradient = std::dynamic_pointer_cast<IGradientColorCalculator>(calculator))
+        return TMapViewGradientLegendControl::CreateComp(nullptr, gradient);
+    if (const auto palette = std::dynamic_pointer_cast<IBasicPaletteColorCalculator>(calculator))
+        return TMapViewBasicPaletteLegendControl::CreateComp(nullptr, palette);
+    if (const auto classes = std::dynamic_pointer_cast<IColorClassCalculator>(calculator))
+        return TMapViewClassPaletteLegendControl::CreateComp(nullptr, classes);
+    if (const auto parts = std::dynamic_pointer_cast<IMultipartGradientColorCalculator>(calculator))
+        return TMapViewMultipartGradientLegendControl::CreateComp(nullptr, parts);
+    return nullptr;
 }
 
 } // namespace lmx

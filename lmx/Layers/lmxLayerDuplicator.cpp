@@ -32,7 +32,8 @@ public:
             throw EInvalidOperation(QStringLiteral("DestLayerManager is null"));
         if (!source->GetLayerOptionFlags().Contains(TLayerOptionFlag::lofDuplicate))
             throw EInvalidOperation(QStringLiteral("The specified layer does not support duplication"));
-        return FDestLayerManager->GetLayers().Add(CopyFor(FDestLayerManager, *source));
+        const std::shared_ptr<ILayerManager> manager = FDestLayerManager; // the copying may change the duplicator
+        return manager->GetLayers().Add(CopyFor(manager, *source));
     }
 
 private:

@@ -20,13 +20,11 @@ public:
 
     std::unique_ptr<TBaseMapLayer> CreateLayer(const QString& layerType,
                                                const std::shared_ptr<ILayerManager>& manager) const override {
-        const auto known = std::find_if(FHandlers.begin(), FHandlers.end(),
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): a handler may register others meanwhile
+        const std::vector<std::shared_ptr<ILayerFactoryHandler>> handlers = FHandlers;
+        const auto known = std::find_if(handlers.begin(), handlers.end(),
                                         [&](const auto& handler) { return handler->CanCreate(layerType); });
-        if (known == FHandlers.end())
-            return nullptr;
-        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): making a layer may register further handlers
-        const std::shared_ptr<ILayerFactoryHandler> handler = *known;
-        return handler->CreateLayer(manager);
+        return known == handlers.end() ? nullptr : (*known)->CreateLayer(manager);
     }
     void Register(const std::shared_ptr<ILayerFactoryHandler>& handler) override {
         if (!handler)

@@ -4,6 +4,8 @@
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
+#include <QSet>
+
 namespace lmx {
 
 namespace {
@@ -43,6 +45,8 @@ public:
 
 private:
     void Layers_Changed(TBaseMapLayer* layer, TListChange change);
+    void Layer_Added(TBaseMapLayer* layer);
+    void Layer_Removed(TBaseMapLayer* layer);
     void Subscribe(TBaseMapLayer* layer);
     void Unsubscribe(TBaseMapLayer* layer);
 
@@ -81,7 +85,7 @@ TLayerManager::TLayerManager() : FConfig(TLayerManagerConfigFactory::GetObject()
 }
 
 // The removed event still reaches subscribers for the layers of the stack, and for no special layer: a manager that
-// goes with special layers in it goes silently.
+// goes with special layers in it goes silently. So does what a subscriber adds meanwhile.
 TLayerManager::~TLayerManager() {
     FLayers.Clear();
     FPreventNotify = true;
@@ -103,9 +107,10 @@ TBaseMapLayer* TLayerManager::GetSpecialLayerWithType(const QString& name) const
 }
 
 void TLayerManager::SetSelLayer(TBaseMapLayer* layer) {
-    if (layer == GetSelLayer())
+    const TBorrowed selected(layer);
+    if (selected == FSelectedLayer)
         return;
-    FSelectedLayer = layer;
+    FSelectedLayer = selected;
     if (layer)
         Tell(FOnSelectedLayerChanged, layer);
     else
@@ -113,8 +118,11 @@ void TLayerManager::SetSelLayer(TBaseMapLayer* layer) {
 }
 
 QString TLayerManager::GetNextName(const QString& name) const {
+    QSet<QString> taken; // as many candidates may be asked for as there are layers
+    for (const TBaseMapLayer* layer : FLayers)
+        taken.insert(layer->GetLayerName());
     QString candidate = name;
-    for (int n = 2; FindLayer(candidate); ++n)
+    for (int n = 2; taken.contains(candidate); ++n)
         candidate = name + QStringLiteral(" (") + IntToStr(n) + u')';
     return candidate;
 }
@@ -143,18 +151,28 @@ bool TLayerManager::MoveLayer(int fromIndex, int toIndex) {
 }
 
 void TLayerManager::Layers_Changed(TBaseMapLayer* layer, TListChange change) {
-    if (change == TListChange::lcAdded) {
-        const auto isAlive = IsAlive(*layer);
-        if (!FPreventNotify)
-            Tell(FOnLayerAdded, layer);
-        // A subscriber may have taken the layer out again.
-        if (isAlive() && (FLayers.Contains(layer) || FSpecialLayers.Contains(layer)))
-            Subscribe(layer);
-    } else {
-        if (!FPreventNotify)
-            FOnLayerRemoved.Send(this, layer);
+    if (change == TListChange::lcAdded)
+        Layer_Added(layer);
+    else
+        Layer_Removed(layer);
+}
+
+// A subscriber may take the layer out again, and let the manager go. Then the others are not told that it came.
+void TLayerManager::Layer_Added(TBaseMapLayer* layer) {
+    const TBorrowed self(this);
+    const auto isThere = [&] { return FLayers.IsArriving(layer) || FSpecialLayers.IsArriving(layer); };
+    if (!FPreventNotify)
+        FOnLayerAdded.SendWhile(isThere, this, layer);
+    if (self && isThere())
+        Subscribe(layer);
+}
+
+void TLayerManager::Layer_Removed(TBaseMapLayer* layer) {
+    const TBorrowed self(this);
+    if (!FPreventNotify)
+        FOnLayerRemoved.Send(this, layer);
+    if (self)
         Unsubscribe(layer);
-    }
 }
 
 void TLayerManager::Subscribe(TBaseMapLayer* layer) {

@@ -24,8 +24,12 @@ public:
 
     /// The user's stack. Index 0 is the bottom and is painted first.
     virtual TObjectList<TBaseMapLayer>& GetLayers() = 0;
+    const TObjectList<TBaseMapLayer>& GetLayers() const { return const_cast<ILayerManager*>(this)->GetLayers(); }
     /// The layers of the view: selection, rulers, query points, objects.
     virtual TObjectList<TBaseMapLayer>& GetSpecialLayers() = 0;
+    const TObjectList<TBaseMapLayer>& GetSpecialLayers() const {
+        return const_cast<ILayerManager*>(this)->GetSpecialLayers();
+    }
     virtual QString GetTitle() const = 0;
     virtual void SetTitle(const QString& title) = 0; ///< on a real change stores it and sends the event
     virtual TLayerManagerEventList& GetOnTitleChanged() = 0;
@@ -43,6 +47,8 @@ public:
     /// The selected layer, or nil. Taking a layer out of the stack does not clear the selection and sends no event:
     /// whoever selects calls SetSelLayer first. A layer that has been freed is no longer given.
     virtual TBaseMapLayer* GetSelLayer() const = 0;
+    /// On a real change stores it and sends the event. From a layer that has been freed to nil is a change, too: nobody
+    /// has told of it yet.
     virtual void SetSelLayer(TBaseMapLayer* layer) = 0;
     /// `name` if no layer of the stack has it, else the first free one of "name (2)", "name (3)", ...
     virtual QString GetNextName(const QString& name) const = 0;

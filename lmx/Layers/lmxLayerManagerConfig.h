@@ -28,6 +28,9 @@ public:
 
     /// Where the resource browser finds palettes; the list itself, to be filled by the host.
     virtual std::vector<std::shared_ptr<IResBrowserSourceProvider>>& PaletteSources() = 0;
+    const std::vector<std::shared_ptr<IResBrowserSourceProvider>>& PaletteSources() const {
+        return const_cast<ILayerManagerConfig*>(this)->PaletteSources();
+    }
     virtual std::shared_ptr<ILayerComponentFactory> GetLayerComponentFactory() const = 0; ///< nil until set
     virtual void SetLayerComponentFactory(const std::shared_ptr<ILayerComponentFactory>& factory) = 0;
 };

@@ -1,12 +1,24 @@
 #include <lmx/Layers/lmxPinMapLayer.h>
 
 #include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 
 namespace lmx {
 
 TPin::TPin(const TPin& other) : FName(other.FName), FLat(other.FLat), FLon(other.FLon) {
-    for (const TPinAttribute* attribute : other.FAttributes)
-        FAttributes.Add(std::make_unique<TPinAttribute>(*attribute));
+    for (const TPinAttribute* attribute : other.GetAttributes())
+        GetAttributes().Add(std::make_unique<TPinAttribute>(*attribute));
+}
+
+TObjectList<TPinAttribute>& TPin::GetAttributes() {
+    if (!FAttributes)
+        FAttributes = std::make_unique<TObjectList<TPinAttribute>>();
+    return *FAttributes;
+}
+
+const TObjectList<TPinAttribute>& TPin::GetAttributes() const {
+    static const TObjectList<TPinAttribute> none;
+    return FAttributes ? *FAttributes : none;
 }
 
 TPinMapLayer::TPinMapLayer(const std::shared_ptr<ILayerManager>& layerManager) : TBaseLayerManagerLayer(layerManager) {
@@ -17,19 +29,21 @@ QString TPinMapLayer::GetLayerTypeName() const {
     return QStringLiteral("Pins");
 }
 
-// By index: the renderer may change the list.
+// The renderer is the host's: it may change the list, go itself, and free the layer.
 void TPinMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) {
     TBaseLayerManagerLayer::Paint(world, viewport, bitmap);
     if (!FPinRenderer || FPins.IsEmpty())
         return;
     FRenderRects.Clear();
-    for (int i = 0; i < FPins.Count() && FPinRenderer; ++i) {
-        TPin* pin = FPins[i];
+    const TBorrowed self(this);
+    FPins.ForEach([&](TPin* pin) {
         const TMapPoint viewPoint = viewport->MapPointToPoint({pin->GetLon(), pin->GetLat()});
         TFloatRect renderRect;
-        if (FPinRenderer->RenderPin(bitmap, this, pin, viewPoint, renderRect))
+        const bool isDrawn = FPinRenderer->RenderPin(bitmap, this, pin, viewPoint, renderRect);
+        if (self && isDrawn)
             FRenderRects.Add(pin, renderRect);
-    }
+        return self && FPinRenderer;
+    });
 }
 
 } // namespace lmx

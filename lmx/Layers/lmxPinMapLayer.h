@@ -48,13 +48,13 @@ public:
     void SetLat(extended lat) { FLat = lat; }
     extended GetLon() const { return FLon; } ///< X of the map
     void SetLon(extended lon) { FLon = lon; }
-    TObjectList<TPinAttribute>& GetAttributes() { return FAttributes; }
-    const TObjectList<TPinAttribute>& GetAttributes() const { return FAttributes; }
+    TObjectList<TPinAttribute>& GetAttributes();
+    const TObjectList<TPinAttribute>& GetAttributes() const;
 
 private:
     QString FName;
     extended FLat = 0;
-    TObjectList<TPinAttribute> FAttributes;
+    std::unique_ptr<TObjectList<TPinAttribute>> FAttributes; // null until asked for: most of many pins have none
     extended FLon = 0;
 };
 

@@ -56,6 +56,12 @@ protected:
     /// calculator. The opacity is not copied.
     void UpdateDuplicateRasterMapLayer(TRasterMapLayer* target) const;
 
+    /// As SetBitmap, for what Render has made: the next render may have it back.
+    void SetRenderedBitmap(std::unique_ptr<TBitmap32> bitmap);
+    /// In a Render that Invalidate calls, the bitmap of the render before, for the next one to be rendered into it:
+    /// memory that is taken anew costs more than colouring. Nil otherwise, and once it has been taken.
+    std::unique_ptr<TBitmap32> TakeGivenUpBitmap();
+
     /// Stores the range and leaves the calculator alone.
     void StoreValueRange(const TValueRange& range) { FValueRange = range; }
 
@@ -63,9 +69,15 @@ protected:
     TReducedPictures& GetReducedPictures() { return *FReducedPictures; }
 
 private:
+    class TGivenUpBitmap;
+
+    void StoreBitmap(std::unique_ptr<TBitmap32> bitmap, bool isRendered);
+
     TNullable<TClimateVariable> FClimateVariable;
     std::uint8_t FOpacity = 255;
     std::unique_ptr<TBitmap32> FBitmap;
+    bool FIsRendered = false;                  ///< whether the bitmap was made by Render
+    std::unique_ptr<TBitmap32> FGivenUpBitmap; ///< while Invalidate renders
     std::unique_ptr<TReducedPictures> FReducedPictures;
     std::shared_ptr<IBaseColorCalculator> FColorCalc;
     TValueRange FValueRange;

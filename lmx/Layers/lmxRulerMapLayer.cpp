@@ -96,10 +96,14 @@ void TRulerMapLayer::CancelPlacing() {
     Invalidate();
 }
 
-// A subscriber may let the layer go.
+// A subscriber may let the layer go, and take out a ruler that has just come: then the others are not told of it.
 void TRulerMapLayer::Rulers_Notify(TRulerItem* item, TListChange change) {
     const TBorrowed self(this);
-    (change == TListChange::lcAdded ? FOnRulerAdded : FOnRulerRemoved).Send(this, item);
+    const auto isThere = [&] { return FVRulers.IsArriving(item) || FHRulers.IsArriving(item); };
+    if (change == TListChange::lcAdded)
+        FOnRulerAdded.SendWhile(isThere, this, item);
+    else
+        FOnRulerRemoved.Send(this, item);
     if (self)
         Invalidate();
 }

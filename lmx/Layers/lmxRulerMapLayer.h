@@ -80,6 +80,7 @@ public:
     void ConfirmPlacing();
     void CancelPlacing();
 
+    /// Those behind a subscriber that takes the ruler out again are not told of it.
     TRulerEventList& GetOnRulerAdded() { return FOnRulerAdded; }
     TRulerEventList& GetOnRulerRemoved() { return FOnRulerRemoved; } ///< the ruler still lives
 

@@ -2,6 +2,7 @@
 
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 
 #include <array>
 
@@ -42,8 +43,10 @@ void TSelectionMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap3
 void TSelectionMapLayer::StartSelection(const TMapPoint& point) {
     FTopLeft = point;
     FBottomRight = point;
+    const TBorrowed self(this); // whoever is told may free the layer
     SetEnabled(true);
-    Invalidate();
+    if (self)
+        Invalidate();
 }
 
 void TSelectionMapLayer::SetEnabled(bool enabled) {

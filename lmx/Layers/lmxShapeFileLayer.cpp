@@ -115,7 +115,7 @@ void TShapeFileLayer::CreateLegendComponent() {
     TBaseLegendControl* control = nullptr;
     if (factory)
         factory->GetLegendComponent(this, control);
-    // Only a legend control of shape files would be taken, and there is none in this version.
+    // Only a legend control of shape files is taken.
     SetLegendComponent(nullptr);
 }
 
@@ -137,8 +137,10 @@ TShapeFileLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const 
     UpdateDuplicateBaseShapeLayer(duplicate.get());
     duplicate->FProjection = FProjection;
     if (const TShpFile* file = GetShpFile()) {
-        const auto converter = TSHapePointConverterFactory::GetObject(GetDatum(ProjectionFileOf(file->GetFileName())));
-        duplicate->TakeShpFile(TShpFile::LoadFromFile(file->GetFileName(), converter));
+        TShpLoadOptions options;
+        options.SkipDamagedRecords = file->GetDamagedRecordCount() > 0; // what could be shown can be shown again
+        duplicate->TakeShpFile(
+            TShpFile::LoadFromFile(file->GetFileName(), ConversionOf(file->GetFileName()).Converter, options));
     }
     return duplicate;
 }

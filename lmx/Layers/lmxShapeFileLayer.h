@@ -50,7 +50,7 @@ public:
     /// Where the projection puts a coordinate of the file.
     TMapPoint ProjectMapPoint(extended x, extended y) const;
 
-    /// The host's factory may supply the control; no other one exists in this version.
+    /// Asks the host's factory of legend controls. Without one of the class that shape files have, there is none.
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Shape file"

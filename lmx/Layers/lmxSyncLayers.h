@@ -2,6 +2,7 @@
 
 #include <lmx/Runtime/lmxExport.h>
 
+#include <initializer_list>
 #include <memory>
 #include <span>
 
@@ -19,8 +20,15 @@ public:
     /// @throws EExArgumentNilException naming "TSyncLayers.SyncLayers" and "Layers" if there are no layers;
     /// EArgumentException "Layers" if there is one only, or one is nil. Then nothing has changed.
     virtual void SyncLayers(std::span<TRasterMapLayer* const> layers) = 0;
+    void SyncLayers(std::initializer_list<TRasterMapLayer*> layers) {
+        SyncLayers(std::span<TRasterMapLayer* const>(layers));
+    }
+
     /// The range that is given. @throws as the other one.
     virtual void SyncLayers(std::span<TRasterMapLayer* const> layers, double minValue, double maxValue) = 0;
+    void SyncLayers(std::initializer_list<TRasterMapLayer*> layers, double minValue, double maxValue) {
+        SyncLayers(std::span<TRasterMapLayer* const>(layers), minValue, maxValue);
+    }
 };
 
 class LMX_EXPORT TSyncLayersFactory {

@@ -50,7 +50,9 @@ TVectorFileLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const
     auto duplicate = std::make_unique<TVectorFileLayer>(manager);
     UpdateDuplicateBaseShapeLayer(duplicate.get());
     if (FVectorFile)
-        duplicate->SetVectorFile(std::make_unique<TVector>(FVectorFile->GetFileName()));
+        duplicate->SetVectorFile(FVectorFile->GetFileName().isEmpty()
+                                     ? std::make_unique<TVector>(*FVectorFile)
+                                     : std::make_unique<TVector>(FVectorFile->GetFileName()));
     return duplicate;
 }
 

@@ -23,13 +23,13 @@ public:
     /// Frees the file. The picture stays until the next render.
     void DeleteVectorFile();
 
-    /// No legend control of vector files exists in this version.
+    /// Takes the legend control off: vectors have none.
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Vector"
     TLayerOptionFlags GetLayerOptionFlags() const override; ///< the base's and lofDuplicate
     using TBaseShapeLayer::Duplicate;
-    /// A layer that reads the file again.
+    /// A layer that reads the file again, or holds a copy of a vector that is from no file.
     /// @throws what TVector::LoadFromFile raises.
     std::unique_ptr<TBaseLayerManagerLayer> Duplicate(const std::shared_ptr<ILayerManager>& manager) const override;
     void RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) override;

@@ -45,23 +45,25 @@ std::int32_t CountOf(const QString& line, QStringView key) {
     return count;
 }
 
-double FloatOf(const QString& line, QStringView key) {
+double FloatOf(const QString& line, QStringView key, const TFormatSettings& settings) {
     const QString text = ValueOf(line, key);
     float single = 0;
-    if (!TryStrToFloat(text, single))
+    if (!TryStrToFloat(text, single, settings))
         RaiseInvalid(key);
-    return StrToDouble(text);
+    return StrToDouble(text, settings);
 }
 
 class TArcInfoAsciiGridHeading final : public IArcInfoAsciiGridHeading {
 public:
-    explicit TArcInfoAsciiGridHeading(std::span<const QString, LineCount> lines)
-        : FNCols(CountOf(lines[lnNCols], Keys[lnNCols])),
-          FNRows(CountOf(lines[lnNRows], Keys[lnNRows])),
-          FXCorner(FloatOf(lines[lnXCorner], Keys[lnXCorner])),
-          FYCorner(FloatOf(lines[lnYCorner], Keys[lnYCorner])),
-          FCellSize(FloatOf(lines[lnCellSize], Keys[lnCellSize])),
-          FNODATAValue(FloatOf(lines[lnNoDataValue], Keys[lnNoDataValue])) {}
+    /// `nextLine` gives the lines in order, and is asked for one when the lines before it have been found right.
+    template<class NextLine>
+    TArcInfoAsciiGridHeading(NextLine nextLine, const TFormatSettings& settings)
+        : FNCols(CountOf(nextLine(), Keys[lnNCols])),
+          FNRows(CountOf(nextLine(), Keys[lnNRows])),
+          FXCorner(FloatOf(nextLine(), Keys[lnXCorner], settings)),
+          FYCorner(FloatOf(nextLine(), Keys[lnYCorner], settings)),
+          FCellSize(FloatOf(nextLine(), Keys[lnCellSize], settings)),
+          FNODATAValue(FloatOf(nextLine(), Keys[lnNoDataValue], settings)) {}
 
     TArcInfoAsciiGridHeading(const TMapArea& area, std::int32_t ncols, std::int32_t nrows, double cellSize,
                              double noData)
@@ -79,17 +81,22 @@ public:
     double GetCellSize() const override { return FCellSize; }
     double GetNODATAValue() const override { return FNODATAValue; }
 
-    QString ToString() const override {
-        const std::array<QString, LineCount> values = {IntToStr(FNCols),      IntToStr(FNRows),
-                                                       FloatToStr(FXCorner),  FloatToStr(FYCorner),
-                                                       FloatToStr(FCellSize), FloatToStr(FNODATAValue)};
+    QString ToString(const TFormatSettings& settings) const override {
+        const std::array<QString, LineCount> values = {IntToStr(FNCols),
+                                                       IntToStr(FNRows),
+                                                       FloatToStr(FXCorner, settings),
+                                                       FloatToStr(FYCorner, settings),
+                                                       FloatToStr(FCellSize, settings),
+                                                       FloatToStr(FNODATAValue, settings)};
         QString text;
         for (std::size_t line = 0; line < LineCount; ++line)
             text += Keys[line].toString().leftJustified(KeyWidth) + values[line] + LineBreak();
         return text;
     }
 
-    void Save(TStreamWriter& writer) const override { writer.WriteLine(ToString()); }
+    void Save(TStreamWriter& writer, const TFormatSettings& settings) const override {
+        writer.WriteLine(ToString(settings));
+    }
 
 private:
     std::int32_t FNCols;
@@ -102,26 +109,33 @@ private:
 
 } // namespace
 
-std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(std::span<const QString> lines) {
+std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(std::span<const QString> lines,
+                                                                                     const TFormatSettings& settings) {
     if (lines.size() != LineCount)
         throw EArgumentException(QStringLiteral("Invalid number of heading lines"));
-    return std::make_shared<TArcInfoAsciiGridHeading>(lines.first<LineCount>());
+    auto line = lines.begin();
+    return std::make_shared<TArcInfoAsciiGridHeading>([&line] { return *line++; }, settings);
 }
 
-std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(TStreamReader& reader) {
-    std::array<QString, LineCount> lines;
-    for (QString& line : lines)
-        line = reader.ReadLine();
-    return GetObject(std::span<const QString>(lines));
+std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(TStreamReader& reader,
+                                                                                     const TFormatSettings& settings) {
+    try {
+        return std::make_shared<TArcInfoAsciiGridHeading>([&reader] { return reader.ReadLine(); }, settings);
+    } catch (EArgumentException& failure) {
+        failure.SetPlace(reader.GetPlace());
+        throw;
+    }
 }
 
-std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(QIODevice& stream) {
+std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(QIODevice& stream,
+                                                                                     const TFormatSettings& settings) {
     TStreamReader reader(stream);
-    return GetObject(reader);
+    return GetObject(reader, settings);
 }
 
-std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(const QString& fileName) {
-    return GetObject(*OpenForReading(fileName));
+std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(const QString& fileName,
+                                                                                     const TFormatSettings& settings) {
+    return GetObject(*OpenForReading(fileName), settings);
 }
 
 std::shared_ptr<IArcInfoAsciiGridHeading> TArcInfoAsciiGridHeadingFactory::GetObject(const TMapArea& area,

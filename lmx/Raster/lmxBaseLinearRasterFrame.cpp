@@ -1,6 +1,7 @@
 #include <lmx/Raster/lmxBaseLinearRasterFrame.h>
 
 #include <lmx/Runtime/Private/lmxClassName.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 
@@ -26,6 +27,12 @@ Cell ToCell(double value) {
         return static_cast<Cell>(Round(value));
     else
         return static_cast<Cell>(value);
+}
+
+template<class Cell>
+std::vector<Cell> NewCells(std::uint64_t count) {
+    NeedMemoryFor<Cell>(count);
+    return WithinMemory([count] { return std::vector<Cell>(count); });
 }
 
 /// An axis of the map along rows or columns, from its first edge over `Extent` map units to `Count` cells.
@@ -113,13 +120,15 @@ void TBaseLinearRasterFrame::XYToRowCol(double x, double y, double& row, double&
 }
 
 std::vector<double> TBaseLinearRasterFrame::ReadRow(std::int32_t row) const {
-    return std::visit([](const auto& line) { return std::vector<double>(line.begin(), line.end() - 1); },
-                      ScanLine(row));
+    const TConstScanLine cells = ScanLine(row);
+    return WithinMemory([&cells] {
+        return std::visit([](const auto& line) { return std::vector<double>(line.begin(), line.end() - 1); }, cells);
+    });
 }
 
 std::vector<double> TBaseLinearRasterFrame::ReadCol(std::int32_t col) const {
     std::vector<double> values;
-    values.reserve(static_cast<std::size_t>(GetHeight()));
+    WithinMemory([&] { values.reserve(static_cast<std::size_t>(GetHeight())); });
     for (std::int32_t row = 0; row < GetHeight(); ++row)
         values.push_back(ReadCell(row, col));
     return values;
@@ -157,8 +166,9 @@ double TBaseLinearRasterFrame::RowToY(double row) const {
 }
 
 void TBaseLinearRasterFrame::Init(const TMapArea& area, std::int32_t width, std::int32_t height, TDataKind kind) {
+    TBuffer buffer = NewBuffer(CellCountOf(width, height), BufferKindOf(kind));
     SetGeometry(area, width, height, kind);
-    CreateBuffer();
+    FBuffer = std::move(buffer);
 }
 
 void TBaseLinearRasterFrame::Init(const TMapArea& area, std::int32_t width, std::int32_t height,
@@ -172,12 +182,13 @@ void TBaseLinearRasterFrame::Init(const TMapArea& area, std::int32_t width, std:
 }
 
 void TBaseLinearRasterFrame::Init(const TBaseLinearRasterFrame& source) {
-    Init(source.GetBounds(), source.GetWidth(), source.GetHeight(), source.GetKind());
-    if (CellCount() == 0)
-        return;
-    if (source.FBuffer.index() != FBuffer.index())
+    const std::uint64_t count = CellCountOf(source.GetWidth(), source.GetHeight());
+    const bool hasCells = !std::holds_alternative<std::monostate>(source.FBuffer);
+    if (!hasCells && count > 0)
         RaiseNoBuffer("clone");
-    FBuffer = source.FBuffer;
+    TBuffer buffer = hasCells ? CopyOf(source.FBuffer) : NewBuffer(count, source.GetBufferKind());
+    SetGeometry(source.GetBounds(), source.GetWidth(), source.GetHeight(), source.GetKind());
+    FBuffer = std::move(buffer);
 }
 
 void TBaseLinearRasterFrame::SetGeometry(const TMapArea& area, std::int32_t width, std::int32_t height,
@@ -197,38 +208,31 @@ std::size_t TBaseLinearRasterFrame::GetIndex(std::int32_t row, std::int32_t col)
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(GetWidth()) + static_cast<std::size_t>(col);
 }
 
-void TBaseLinearRasterFrame::CreateBuffer() {
-    const std::size_t count = CellCount();
-    if (count > std::vector<double>().max_size())
-        throw EArgumentException(QStringLiteral("Frame has too many cells"));
-    switch (GetBufferKind()) {
+TBaseLinearRasterFrame::TBuffer TBaseLinearRasterFrame::NewBuffer(std::uint64_t count, TDataKind kind) {
+    switch (kind) {
     case TDataKind::dkByte:
-        FBuffer = std::vector<std::uint8_t>(count);
-        break;
+        return NewCells<std::uint8_t>(count);
     case TDataKind::dkInt:
-        FBuffer = std::vector<std::int32_t>(count);
-        break;
+        return NewCells<std::int32_t>(count);
     case TDataKind::dkFloat:
-        FBuffer = std::vector<float>(count);
-        break;
+        return NewCells<float>(count);
     case TDataKind::dkDouble:
-        FBuffer = std::vector<double>(count);
-        break;
+        return NewCells<double>(count);
     default:
         RaiseNoBuffer("create");
     }
 }
 
-std::size_t TBaseLinearRasterFrame::CellCount() const {
-    return static_cast<std::size_t>(GetWidth()) * static_cast<std::size_t>(GetHeight());
+TBaseLinearRasterFrame::TBuffer TBaseLinearRasterFrame::CopyOf(const TBuffer& buffer) {
+    return WithinMemory([&buffer] { return buffer; });
 }
 
 template<class Cell>
 void TBaseLinearRasterFrame::Adopt(const TMapArea& area, std::int32_t width, std::int32_t height, TDataKind kind,
                                    std::vector<Cell> cells) {
-    SetGeometry(area, width, height, kind);
-    if (cells.size() != CellCount())
+    if (cells.size() != CellCountOf(width, height))
         throw EArgumentException(QStringLiteral("Number of cells does not match"));
+    SetGeometry(area, width, height, kind);
     FBuffer = std::move(cells);
 }
 

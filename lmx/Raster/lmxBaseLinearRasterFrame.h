@@ -41,18 +41,19 @@ protected:
     TBaseLinearRasterFrame() = default;
 
     /// Makes this a frame of zeros. An area without width or height has descending axes.
-    /// @throws EArgumentException "Frame size is negative", "Frame has too many cells".
+    /// Whatever an Init raises, the frame is as it was.
+    /// @throws EArgumentException "Frame size is negative"; EOutOfMemory if there is no room for the cells.
     /// @throws EInvalidOperation "Cannot create buffer. Unsupported BufferKind" for a kind outside the enumeration.
     void Init(const TMapArea& area, std::int32_t width, std::int32_t height, TDataKind kind);
 
     /// Makes this a frame of cells that are there already; the kind follows from their type.
-    /// @throws EArgumentException as above, and "Number of cells does not match".
+    /// @throws EArgumentException "Frame size is negative", "Number of cells does not match".
     void Init(const TMapArea& area, std::int32_t width, std::int32_t height, std::vector<float> cells);
     void Init(const TMapArea& area, std::int32_t width, std::int32_t height, std::vector<std::int32_t> cells);
 
     /// Makes this a copy of another frame's area, size, kind and cells. The tables are not copied.
     /// @throws EInvalidOperation "Cannot clone buffer. Unsupported BufferKind" if the source's cells were never
-    /// created.
+    /// created; EOutOfMemory as above.
     void Init(const TBaseLinearRasterFrame& source);
 
     /// What Init does before it creates the cells.
@@ -67,8 +68,8 @@ private:
     using TBuffer = std::variant<std::monostate, std::vector<std::uint8_t>, std::vector<std::int32_t>,
                                  std::vector<float>, std::vector<double>>;
 
-    void CreateBuffer();
-    std::size_t CellCount() const;
+    static TBuffer NewBuffer(std::uint64_t count, TDataKind kind);
+    static TBuffer CopyOf(const TBuffer& buffer);
     template<class Cell>
     void Adopt(const TMapArea& area, std::int32_t width, std::int32_t height, TDataKind kind, std::vector<Cell> cells);
 

@@ -12,8 +12,10 @@ namespace {
 
 constexpr std::int32_t NoIndex = -1; // out of the range of every frame
 
-// A whole number as an index; what no index can hold, NaN included, is out of range.
+// A whole number as an index; what no index can hold is out of range.
 std::int32_t ToIndex(double wholeNumber) {
+    if (std::isnan(wholeNumber))
+        throw EInvalidOp(QStringLiteral("Invalid floating point operation"));
     const bool isIndex = wholeNumber >= 0 && wholeNumber <= std::numeric_limits<std::int32_t>::max();
     return isIndex ? static_cast<std::int32_t>(wholeNumber) : NoIndex;
 }
@@ -30,17 +32,6 @@ struct TBilinearAxis {
           Step(Index == count - 1 ? 0 : 1),
           Weight(Step == 0 ? 0 : static_cast<extended>(coordinate) - Index) {}
 };
-
-TDataKind BufferKindOf(TDataKind kind) {
-    switch (kind) {
-    case TDataKind::dkIndexed:
-    case TDataKind::dkRanged:
-    case TDataKind::dkColor32:
-        return TDataKind::dkInt;
-    default:
-        return kind;
-    }
-}
 
 } // namespace
 
@@ -78,9 +69,25 @@ void TBaseRasterFrame::Save(const QString&) const {
     throw ENotImplemented(QStringLiteral("No default Save implementation exists for RasterFrame"));
 }
 
-void TBaseRasterFrame::SetFrame(const TMapArea& bounds, std::int32_t width, std::int32_t height, TDataKind kind) {
+std::uint64_t TBaseRasterFrame::CellCountOf(std::int32_t width, std::int32_t height) {
     if (width < 0 || height < 0)
         throw EArgumentException(QStringLiteral("Frame size is negative"));
+    return static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
+}
+
+TDataKind TBaseRasterFrame::BufferKindOf(TDataKind kind) {
+    switch (kind) {
+    case TDataKind::dkIndexed:
+    case TDataKind::dkRanged:
+    case TDataKind::dkColor32:
+        return TDataKind::dkInt;
+    default:
+        return kind;
+    }
+}
+
+void TBaseRasterFrame::SetFrame(const TMapArea& bounds, std::int32_t width, std::int32_t height, TDataKind kind) {
+    CellCountOf(width, height);
     FBounds = bounds;
     FWidth = width;
     FHeight = height;

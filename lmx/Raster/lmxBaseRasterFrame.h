@@ -35,7 +35,12 @@ public:
 protected:
     TBaseRasterFrame() = default;
 
-    /// Sets place, size and kinds. The three kinds that mean something by their integers are stored as integers.
+    /// @throws EArgumentException "Frame size is negative".
+    static std::uint64_t CellCountOf(std::int32_t width, std::int32_t height);
+    /// How values of a kind are stored: the three kinds that mean something by their integers as integers.
+    static TDataKind BufferKindOf(TDataKind kind);
+
+    /// Sets place, size and kinds.
     /// @throws EArgumentException "Frame size is negative"; the frame is unchanged then.
     void SetFrame(const TMapArea& bounds, std::int32_t width, std::int32_t height, TDataKind kind);
 

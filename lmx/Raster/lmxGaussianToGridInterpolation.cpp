@@ -3,6 +3,7 @@
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Raster/Private/lmxAxisSamples.h>
 #include <lmx/Raster/Private/lmxNeighbourBlend.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 
@@ -110,6 +111,14 @@ private:
     TRow FHigh;
 };
 
+/// Whether there is room for a grid and for the samples of its axes, before any of them is computed.
+void NeedMemoryForGrid(std::int64_t columns, std::int64_t rows) {
+    constexpr std::int64_t columnBytes = sizeof(TAxisSample) + 2 * sizeof(std::int32_t) + 4 * sizeof(double);
+    constexpr std::int64_t rowBytes = sizeof(TAxisSample) + sizeof(TSingleArray);
+    constexpr std::int64_t cellBytes = sizeof(float);
+    NeedMemory(static_cast<std::uint64_t>(columns * rows * cellBytes + columns * columnBytes + rows * rowBytes));
+}
+
 [[noreturn]] void RefuseSpacing() {
     throw EInvalidOperation(QStringLiteral("Latitudes and longitudes should give a positive spacing"));
 }
@@ -149,6 +158,17 @@ TSingleGrid TGaussianToGridInterpolation::Interpolate(float width, float height,
         throw EArgumentException(QStringLiteral("Grid"));
     if (static_cast<std::int64_t>(columnCount) * rowCount > MaxCells)
         throw EInvalidOperation(QStringLiteral("Grid is too large"));
+    NeedMemoryForGrid(columnCount, rowCount);
+    TSingleGrid result =
+        WithinMemory([&] { return InterpolateCells(columnCount, rowCount, startX, startY, resolution, grid); });
+    numRows = rowCount;
+    numCols = columnCount;
+    return result;
+}
+
+TSingleGrid TGaussianToGridInterpolation::InterpolateCells(std::int32_t columnCount, std::int32_t rowCount,
+                                                           float startX, float startY, float resolution,
+                                                           const TSingleGrid& grid) const {
     const auto columns = SampleTable(FXVals, FXWrapsAround, columnCount, startX, resolution);
     const auto rows = SampleTable(FYVals, FYWrapsAround, rowCount, startY, resolution);
 
@@ -163,8 +183,6 @@ TSingleGrid TGaussianToGridInterpolation::Interpolate(float width, float height,
         BlendRows(source.Low().Numbers, source.High().Numbers, sample.Fraction,
                   std::max(source.Low().Largest, source.High().Largest), FBestGuessEdges, row);
     }
-    numRows = rowCount;
-    numCols = columnCount;
     return result;
 }
 

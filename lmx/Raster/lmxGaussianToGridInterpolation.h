@@ -30,9 +30,13 @@ public:
     /// @param grid a row for each of `FYVals` with a number for each of `FXVals`
     /// @throws EZeroDivide if the resolution is 0; EInvalidOp if a count is no 32-bit number or a fraction is none;
     /// EArgumentException "Grid" if the grid has another shape; EInvalidOperation "Grid size is negative" or "Grid is
-    /// too large".
+    /// too large"; EOutOfMemory, before any work, if there is no room for the result.
     TSingleGrid Interpolate(float width, float height, float startX, float startY, float resolution,
                             const TSingleGrid& grid, std::int32_t& numRows, std::int32_t& numCols) const;
+
+private:
+    TSingleGrid InterpolateCells(std::int32_t columnCount, std::int32_t rowCount, float startX, float startY,
+                                 float resolution, const TSingleGrid& grid) const;
 };
 
 /// Geometry of an interpolated grid, in degrees. Row 0 is the lowest latitude, so `Top` is the southern limit.

@@ -59,14 +59,15 @@ public:
     /// `ioBilinear`: between the top-left corners of the four cells around; the last column and row extend to the edge.
     /// Flag values are blended like any others.
     /// @throws EArgumentException "Row index is out of range", "Col index is out of range", the row being tested first.
+    /// @throws EInvalidOp "Invalid floating point operation" if a cell coordinate is no number, as that of a NaN.
     /// @throws EInvalidOperation "InptOpt not supported" for any other option.
     virtual double Read(double x, double y, TInterpolationOption option) const = 0;
 
-    /// The row without its last column: `GetWidth() - 1` values. Callers rely on it (docs/oddities.md).
-    /// @throws EArgumentException as ScanLine.
+    /// The row without its last column: `GetWidth() - 1` values (docs/oddities.md).
+    /// @throws EArgumentException as ScanLine; EOutOfMemory.
     virtual std::vector<double> ReadRow(std::int32_t row) const = 0;
     /// `GetHeight()` values from the top.
-    /// @throws EArgumentException as ReadCell; a frame without rows gives no values for any column.
+    /// @throws EArgumentException as ReadCell; EOutOfMemory. A frame without rows gives no values for any column.
     virtual std::vector<double> ReadCol(std::int32_t col) const = 0;
 
     /// @throws EArgumentException "Row index is out of range", "Col index is out of range", in this order.
@@ -103,7 +104,7 @@ public:
     virtual bool GetIsLinear() const = 0; ///< whether rows and columns are equally spaced
 
     /// A frame of its own with the same cells and empty tables.
-    /// @throws ENotSupportedException with class and operation for a frame that cannot be cloned.
+    /// @throws EOutOfMemory; ENotSupportedException with class and operation for a frame that cannot be cloned.
     virtual std::shared_ptr<IRasterFrame> Clone() const = 0;
 
     /// Stores one value in all cells, as WriteCell does. A frame of doubles stays as it is (docs/oddities.md).

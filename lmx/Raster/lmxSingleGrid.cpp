@@ -1,5 +1,6 @@
 #include <lmx/Raster/lmxSingleGrid.h>
 
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
@@ -57,13 +58,15 @@ bool HasShape(const TSingleGrid& grid, std::size_t cols, std::size_t rows) {
 TSingleGrid SingleArray1DTo2D(std::span<const float> data, std::size_t cols, std::size_t rows) {
     if (data.size() != cols * rows)
         throw EArgumentException(QStringLiteral("Data"));
-    TSingleGrid grid;
-    grid.reserve(rows);
-    for (std::size_t row = 0; row < rows; ++row) {
-        const auto numbers = data.subspan(row * cols, cols);
-        grid.emplace_back(numbers.begin(), numbers.end());
-    }
-    return grid;
+    return WithinMemory([&] {
+        TSingleGrid grid;
+        grid.reserve(rows);
+        for (std::size_t row = 0; row < rows; ++row) {
+            const auto numbers = data.subspan(row * cols, cols);
+            grid.emplace_back(numbers.begin(), numbers.end());
+        }
+        return grid;
+    });
 }
 
 TSingleArray SingleArrayReverse(TSingleArray array) {

@@ -17,7 +17,7 @@ using TSingleGrid = std::vector<TSingleArray>;
 LMX_EXPORT bool HasShape(const TSingleGrid& grid, std::size_t cols, std::size_t rows);
 
 /// A flat array as `rows` rows of `cols` numbers.
-/// @throws EArgumentException "Data" if the array has another length.
+/// @throws EArgumentException "Data" if the array has another length; EOutOfMemory.
 LMX_EXPORT TSingleGrid SingleArray1DTo2D(std::span<const float> data, std::size_t cols, std::size_t rows);
 
 /// The array in reverse order.

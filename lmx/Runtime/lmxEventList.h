@@ -6,10 +6,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
-#include <deque>
 #include <functional>
+#include <list>
+#include <map>
 #include <memory>
+#include <tuple>
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
@@ -37,79 +40,68 @@ private:
     TLifetime FLifetime;
 };
 
-/// Holds a subscription of a callable; leaving scope ends it. May outlive the event list.
+/// Holds a subscription of a callable, and the callable itself: leaving scope ends the subscription and frees what the
+/// callable holds, as soon as no call of it is under way. May outlive the event list.
 class LMX_EXPORT TSubscription {
 public:
     TSubscription() = default;
-    explicit TSubscription(std::shared_ptr<bool> active) : FActive(std::move(active)) {}
-    TSubscription(TSubscription&& other) noexcept = default;
-    TSubscription& operator=(TSubscription&& other) noexcept {
-        if (this != &other) {
-            Cancel();
-            FActive = std::move(other.FActive);
-        }
-        return *this;
-    }
-    ~TSubscription() { Cancel(); }
+    explicit TSubscription(std::shared_ptr<const void> callable) : FCallable(std::move(callable)) {}
+    TSubscription(TSubscription&&) noexcept = default;
+    TSubscription& operator=(TSubscription&&) noexcept = default;
+    ~TSubscription() = default;
 
-    void Cancel() {
-        if (FActive)
-            *FActive = false;
-        FActive.reset();
-    }
-    bool IsActive() const { return FActive != nullptr; }
+    void Cancel() { FCallable.reset(); }
+    bool IsActive() const { return FCallable != nullptr; }
 
 private:
-    std::shared_ptr<bool> FActive;
+    std::shared_ptr<const void> FCallable;
 };
 
 /// An ordered list of subscribers of one event. Send calls each in order of subscription, inside its own catch-all:
 /// an exception of a subscriber is swallowed and the others still run. There is no duplicate check.
 /// Adding, removing, sending again and destroying the list are all safe inside a Send: what was removed is no longer
-/// called, what was added is called from the next Send on. Send does not allocate. Main thread only.
+/// called, what was added is called from the next Send on. Send does not allocate, and a list that nobody subscribes to
+/// takes no memory of its own. Main thread only.
 template<class... Args>
 class TEventList {
 public:
-    TEventList() : FState(std::make_shared<TState>()) {}
+    TEventList() = default;
     TEventList(const TEventList&) = delete;
     TEventList& operator=(const TEventList&) = delete;
-    ~TEventList() { FState->Destroyed = true; }
+    ~TEventList() {
+        if (FState)
+            FState->IsDestroyed = true;
+    }
 
     /// Subscribes a method. `object` must derive from TEventReceiver; it is never called after its destruction.
     template<class Object, class Class>
     void Add(Object* object, void (Class::*method)(Args...)) {
-        static_assert(std::is_base_of_v<TEventReceiver, Object>, "receivers of events derive from TEventReceiver");
-        TEntry entry;
-        entry.Key = TMethodKey::Make(static_cast<Class*>(object), method);
-        entry.Receiver = static_cast<const TEventReceiver*>(object)->GetLifetime().Watch();
-        entry.CallMethod = [](const TMethodKey& key, Args... args) {
-            void (Class::*bound)(Args...);
-            std::memcpy(&bound, key.Method, sizeof bound);
-            (static_cast<Class*>(key.Object)->*bound)(args...);
-        };
-        FState->Append(std::move(entry));
+        State().Append(MethodEntry(object, method));
     }
 
-    /// Takes out the first equal subscription; it is no error if there is none.
+    /// Subscribes a method to the Sends whose last argument is `about`, and to no others: however many objects listen
+    /// for themselves, telling of one costs nothing for the rest. The subscription lasts as long as `object`.
+    template<class About, class Object, class Class>
+    void AddAbout(About* about, Object* object, void (Class::*method)(Args...)) {
+        static_assert(std::is_same_v<About*, TLastArgument>, "what the event is about is its last argument");
+        State().AppendAbout(about, MethodEntry(object, method));
+    }
+
+    /// Takes out the first equal subscription of a method by Add; it is no error if there is none.
     template<class Object, class Class>
     void Remove(Object* object, void (Class::*method)(Args...)) {
-        const TMethodKey key = TMethodKey::Make(static_cast<Class*>(object), method);
-        for (TEntry& entry : FState->Entries) {
-            if (entry.IsAlive() && entry.CallMethod && entry.Key == key) {
-                FState->TakeOut(entry);
-                break;
-            }
-        }
+        if (FState)
+            FState->TakeOut(TMethodKey::Make(static_cast<Class*>(object), method));
     }
 
     /// Subscribes a callable for as long as the result lives.
     [[nodiscard]] TSubscription Add(std::function<void(Args...)> callable) {
+        const auto shared = std::make_shared<const std::function<void(Args...)>>(std::move(callable));
         TEntry entry;
-        entry.Active = std::make_shared<bool>(true);
-        entry.Callable = std::move(callable);
-        TSubscription subscription(entry.Active);
-        FState->Append(std::move(entry));
-        return subscription;
+        entry.Callable = shared;
+        entry.Life = TLifeWatch(shared);
+        State().Append(std::move(entry));
+        return TSubscription(shared);
     }
 
     void Send(Args... args) const {
@@ -117,40 +109,38 @@ public:
     }
 
     /// Sends as long as `condition` holds, which is asked before each call. For news of an object that a subscriber may
-    /// destroy: the ones behind it must not be told of it.
+    /// destroy or take away: the ones behind it must not be told of it.
     template<class Condition>
     void SendWhile(Condition condition, Args... args) const {
         const std::shared_ptr<TState> state = FState; // survives the list if a subscriber destroys it
-        ++state->SendDepth;
-        const std::size_t count = state->Entries.size();
-        for (std::size_t i = 0; i < count && !state->Destroyed; ++i) {
-            const TEntry& entry = state->Entries[i]; // a deque: stays in place while others are appended
-            if (!entry.IsAlive())
-                continue;
+        if (!state)
+            return;
+        TTurns turns(*state, AboutOf(args...));
+        while (const TEntry* entry = turns.Next()) {
             if (!condition())
                 break;
             try {
-                if (entry.CallMethod)
-                    entry.CallMethod(entry.Key, args...);
-                else
-                    entry.Callable(args...);
+                entry->Call(args...);
             } catch (...) {
                 // By contract: what a subscriber raises ends with it, and the other subscribers still run.
             }
         }
-        --state->SendDepth;
-        state->Tidy();
     }
 
-    /// Number of subscriptions that a Send would call now.
-    int Count() const {
-        int count = 0;
-        for (const TEntry& entry : FState->Entries)
-            count += entry.IsAlive() ? 1 : 0;
-        return count;
-    }
+    /// Number of subscriptions that are there now.
+    int Count() const { return FState ? FState->CountLiving() : 0; }
 
 private:
+    template<class... All>
+    struct TLastOf {
+        using Type = void;
+    };
+    template<class First, class... Others>
+    struct TLastOf<First, Others...> {
+        using Type = std::tuple_element_t<sizeof...(Others), std::tuple<First, Others...>>;
+    };
+    using TLastArgument = typename TLastOf<Args...>::Type;
+
     /// A bound method, comparable without knowing its class.
     struct TMethodKey {
         void* Object = nullptr;
@@ -175,53 +165,148 @@ private:
     struct TEntry {
         TMethodKey Key;
         void (*CallMethod)(const TMethodKey&, Args...) = nullptr; // null: a callable
-        TLifeWatch Receiver;
-        std::function<void(Args...)> Callable;
-        std::shared_ptr<bool> Active;
-        bool Removed = false;
+        std::weak_ptr<const std::function<void(Args...)>> Callable;
+        TLifeWatch Life; // of the receiver or the callable; watches nothing once the entry has been taken out
+        std::uint64_t Serial = 0;
 
-        bool IsAlive() const { return !Removed && (CallMethod ? !Receiver.IsOver() : *Active); }
+        bool IsAlive() const { return !Life.IsOver(); }
+        void Call(Args... args) const {
+            if (CallMethod)
+                CallMethod(Key, args...);
+            else if (const auto callable = Callable.lock())
+                (*callable)(args...);
+        }
     };
 
+    template<class Object, class Class>
+    static TEntry MethodEntry(Object* object, void (Class::*method)(Args...)) {
+        static_assert(std::is_base_of_v<TEventReceiver, Object>, "receivers of events derive from TEventReceiver");
+        TEntry entry;
+        entry.Key = TMethodKey::Make(static_cast<Class*>(object), method);
+        entry.Life = static_cast<const TEventReceiver*>(object)->GetLifetime().Watch();
+        entry.CallMethod = [](const TMethodKey& key, Args... args) {
+            void (Class::*bound)(Args...);
+            std::memcpy(&bound, key.Method, sizeof bound);
+            (static_cast<Class*>(key.Object)->*bound)(args...);
+        };
+        return entry;
+    }
+
+    static const void* AboutOf([[maybe_unused]] const Args&... args) {
+        if constexpr (std::is_pointer_v<TLastArgument>)
+            return std::get<sizeof...(Args) - 1>(std::tie(args...));
+        else
+            return nullptr;
+    }
+
+    // Entries stay where they are while a Send is under way: then they are only marked, and go when it is over.
     struct TState {
-        std::deque<TEntry> Entries;
+        std::list<TEntry> Open;                    // told of everything, in order of subscription
+        std::multimap<const void*, TEntry> Narrow; // told of one object; equal ones in order of subscription
+        std::uint64_t LastSerial = 0;
         std::size_t TidyAt = 16;
         int SendDepth = 0;
-        bool Destroyed = false;
+        bool HasDead = false;
+        bool IsDestroyed = false;
 
         void Append(TEntry entry) {
-            if (Entries.size() >= TidyAt)
-                Tidy(); // a list that is never sent does not grow by what has gone
-            Entries.push_back(std::move(entry));
+            PrepareToGrow();
+            entry.Serial = ++LastSerial;
+            Open.push_back(std::move(entry));
         }
-
-        // At either end an entry leaves at once; in between it leaves with the next tidying.
-        void TakeOut(TEntry& entry) {
-            entry.Removed = true;
-            while (SendDepth == 0 && !Entries.empty() && Entries.front().Removed)
-                Entries.pop_front();
-            while (SendDepth == 0 && !Entries.empty() && Entries.back().Removed)
-                Entries.pop_back();
+        void AppendAbout(const void* about, TEntry entry) {
+            PrepareToGrow();
+            entry.Serial = ++LastSerial;
+            Narrow.emplace(about, std::move(entry));
         }
-
-        // Dead entries leave when no Send is under way. They are destroyed outside the list, since what a callable
-        // holds may come back here when it goes. The next look at all of them comes when as many again have joined,
-        // so that subscribing takes the same time however many there are.
-        void Tidy() {
-            if (SendDepth > 0)
+        void TakeOut(const TMethodKey& key) {
+            const auto entry = std::find_if(Open.begin(), Open.end(),
+                                            [&](const TEntry& each) { return each.IsAlive() && each.Key == key; });
+            if (entry == Open.end())
                 return;
-            std::deque<TEntry> dead;
-            if (!std::all_of(Entries.begin(), Entries.end(), [](const TEntry& e) { return e.IsAlive(); })) {
-                std::deque<TEntry> living;
-                for (TEntry& entry : Entries)
-                    (entry.IsAlive() ? living : dead).push_back(std::move(entry));
-                Entries.swap(living);
+            if (SendDepth == 0) {
+                Open.erase(entry);
+            } else {
+                entry->Life = {};
+                HasDead = true;
             }
-            TidyAt = std::max<std::size_t>(16, 2 * Entries.size());
+        }
+        int CountLiving() const {
+            const auto isAlive = [](const TEntry& entry) { return entry.IsAlive(); };
+            return static_cast<int>(
+                std::count_if(Open.begin(), Open.end(), isAlive) +
+                std::count_if(Narrow.begin(), Narrow.end(), [&](const auto& each) { return isAlive(each.second); }));
+        }
+
+        // A list that is never sent does not grow by what has gone. The next look comes when as many again have joined,
+        // so that subscribing takes the same time however many there are.
+        void PrepareToGrow() {
+            if (SendDepth > 0 || Open.size() + Narrow.size() < TidyAt)
+                return;
+            Tidy();
+            TidyAt = std::max<std::size_t>(16, 2 * (Open.size() + Narrow.size()));
+        }
+        void Tidy() {
+            std::erase_if(Open, [](const TEntry& entry) { return !entry.IsAlive(); });
+            std::erase_if(Narrow, [](const auto& each) { return !each.second.IsAlive(); });
+            HasDead = false;
         }
     };
 
-    std::shared_ptr<TState> FState;
+    // One Send: gives the living entries that were there when it began, in order of subscription, until the list goes.
+    class TTurns {
+    public:
+        TTurns(TState& state, const void* about)
+            : FState(state),
+              FLastSerial(state.LastSerial),
+              FOpen(state.Open.begin()),
+              FNarrow(state.Narrow.equal_range(about)) {
+            ++state.SendDepth;
+        }
+        TTurns(const TTurns&) = delete;
+        TTurns& operator=(const TTurns&) = delete;
+        ~TTurns() {
+            if (--FState.SendDepth == 0 && FState.HasDead)
+                FState.Tidy();
+        }
+
+        const TEntry* Next() {
+            const TEntry* entry = nullptr;
+            while (!FState.IsDestroyed && (entry = Following()) && !entry->IsAlive())
+                FState.HasDead = true;
+            return FState.IsDestroyed ? nullptr : entry;
+        }
+
+    private:
+        const TEntry* Following() {
+            const TEntry* open = FOpen == FState.Open.end() ? nullptr : &*FOpen;
+            const TEntry* narrow = FNarrow.first == FNarrow.second ? nullptr : &FNarrow.first->second;
+            const bool isNarrow = narrow && (!open || narrow->Serial < open->Serial);
+            const TEntry* entry = isNarrow ? narrow : open;
+            if (!entry || entry->Serial > FLastSerial)
+                return nullptr;
+            if (isNarrow)
+                ++FNarrow.first;
+            else
+                ++FOpen;
+            return entry;
+        }
+
+        using TNarrow = typename std::multimap<const void*, TEntry>::const_iterator;
+
+        TState& FState;
+        std::uint64_t FLastSerial;
+        typename std::list<TEntry>::const_iterator FOpen;
+        std::pair<TNarrow, TNarrow> FNarrow;
+    };
+
+    TState& State() {
+        if (!FState)
+            FState = std::make_shared<TState>();
+        return *FState;
+    }
+
+    std::shared_ptr<TState> FState; // null until somebody subscribes
 };
 
 } // namespace lmx

@@ -15,8 +15,20 @@ public:
 
     const QString& Message() const noexcept { return FMessage; }
 
+    /// Where the failure lies, such as "grid.asc, line 3". Empty unless who raised it stands in a text or a file, and
+    /// for failures whose message begins with the file's name.
+    const QString& Place() const noexcept { return FPlace; }
+    /// For who knows the place of a failure that passes through; the first one to tell is the nearest and counts.
+    void SetPlace(const QString& place) {
+        if (FPlace.isEmpty())
+            FPlace = place;
+    }
+    /// The message with its place before it: what to show a user who asked for a file.
+    QString Description() const { return FPlace.isEmpty() ? FMessage : FPlace + QStringLiteral(": ") + FMessage; }
+
 private:
     QString FMessage;
+    QString FPlace;
 };
 
 /// An argument that an operation cannot take.
@@ -93,6 +105,12 @@ public:
 class LMX_EXPORT EAssertionFailed : public Exception {
 public:
     using Exception::Exception;
+};
+
+/// More memory than there is, or than a size can say. The object that asked for it is as it was.
+class LMX_EXPORT EOutOfMemory : public Exception {
+public:
+    EOutOfMemory() : Exception(QStringLiteral("Out of memory")) {}
 };
 
 /// A file that cannot be opened, read or written. The message begins with the file's name.

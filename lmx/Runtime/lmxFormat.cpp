@@ -1,5 +1,6 @@
 #include <lmx/Runtime/lmxFormat.h>
 
+#include <lmx/Runtime/Private/lmxQuote.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
@@ -47,7 +48,7 @@ public:
 
 private:
     [[noreturn]] void Refuse() const {
-        throw EConvertError(QStringLiteral("Format '") + FFormat.toString() +
+        throw EConvertError(QStringLiteral("Format '") + Quotable(FFormat) +
                             QStringLiteral("' invalid or incompatible with argument"));
     }
 
@@ -94,7 +95,7 @@ private:
         if (holder.Index)
             FNext = static_cast<std::size_t>(*holder.Index);
         if (FNext >= FArguments.size())
-            throw EConvertError(QStringLiteral("No argument for format '") + FFormat.toString() + u'\'');
+            throw EConvertError(QStringLiteral("No argument for format '") + Quotable(FFormat) + u'\'');
         return FArguments.begin()[FNext++];
     }
 

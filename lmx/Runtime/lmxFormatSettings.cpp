@@ -1,30 +1,31 @@
-
 #include <lmx/Runtime/lmxFormatSettings.h>
 
 #include <QLocale>
+
+#include <atomic>
 
 namespace lmx {
 
 namespace {
 
-TFormatSettings SystemSettings() {
+char16_t SystemSeparator() {
     const QString point = QLocale::system().decimalPoint();
-    return {point.isEmpty() ? QChar(u'.') : point.front()};
+    return point.isEmpty() ? u'.' : point.front().unicode();
 }
 
-TFormatSettings& CurrentSettings() {
-    static TFormatSettings settings = SystemSettings();
-    return settings;
+std::atomic<char16_t>& CurrentSeparator() {
+    static std::atomic<char16_t> separator = SystemSeparator();
+    return separator;
 }
 
 } // namespace
 
-const TFormatSettings& TFormatSettings::Current() {
-    return CurrentSettings();
+TFormatSettings TFormatSettings::Current() {
+    return {CurrentSeparator().load(std::memory_order_relaxed)};
 }
 
 void TFormatSettings::SetCurrent(const TFormatSettings& settings) {
-    CurrentSettings() = settings;
+    CurrentSeparator().store(settings.DecimalSeparator.unicode(), std::memory_order_relaxed);
 }
 
 } // namespace lmx

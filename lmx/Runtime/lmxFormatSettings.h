@@ -7,11 +7,13 @@
 namespace lmx {
 
 /// How numbers are written in files and on screen, and read back. One current setting serves the whole process; it
-/// begins with the decimal separator of the user's locale. Set on the main thread; workers take a copy.
+/// begins with the decimal separator of the user's locale. Set on the main thread.
 struct LMX_EXPORT TFormatSettings {
     QChar DecimalSeparator = u'.';
 
-    static const TFormatSettings& Current();
+    /// The settings of this moment. What takes settings takes these by default, once, when it is called. Any thread;
+    /// a worker whose result must not change with them is given a copy.
+    static TFormatSettings Current();
     static void SetCurrent(const TFormatSettings& settings);
     /// The settings of texts that must read the same everywhere: a decimal point.
     static TFormatSettings Invariant() { return {}; }

@@ -1,5 +1,6 @@
 #include <lmx/Runtime/lmxNumberText.h>
 
+#include <lmx/Runtime/Private/lmxQuote.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 
@@ -187,7 +188,7 @@ template<class Float>
 Float ToFloat(const QString& text, const TFormatSettings& settings) {
     Float value = 0;
     if (!TryToFloat(text, value, settings))
-        throw EConvertError(u'\'' + text + QStringLiteral("' is not a valid floating point value"));
+        throw EConvertError(u'\'' + Quotable(text) + QStringLiteral("' is not a valid floating point value"));
     return value;
 }
 
@@ -301,7 +302,7 @@ bool TryStrToInt(QStringView text, std::int32_t& value) {
 std::int32_t StrToInt(const QString& text) {
     std::int32_t value = 0;
     if (!TryStrToInt(text, value))
-        throw EConvertError(u'\'' + text + QStringLiteral("' is not a valid integer value"));
+        throw EConvertError(u'\'' + Quotable(text) + QStringLiteral("' is not a valid integer value"));
     return value;
 }
 
@@ -318,10 +319,10 @@ bool TryStrToBool(QStringView text, bool& value, const TFormatSettings& settings
     return true;
 }
 
-bool StrToBool(const QString& text) {
+bool StrToBool(const QString& text, const TFormatSettings& settings) {
     bool value = false;
-    if (!TryStrToBool(text, value))
-        throw EConvertError(u'\'' + text + QStringLiteral("' is not a valid boolean value"));
+    if (!TryStrToBool(text, value, settings))
+        throw EConvertError(u'\'' + Quotable(text) + QStringLiteral("' is not a valid boolean value"));
     return value;
 }
 

@@ -36,7 +36,7 @@ LMX_EXPORT bool TryStrToFloat(QStringView text, extended& value,
                               const TFormatSettings& settings = TFormatSettings::Current());
 
 /// As TryStrToFloat.
-/// @throws EConvertError "'...' is not a valid floating point value".
+/// @throws EConvertError "'...' is not a valid floating point value" with the first 100 characters of a longer text.
 LMX_EXPORT float StrToSingle(const QString& text, const TFormatSettings& settings = TFormatSettings::Current());
 LMX_EXPORT double StrToDouble(const QString& text, const TFormatSettings& settings = TFormatSettings::Current());
 LMX_EXPORT extended StrToFloat(const QString& text, const TFormatSettings& settings = TFormatSettings::Current());
@@ -47,15 +47,15 @@ LMX_EXPORT extended StrToFloat(const QString& text, const TFormatSettings& setti
 LMX_EXPORT bool TryStrToInt(QStringView text, std::int32_t& value);
 
 /// As TryStrToInt.
-/// @throws EConvertError "'...' is not a valid integer value".
+/// @throws EConvertError "'...' is not a valid integer value", as above.
 LMX_EXPORT std::int32_t StrToInt(const QString& text);
 
 /// "True" and "False" in any case, or a number, of which only 0 is false.
 LMX_EXPORT bool TryStrToBool(QStringView text, bool& value,
                              const TFormatSettings& settings = TFormatSettings::Current());
 
-/// @throws EConvertError "'...' is not a valid boolean value".
-LMX_EXPORT bool StrToBool(const QString& text);
+/// @throws EConvertError "'...' is not a valid boolean value", as above.
+LMX_EXPORT bool StrToBool(const QString& text, const TFormatSettings& settings = TFormatSettings::Current());
 
 LMX_EXPORT QString IntToStr(std::int64_t value);
 LMX_EXPORT QString BoolToStr(bool value);  ///< "-1" or "0"

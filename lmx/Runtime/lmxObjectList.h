@@ -4,6 +4,7 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxLifetime.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -11,6 +12,7 @@
 #include <memory>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace lmx {
 
@@ -32,6 +34,7 @@ public:
     ~TObjectList() {
         Clear();
         FOnChange = {};
+        Clear();
     }
 
     void SetOnChange(TChangeCallback callback) { FOnChange = std::move(callback); }
@@ -55,14 +58,13 @@ public:
             throw EArgumentException(QStringLiteral("index"));
         Item* const added = item.get();
         FEntries.insert(FEntries.begin() + index, {std::move(item), ++FSerial});
-        for (TWalk* walk = FWalks; walk; walk = walk->Outer)
-            walk->Next += index < walk->Next ? 1 : 0;
+        for (int& next : FWalks)
+            next += index < next ? 1 : 0;
         if (!FOnChange)
             return added;
-        const TLifeWatch life = FLifetime.Watch();
-        TGuest guest(*this, added);
+        const TPlace<const T*> arrival(FArrivals, added, FLifetime);
         FOnChange(added, TListChange::lcAdded);
-        return !life.IsOver() && guest.IsStillThere() ? added : nullptr;
+        return !arrival.IsOver() && *arrival ? added : nullptr;
     }
 
     T* Insert(int index, std::unique_ptr<T> item) { return Insert<T>(index, std::move(item)); }
@@ -78,6 +80,7 @@ public:
     void Move(int from, int to) {
         if (from < 0 || to < 0 || from >= Count() || to >= Count())
             throw EArgumentException(QStringLiteral("index"));
+        ++FSerial;
         TEntry entry = std::move(FEntries[static_cast<std::size_t>(from)]);
         FEntries.erase(FEntries.begin() + from);
         FEntries.insert(FEntries.begin() + to, std::move(entry));
@@ -85,10 +88,10 @@ public:
 
     /// Removes what is in the list now, first to last, each once. What the callback adds meanwhile stays.
     void Clear() {
-        const TLifeWatch life = FLifetime.Watch();
         const std::uint64_t last = FSerial;
-        for (int index = 0; !life.IsOver() && (index = FirstUpTo(last)) >= 0;)
-            TakeOut(index, TListChange::lcRemoved);
+        const TPlace<int> next(FWalks, 0, FLifetime);
+        while (!next.IsOver() && (*next = NextUpTo(last, *next)) >= 0)
+            TakeOut(*next, TListChange::lcRemoved);
     }
 
     /// Calls `visit(item)` for each item that is in the list now and still is when its turn comes, in the order of the
@@ -97,9 +100,9 @@ public:
     template<class Visitor>
     void ForEach(Visitor&& visit) const {
         const std::uint64_t last = FSerial;
-        TWalk walk(*this);
-        while (!walk.Life.IsOver() && walk.Next < Count()) {
-            const TEntry& entry = FEntries[static_cast<std::size_t>(walk.Next++)];
+        const TPlace<int> next(FWalks, 0, FLifetime);
+        while (!next.IsOver() && *next < Count()) {
+            const TEntry& entry = FEntries[static_cast<std::size_t>((*next)++)];
             if (entry.Serial > last)
                 continue;
             if constexpr (std::is_same_v<decltype(visit(entry.Item.get())), bool>) {
@@ -119,19 +122,30 @@ public:
             throw EArgumentException(QStringLiteral("index"));
         return FEntries[static_cast<std::size_t>(index)].Item.get();
     }
-    /// Position of the item, or -1.
+    /// Position of the item, or -1. Looks from both ends, where items come and go most.
     int IndexOf(const T* item) const {
-        for (std::size_t i = 0; i < FEntries.size(); ++i)
-            if (FEntries[i].Item.get() == item)
-                return static_cast<int>(i);
+        for (std::size_t front = 0, back = FEntries.size(); front < back; ++front) {
+            if (FEntries[front].Item.get() == item)
+                return static_cast<int>(front);
+            if (FEntries[--back].Item.get() == item)
+                return static_cast<int>(back);
+        }
         return -1;
     }
     bool Contains(const T* item) const { return IndexOf(item) >= 0; }
+    /// Whether the callback is being told that `item` has come, and nobody has taken it out again meanwhile. Whoever
+    /// passes the news on asks this before each further one that is told; nothing is searched for it.
+    bool IsArriving(const T* item) const {
+        return item && std::find(FArrivals.begin(), FArrivals.end(), item) != FArrivals.end();
+    }
+
+    /// Grows with each item that comes, goes or moves: as long as it stays, the same items stand in the same order.
+    std::uint64_t GetChangeCount() const { return FSerial; }
 
 private:
     struct TEntry {
         std::unique_ptr<T> Item;
-        std::uint64_t Serial = 0; // grows with each entry
+        std::uint64_t Serial = 0; // grows from each entry to the next that comes
     };
 
 public:
@@ -160,71 +174,62 @@ public:
     TIterator end() const { return TIterator(FEntries.end()); }
 
 private:
-    // A walk under way: the list keeps its place when items come and go.
-    struct TWalk {
-        explicit TWalk(const TObjectList& list)
-            : List(list),
-              Life(list.FLifetime.Watch()),
-              Outer(std::exchange(list.FWalks, this)) {}
-        TWalk(const TWalk&) = delete;
-        TWalk& operator=(const TWalk&) = delete;
-        ~TWalk() {
-            if (!Life.IsOver())
-                List.FWalks = Outer;
+    // What some work under way keeps on a stack of the list, so that each change of the list can put it right. Work
+    // ends in the order opposite to that in which it began, or is the last to know of the list.
+    template<class Value>
+    class TPlace {
+    public:
+        TPlace(std::vector<Value>& stack, Value value, const TLifetime& list)
+            : FStack(stack),
+              FDepth(stack.size()),
+              FList(list.Watch()) {
+            stack.push_back(value);
+        }
+        TPlace(const TPlace&) = delete;
+        TPlace& operator=(const TPlace&) = delete;
+        ~TPlace() {
+            if (!IsOver())
+                FStack.pop_back();
         }
 
-        const TObjectList& List;
-        TLifeWatch Life;
-        TWalk* Outer;
-        int Next = 0;
+        bool IsOver() const { return FList.IsOver(); } ///< whether the list is gone
+        Value& operator*() const { return FStack[FDepth]; }
+
+    private:
+        std::vector<Value>& FStack;
+        std::size_t FDepth;
+        TLifeWatch FList;
     };
 
-    // An item whose coming is being told: whoever is told may take it out again. Nothing is searched for it.
-    struct TGuest {
-        TGuest(TObjectList& list, const T* item)
-            : List(list),
-              Item(item),
-              Life(list.FLifetime.Watch()),
-              Outer(std::exchange(list.FGuests, this)) {}
-        TGuest(const TGuest&) = delete;
-        TGuest& operator=(const TGuest&) = delete;
-        ~TGuest() {
-            if (!Life.IsOver())
-                List.FGuests = Outer;
-        }
-        bool IsStillThere() const { return Item != nullptr; }
-
-        TObjectList& List;
-        const T* Item;
-        TLifeWatch Life;
-        TGuest* Outer;
-    };
-
-    int FirstUpTo(std::uint64_t serial) const {
-        for (std::size_t i = 0; i < FEntries.size(); ++i)
-            if (FEntries[i].Serial <= serial)
-                return static_cast<int>(i);
-        return -1;
+    // The first entry at `from` or behind it that is no newer than `serial`; else the first before it, for one that has
+    // been moved there; else -1.
+    int NextUpTo(std::uint64_t serial, int from) const {
+        const auto isOld = [serial](const TEntry& entry) { return entry.Serial <= serial; };
+        const auto middle = FEntries.begin() + from;
+        if (const auto found = std::find_if(middle, FEntries.end(), isOld); found != FEntries.end())
+            return static_cast<int>(found - FEntries.begin());
+        const auto found = std::find_if(FEntries.begin(), middle, isOld);
+        return found == middle ? -1 : static_cast<int>(found - FEntries.begin());
     }
 
     std::unique_ptr<T> TakeOut(int index, TListChange change) {
         if (index < 0)
             return nullptr;
+        ++FSerial;
         std::unique_ptr<T> taken = std::move(FEntries[static_cast<std::size_t>(index)].Item);
         FEntries.erase(FEntries.begin() + index);
-        for (TWalk* walk = FWalks; walk; walk = walk->Outer)
-            walk->Next -= index < walk->Next ? 1 : 0;
-        for (TGuest* guest = FGuests; guest; guest = guest->Outer)
-            if (guest->Item == taken.get())
-                guest->Item = nullptr;
+        for (int& next : FWalks)
+            next -= index < next ? 1 : 0;
+        std::replace(FArrivals.begin(), FArrivals.end(), static_cast<const T*>(taken.get()),
+                     static_cast<const T*>(nullptr));
         FOnChange(taken.get(), change);
         return taken;
     }
 
     std::deque<TEntry> FEntries;
-    std::uint64_t FSerial = 0;
-    mutable TWalk* FWalks = nullptr;
-    TGuest* FGuests = nullptr;
+    std::uint64_t FSerial = 0;       // grows with each change
+    mutable std::vector<int> FWalks; // index that each walk under way comes to next
+    std::vector<const T*> FArrivals; // items whose coming is being told; nil once taken out again
     TChangeCallback FOnChange;
     TLifetime FLifetime;
 };

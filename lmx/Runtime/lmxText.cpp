@@ -1,5 +1,6 @@
 #include <lmx/Runtime/lmxText.h>
 
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -12,9 +13,30 @@ namespace lmx {
 
 namespace {
 
+constexpr qint64 BlockSize = 64 * 1024;
+
 char16_t FoldAscii(QChar c) {
     const char16_t unit = c.unicode();
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+}
+
+[[noreturn]] void RefuseMoreThan(const QString& fileName, qint64 mostBytes) {
+    throw EFileFormatException(fileName,
+                               QStringLiteral("holds more than ") + IntToStr(mostBytes) + QStringLiteral(" bytes"));
+}
+
+// Pipes and devices do not know how much they will give, and some never end.
+QByteArray ReadToTheEnd(QFile& file, qint64 mostBytes) {
+    if (!file.isSequential())
+        return file.readAll();
+    QByteArray content;
+    while (content.size() <= mostBytes) {
+        const QByteArray block = file.read(BlockSize);
+        if (block.isEmpty())
+            return content;
+        content += block;
+    }
+    RefuseMoreThan(file.fileName(), mostBytes);
 }
 
 } // namespace
@@ -71,9 +93,8 @@ QByteArray ReadFile(const QString& fileName, qint64 mostBytes) {
     if (!file.open(QIODevice::ReadOnly))
         throw EFileException(fileName, QStringLiteral("cannot be opened: ") + file.errorString());
     if (file.size() > mostBytes)
-        throw EFileFormatException(fileName,
-                                   QStringLiteral("holds more than ") + IntToStr(mostBytes) + QStringLiteral(" bytes"));
-    QByteArray content = file.readAll();
+        RefuseMoreThan(fileName, mostBytes);
+    QByteArray content = WithinMemory(fileName, [&] { return ReadToTheEnd(file, mostBytes); });
     if (file.error() != QFileDevice::NoError)
         throw EFileException(fileName, QStringLiteral("cannot be read: ") + file.errorString());
     return content;

@@ -25,9 +25,9 @@ LMX_EXPORT QStringList SplitLines(const QString& text);
 /// The line break of written files and of clipboard text.
 LMX_EXPORT QString LineBreak();
 
-/// Content of a file.
-/// @throws EFileException if it cannot be read.
-/// @throws EFileFormatException, before anything is read, if it holds more than `mostBytes`.
+/// Content of a file, or what a pipe or device gives until its end.
+/// @throws EFileException if it cannot be read or "does not fit into memory".
+/// @throws EFileFormatException if it holds more than `mostBytes`; no more of it is read then, of a file nothing.
 LMX_EXPORT QByteArray ReadFile(const QString& fileName, qint64 mostBytes = std::numeric_limits<qint64>::max());
 
 /// Lines of a UTF-8 text file; a byte order mark is skipped.

@@ -2,6 +2,7 @@
 
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>
 
 #include <QFile>
@@ -47,12 +48,13 @@ QString DecodeUtf8(QByteArrayView bytes) {
 
 TStreamReader::TStreamReader(QIODevice& stream)
     : FStream(stream),
+      FName(NameOf(stream)),
       FBlock(BlockSize),
       FNext(FBlock.data()),
       FEnd(FNext),
       FLineFeed(FNext) {
     if (!stream.isReadable())
-        throw EFileException(NameOf(stream), QStringLiteral("cannot be read: not open"));
+        throw EFileException(FName, QStringLiteral("cannot be read: not open"));
 }
 
 TStreamReader::~TStreamReader() {
@@ -67,6 +69,7 @@ TStreamReader::~TStreamReader() {
 }
 
 QByteArrayView TStreamReader::ReadLineUtf8() {
+    ++FLineNumber;
     SkipLineFeed();
     FLine.clear();
     while (FNext != FEnd || FillBlock()) {
@@ -79,11 +82,23 @@ QByteArrayView TStreamReader::ReadLineUtf8() {
             if (FLine.empty())
                 return {first, lineEnd - first};
         }
-        FLine.append(first, lineEnd);
+        AppendToLine(first, lineEnd);
         if (isWhole)
             break;
     }
     return {FLine.data(), static_cast<qsizetype>(FLine.size())};
+}
+
+void TStreamReader::AppendToLine(const char* first, const char* last) {
+    if (static_cast<std::size_t>(last - first) > LongestLine - FLine.size())
+        throw EFileFormatException(FName, QStringLiteral("line ") + IntToStr(FLineNumber) +
+                                              QStringLiteral(" is longer than ") + IntToStr(LongestLine) +
+                                              QStringLiteral(" bytes"));
+    FLine.append(first, last);
+}
+
+QString TStreamReader::GetPlace() const {
+    return FName + QStringLiteral(", line ") + IntToStr(FLineNumber);
 }
 
 std::int64_t TStreamReader::BytesLeft() const {
@@ -93,15 +108,33 @@ std::int64_t TStreamReader::BytesLeft() const {
 }
 
 bool TStreamReader::FillBlock() {
-    const qint64 count = FStream.read(FBlock.data(), static_cast<qint64>(FBlock.size()));
-    if (count < 0 && !FStream.isSequential()) // a sequential stream says so at its end, too
-        throw EFileException(NameOf(FStream), QStringLiteral("cannot be read: ") + FStream.errorString());
     FNext = FBlock.data();
-    FEnd = FNext + std::max<qint64>(0, count);
-    if (std::exchange(FIsAtStart, false) && QByteArrayView(FNext, FEnd - FNext).startsWith(ByteOrderMark))
-        FNext += ByteOrderMark.size();
+    FEnd = FNext + ReadBytes(FBlock.data(), static_cast<qint64>(FBlock.size()));
+    if (std::exchange(FIsAtStart, false))
+        SkipMark();
     FLineFeed = Find(FNext, FEnd, '\n');
-    return count > 0;
+    return FNext != FEnd;
+}
+
+qint64 TStreamReader::ReadBytes(char* bytes, qint64 most) {
+    const qint64 count = FStream.read(bytes, most);
+    if (count < 0 && !FStream.isSequential()) // a sequential stream says so at its end, too
+        throw EFileException(FName, QStringLiteral("cannot be read: ") + FStream.errorString());
+    return std::max<qint64>(0, count);
+}
+
+// A mark may come in pieces: what begins like one is waited for, and what stands behind it.
+void TStreamReader::SkipMark() {
+    while (ByteOrderMark.startsWith(QByteArrayView(FNext, FEnd - FNext))) {
+        const bool isWhole = FEnd - FNext == ByteOrderMark.size();
+        const qint64 count =
+            ReadBytes(FBlock.data() + (FEnd - FNext), static_cast<qint64>(FBlock.size()) - (FEnd - FNext));
+        FEnd += count;
+        if (count == 0 || isWhole)
+            break;
+    }
+    if (QByteArrayView(FNext, FEnd - FNext).startsWith(ByteOrderMark))
+        FNext += ByteOrderMark.size();
 }
 
 void TStreamReader::SkipLineFeed() {

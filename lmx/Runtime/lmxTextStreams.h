@@ -27,6 +27,9 @@ LMX_EXPORT QString DecodeUtf8(QByteArrayView bytes);
 /// right behind the last line read if the stream has positions (and does not translate line ends itself).
 class LMX_EXPORT TStreamReader {
 public:
+    /// Bytes of the longest line that is read: many times those of the widest grids, and too few to exhaust memory.
+    static constexpr std::size_t LongestLine = 16 * 1024 * 1024;
+
     /// @throws EFileException if the stream is not open for reading.
     explicit TStreamReader(QIODevice& stream);
     ~TStreamReader();
@@ -34,7 +37,7 @@ public:
     TStreamReader& operator=(const TStreamReader&) = delete;
 
     /// The next line without its end; at the end of the stream empty, however often it is asked for.
-    /// @throws EFileException if the stream fails.
+    /// @throws EFileException if the stream fails, EFileFormatException "...: line %d is longer than 16777216 bytes".
     QString ReadLine() { return DecodeUtf8(ReadLineUtf8()); }
     /// The same line as the bytes of the stream, valid until the next call.
     QByteArrayView ReadLineUtf8();
@@ -42,12 +45,23 @@ public:
     /// Bytes from here to the end of the stream; 0 if the stream does not know.
     std::int64_t BytesLeft() const;
 
+    const QString& GetName() const { return FName; } ///< of the stream's file, or "stream"
+    /// How many lines have been asked for: the number of the last one, counted from 1.
+    std::int64_t GetLineNumber() const { return FLineNumber; }
+    /// The last line for the message of a failure: "grid.asc, line 3".
+    QString GetPlace() const;
+
 private:
     bool FillBlock();
+    qint64 ReadBytes(char* bytes, qint64 most);
+    void SkipMark();
     void SkipLineFeed();
     const char* FindLineEnd();
+    void AppendToLine(const char* first, const char* last);
 
     QIODevice& FStream;
+    const QString FName;
+    std::int64_t FLineNumber = 0;
     std::vector<char> FBlock;
     const char* FNext; // in the block, as the next two
     const char* FEnd;

@@ -66,6 +66,15 @@ const QMap<QString, QStringList>& Doors() {
     return doors;
 }
 
+// A room's umbrella header, which is for hosts: "lmx/Layers/lmxLayers.h".
+bool IsUmbrella(const TSourceFile& file) {
+    return file.Path == QStringLiteral("lmx/%1/lmx%1.h").arg(file.Folder());
+}
+
+bool IsPrivate(const TSourceFile& file) {
+    return file.Folder().endsWith(QStringLiteral("Private"));
+}
+
 bool MayInclude(const TSourceFile& file, const QString& folder) {
     const QString from = RoomOf(file.Folder());
     const QString to = RoomOf(folder);
@@ -83,7 +92,7 @@ TEST(IncludeGraph, PointsOneWay) {
     int includes = 0;
     for (const TSourceFile& file : LibrarySources()) {
         for (const QString& include : IncludesOf(file.Text)) {
-            if (!include.startsWith(QStringLiteral("lmx/")))
+            if (!include.startsWith(QStringLiteral("lmx/")) || IsUmbrella(file))
                 continue;
             ++includes;
             EXPECT_TRUE(MayInclude(file, include.section(u'/', 1, -2)))
@@ -119,11 +128,54 @@ TEST(IncludeGraph, HeadersAreReadOnce) {
 // What a host includes is installed, and what is private is not.
 TEST(IncludeGraph, PublicHeadersIncludePublicHeaders) {
     for (const TSourceFile& file : LibrarySources()) {
-        if (!file.IsHeader() || file.Folder().endsWith(QStringLiteral("Private")))
+        if (!file.IsHeader() || IsPrivate(file))
             continue;
         for (const QString& include : IncludesOf(file.Text))
             EXPECT_FALSE(include.contains(QStringLiteral("/Private/")))
                 << file.Path.toStdString() << " includes " << include.toStdString();
+    }
+}
+
+TEST(IncludeGraph, UmbrellaHeadersHoldTheirRoom) {
+    QMap<QString, QStringList> publicHeaders;
+    QMap<QString, QStringList> umbrellas;
+    for (const TSourceFile& file : LibrarySources()) {
+        if (!file.IsHeader() || IsPrivate(file))
+            continue;
+        const QString house = file.Folder().section(u'/', 0, 0);
+        if (IsUmbrella(file))
+            umbrellas[house] = IncludesOf(file.Text);
+        else
+            publicHeaders[house] += file.Path;
+    }
+    publicHeaders[QStringLiteral("Runtime")] += QStringLiteral("lmx/Runtime/lmxExport.h");
+    for (auto house = publicHeaders.begin(); house != publicHeaders.end(); ++house) {
+        house.value().sort();
+        EXPECT_EQ(umbrellas[house.key()], house.value()) << house.key().toStdString();
+    }
+}
+
+TEST(IncludeGraph, UmbrellaHeadersAreForHosts) {
+    for (const TSourceFile& file : LibrarySources())
+        for (const QString& include : IncludesOf(file.Text))
+            EXPECT_FALSE(IsUmbrella({include, {}})) << file.Path.toStdString() << " includes " << include.toStdString();
+}
+
+TEST(IncludeGraph, OwnHeadersComeFirst) {
+    const auto sources = LibrarySources();
+    QStringList paths;
+    for (const TSourceFile& file : sources)
+        paths += file.Path;
+    for (const TSourceFile& file : sources) {
+        if (file.IsHeader())
+            continue;
+        QString own = file.Path;
+        own.replace(own.size() - 4, 4, QStringLiteral(".h"));
+        const qsizetype name = own.lastIndexOf(u'/') + 1;
+        if (const QString hidden = own.left(name) + QStringLiteral("Private/") + own.mid(name); paths.contains(hidden))
+            own = hidden;
+        if (paths.contains(own))
+            EXPECT_EQ(IncludesOf(file.Text).value(0), own) << file.Path.toStdString();
     }
 }
 

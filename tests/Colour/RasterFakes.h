@@ -2,6 +2,7 @@
 
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
+#include <lmx/Colour/lmxMapData.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 
 #include <cstdint>

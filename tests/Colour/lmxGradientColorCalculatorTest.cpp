@@ -104,7 +104,7 @@ TEST(GradientColorCalculator, SharesTheGradientItIsGiven) {
     const auto gradient = TestGradient();
     const auto calculator = TGradientColorCalculatorFactory::GetObject(0.0F, 1.0F, gradient);
     EXPECT_EQ(calculator->GetGradient(), gradient);
-    gradient->GetColorStops()[0].Color = Default;
+    gradient->GetColorStops().Set(0, {0, Default});
     EXPECT_EQ(calculator->GetColor(0), Default);
 }
 
@@ -134,9 +134,9 @@ TEST(GradientColorCalculator, ACloneKeepsTheDefaultColorAndCopiesTheGradient) {
         EXPECT_EQ(clone->GetDefaultColor(), Default);
         EXPECT_EQ(clone->GetMinVal(), 1);
         EXPECT_EQ(clone->GetMaxVal(), 2);
-        source->GetGradient()->GetColorStops()[0].Color = 1;
+        source->GetGradient()->GetColorStops().Set(0, {0, 1});
         EXPECT_EQ(clone->GetColor(1), First);
-        source->GetGradient()->GetColorStops()[0].Color = First;
+        source->GetGradient()->GetColorStops().Set(0, {0, First});
     }
 }
 

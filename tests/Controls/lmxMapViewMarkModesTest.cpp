@@ -547,7 +547,7 @@ TEST_F(MapViewLayerMouse, ALayerSeesThatItsPressIsBeingHandled) {
         bool WasDown = false;
     };
     auto owned = std::make_unique<TAskingLayer>(Shown.Manager);
-    auto* layer = static_cast<TAskingLayer*>(Shown.Manager->GetLayers().Add(std::move(owned)));
+    TAskingLayer* layer = Shown.Manager->GetLayers().Add(std::move(owned));
     layer->View = &Shown.View;
     layer->MouseSupport = AllMouse;
     Shown.Manager->SetSelLayer(layer);

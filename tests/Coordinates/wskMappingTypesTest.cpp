@@ -261,5 +261,19 @@ INSTANTIATE_TEST_SUITE_P(Texts, MapAreaRefuses,
                          testing::Values("", "1,2,3", "1,2,3,4,5", "1,2,3,", "a,2,3,4", "1,2,3,x", "1e39,0,0,0",
                                          "0,0,0,-1e39"));
 
+TEST(MappingTypes, TextsFollowTheSettingsThatTheyAreGiven) {
+    constexpr TFormatSettings comma{u','};
+    constexpr TFormatSettings point{u'.'};
+    const TMapPoint place(1.5L, -2);
+    EXPECT_EQ(place.ToString(true, comma), "1,500, -2,000");
+    EXPECT_EQ(place.ToString(false, point), "1.500,-2.000");
+    EXPECT_EQ(TMapPoint(QStringLiteral("1.5,-2"), point), place);
+    EXPECT_THROW(TMapPoint(QStringLiteral("1.5,-2"), comma), EArgumentException);
+    const TMapArea area(1, 2, 3, 4.5L);
+    EXPECT_EQ(area.ToString(comma), "1,000000,2,000000,3,000000,4,500000");
+    EXPECT_EQ(TMapArea(area.ToString(point), point), area);
+    EXPECT_THROW(TMapArea(area.ToString(point), comma), EArgumentException);
+}
+
 } // namespace
 } // namespace lmx

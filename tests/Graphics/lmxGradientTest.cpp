@@ -133,14 +133,14 @@ TEST(Gradient, FollowsChangesOfItsStopList) {
     EXPECT_EQ(gradient->GetColor(1), Red);
     gradient->GetColorStops().push_back({1, Blue});
     EXPECT_EQ(gradient->GetColor(1), Blue);
-    gradient->GetColorStops()[1].Color = White;
+    gradient->GetColorStops().Set(1, {1, White});
     EXPECT_EQ(gradient->GetColor(1), White);
 }
 
 TEST(Gradient, ACopyIsIndependent) {
     const auto source = TGradientFactory::GetObject(std::vector<TColorStop>{{0, Red}});
     const auto copy = TGradientFactory::GetObject(source);
-    source->GetColorStops()[0].Color = Blue;
+    source->GetColorStops().Set(0, {0, Blue});
     EXPECT_EQ(copy->GetColor(0), Red);
     EXPECT_EQ(MessageOf<EExArgumentNilException>([] { TGradientFactory::GetObject(std::shared_ptr<IGradient>()); }),
               "TGradientFactory.GetObject: argument source is nil");
@@ -148,8 +148,9 @@ TEST(Gradient, ACopyIsIndependent) {
 
 TEST(Gradient, TheFactoryKnowsItsOwn) {
     struct THostGradient : IGradient {
-        std::vector<TColorStop> Stops;
-        std::vector<TColorStop>& GetColorStops() override { return Stops; }
+        TColorStops Stops;
+        TColorStops& GetColorStops() override { return Stops; }
+        const TColorStops& GetColorStops() const override { return Stops; }
         TColor32 GetColor(double) const override { return 7; }
         QString ToString() const override { return {}; }
         void FromString(const QString&) override {}

@@ -64,11 +64,36 @@ public:
 
 TEST(BaseLayerManagerLayer, KnowsItsManagerUntilItHasLeft) {
     const auto manager = TLayerManagerFactory::GetObject();
-    auto* layer = static_cast<TLeavingLayer*>(manager->GetLayers().Add(std::make_unique<TLeavingLayer>(manager)));
+    TLeavingLayer* layer = manager->GetLayers().Add(std::make_unique<TLeavingLayer>(manager));
     const auto extracted = manager->GetLayers().Extract(layer);
     EXPECT_EQ(layer->Left, manager.get());
     EXPECT_EQ(layer->StillKnown, manager.get());
     EXPECT_FALSE(layer->IsLMSet());
+}
+
+TEST(BaseLayerManagerLayer, HearsOfItsRemovalInTurnWithTheOtherSubscribers) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    QString log;
+    const auto write = [&log](QChar name) {
+        return [&log, name](ILayerManager*, TBaseMapLayer* layer) {
+            log += name;
+            log += QString::fromLatin1(dynamic_cast<TTestLayer&>(*layer).IsLMSet() ? "+" : "-");
+        };
+    };
+    const TSubscription before = manager->GetOnLayerRemoved().Add(write(u'a'));
+    TTestLayer* layer = AddTestLayer(manager);
+    const TSubscription after = manager->GetOnLayerRemoved().Add(write(u'b'));
+    manager->GetLayers().Remove(layer);
+    EXPECT_EQ(log, QStringLiteral("a+b-"));
+}
+
+TEST(BaseLayerManagerLayer, HearsNothingOfTheManagerThatItWasNotMadeFor) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    const auto other = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = other->GetLayers().Add(std::make_unique<TTestLayer>(manager));
+    const auto extracted = other->GetLayers().Extract(layer);
+    EXPECT_EQ(layer->Removals, 0);
+    EXPECT_EQ(layer->GetLayerManager(), manager);
 }
 
 TEST(BaseLayerManagerLayer, AStaleSubscriptionDoesNothing) {

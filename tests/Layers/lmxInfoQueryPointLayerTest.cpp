@@ -193,6 +193,16 @@ TEST_F(InfoQueryPointLayer, TellsOfPointsThatComeAndGo) {
     EXPECT_EQ(Invalidations, 4); // its label, then its coming
 }
 
+TEST_F(InfoQueryPointLayer, OnesBehindASubscriberThatRemovesAPointAreNotToldThatItCame) {
+    TInfoQueryPointLayer layer(Manager);
+    const TSubscription refuse = layer.GetOnAdded().Add(
+        [](TInfoQueryPointLayer* sender, TInfoQueryPoint* point) { sender->GetPoints().Remove(point); });
+    int told = 0;
+    const TSubscription count = layer.GetOnAdded().Add([&](TInfoQueryPointLayer*, TInfoQueryPoint*) { ++told; });
+    EXPECT_EQ(layer.GetPoints().Add(std::make_unique<TInfoQueryPoint>()), nullptr);
+    EXPECT_EQ(told, 0);
+}
+
 TEST_F(InfoQueryPointLayer, ItsEndTellsOfEveryPoint) {
     AddPoint({1, 2}, QStringLiteral("a"));
     AddPoint({3, 4}, QStringLiteral("b"));
@@ -205,6 +215,12 @@ TEST_F(InfoQueryPointLayer, ASubscriberMayDestroyTheLayer) {
     TInfoQueryPoint* point = AddPoint({1, 2});
     const auto removed = Layer->GetOnRemoved().Add([this](TInfoQueryPointLayer*, TInfoQueryPoint*) { Layer.reset(); });
     Layer->GetPoints().Remove(point);
+    EXPECT_EQ(Layer, nullptr);
+}
+
+TEST_F(InfoQueryPointLayer, ASubscriberMayDestroyTheLayerThatGetsAPoint) {
+    const auto added = Layer->GetOnAdded().Add([this](TInfoQueryPointLayer*, TInfoQueryPoint*) { Layer.reset(); });
+    EXPECT_EQ(AddPoint({1, 2}), nullptr);
     EXPECT_EQ(Layer, nullptr);
 }
 

@@ -110,6 +110,29 @@ TEST_F(LayerFactory, AsksHandlersInTheirOrderAndStopsAtTheFirstThatKnowsTheType)
     EXPECT_EQ(log, "a1b1B");
 }
 
+TEST_F(LayerFactory, AHandlerMayRegisterOthersAndLetTheFactoryGoWhileItIsAsked) {
+    class THandler final : public ILayerFactoryHandler {
+    public:
+        explicit THandler(std::shared_ptr<ILayerFactory>& factory) : FFactory(factory) {}
+        std::unique_ptr<TBaseMapLayer> CreateLayer(const std::shared_ptr<ILayerManager>& manager) const override {
+            return MakeTestLayer(manager);
+        }
+        bool CanCreate(const QString& layerType) const override {
+            for (int i = 0; FFactory && i < 100; ++i)
+                FFactory->Register(layerType, MakeTestLayer);
+            FFactory.reset();
+            return true;
+        }
+
+    private:
+        std::shared_ptr<ILayerFactory>& FFactory;
+    };
+    const ILayerFactory& asked = *Factory;
+    Factory->Register(std::make_shared<THandler>(Factory));
+    EXPECT_NE(asked.CreateLayer(QStringLiteral("Own"), Manager), nullptr);
+    EXPECT_EQ(Factory, nullptr);
+}
+
 TEST_F(LayerFactory, AHandlerMayRegisterOthersWhileItMakesALayer) {
     Factory->Register(QStringLiteral("Own"), [this](const std::shared_ptr<ILayerManager>& manager) {
         for (int i = 0; i < 100; ++i)

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -129,6 +131,116 @@ TEST(LayerManager, ASubscriberMayTakeALayerOutAsItComes) {
     EXPECT_EQ(manager->GetLayers().Count(), 0);
 }
 
+TEST(LayerManager, OnesBehindASubscriberThatMovesALayerToAnotherManagerAreNotToldOfIt) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    const auto other = TLayerManagerFactory::GetObject();
+    const TSubscription move = manager->GetOnLayerAdded().Add([&](ILayerManager* sender, TBaseMapLayer* layer) {
+        other->GetLayers().Add(sender->GetLayers().Extract(layer));
+    });
+    int told = 0;
+    const TSubscription count = manager->GetOnLayerAdded().Add([&](ILayerManager*, TBaseMapLayer*) { ++told; });
+    EXPECT_EQ(manager->GetLayers().Add(std::make_unique<TTestLayer>(manager)), nullptr);
+    EXPECT_EQ(told, 0);
+    ASSERT_EQ(other->GetLayers().Count(), 1);
+    TLog log(*manager);
+    TLog otherLog(*other);
+    other->GetLayers()[0]->SetIsVisible(false);
+    EXPECT_EQ(log.Take(), QString());
+    EXPECT_EQ(otherLog.Take(), QStringLiteral("visibility ;"));
+}
+
+TEST(LayerManager, ALayerThatASubscriberPutsElsewhereAsItComesIsHeardOnce) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    AddTestLayer(manager, QStringLiteral("Snow"));
+    TBaseMapLayer* rain = nullptr;
+    const TSubscription sink = manager->GetOnLayerAdded().Add([&](ILayerManager* sender, TBaseMapLayer* layer) {
+        if (!rain)
+            rain = sender->GetLayers().Insert(0, sender->GetLayers().Extract(rain = layer));
+    });
+    TLog log(*manager);
+    AddTestLayer(manager, QStringLiteral("Rain"));
+    EXPECT_EQ(log.Take(), QStringLiteral("removed Rain;added Rain;"));
+    EXPECT_EQ(manager->GetLayers()[0], rain);
+    rain->SetIsVisible(false);
+    EXPECT_EQ(log.Take(), QStringLiteral("visibility Rain;"));
+}
+
+struct TEndRow {
+    const char* Name;
+    TSubscription (*Subscribe)(ILayerManager& manager, const std::function<void()>& end);
+    void (*Cause)(ILayerManager& manager, TBaseMapLayer* layer);
+};
+
+class ManagersEnd : public testing::TestWithParam<TEndRow> {};
+
+TEST_P(ManagersEnd, MayComeFromASubscriber) {
+    auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager);
+    layer->SetIsReadyToDraw(true);
+    ILayerManager& told = *manager;
+    const TSubscription end = GetParam().Subscribe(told, [&] { manager.reset(); });
+    GetParam().Cause(told, layer);
+    EXPECT_EQ(manager, nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, ManagersEnd,
+    testing::Values(
+        TEndRow{"Added",
+                [](ILayerManager& manager, const std::function<void()>& end) {
+                    return manager.GetOnLayerAdded().Add([end](ILayerManager*, TBaseMapLayer*) { end(); });
+                },
+                [](ILayerManager& manager, TBaseMapLayer*) {
+                    const auto other = TLayerManagerFactory::GetObject();
+                    EXPECT_EQ(manager.GetLayers().Add(std::make_unique<TTestLayer>(other)), nullptr);
+                }},
+        TEndRow{"Removed",
+                [](ILayerManager& manager, const std::function<void()>& end) {
+                    return manager.GetOnLayerRemoved().Add([end](ILayerManager*, TBaseMapLayer*) { end(); });
+                },
+                [](ILayerManager& manager, TBaseMapLayer* layer) {
+                    EXPECT_EQ(manager.GetLayers().Extract(layer).get(), layer);
+                }},
+        TEndRow{"Cleared",
+                [](ILayerManager& manager, const std::function<void()>& end) {
+                    return manager.GetOnLayerRemoved().Add([end](ILayerManager*, TBaseMapLayer*) { end(); });
+                },
+                [](ILayerManager& manager, TBaseMapLayer*) { manager.GetLayers().Clear(); }},
+        TEndRow{"Selected",
+                [](ILayerManager& manager, const std::function<void()>& end) {
+                    return manager.GetOnSelectedLayerChanged().Add([end](ILayerManager*, TBaseMapLayer*) { end(); });
+                },
+                [](ILayerManager& manager, TBaseMapLayer* layer) { manager.SetSelLayer(layer); }},
+        TEndRow{"Ready",
+                [](ILayerManager& manager, const std::function<void()>& end) {
+                    return manager.GetOnLayerReadyToDraw().Add([end](ILayerManager*, TBaseMapLayer*) { end(); });
+                },
+                [](ILayerManager&, TBaseMapLayer* layer) { layer->Invalidate(); }}),
+    [](const auto& row) { return row.param.Name; });
+
+TEST(LayerManager, ItsEndComesThoughASubscriberAddsALayerForEachThatGoes) {
+    auto manager = TLayerManagerFactory::GetObject();
+    AddTestLayer(manager, QStringLiteral("Rain"));
+    AddTestLayer(manager, QStringLiteral("Snow"));
+    const auto other = TLayerManagerFactory::GetObject();
+    int removed = 0;
+    const TSubscription refill = manager->GetOnLayerRemoved().Add([&](ILayerManager* sender, TBaseMapLayer*) {
+        ++removed;
+        sender->GetLayers().Add(std::make_unique<TTestLayer>(other));
+    });
+    manager.reset();
+    EXPECT_EQ(removed, 2);
+}
+
+TEST(LayerManager, ItsListsCanBeReadWhereItIsConstant) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager);
+    TBaseMapLayer* special = manager->GetSpecialLayers().Add(std::make_unique<TTestLayer>(manager));
+    const ILayerManager& constant = *manager;
+    EXPECT_EQ(constant.GetLayers()[0], layer);
+    EXPECT_EQ(constant.GetSpecialLayers()[0], special);
+}
+
 TEST(LayerManager, ForwardsALayersEventsOnlyOnceItsComingIsTold) {
     const auto manager = TLayerManagerFactory::GetObject();
     TLog log(*manager);
@@ -230,6 +342,30 @@ TEST(LayerManager, RemovingTheSelectedLayerTellsNothingOfTheSelection) {
     EXPECT_EQ(manager->GetSelLayer(), nullptr);
 }
 
+TEST(LayerManager, SelectingNothingAfterTheSelectedLayerHasGoneIsToldOnce) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    TTestLayer* layer = AddTestLayer(manager, QStringLiteral("Rain"));
+    manager->SetSelLayer(layer);
+    manager->GetLayers().Remove(layer);
+    TLog log(*manager);
+    manager->SetSelLayer(nullptr);
+    manager->SetSelLayer(nullptr);
+    EXPECT_EQ(log.Take(), QStringLiteral("selected nil;"));
+}
+
+TEST(LayerManager, SelectingALayerInThePlaceOfOneThatHasGoneIsTold) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    alignas(TTestLayer) unsigned char place[sizeof(TTestLayer)];
+    auto* layer = new (place) TTestLayer(manager);
+    manager->SetSelLayer(layer);
+    layer->~TTestLayer();
+    layer = new (place) TTestLayer(manager);
+    TLog log(*manager);
+    manager->SetSelLayer(layer);
+    EXPECT_EQ(log.Take(), QStringLiteral("selected ;"));
+    layer->~TTestLayer();
+}
+
 TEST(LayerManager, FindsLayersByTheirExactName) {
     const auto manager = TLayerManagerFactory::GetObject();
     TTestLayer* first = AddTestLayer(manager, QStringLiteral("Rain"));
@@ -262,6 +398,15 @@ TEST(LayerManager, GivesTheNextFreeName) {
     EXPECT_EQ(manager->GetNextName(QStringLiteral("Rain")), QStringLiteral("Rain"));
     AddTestLayer(manager, QStringLiteral("Rain"));
     EXPECT_EQ(manager->GetNextName(QStringLiteral("Rain")), QStringLiteral("Rain (3)"));
+}
+
+TEST(LayerManager, GivesTheNextFreeNameAmongMany) {
+    const auto manager = TLayerManagerFactory::GetObject();
+    for (int i = 0; i < 1000; ++i)
+        AddTestLayer(manager, manager->GetNextName(QStringLiteral("Rain")));
+    EXPECT_EQ(manager->GetLayers()[999]->GetLayerName(), QStringLiteral("Rain (1000)"));
+    manager->GetLayers()[500]->SetLayerName(QStringLiteral("Snow"));
+    EXPECT_EQ(manager->GetNextName(QStringLiteral("Rain")), QStringLiteral("Rain (501)"));
 }
 
 TEST(LayerManager, NamesOfSpecialLayersAreFree) {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -181,6 +182,60 @@ TEST_F(PinMapLayer, TheRendererMayTakePinsOut) {
     Layer.SetPinRenderer(&renderer);
     Paint();
     EXPECT_EQ(renderer.Calls, 1);
+}
+
+/// Does as it is told with the first pin.
+class TMeddlingRenderer : public TPinMapLayerPinRenderer {
+public:
+    bool RenderPin(TBitmap32&, TPinMapLayer*, TPin* pin, const TMapPoint&, TFloatRect&) override {
+        Drawn += pin->GetName();
+        if (Drawn.size() == 1)
+            Meddle(pin);
+        return true;
+    }
+
+    QString Drawn;
+    std::function<void(TPin*)> Meddle;
+};
+
+TEST_F(PinMapLayer, TheRendererMayAddAndRemovePinsBeforeTheOneThatItDraws) {
+    TMeddlingRenderer renderer;
+    renderer.Meddle = [this](TPin* pin) {
+        Layer.GetPins().Remove(pin);
+        Layer.GetPins().Insert(0, std::make_unique<TPin>(QStringLiteral("x"), 0, 0));
+        AddPin(QStringLiteral("y"), 0, 0);
+    };
+    for (const char* name : {"a", "b", "c"})
+        AddPin(QString::fromLatin1(name), 0, 0);
+    Layer.SetPinRenderer(&renderer);
+    Paint();
+    EXPECT_EQ(renderer.Drawn, "abc") << "each that was there, once";
+    renderer.Drawn = u'-';
+    Paint();
+    EXPECT_EQ(renderer.Drawn, "-xbcy");
+}
+
+TEST_F(PinMapLayer, TheRendererMayBeTakenAwayByItself) {
+    TMeddlingRenderer renderer;
+    renderer.Meddle = [this](TPin*) { Layer.SetPinRenderer(nullptr); };
+    AddPin(QStringLiteral("a"), 0, 0);
+    AddPin(QStringLiteral("b"), 0, 0);
+    Layer.SetPinRenderer(&renderer);
+    Paint();
+    EXPECT_EQ(renderer.Drawn, "a");
+    EXPECT_EQ(Layer.GetRenderRects().Count(), 1U);
+}
+
+TEST_F(PinMapLayer, TheRendererMayFreeTheLayer) {
+    auto layer = std::make_unique<TPinMapLayer>(Manager);
+    layer->GetPins().Add(std::make_unique<TPin>(QStringLiteral("a"), 0, 0));
+    layer->GetPins().Add(std::make_unique<TPin>(QStringLiteral("b"), 0, 0));
+    TMeddlingRenderer renderer;
+    renderer.Meddle = [&](TPin*) { layer.reset(); };
+    layer->SetPinRenderer(&renderer);
+    layer->Paint(&Map.World, &Map.Viewport, Map.Bitmap);
+    EXPECT_EQ(layer, nullptr);
+    EXPECT_EQ(renderer.Drawn, "a");
 }
 
 } // namespace

@@ -131,6 +131,56 @@ TEST_F(RulerMapLayer, DeletingAStrangerDoesNothing) {
     EXPECT_EQ(Invalidations, 0);
 }
 
+TEST_F(RulerMapLayer, OnesBehindASubscriberThatRemovesARulerAreNotToldThatItCame) {
+    auto layer = std::make_unique<TRulerMapLayer>(Manager);
+    const TSubscription refuse =
+        layer->GetOnRulerAdded().Add([](TRulerMapLayer* sender, TRulerItem* ruler) { sender->Delete(ruler); });
+    int told = 0;
+    const TSubscription count = layer->GetOnRulerAdded().Add([&](TRulerMapLayer*, TRulerItem*) { ++told; });
+    for (const TRulerOrientation orientation : {TRulerOrientation::roVertical, TRulerOrientation::roHorizontal})
+        layer->Add(std::make_unique<TRulerItem>(orientation, 1, Red));
+    EXPECT_EQ(told, 0);
+    EXPECT_TRUE(layer->GetVRulers().IsEmpty());
+    EXPECT_TRUE(layer->GetHRulers().IsEmpty());
+}
+
+TEST_F(RulerMapLayer, OnesBehindASubscriberThatMovesARulerAreToldOnceThatItCame) {
+    auto layer = std::make_unique<TRulerMapLayer>(Manager);
+    const TSubscription turn = layer->GetOnRulerAdded().Add([](TRulerMapLayer* sender, TRulerItem* ruler) {
+        if (ruler->GetOrientation() == TRulerOrientation::roHorizontal)
+            return;
+        ruler->SetOrientation(TRulerOrientation::roHorizontal);
+        sender->Add(sender->GetVRulers().Extract(ruler));
+    });
+    int told = 0;
+    const TSubscription count = layer->GetOnRulerAdded().Add([&](TRulerMapLayer* sender, TRulerItem* ruler) {
+        ++told;
+        EXPECT_TRUE(sender->GetHRulers().Contains(ruler));
+    });
+    layer->Add(std::make_unique<TRulerItem>(TRulerOrientation::roVertical, 1, Red));
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(layer->GetHRulers().Count(), 1);
+}
+
+TEST_F(RulerMapLayer, OnesBehindASubscriberThatAddsAnotherRulerAreToldOfBoth) {
+    auto layer = std::make_unique<TRulerMapLayer>(Manager);
+    const TSubscription pair = layer->GetOnRulerAdded().Add([](TRulerMapLayer* sender, TRulerItem* ruler) {
+        if (ruler->GetLocation() == 1)
+            sender->Add(std::make_unique<TRulerItem>(TRulerOrientation::roVertical, 2, Red));
+    });
+    std::vector<extended> told;
+    const TSubscription note =
+        layer->GetOnRulerAdded().Add([&](TRulerMapLayer*, TRulerItem* ruler) { told.push_back(ruler->GetLocation()); });
+    layer->Add(std::make_unique<TRulerItem>(TRulerOrientation::roVertical, 1, Red));
+    EXPECT_EQ(told, (std::vector<extended>{2, 1}));
+}
+
+TEST_F(RulerMapLayer, ASubscriberMayDestroyTheLayerThatGetsARuler) {
+    const TSubscription destroy = Layer->GetOnRulerAdded().Add([this](TRulerMapLayer*, TRulerItem*) { Layer.reset(); });
+    Layer->ConfirmPlacing();
+    EXPECT_EQ(Layer, nullptr);
+}
+
 TEST_F(RulerMapLayer, ExtractingARulerTellsThatItIsRemoved) {
     TRulerItem* ruler = AddRuler(TRulerOrientation::roVertical, 1);
     Invalidations = 0;

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 namespace lmx {
 namespace {
 
@@ -53,6 +55,13 @@ TEST_F(SelectionMapLayer, BeginsDisabledAndEmpty) {
     EXPECT_FALSE(Layer.GetEnabled());
     EXPECT_EQ(Layer.GetSelectedRect(), TMapArea(0, 0, 0, 0));
     EXPECT_EQ(Picture(), TPicture(5, "......."));
+}
+
+TEST_F(SelectionMapLayer, ASubscriberMayFreeTheLayerThatStarts) {
+    auto layer = std::make_unique<TSelectionMapLayer>(Manager);
+    const TSubscription free = layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { layer.reset(); });
+    layer->StartSelection({3, 4});
+    EXPECT_EQ(layer, nullptr);
 }
 
 TEST_F(SelectionMapLayer, StartingEnablesItAtAPoint) {

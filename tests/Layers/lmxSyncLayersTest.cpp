@@ -68,6 +68,13 @@ TEST_F(SyncLayers, AllGetTheRangeThatIsGiven) {
     EXPECT_TRUE(Second.GetValueRange().Equals({-3, 4.5}));
 }
 
+TEST_F(SyncLayers, TheLayersMayBeWrittenInBraces) {
+    Sync->SyncLayers({&First, &Second});
+    EXPECT_TRUE(First.GetValueRange().Equals({0, 20}));
+    Sync->SyncLayers({&First, &Second}, -3, 4.5);
+    EXPECT_TRUE(Second.GetValueRange().Equals({-3, 4.5}));
+}
+
 // Each invalidation notes the range of the other layer.
 TEST_F(SyncLayers, AllHaveTheRangeBeforeTheFirstIsInvalidatedInTheOrderOfTheArray) {
     Sync->SyncLayers(Both);

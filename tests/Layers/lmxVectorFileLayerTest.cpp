@@ -163,6 +163,18 @@ TEST_F(VectorFileLayer, ADuplicateReadsTheFileAgain) {
     EXPECT_EQ(other->GetLayers().Count(), 0U);
 }
 
+TEST_F(VectorFileLayer, ADuplicateOfAVectorFromAStreamIsACopy) {
+    Layer->SetVectorFile(Line(35));
+    const auto copy = Layer->Duplicate(Manager);
+    auto* duplicate = dynamic_cast<TVectorFileLayer*>(copy.get());
+    ASSERT_NE(duplicate, nullptr);
+    EXPECT_NE(duplicate->GetVectorFile(), Layer->GetVectorFile());
+    EXPECT_EQ(duplicate->GetVectorFile()->GetFileName(), "");
+    EXPECT_EQ(duplicate->GetVectorFile()->GetFeature(0).GetId(), 1);
+    Layer->DeleteVectorFile();
+    EXPECT_EQ(duplicate->GetVectorFile()->GetFeature(0).GetPoint(1), (TGeoPoint{28, 35}));
+}
+
 TEST_F(VectorFileLayer, ADuplicateOfAnEmptyLayerIsEmpty) {
     EXPECT_FALSE(Layer->Duplicate(Manager)->GetHasContent());
 }

@@ -163,6 +163,30 @@ TEST_F(ArcInfoAsciiGridHeading, FollowsTheDecimalSeparator) {
     EXPECT_TRUE(heading->ToString().contains(QStringLiteral("yllcorner     12,5")));
 }
 
+TEST_F(ArcInfoAsciiGridHeading, FollowsTheSettingsThatItIsGiven) {
+    constexpr TFormatSettings comma{u','};
+    const QStringList lines{"ncols 4",          "nrows 3",      "xllcorner ,5",
+                            "yllcorner 1,25E1", "cellsize 0,1", "NODATA_value -99,"};
+    const auto heading = TFactory::GetObject(lines, comma);
+    EXPECT_EQ(heading->GetYCorner(), 12.5);
+    EXPECT_TRUE(heading->ToString(comma).contains(QStringLiteral("yllcorner     12,5")));
+    EXPECT_TRUE(heading->ToString().contains(QStringLiteral("yllcorner     12.5")));
+    QBuffer stream;
+    stream.open(QIODevice::ReadWrite);
+    {
+        TStreamWriter writer(stream);
+        heading->Save(writer, comma);
+    }
+    stream.seek(0);
+    EXPECT_EQ(TFactory::GetObject(stream, comma)->GetCellSize(), 0.1);
+    stream.seek(0);
+    TStreamReader reader(stream);
+    EXPECT_EQ(TFactory::GetObject(reader, comma)->GetXCorner(), 0.5);
+    QTemporaryDir folder;
+    WriteFile(folder.filePath(QStringLiteral("grid.asc")), stream.data());
+    EXPECT_EQ(TFactory::GetObject(folder.filePath(QStringLiteral("grid.asc")), comma)->GetNODATAValue(), -99);
+}
+
 TEST_F(ArcInfoAsciiGridHeading, IsReadFromAReaderAStreamAndAFile) {
     const QByteArray text = Plain().join(QStringLiteral("\r\n")).toUtf8() + "\r\n1 2 3 4\r\n";
     QBuffer stream;

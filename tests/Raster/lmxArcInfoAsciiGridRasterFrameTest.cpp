@@ -114,6 +114,47 @@ TEST_F(ArcInfoAsciiGridRasterFrame, FollowsTheDecimalSeparator) {
               "'1.5' is not a valid floating point value");
 }
 
+TEST_F(ArcInfoAsciiGridRasterFrame, FollowsTheSettingsThatItIsGiven) {
+    constexpr TFormatSettings comma{u','};
+    const QByteArray text = Heading().replace('.', ',') + "1,5 2 3\n4 5 -6,25\n";
+    WriteFile(Path("comma.asc"), text);
+    EXPECT_EQ(CellsOf(TArcInfoAsciiGridRasterFrame(Text(text), dkFloat, comma)),
+              (std::vector<double>{1.5, 2, 3, 4, 5, -6.25}));
+    const TOpenGrid grid(Path("comma.asc"), dkFloat, comma);
+    EXPECT_EQ(grid.ReadCell(1, 2), -6.25);
+    EXPECT_EQ(grid.GetRowString(1, comma), "4 5 -6,25");
+    EXPECT_EQ(grid.GetRowString(1), "4 5 -6.25");
+    grid.Save(Path("saved.asc"), comma);
+    EXPECT_TRUE(ReadFile(Path("saved.asc")).endsWith("4 5 -6,25" + LineBreak().toUtf8()));
+    EXPECT_TRUE(ReadFile(Path("saved.asc")).contains("cellsize      2,5"));
+    QBuffer stream;
+    stream.open(QIODevice::WriteOnly);
+    grid.Save(stream, comma);
+    EXPECT_EQ(stream.data(), ReadFile(Path("saved.asc")));
+    TOpenGrid loaded(TMapArea(0, 1, 1, 0), 1, 1, dkByte);
+    loaded.Load(Text(Heading().replace('.', ',') + "1 2 3\n4 5 6\n"), dkInt, comma);
+    EXPECT_EQ(loaded.GetResolution(), 2.5);
+}
+
+TEST_F(ArcInfoAsciiGridRasterFrame, TellsFileAndLineOfAFailure) {
+    const auto descriptionOf = [this](const QByteArray& text) {
+        WriteFile(Path("grid.asc"), text);
+        try {
+            TArcInfoAsciiGridRasterFrame(Path("grid.asc"), dkFloat);
+        } catch (const Exception& failure) {
+            return failure.Description();
+        }
+        return QString();
+    };
+    const QString line = Path("grid.asc") + QStringLiteral(", line ");
+    EXPECT_EQ(descriptionOf("lat,lon\n"), line + "1: Line does not start with expected line ID");
+    EXPECT_EQ(descriptionOf(Heading("3", "-2")), line + "2: Value for \"nrows\" is invalid");
+    EXPECT_EQ(descriptionOf(Heading() + "1 2 3\n4 5\n"), line + "8: Row 1 contains 2 values, 3 were expected");
+    EXPECT_EQ(descriptionOf(Heading() + "1 x 3\n"), line + "7: 'x' is not a valid floating point value");
+    EXPECT_EQ(descriptionOf(QByteArray(17'000'000, ' ')),
+              Path("grid.asc") + QStringLiteral(": line 1 is longer than 16777216 bytes"));
+}
+
 TEST_F(ArcInfoAsciiGridRasterFrame, MayHaveNoRowsOrNoCellsAtAll) {
     const TArcInfoAsciiGridRasterFrame noRows(Text(Heading("3", "0") + "rest"), dkFloat);
     EXPECT_EQ(noRows.GetWidth(), 3);

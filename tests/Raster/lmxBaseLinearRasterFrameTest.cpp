@@ -306,10 +306,27 @@ TEST(BaseLinearRasterFrame, RefusesNegativeAndImpossibleSizes) {
               }),
               "Frame size is negative");
     constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
-    EXPECT_EQ(MessageOf<EArgumentException>([] {
-                  TLinearRasterFrame({0, 1, 1, 0}, largest, largest, dkByte);
-              }),
-              "Frame has too many cells");
+    for (const TDataKind kind : {dkByte, dkInt, dkFloat, dkDouble, dkColor32})
+        EXPECT_EQ(MessageOf<EOutOfMemory>([kind] {
+                      TLinearRasterFrame({0, 1, 1, 0}, largest, largest, kind);
+                  }),
+                  "Out of memory");
+}
+
+TEST(BaseLinearRasterFrame, StaysAsItWasWhenThereIsNoRoomForAnother) {
+    constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
+    TOpenFrame frame;
+    frame.Init({0, 2, 3, 0}, 3, 1, std::vector<float>{1, 2, 3});
+    const auto refusesToBecome = [&](std::int32_t width, std::int32_t height, TDataKind kind) {
+        EXPECT_ANY_THROW(frame.Init({5, 6, 7, 4}, width, height, kind));
+        EXPECT_EQ(frame.GetBounds(), TMapArea(0, 2, 3, 0));
+        EXPECT_EQ(frame.GetWidth(), 3);
+        EXPECT_EQ(frame.GetKind(), dkFloat);
+        EXPECT_EQ(frame.ReadCell(0, 2), 3);
+    };
+    refusesToBecome(largest, largest, dkInt);
+    refusesToBecome(-1, 1, dkInt);
+    refusesToBecome(1, 1, static_cast<TDataKind>(7));
 }
 
 TEST(BaseLinearRasterFrame, HasNoBufferForAKindOutsideTheEnumeration) {

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace lmx {
 namespace {
@@ -97,8 +98,7 @@ INSTANTIATE_TEST_SUITE_P(Nearest, ReadBeyondTheFrame,
                                          TRefusedRow{"FarBelow", ioDefault, 0, -1e300, "Row"},
                                          TRefusedRow{"BeyondTheIntegers", ioNearestNeighbor, 4294967296.0, 3, "Col"},
                                          TRefusedRow{"Infinity", ioNearestNeighbor, Infinity, 3, "Col"},
-                                         TRefusedRow{"NoNumberX", ioNearestNeighbor, Nan, 3, "Col"},
-                                         TRefusedRow{"NoNumberY", ioNearestNeighbor, 0, Nan, "Row"}),
+                                         TRefusedRow{"InfinityBelow", ioNearestNeighbor, 0, -Infinity, "Row"}),
                          [](const auto& row) { return row.param.Name; });
 
 INSTANTIATE_TEST_SUITE_P(Bilinear, ReadBeyondTheFrame,
@@ -108,9 +108,16 @@ INSTANTIATE_TEST_SUITE_P(Bilinear, ReadBeyondTheFrame,
                                          TRefusedRow{"AboveTheFrame", ioBilinear, 0, 3.01, "Row"},
                                          TRefusedRow{"LargestIndex", ioBilinear, 2147483647.0, 3, "Col"},
                                          TRefusedRow{"FarAway", ioBilinear, 1e300, 3, "Col"},
-                                         TRefusedRow{"NoNumberX", ioBilinear, Nan, 3, "Col"},
-                                         TRefusedRow{"NoNumberY", ioBilinear, 0, Nan, "Row"}),
+                                         TRefusedRow{"Infinity", ioBilinear, -Infinity, 3, "Col"}),
                          [](const auto& row) { return row.param.Name; });
+
+TEST(BaseRasterFrame, ReadsNothingAtAPlaceThatIsNone) {
+    const TCountingFrame frame;
+    for (const TInterpolationOption option : {ioDefault, ioNearestNeighbor, ioBilinear})
+        for (const auto& [x, y] : {std::pair(Nan, 3.0), std::pair(0.0, Nan), std::pair(Nan, Nan), std::pair(9.0, Nan)})
+            EXPECT_EQ(MessageOf<EInvalidOp>([&] { frame.Read(x, y, option); }), "Invalid floating point operation")
+                << x << ' ' << y;
+}
 
 TEST(BaseRasterFrame, ReadsTheNearestCellUnlessToldOtherwise) {
     const TCountingFrame frame;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
 
 namespace lmx {
 namespace {
@@ -42,6 +43,20 @@ TEST(Borrowed, MayBeReplaced) {
     EXPECT_EQ(reference.Get(), &second);
     reference = nullptr;
     EXPECT_EQ(reference.Get(), nullptr);
+}
+
+TEST(Borrowed, TellsAGoneTargetFromNoneAndFromWhatStandsInItsPlace) {
+    alignas(TReceiver) unsigned char place[sizeof(TReceiver)];
+    auto* receiver = new (place) TReceiver;
+    const TBorrowed<TReceiver> reference(receiver);
+    EXPECT_EQ(reference, TBorrowed<TReceiver>(receiver));
+    receiver->~TReceiver();
+    EXPECT_FALSE(reference == TBorrowed<TReceiver>());
+    EXPECT_EQ(reference, TBorrowed<TReceiver>(reference));
+    receiver = new (place) TReceiver;
+    EXPECT_FALSE(reference == TBorrowed<TReceiver>(receiver));
+    EXPECT_FALSE(reference);
+    receiver->~TReceiver();
 }
 
 } // namespace

@@ -191,17 +191,140 @@ TEST(EventList, ACallableMayCancelItself) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST(EventList, AddingDropsWhatHasGone) {
+TEST(EventList, ACancelledCallableIsFreedAtOnce) {
     TIntEvents events;
     const auto witness = std::make_shared<int>(0);
-    {
-        const TSubscription subscription = events.Add([witness](int) {});
-    }
-    EXPECT_EQ(witness.use_count(), 2) << "held until the list is touched";
-    TReceiver receiver;
-    events.Add(&receiver, &TReceiver::OnEvent);
+    TSubscription subscription = events.Add([witness](int) {});
+    EXPECT_EQ(witness.use_count(), 2);
+    subscription.Cancel();
     EXPECT_EQ(witness.use_count(), 1);
+    EXPECT_EQ(events.Count(), 0);
+}
+
+TEST(EventList, ACallableThatCancelsItselfIsFreedAfterItsCall) {
+    TIntEvents events;
+    const auto witness = std::make_shared<int>(7);
+    TSubscription subscription;
+    int seen = 0;
+    subscription = events.Add([&subscription, &seen, witness](int) {
+        subscription.Cancel();
+        seen = *witness; // what it holds must still be there
+    });
+    events.Send(1);
+    EXPECT_EQ(seen, 7);
+    EXPECT_EQ(witness.use_count(), 1);
+}
+
+TEST(EventList, ACallableMayReplaceItself) {
+    TIntEvents events;
+    std::vector<int> calls;
+    TSubscription subscription;
+    subscription = events.Add([&](int) {
+        calls.push_back(1);
+        subscription = events.Add([&calls](int) { calls.push_back(2); });
+    });
+    events.Send(0);
+    events.Send(0);
+    EXPECT_EQ(calls, (std::vector<int>{1, 2}));
+}
+
+TEST(EventList, WhatGoesNeverOutnumbersWhatIsThere) {
+    TIntEvents events;
+    TReceiver stays;
+    events.Add(&stays, &TReceiver::OnEvent);
+    for (int i = 0; i < 1000; ++i) {
+        TReceiver goes;
+        events.Add(&goes, &TReceiver::OnEvent);
+        static_cast<void>(events.Add([](int) {}));
+    }
     EXPECT_EQ(events.Count(), 1);
+    events.Send(1);
+    EXPECT_EQ(stays.Received, std::vector<int>{1});
+}
+
+// ---- Subscriptions about one object
+
+struct TSubject {};
+using TSubjectEvents = TEventList<int, TSubject*>;
+
+struct TListener : TEventReceiver {
+    std::vector<int>* Diary;
+    int Name;
+    TListener(std::vector<int>* diary, int name) : Diary(diary), Name(name) {}
+    void OnNews(int value, TSubject*) { Diary->push_back(10 * Name + value); }
+};
+
+struct EventListAbout : testing::Test {
+    TSubjectEvents Events;
+    TSubject A;
+    TSubject B;
+    std::vector<int> Diary;
+    TListener One{&Diary, 1};
+    TListener Two{&Diary, 2};
+    TListener Three{&Diary, 3};
+};
+
+TEST_F(EventListAbout, HearOfThatObjectOnlyAndInTheOrderOfAll) {
+    Events.AddAbout(&A, &One, &TListener::OnNews);
+    Events.Add(&Two, &TListener::OnNews);
+    Events.AddAbout(&B, &One, &TListener::OnNews);
+    Events.AddAbout(&A, &Three, &TListener::OnNews);
+    Events.Add(&Three, &TListener::OnNews);
+    EXPECT_EQ(Events.Count(), 5);
+    Events.Send(5, &A);
+    EXPECT_EQ(Diary, (std::vector<int>{15, 25, 35, 35}));
+    Diary.clear();
+    Events.Send(6, &B);
+    EXPECT_EQ(Diary, (std::vector<int>{26, 16, 36}));
+    Diary.clear();
+    Events.Send(7, nullptr);
+    EXPECT_EQ(Diary, (std::vector<int>{27, 37}));
+}
+
+TEST_F(EventListAbout, EndWithTheirReceiver) {
+    auto goes = std::make_unique<TListener>(&Diary, 4);
+    Events.AddAbout(&A, goes.get(), &TListener::OnNews);
+    Events.AddAbout(&A, &One, &TListener::OnNews);
+    const TSubscription first = Events.Add([&](int, TSubject*) { goes.reset(); });
+    Events.Send(1, &A);
+    EXPECT_EQ(Diary, (std::vector<int>{41, 11}));
+    Diary.clear();
+    Events.Send(2, &A);
+    EXPECT_EQ(Diary, std::vector<int>{12});
+    EXPECT_EQ(Events.Count(), 2);
+}
+
+TEST_F(EventListAbout, WhatJoinsDuringASendWaitsForTheNext) {
+    const TSubscription joining = Events.Add([&](int value, TSubject*) {
+        if (value == 1)
+            Events.AddAbout(&A, &One, &TListener::OnNews);
+    });
+    Events.AddAbout(&A, &Two, &TListener::OnNews);
+    Events.Send(1, &A);
+    EXPECT_EQ(Diary, std::vector<int>{21});
+    Events.Send(2, &A);
+    EXPECT_EQ(Diary, (std::vector<int>{21, 22, 12}));
+}
+
+TEST_F(EventListAbout, ASubscriberMayDestroyTheList) {
+    auto events = std::make_unique<TSubjectEvents>();
+    events->AddAbout(&A, &One, &TListener::OnNews);
+    const TSubscription ends = events->Add([&](int, TSubject*) { events.reset(); });
+    events->AddAbout(&A, &Two, &TListener::OnNews);
+    events->Send(1, &A);
+    EXPECT_EQ(events, nullptr);
+    EXPECT_EQ(Diary, std::vector<int>{11});
+}
+
+// However many there are: the ones that are not concerned are not even looked at.
+TEST_F(EventListAbout, OfManyObjectsAreToldOneByOne) {
+    constexpr int Many = 50'000;
+    std::vector<TSubject> subjects(Many);
+    for (TSubject& subject : subjects)
+        Events.AddAbout(&subject, &One, &TListener::OnNews);
+    for (TSubject& subject : subjects)
+        Events.Send(1, &subject);
+    EXPECT_EQ(Diary.size(), subjects.size());
 }
 
 } // namespace

@@ -28,6 +28,23 @@ TEST(Exceptions, AFileFailureBeginsWithTheFile) {
     EXPECT_THROW(throw failure, EFileException);
 }
 
+TEST(Exceptions, TheNearestPlaceIsKept) {
+    EConvertError failure("'x' is not a valid integer value");
+    EXPECT_EQ(failure.Place(), "");
+    EXPECT_EQ(failure.Description(), "'x' is not a valid integer value");
+    failure.SetPlace("grid.asc, line 3");
+    failure.SetPlace("archive.zip");
+    EXPECT_EQ(failure.Place(), "grid.asc, line 3");
+    EXPECT_EQ(failure.Message(), "'x' is not a valid integer value");
+    EXPECT_EQ(failure.Description(), "grid.asc, line 3: 'x' is not a valid integer value");
+}
+
+TEST(Exceptions, MissingMemoryHasOneText) {
+    const EOutOfMemory failure;
+    EXPECT_EQ(failure.Message(), "Out of memory");
+    EXPECT_THROW(throw failure, Exception);
+}
+
 template<class Failure>
 struct ExceptionKinds : testing::Test {};
 using TKinds = testing::Types<EArgumentException, EInvalidOperation, ENotImplemented, ENotSupportedException,

@@ -24,5 +24,12 @@ TEST(FormatSettings, InvariantOnesHaveAPointUnderEveryLocale) {
     EXPECT_EQ(TFormatSettings::Invariant().DecimalSeparator, u'.');
 }
 
+TEST(FormatSettings, AreTakenAsTheyAreAtTheMoment) {
+    const TFormatSettingsScope scope({u','});
+    const TFormatSettings& taken = TFormatSettings::Current();
+    TFormatSettings::SetCurrent({u';'});
+    EXPECT_EQ(taken.DecimalSeparator, u',');
+}
+
 } // namespace
 } // namespace lmx

@@ -115,5 +115,13 @@ TEST(Format, TakesAtMostOneThousandColumns) {
     EXPECT_EQ(Format(u"%.1000f", {0.5}, Point), "0.500000000000000000") << "floats have 18 decimals";
 }
 
+TEST(Format, QuotesTheBeginningOfALongFormat) {
+    const QString format = QString(99, u'x') + QStringLiteral("%d");
+    const QString quoted = u'\'' + QString(99, u'x') + u'%' + QChar(0x2026) + u'\'';
+    EXPECT_EQ(MessageOf<EConvertError>([&] { Format(format); }), QStringLiteral("No argument for format ") + quoted);
+    EXPECT_EQ(MessageOf<EConvertError>([&] { Format(format, {"text"}); }),
+              QStringLiteral("Format ") + quoted + QStringLiteral(" invalid or incompatible with argument"));
+}
+
 } // namespace
 } // namespace lmx

@@ -24,5 +24,28 @@ TEST(Lifetime, OfACopyIsItsOwn) {
     EXPECT_FALSE(watch.IsOver());
 }
 
+TEST(Lifetime, MayEndBeforeItsObject) {
+    TLifetime lifetime;
+    const auto watch = lifetime.Watch();
+    lifetime.End();
+    EXPECT_TRUE(watch.IsOver());
+    EXPECT_TRUE(lifetime.Watch().IsOver());
+    lifetime.End();
+}
+
+TEST(Lifetime, WatchesAreEqualIfTheyWatchTheSameObjectAlsoWhenItHasGone) {
+    auto first = std::make_unique<TLifetime>();
+    const auto watch = first->Watch();
+    const auto copy = first->Watch();
+    TLifetime second;
+    EXPECT_EQ(watch, copy);
+    EXPECT_FALSE(watch == second.Watch());
+    first.reset();
+    EXPECT_EQ(watch, copy);
+    EXPECT_FALSE(watch == TLifeWatch());
+    EXPECT_TRUE(TLifeWatch().IsOver());
+    EXPECT_EQ(TLifeWatch(), TLifeWatch());
+}
+
 } // namespace
 } // namespace lmx

@@ -341,6 +341,27 @@ TEST(StrToBool, RefusesEverythingElse) {
     }
 }
 
+TEST(NumberText, QuotesTheBeginningOfLongTexts) {
+    const QString whole(100, u'x');
+    const auto quoted = [](const QString& text) { return u'\'' + text + QStringLiteral("' is not a valid "); };
+    EXPECT_EQ(MessageOf<EConvertError>([&] { StrToFloat(whole); }), quoted(whole) + "floating point value");
+    const QString cut = whole + QChar(0x2026);
+    const QString longer = whole + u'x';
+    EXPECT_EQ(MessageOf<EConvertError>([&] { StrToFloat(longer); }), quoted(cut) + "floating point value");
+    EXPECT_EQ(MessageOf<EConvertError>([&] { StrToInt(longer); }), quoted(cut) + "integer value");
+    EXPECT_EQ(MessageOf<EConvertError>([&] { StrToBool(longer); }), quoted(cut) + "boolean value");
+    const QString pair = QString::fromUcs4(U"\U0001D11E");
+    EXPECT_EQ(MessageOf<EConvertError>([&] { StrToInt(whole.chopped(1) + pair); }),
+              quoted(whole.chopped(1) + QChar(0x2026)) + "integer value")
+        << "no half of a character";
+}
+
+TEST(NumberText, ReadsBooleansInTheSettings) {
+    EXPECT_TRUE(StrToBool("0,5", {u','}));
+    EXPECT_FALSE(StrToBool("0,0", {u','}));
+    EXPECT_THROW(StrToBool("0.5", {u','}), EConvertError);
+}
+
 TEST(NumberText, WritesIntegersAndBooleans) {
     EXPECT_EQ(IntToStr(0), "0");
     EXPECT_EQ(IntToStr(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");

@@ -164,6 +164,103 @@ TEST_F(ObjectList, DestructionEndsThoughItsCallbackAddsAtEachRemoval) {
     EXPECT_EQ(Diary, (TDiary{"a removed", "a freed", "b removed", "b freed", "c freed", "c freed"}));
 }
 
+TEST_F(ObjectList, ClearMissesNothingThatIsMovedMeanwhile) {
+    Fill({"a", "b", "c", "d"});
+    List->SetOnChange([this](TItem* item, TListChange change) {
+        Note(item, change);
+        if (item->Name != "a" || change != TListChange::lcRemoved)
+            return;
+        List->Insert(0, New("x"));
+        List->Move(3, 0); // d, before all others
+    });
+    List->Clear();
+    EXPECT_EQ(Names(), "x");
+    EXPECT_EQ(Diary, (TDiary{"a removed, out", "x added, in", "a freed", "b removed, out", "b freed", "c removed, out",
+                             "c freed", "d removed, out", "d freed"}));
+}
+
+TEST_F(ObjectList, AClearWithinAClearLeavesNothingForTheOuterOne) {
+    Fill({"a", "b", "c"});
+    List->SetOnChange([this](TItem* item, TListChange change) {
+        Note(item, change);
+        if (item->Name == "a" && change == TListChange::lcRemoved) {
+            List->Clear();
+            List->Add(New("d"));
+        }
+    });
+    List->Clear();
+    EXPECT_EQ(Names(), "d");
+    EXPECT_EQ(Diary, (TDiary{"a removed, out", "b removed, out", "b freed", "c removed, out", "c freed", "d added, in",
+                             "a freed"}));
+}
+
+TEST_F(ObjectList, KnowsWhichItemsAreArriving) {
+    std::vector<bool> arriving;
+    TItem* a = nullptr;
+    List->SetOnChange([&](TItem* item, TListChange change) {
+        arriving.push_back(List->IsArriving(item));
+        if (item->Name == "a" && change == TListChange::lcAdded) {
+            a = item;
+            List->Add(New("b"));
+            arriving.push_back(List->IsArriving(a)); // while b came
+        } else if (item->Name == "c" && change == TListChange::lcAdded) {
+            const std::unique_ptr<TItem> taken = List->Extract(item);
+            arriving.push_back(List->IsArriving(taken.get()));
+        }
+    });
+    EXPECT_NE(List->Add(New("a")), nullptr);
+    EXPECT_EQ(arriving, (std::vector<bool>{true, true, true})) << "a, b within a, a again";
+    EXPECT_FALSE(List->IsArriving(a)) << "it has arrived";
+    EXPECT_FALSE(List->IsArriving(nullptr));
+    arriving.clear();
+    EXPECT_EQ(List->Add(New("c")), nullptr);
+    EXPECT_EQ(arriving, (std::vector<bool>{true, false, false})) << "coming, going, gone";
+}
+
+TEST_F(ObjectList, AnItemThatWasTakenOutAndPutBackArrivesAnew) {
+    int calls = 0;
+    TItem* item = nullptr;
+    List->SetOnChange([&](TItem* changed, TListChange change) {
+        if (change != TListChange::lcAdded || ++calls > 1)
+            return;
+        item = List->Add(List->Extract(changed));
+        EXPECT_FALSE(List->IsArriving(changed)) << "all have been told of its second coming";
+    });
+    EXPECT_EQ(List->Add(New("a")), nullptr) << "by then it had left";
+    ASSERT_NE(item, nullptr);
+    EXPECT_EQ(List->IndexOf(item), 0);
+    EXPECT_EQ(calls, 2);
+}
+
+TEST_F(ObjectList, FindsItemsFromBothEnds) {
+    Fill({"a", "b", "c", "d", "e"});
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(List->IndexOf((*List)[i]), i);
+    List->Remove((*List)[4]);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(List->IndexOf((*List)[i]), i);
+    const auto other = New("x");
+    EXPECT_EQ(List->IndexOf(other.get()), -1);
+}
+
+TEST_F(ObjectList, ItsItemsMayTouchItWhenTheyGo) {
+    struct TClinging {
+        TObjectList<TClinging>* List = nullptr;
+        TClinging* Friend = nullptr;
+        ~TClinging() {
+            if (Friend)
+                List->Remove(Friend);
+        }
+    };
+    auto list = std::make_unique<TObjectList<TClinging>>();
+    TClinging* first = list->Add(std::make_unique<TClinging>());
+    first->List = list.get();
+    first->Friend = list->Add(std::make_unique<TClinging>());
+    list->Add(std::make_unique<TClinging>());
+    list->Clear();
+    EXPECT_TRUE(list->IsEmpty());
+}
+
 TEST_F(ObjectList, AddGivesBackTheTypeThatItWasGiven) {
     struct TRoot {
         virtual ~TRoot() = default;
@@ -211,10 +308,11 @@ TEST_F(ObjectList, AWalkSurvivesItemsThatComeAndGo) {
 TEST_F(ObjectList, WalksWithinWalksKeepTheirPlaces) {
     Fill({"a", "b", "c"});
     std::string met;
-    List->ForEach([&](TItem* outer) {
+    List->ForEach([&](TItem* item) {
+        const std::string outer = item->Name; // the item goes on the way
         List->ForEach([&](TItem* inner) {
-            met += outer->Name + inner->Name + " ";
-            if (outer->Name == "a" && inner->Name == "b")
+            met += outer + inner->Name + " ";
+            if (outer == "a" && inner->Name == "b")
                 List->Remove((*List)[0]);
         });
     });

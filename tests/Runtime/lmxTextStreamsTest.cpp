@@ -70,8 +70,6 @@ TEST_P(LinesOfAStream, AreTheSameInPiecesOfAnySize) {
     const QStringList& expected = GetParam().Lines;
     for (const qint64 piece : {1, 2, 3, 1 << 20}) {
         for (const bool isSequential : {false, true}) {
-            if (piece < 3 && GetParam().Text.startsWith('\xEF'))
-                continue; // a mark comes whole
             TBytes stream(GetParam().Text, isSequential, piece);
             EXPECT_EQ(LinesOf(stream, static_cast<int>(expected.size())), expected) << piece << isSequential;
         }
@@ -93,6 +91,15 @@ INSTANTIATE_TEST_SUITE_P(Rows, LinesOfAStream,
                                                    "a\n\xEF\xBB\xBF"
                                                    "b",
                                                    {"a", QString(QChar(0xFEFF)) + "b"}},
+                                         TLinesRow{"TwoMarks",
+                                                   "\xEF\xBB\xBF\xEF\xBB\xBF"
+                                                   "a",
+                                                   {QString(QChar(0xFEFF)) + "a", ""}},
+                                         TLinesRow{"PartOfAMark",
+                                                   "\xEF\xBB\n"
+                                                   "a",
+                                                   {QString(QChar(0xFFFD)), "a", ""}},
+                                         TLinesRow{"NothingButPartOfAMark", "\xEF\xBB", {QString(QChar(0xFFFD)), ""}},
                                          TLinesRow{"OnlyTheMark", "\xEF\xBB\xBF", {"", ""}},
                                          TLinesRow{"Umlaut", "\xC3\xBC\n", {QString(QChar(0xFC)), ""}},
                                          TLinesRow{"NotUtf8", "\xFF\n", {QString(QChar(0xFFFD)), ""}}),
@@ -153,6 +160,38 @@ TEST(StreamReader, ReportsAStreamThatFails) {
     stream.Fails = true;
     TStreamReader reader(stream);
     EXPECT_EQ(MessageOf<EFileException>([&] { reader.ReadLine(); }), "stream: cannot be read: Unknown error");
+}
+
+TEST(StreamReader, NumbersItsLines) {
+    QTemporaryDir folder;
+    const QString name = folder.filePath(QStringLiteral("grid.asc"));
+    WriteFile(name, "a\nb");
+    const auto file = OpenForReading(name);
+    TStreamReader reader(*file);
+    EXPECT_EQ(reader.GetName(), name);
+    EXPECT_EQ(reader.GetLineNumber(), 0);
+    reader.ReadLine();
+    EXPECT_EQ(reader.GetPlace(), name + QStringLiteral(", line 1"));
+    reader.ReadLine();
+    EXPECT_EQ(reader.GetLineNumber(), 2);
+    TBytes bytes("");
+    EXPECT_EQ(TStreamReader(bytes).GetName(), "stream");
+}
+
+TEST(StreamReader, RefusesLinesThatNoTextHas) {
+    const QByteArray longest(static_cast<qsizetype>(TStreamReader::LongestLine), 'x');
+    for (const bool isSequential : {false, true}) {
+        TBytes stream("a\n" + longest + "\nb", isSequential);
+        TStreamReader reader(stream);
+        reader.ReadLine();
+        EXPECT_EQ(reader.ReadLineUtf8().size(), longest.size());
+        EXPECT_EQ(reader.ReadLine(), "b");
+        TBytes hostile("a\n" + longest + "x\nb", isSequential);
+        TStreamReader refusing(hostile);
+        refusing.ReadLine();
+        EXPECT_EQ(MessageOf<EFileFormatException>([&] { refusing.ReadLine(); }),
+                  "stream: line 2 is longer than 16777216 bytes");
+    }
 }
 
 TEST(StreamReader, NeedsAStreamThatIsOpen) {

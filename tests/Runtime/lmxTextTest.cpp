@@ -91,6 +91,12 @@ TEST_F(TextFile, MayBeRefusedForItsLength) {
     EXPECT_EQ(MessageOf<EFileFormatException>([&] { ReadLines(Path("data.bin"), 3); }), message);
 }
 
+TEST_F(TextFile, MayBeAPipeThatNeverEnds) {
+    EXPECT_EQ(MessageOf<EFileFormatException>([] { ReadFile(QStringLiteral("/dev/zero"), 100'000); }),
+              "/dev/zero: holds more than 100000 bytes");
+    EXPECT_EQ(ReadFile(QStringLiteral("/dev/null"), 0), "");
+}
+
 TEST_F(TextFile, FindsItsSister) {
     Create("Rivers.v1.SHP");
     Create("rivers.V1.prj");

@@ -35,7 +35,7 @@ struct TShownViewOf {
         layer->SetLayerName(name);
         layer->SetLayerArea(LatLonArea({0, 10, 20, 0}));
         layer->SetIsReadyToDraw(true);
-        return static_cast<TTestLayer*>(Manager->GetLayers().Add(std::move(layer)));
+        return Manager->GetLayers().Add(std::move(layer));
     }
 
     void Press(Qt::MouseButton button, QPoint at) { QTest::mousePress(&View, button, Qt::NoModifier, at); }

@@ -52,7 +52,7 @@ inline TWorldMapArea LatLonArea(const TMapArea& area) {
 inline TTestLayer* AddTestLayer(const std::shared_ptr<ILayerManager>& manager, const QString& name = {}) {
     auto layer = std::make_unique<TTestLayer>(manager);
     layer->SetLayerName(name);
-    return static_cast<TTestLayer*>(manager->GetLayers().Add(std::move(layer)));
+    return manager->GetLayers().Add(std::move(layer));
 }
 
 } // namespace lmx::tests

@@ -67,10 +67,11 @@ TMapArea TPixelConverter::GetReach(TSize size) const {
     if (FCertainRest < 0)
         return {-infinity, infinity, infinity, -infinity};
     // Two pixels on each side leave room for every rounding.
+    constexpr extended room = 2;
     const extended scale = FViewport.Scale;
-    return {FLeft + (-2 - FViewport.Translation.X) / scale, FTop - (-2 - FViewport.Translation.Y) / scale,
-            FLeft + (static_cast<extended>(size.cx) + 2 - FViewport.Translation.X) / scale,
-            FTop - (static_cast<extended>(size.cy) + 2 - FViewport.Translation.Y) / scale};
+    return {FLeft + (-room - FViewport.Translation.X) / scale, FTop - (-room - FViewport.Translation.Y) / scale,
+            FLeft + (size.cx + room - FViewport.Translation.X) / scale,
+            FTop - (size.cy + room - FViewport.Translation.Y) / scale};
 }
 
 } // namespace lmx

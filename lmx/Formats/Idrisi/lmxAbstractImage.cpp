@@ -2,6 +2,7 @@
 
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
@@ -51,7 +52,9 @@ float TAbstractImage::GetValue(float x, float y) const {
 }
 
 bool TAbstractImage::UpdateValueRange() {
-    std::vector<float> row(static_cast<std::size_t>(std::max(0, FHeader.GetWidth())));
+    const auto width = static_cast<std::size_t>(std::max(0, FHeader.GetWidth()));
+    NeedMemoryFor<float>(width);
+    std::vector<float> row = WithinMemory([width] { return std::vector<float>(width); });
     float low = INFINITY;
     float high = -INFINITY;
     for (std::int32_t y = 1; y <= FHeader.GetHeight(); ++y) {

@@ -39,7 +39,8 @@ public:
     virtual float GetCell(std::int32_t column, std::int32_t row) const = 0;
 
     /// Stores a number. Classes of integer cells round to the nearest, ties to even.
-    /// @throws EArgumentException as GetCell, or "Value does not fit into the image's cells", NaN included.
+    /// @throws EArgumentException as GetCell, or "Value does not fit into the image's cells", NaN included;
+    /// EOutOfMemory if it is the first of an image that there is no room for.
     virtual void SetCell(std::int32_t column, std::int32_t row, float number);
 
     /// The numbers of a row, as GetCell gives them. `numbers` has the image's width.
@@ -52,11 +53,13 @@ public:
 
     /// Sets the header's minimum and maximum value, and those of the display, to the range of the cells that are values
     /// (TSpatialConst::IsValue). Without any the range becomes 0 to 0 and the result is false.
+    /// @throws EOutOfMemory if there is no room for a row.
     bool UpdateValueRange();
 
     /// Cells alone, little-endian in the class's own type, row by row from the north. Reading needs as many bytes as
     /// the image has, in a device that knows how many it has; it begins and ends at the device's position.
-    /// @throws EFileFormatException if there are fewer; the image is unchanged then.
+    /// @throws EFileFormatException if there are fewer, EFileException "Image data: does not fit into memory"; the
+    /// image is unchanged then.
     virtual void LoadFromStream(QIODevice& stream);
     /// @throws EFileException if the device does not take it all.
     virtual void SaveToStream(QIODevice& stream) const;
@@ -67,6 +70,7 @@ public:
     void SaveToFile(const QString& fileName) const;
 
     /// A full copy, path included. For TImageFactory.
+    /// @throws EOutOfMemory.
     virtual std::unique_ptr<TAbstractImage> Clone() const;
 
 protected:

@@ -3,6 +3,7 @@
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
@@ -117,13 +118,7 @@ void WriteGridHeading(TTextFile& file, const TGridLines& grid) {
     WriteHeadingLine(file, "NODATA_value", NumberText(ExportedNoData));
 }
 
-} // namespace
-
-void TIdrisiImageSaveCopyExporter::Export(const TAbstractImage& image, const QString& fileName) {
-    image.SaveToFile(fileName);
-}
-
-void TArcInfoGridASCIIExporter::Export(const TAbstractImage& image, const QString& fileName) {
+void WriteGrid(const TAbstractImage& image, const QString& fileName) {
     const TGridLines grid(*image.getHeader(), fileName);
     TTextFile file(fileName);
     WriteGridHeading(file, grid);
@@ -140,7 +135,7 @@ void TArcInfoGridASCIIExporter::Export(const TAbstractImage& image, const QStrin
     file.Commit();
 }
 
-void TXYZAsciiExporter::Export(const TAbstractImage& image, const QString& fileName) {
+void WriteXYZ(const TAbstractImage& image, const QString& fileName) {
     const TGridLines grid(*image.getHeader(), fileName);
     TTextFile file(fileName);
     std::vector<QByteArray> xTexts;
@@ -158,6 +153,20 @@ void TXYZAsciiExporter::Export(const TAbstractImage& image, const QString& fileN
         }
     }
     file.Commit();
+}
+
+} // namespace
+
+void TIdrisiImageSaveCopyExporter::Export(const TAbstractImage& image, const QString& fileName) {
+    image.SaveToFile(fileName);
+}
+
+void TArcInfoGridASCIIExporter::Export(const TAbstractImage& image, const QString& fileName) {
+    WithinMemory([&] { WriteGrid(image, fileName); });
+}
+
+void TXYZAsciiExporter::Export(const TAbstractImage& image, const QString& fileName) {
+    WithinMemory([&] { WriteXYZ(image, fileName); });
 }
 
 } // namespace lmx

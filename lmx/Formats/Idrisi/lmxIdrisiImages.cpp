@@ -4,6 +4,7 @@
 #include <lmx/Formats/Idrisi/Private/lmxImageCells.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
 #include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
@@ -89,8 +90,10 @@ std::uint64_t TTypedImage<Image, Cell>::CellCount() const {
 
 template<class Image, class Cell>
 void TTypedImage<Image, Cell>::NeedCells() {
-    if (FCells.empty())
-        FCells.resize(CellCount());
+    if (!FCells.empty())
+        return;
+    NeedMemoryFor<Cell>(CellCount());
+    WithinMemory([this] { FCells.resize(CellCount()); });
 }
 
 template<class Image, class Cell>
@@ -158,7 +161,7 @@ void TTypedImage<Image, Cell>::SaveToStream(QIODevice& stream) const {
 
 template<class Image, class Cell>
 std::unique_ptr<TAbstractImage> TTypedImage<Image, Cell>::Clone() const {
-    return std::make_unique<Image>(static_cast<const Image&>(*this));
+    return WithinMemory([this] { return std::make_unique<Image>(static_cast<const Image&>(*this)); });
 }
 
 template class TTypedImage<TByteImage, std::uint8_t>;

@@ -30,12 +30,13 @@ public:
     std::unique_ptr<TAbstractImage> Clone() const override;
 
     /// The cells of a row, to read and to write, flags as they stand.
-    /// @throws EArgumentException "Row index is out of range".
+    /// @throws EArgumentException "Row index is out of range"; EOutOfMemory if there is no room for all cells.
     std::span<Cell> GetRow(std::int32_t row);
 
 protected:
     /// Reads the header of the file and, if `load` is true, the cells; otherwise they are zeros.
-    /// @throws EFileException if a file is missing, EFileFormatException if it is damaged or of another class.
+    /// @throws EFileException if a file is missing or "does not fit into memory", EFileFormatException if it is damaged
+    /// or of another class.
     TTypedImage(const QString& filePath, bool load);
 
     /// An image of zeros. The header's data and file type become those of the class.

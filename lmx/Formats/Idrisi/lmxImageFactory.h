@@ -23,12 +23,13 @@ struct LMX_EXPORT TImageClass {
 class LMX_EXPORT TImageFactory {
 public:
     /// The image in a file: data (.rst, .img) or documentation (.rdc, .doc), each found from the other.
-    /// @throws EFileException if a file is missing, EFileFormatException if one is damaged or holds no numbers.
+    /// @throws EFileException if a file is missing or "does not fit into memory", EFileFormatException if one is
+    /// damaged or holds no numbers.
     static std::unique_ptr<TAbstractImage> Load(const QString& fileName);
 
     /// The image whose two files are at hand as devices, each read from its position. It has no path; `name` is for the
     /// messages.
-    /// @throws EFileFormatException as above.
+    /// @throws EFileException and EFileFormatException as above.
     static std::unique_ptr<TAbstractImage> Load(QIODevice& documentation, QIODevice& data, const QString& name);
 
     /// A full copy of the same class, path included.

@@ -2,6 +2,7 @@
 
 #include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
 #include <lmx/Formats/Idrisi/Private/lmxVectorBytes.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 
@@ -9,7 +10,6 @@
 #include <QIODevice>
 
 #include <limits>
-#include <new>
 #include <utility>
 
 namespace lmx {
@@ -42,15 +42,13 @@ TVectorFiles FindVectorFiles(const QString& fileName) {
 // Indexes are 32-bit integers for whoever asks for features and points.
 template<class Parse>
 std::shared_ptr<const TVectorData> Parsed(const QString& fileName, Parse parse) {
-    try {
+    return WithinMemory(fileName, [&] {
         auto data = std::make_shared<const TVectorData>(parse());
         if (data->Vertices.size() > std::numeric_limits<std::int32_t>::max() ||
             data->Ids.size() > std::numeric_limits<std::int32_t>::max())
             throw EFileFormatException(fileName, QStringLiteral("too many vertices"));
         return data;
-    } catch (const std::bad_alloc&) {
-        throw EFileException(fileName, QStringLiteral("does not fit into memory"));
-    }
+    });
 }
 
 QString StreamName() {
@@ -93,7 +91,7 @@ void TVector::LoadFromStream(QIODevice& stream) {
 }
 
 void TVector::SaveToStream(QIODevice& stream) const {
-    const QByteArray bytes = FormatVectorBytes(*FData);
+    const QByteArray bytes = WithinMemory([this] { return FormatVectorBytes(*FData); });
     if (stream.write(bytes) != bytes.size())
         throw EFileException(StreamName(), QStringLiteral("cannot be written: ") + stream.errorString());
 }

@@ -50,14 +50,14 @@ public:
 
     /// Reads a vector by the name of its data or of its documentation; the other file is found without regard to the
     /// case of its suffix. Documentation may be missing: then the features tell what they are.
-    /// @throws EFileException if the suffix is none of the four or the data cannot be read, EFileFormatException if
-    /// they are damaged. The vector is unchanged then.
+    /// @throws EFileException if the suffix is none of the four, or the data cannot be read or do not fit into memory;
+    /// EFileFormatException if they are damaged. The vector is unchanged then.
     void LoadFromFile(const QString& fileName);
     /// Reads features, from the device's position to its end, in the form of a .vct file. Name and header stay.
     /// @throws EFileFormatException as above; the vector is unchanged then.
     void LoadFromStream(QIODevice& stream);
     /// Writes the features in the form of a .vct file; they read back as exactly the same.
-    /// @throws EFileException if the device does not take it all.
+    /// @throws EFileException if the device does not take it all; EOutOfMemory.
     void SaveToStream(QIODevice& stream) const;
 
     /// The features, for who draws them: they stay when the vector goes or loads something else.

@@ -1,9 +1,9 @@
 #include <lmx/Formats/Idrisi/lmxVectorHeader.h>
 
-#include <lmx/Formats/Idrisi/Private/lmxAnsiText.h>
 #include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
 #include <lmx/Formats/Idrisi/Private/lmxEnumeratorCounts.h>
 #include <lmx/Formats/Idrisi/Private/lmxHeaderStream.h>
+#include <lmx/Formats/Text/Private/lmxAnsiText.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxText.h>
 

@@ -44,12 +44,52 @@ TProjObject DatumOf(PJ_CONTEXT* context, const PJ* system) {
     return datum ? std::move(datum) : TProjObject(proj_crs_get_datum_ensemble(context, system));
 }
 
-TProjObject DatumFromName(PJ_CONTEXT* context, const QString& name) {
+TProjObject DatumOfExactName(PJ_CONTEXT* context, const QString& name) {
     constexpr std::array<PJ_TYPE, 2> types = {PJ_TYPE_GEODETIC_REFERENCE_FRAME, PJ_TYPE_DATUM_ENSEMBLE};
     const TProjList found(proj_create_from_name(context, nullptr, name.toUtf8().constData(), types.data(), types.size(),
                                                 false, 1, nullptr));
     return TProjObject(found && proj_list_get_count(found.get()) > 0 ? proj_list_get(context, found.get(), 0)
                                                                      : nullptr);
+}
+
+QString WithoutPrefix(const QString& name) {
+    return name.startsWith(QStringLiteral("D_"), Qt::CaseInsensitive) ? name.sliced(2) : name;
+}
+
+// What is left of a name when case, blanks, underscores and the prefix are taken as nothing.
+QString Folded(const QString& name) {
+    QString folded = WithoutPrefix(name.trimmed()).toCaseFolded();
+    folded.removeIf([](QChar c) { return c == u' ' || c == u'_'; });
+    return folded;
+}
+
+// Asks every datum of the registry for its name: the slow way, for names that no dialect has.
+TProjObject DatumOfFoldedName(PJ_CONTEXT* context, const QString& folded) {
+    for (const char* authority : {"EPSG", "ESRI"}) {
+        const std::unique_ptr<char*, decltype(&proj_string_list_destroy)> codes(
+            proj_get_codes_from_database(context, authority, PJ_TYPE_GEODETIC_REFERENCE_FRAME, 0),
+            &proj_string_list_destroy);
+        for (char** code = codes.get(); code && *code; ++code) {
+            TProjObject datum(proj_create_from_database(context, authority, *code, PJ_CATEGORY_DATUM, 0, nullptr));
+            if (datum && Folded(QString::fromUtf8(proj_get_name(datum.get()))) == folded)
+                return datum;
+        }
+    }
+    return nullptr;
+}
+
+// By its name in the registry ("North American Datum 1927") or in the dialect of projection files
+// ("D_North_American_1927"), however that is written. Definitions have no such names.
+TProjObject DatumFromName(PJ_CONTEXT* context, const QString& name) {
+    const QString folded = Folded(name);
+    if (folded.isEmpty() || name.contains(u'['))
+        return nullptr;
+    const QString plain = WithoutPrefix(name.simplified());
+    const QString underscored = QStringLiteral("D_") + QString(plain).replace(u' ', u'_');
+    for (const QString& spelling : {name, underscored, QString(plain).replace(u'_', u' ')})
+        if (TProjObject datum = DatumOfExactName(context, spelling); datum)
+            return datum;
+    return DatumOfFoldedName(context, folded);
 }
 
 // The registry's system of longitudes and latitudes on a datum of the registry.
@@ -143,7 +183,8 @@ QString GetDatum(const QString& prjFileName) {
     return DatumFromName(context.get(), name) ? name : whole;
 }
 
-std::shared_ptr<IShapePointConverter> TSHapePointConverterFactory::GetObject(const QString& datum) {
+TShapeConversion TSHapePointConverterFactory::GetConversion(const QString& datum) {
+    constexpr auto unknown = TShapeConversionKind::ckUnknown;
     TContext context = MakeContext();
     TProjObject system;
     if (const TProjObject named = DatumFromName(context.get(), datum); named)
@@ -151,16 +192,28 @@ std::shared_ptr<IShapePointConverter> TSHapePointConverterFactory::GetObject(con
     else
         system = FromText(context.get(), datum.toUtf8());
     if (!system || !HasKnownProjection(context.get(), system.get()))
-        return nullptr;
+        return {unknown, nullptr};
     if (IsPlainDegrees(context.get(), system.get()) && IsWgs84(DatumOf(context.get(), system.get()).get()))
-        return nullptr;
+        return {TShapeConversionKind::ckNotNeeded, nullptr};
     const TProjObject target(proj_create(context.get(), "EPSG:4326"));
     const TProjObject both(
         target ? proj_create_crs_to_crs_from_pj(context.get(), system.get(), target.get(), nullptr, nullptr) : nullptr);
     TProjObject eastFirst(both ? proj_normalize_for_visualization(context.get(), both.get()) : nullptr);
     if (!eastFirst)
-        return nullptr;
-    return std::make_shared<TProjConverter>(std::move(context), std::move(eastFirst));
+        return {unknown, nullptr};
+    return {TShapeConversionKind::ckConverted,
+            std::make_shared<TProjConverter>(std::move(context), std::move(eastFirst))};
+}
+
+std::shared_ptr<IShapePointConverter> TSHapePointConverterFactory::GetObject(const QString& datum) {
+    return GetConversion(datum).Converter;
+}
+
+TShapeConversion ConversionOf(const QString& shpFileName) {
+    const QString prjFileName = ProjectionFileOf(shpFileName);
+    if (FindSisterFile(prjFileName, QStringLiteral("prj")).isEmpty())
+        return {TShapeConversionKind::ckUnstated, nullptr};
+    return TSHapePointConverterFactory::GetConversion(GetDatum(prjFileName));
 }
 
 } // namespace lmx

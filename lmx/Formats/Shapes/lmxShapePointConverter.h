@@ -30,12 +30,33 @@ LMX_EXPORT QString ProjectionFileOf(const QString& shpFileName);
 /// well-known text of any dialect.
 LMX_EXPORT QString GetDatum(const QString& prjFileName);
 
+/// What is known of the coordinates of a file. Without a converter they are taken as degrees of WGS 84, which is right
+/// for ckNotNeeded, likely for ckUnstated, and wrong by up to the whole map for ckUnknown: that is worth a warning.
+enum class TShapeConversionKind {
+    ckNotNeeded, ///< they are degrees of WGS 84
+    ckConverted, ///< the converter makes them so
+    ckUnstated,  ///< no projection file says what they are
+    ckUnknown    ///< there is a projection file or a name, and nobody knows how to convert from it
+};
+
+/// A way to convert coordinates.
+struct TShapeConversion {
+    TShapeConversionKind Kind = TShapeConversionKind::ckUnstated;
+    std::shared_ptr<IShapePointConverter> Converter; ///< nil unless Kind is ckConverted
+};
+
 /// Makes converters; the projections and datum shifts are those of PROJ, with its grids where they are installed.
 class LMX_EXPORT TSHapePointConverterFactory {
 public:
     /// The converter for what GetDatum gives: the name of a datum, in the words of the EPSG registry or of a file, or
-    /// well-known text. Nil if nothing needs to be converted (WGS 84 itself) or nobody knows how.
+    /// well-known text. Case, blanks, underscores and a leading "D_" of a name do not matter. Nil if nothing needs to
+    /// be converted (WGS 84 itself) or nobody knows how; GetConversion tells which.
     static std::shared_ptr<IShapePointConverter> GetObject(const QString& datum);
+    /// The same with what it means: ckNotNeeded, ckConverted or ckUnknown, which an empty text is, too.
+    static TShapeConversion GetConversion(const QString& datum);
 };
+
+/// How to convert a shape file as the projection file beside it says, of any kind.
+LMX_EXPORT TShapeConversion ConversionOf(const QString& shpFileName);
 
 } // namespace lmx

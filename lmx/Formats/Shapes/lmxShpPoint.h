@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 namespace lmx {
 
 /// A place in a shape file, in the units of its reference system, or in degrees once it has been converted.
@@ -9,5 +11,8 @@ struct TShpPoint {
 
     friend constexpr bool operator==(const TShpPoint&, const TShpPoint&) = default;
 };
+
+/// A part of a shape: its vertices in order.
+using TShpPointArr = std::span<const TShpPoint>;
 
 } // namespace lmx

@@ -1,5 +1,6 @@
 #include <lmx/Raster/Private/lmxAsciiGridRows.h>
 
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -97,6 +98,24 @@ bool HasRoomFor(std::int64_t cells, const TStreamReader& reader) {
     return cells <= (reader.BytesLeft() + 1) / 2;
 }
 
+template<class Cell>
+std::vector<Cell> ReadRows(TStreamReader& reader, std::int32_t columns, std::int32_t rows,
+                           const TFormatSettings& settings) {
+    std::vector<Cell> cells;
+    const std::int64_t wanted = static_cast<std::int64_t>(columns) * rows;
+    if (HasRoomFor(wanted, reader))
+        cells.reserve(static_cast<std::size_t>(wanted));
+    TRowParser<Cell> parser(settings);
+    for (std::int32_t row = 0; row < rows; ++row) {
+        const std::int64_t count = parser.Parse(reader.ReadLineUtf8(), columns, cells);
+        if (count != columns)
+            throw Exception(Format(u"Row %d contains %d values, %d were expected", {row, count, columns}));
+        if (columns == 0)
+            throw EArgumentException(QStringLiteral("Col index is out of range"));
+    }
+    return cells;
+}
+
 // Writing
 
 constexpr qsizetype LongestCell = 24; // "-0.0000123456789" with a separator of several bytes and the blank, and room
@@ -163,19 +182,14 @@ void AppendRow(QByteArray& text, std::span<const Cell> cells, const TFormatSetti
 template<class Cell>
 std::vector<Cell> ReadGridRows(TStreamReader& reader, std::int32_t columns, std::int32_t rows,
                                const TFormatSettings& settings) {
-    std::vector<Cell> cells;
-    const std::int64_t wanted = static_cast<std::int64_t>(columns) * rows;
-    if (HasRoomFor(wanted, reader))
-        cells.reserve(static_cast<std::size_t>(wanted));
-    TRowParser<Cell> parser(settings);
-    for (std::int32_t row = 0; row < rows; ++row) {
-        const std::int64_t count = parser.Parse(reader.ReadLineUtf8(), columns, cells);
-        if (count != columns)
-            throw Exception(Format(u"Row %d contains %d values, %d were expected", {row, count, columns}));
-        if (columns == 0)
-            throw EArgumentException(QStringLiteral("Col index is out of range"));
+    try {
+        return WithinMemory(reader.GetName(), [&] { return ReadRows<Cell>(reader, columns, rows, settings); });
+    } catch (const EFileException&) { // names the file
+        throw;
+    } catch (Exception& failure) {
+        failure.SetPlace(reader.GetPlace());
+        throw;
     }
-    return cells;
 }
 
 template std::vector<float> ReadGridRows(TStreamReader&, std::int32_t, std::int32_t, const TFormatSettings&);

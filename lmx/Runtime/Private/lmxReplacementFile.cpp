@@ -2,7 +2,20 @@
 
 #include <lmx/Runtime/lmxExceptions.h>
 
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QTemporaryFile>
+
+#include <utility>
+
 namespace lmx {
+
+namespace {
+
+constexpr qint64 BlockSize = 256 * 1024;
+
+} // namespace
 
 bool WriteAll(QIODevice& device, QByteArrayView content) {
     while (!content.isEmpty()) {
@@ -14,27 +27,64 @@ bool WriteAll(QIODevice& device, QByteArrayView content) {
     return true;
 }
 
-TReplacementFile::TReplacementFile(const QString& fileName) : FFile(fileName) {
-    Check(FFile.open(QIODevice::WriteOnly));
+TReplacementFile::TReplacementFile(const QString& fileName) : FFileName(fileName) {
+    const QFileInfo present(fileName);
+    const bool isReplaceable = !present.exists() || present.isFile() || present.isDir();
+    if (isReplaceable)
+        OpenBeside();
+    else
+        OpenElsewhere();
+}
+
+// A folder that refuses the new file need not refuse that its old one is written.
+void TReplacementFile::OpenBeside() {
+    FFile = std::make_unique<QSaveFile>(FFileName);
+    if (FFile->open(QIODevice::WriteOnly))
+        return;
+    const QFileInfo present(FFileName);
+    Check(*FFile, present.isFile() && present.isWritable());
+    OpenElsewhere();
+}
+
+void TReplacementFile::OpenElsewhere() {
+    auto file = std::make_unique<QTemporaryFile>();
+    Check(*file, file->open());
+    FFile = std::move(file);
+    FIsBeside = false;
 }
 
 void TReplacementFile::Write(const QByteArray& content) {
-    Check(WriteAll(FFile, content));
+    Check(*FFile, WriteAll(*FFile, content));
 }
 
 void TReplacementFile::Flush() {
-    Check(FFile.flush() || FFile.flush()); // the first may write a part, and the second tells why it ends there
+    Check(*FFile,
+          FFile->flush() || FFile->flush()); // the first may write a part, and the second tells why it ends there
 }
 
 // QSaveFile::commit writes what its buffer still holds and takes no notice if that fails.
 void TReplacementFile::Commit() {
     Flush();
-    Check(FFile.commit());
+    if (FIsBeside)
+        Check(*FFile, static_cast<QSaveFile&>(*FFile).commit());
+    else
+        WriteInto();
 }
 
-void TReplacementFile::Check(bool succeeded) const {
+void TReplacementFile::WriteInto() {
+    QFile target(FFileName);
+    Check(target, target.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    Check(*FFile, FFile->seek(0));
+    while (!FFile->atEnd()) {
+        const QByteArray block = FFile->read(BlockSize);
+        Check(*FFile, !block.isEmpty());
+        Check(target, WriteAll(target, block));
+    }
+}
+
+void TReplacementFile::Check(const QFileDevice& file, bool succeeded) const {
     if (!succeeded)
-        throw EFileException(FFile.fileName(), QStringLiteral("cannot be written: ") + FFile.errorString());
+        throw EFileException(FFileName, QStringLiteral("cannot be written: ") + file.errorString());
 }
 
 } // namespace lmx

@@ -148,4 +148,18 @@ TEST(PixelConverter, TheReachIsCloseToTheBitmap) {
     EXPECT_EQ(reach.Bottom, 74);
 }
 
+TEST(PixelConverter, ItsReachIsThatOfTheBitmapAlsoAtTheEndsOfTheTranslation) {
+    constexpr int largest = std::numeric_limits<int>::max();
+    constexpr int lowest = std::numeric_limits<int>::min();
+    TWorld world(TLatLonWorldSystemFactory::GetObject());
+    for (const int translation : {lowest, lowest + 1, lowest + 2, largest - 2, largest - 1, largest}) {
+        const TPixelConverter converter(TWorldViewportLocal(&world, 4, {translation, translation}));
+        const TMapArea reach = converter.GetReach({100, 50});
+        EXPECT_EQ(reach.Left, -180 + (-2 - static_cast<extended>(translation)) / 4) << translation;
+        EXPECT_EQ(reach.GetWidth(), 26) << translation;
+        EXPECT_EQ(reach.GetHeight(), 13.5L) << translation;
+        EXPECT_EQ(converter.ToPixel(reach.GetCenter()), TPoint(50, 25)) << translation;
+    }
+}
+
 } // namespace lmx::tests

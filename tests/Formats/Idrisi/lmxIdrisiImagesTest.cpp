@@ -105,6 +105,14 @@ TYPED_TEST(EveryImageClass, TakesNoMemoryForAClaim) {
               QStringLiteral("Image data: the header claims 46116860141324"));
 }
 
+TYPED_TEST(EveryImageClass, IsAsItWasWhenThereIsNoRoomForItsCells) {
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    TypeParam image(QString(), SmallHeader(most, most));
+    EXPECT_EQ(MessageOf<EOutOfMemory>([&] { image.SetCell(1, 1, 7); }), QStringLiteral("Out of memory"));
+    EXPECT_EQ(MessageOf<EOutOfMemory>([&] { image.GetRow(1); }), QStringLiteral("Out of memory"));
+    EXPECT_EQ(image.GetCell(1, 1), 0);
+}
+
 TYPED_TEST(EveryImageClass, RefusesANegativeSize) {
     EXPECT_EQ(MessageOf<EArgumentException>([] { TypeParam(QString(), SmallHeader(-1, 2)); }),
               QStringLiteral("Image size is negative"));

@@ -116,6 +116,45 @@ TEST(ShapePointConverter, UnknownOrMissingMeansNoConversion) {
     EXPECT_FALSE(TSHapePointConverterFactory::GetObject(DatumOf(unknown.toUtf8())));
 }
 
+TEST(ShapePointConverter, NamesMatterOnlyByTheirLettersAndDigits) {
+    for (const char* name : {"North_American_Datum_1927", "north american datum 1927", "D_NORTH_AMERICAN_DATUM_1927",
+                             "North_American_1927", "d_north_american_1927", "North American 1927",
+                             "NorthAmericanDatum1927", " North_American Datum_1927 "})
+        ExpectPlace(QLatin1String(name), {-100, 40}, {-100.000415589, 39.999996882});
+    for (const char* name : {"New_Zealand_1949", "New_Zealand_Geodetic_Datum_1949", "newzealandgeodeticdatum1949"})
+        ExpectPlace(QLatin1String(name), {174, -41}, {174.000186162, -40.998259197});
+    for (const char* name : {"WGS_1984", "wgs 1984", "d_wgs_1984", "WGS84", "World_Geodetic_System_1984"})
+        EXPECT_EQ(TSHapePointConverterFactory::GetConversion(QLatin1String(name)).Kind,
+                  TShapeConversionKind::ckNotNeeded)
+            << name;
+}
+
+TEST(ShapePointConverter, TellsPlainDegreesFromWhatNobodyKnows) {
+    const auto kindOf = [](const QString& datum) { return TSHapePointConverterFactory::GetConversion(datum).Kind; };
+    EXPECT_EQ(kindOf(QStringLiteral("D_North_American_1927")), TShapeConversionKind::ckConverted);
+    EXPECT_EQ(kindOf(DatumOf(Nztm)), TShapeConversionKind::ckConverted);
+    EXPECT_EQ(kindOf(Geographic("D_WGS_1984", R"("WGS_1984",6378137.0,298.257223563)")),
+              TShapeConversionKind::ckNotNeeded);
+    for (const char* name : {"", "D_", "_", "D_Unknown", "nonsense"})
+        EXPECT_EQ(kindOf(QLatin1String(name)), TShapeConversionKind::ckUnknown) << name;
+    EXPECT_FALSE(TSHapePointConverterFactory::GetConversion(QStringLiteral("nonsense")).Converter);
+    EXPECT_TRUE(TSHapePointConverterFactory::GetConversion(QStringLiteral("D_NZGD_2000")).Converter);
+}
+
+TEST(ShapePointConverter, AFileIsConvertedAsTheOneBesideItSays) {
+    const TImageFolder folder;
+    const QString shapes = folder.Path("x.shp");
+    EXPECT_EQ(ConversionOf(shapes).Kind, TShapeConversionKind::ckUnstated) << "no projection file";
+    folder.Write("x.PRJ", Nztm);
+    EXPECT_EQ(ConversionOf(shapes).Kind, TShapeConversionKind::ckConverted);
+    EXPECT_TRUE(ConversionOf(shapes).Converter);
+    folder.Write("x.PRJ", "Projection GEOGRAPHIC");
+    EXPECT_EQ(ConversionOf(shapes).Kind, TShapeConversionKind::ckUnknown);
+    folder.Write("x.PRJ", Geographic("D_WGS_1984", R"("WGS_1984",6378137.0,298.257223563)").toUtf8());
+    EXPECT_EQ(ConversionOf(shapes).Kind, TShapeConversionKind::ckNotNeeded);
+    EXPECT_FALSE(ConversionOf(shapes).Converter);
+}
+
 TEST(ShapePointConverter, Wgs84NeedsNone) {
     EXPECT_FALSE(TSHapePointConverterFactory::GetObject(QStringLiteral("D_WGS_1984")));
     EXPECT_FALSE(TSHapePointConverterFactory::GetObject(QStringLiteral("World Geodetic System 1984")));

@@ -9,16 +9,26 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
+#include <random>
 
 namespace lmx::tests {
 
 namespace {
 
-std::unique_ptr<TShpFile> Load(QByteArray bytes, const std::shared_ptr<IShapePointConverter>& converter = nullptr) {
+std::unique_ptr<TShpFile> Load(QByteArray bytes, const std::shared_ptr<IShapePointConverter>& converter = nullptr,
+                               const TShpLoadOptions& options = {}) {
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
-    return TShpFile::LoadFromStream(buffer, QStringLiteral("x.shp"), converter);
+    return TShpFile::LoadFromStream(buffer, QStringLiteral("x.shp"), converter, options);
+}
+
+std::unique_ptr<TShpFile> LoadSound(const QByteArray& bytes) {
+    TShpLoadOptions options;
+    options.SkipDamagedRecords = true;
+    return Load(bytes, nullptr, options);
 }
 
 QString ShapeFile(const QString& name) {
@@ -46,7 +56,7 @@ public:
     }
 };
 
-std::vector<TShpPoint> Copy(TShapeFileReader::TShpPointArr part) {
+std::vector<TShpPoint> Copy(TShpPointArr part) {
     return {part.begin(), part.end()};
 }
 
@@ -158,6 +168,157 @@ TEST(ShpFile, ConvertsEveryVertexAndLeavesOutWhatHasNoPlace) {
     EXPECT_EQ(file->GetPoint(0).X, 16);
     EXPECT_EQ(file->GetXMin(), 11);
     EXPECT_EQ(file->GetXMax(), 16);
+}
+
+TEST(ShpFile, LeavesOutVerticesWithoutAPlace) {
+    constexpr double Lowest = -1.7976931348623157e308;
+    for (const double bad :
+         std::initializer_list<double>{Lowest, -Lowest, 1.1e300, -1.1e300, NAN, INFINITY, -INFINITY}) {
+        const auto file = Load(TShapeBytes()
+                                   .Point(1, {bad, bad})
+                                   .Point(1, {3, 4})
+                                   .Lines(3, {{{bad, 0}, {1, 0}}, {{0, bad}}, {{1, 5}, {2, bad}, {3, 5}}, {}})
+                                   .MultiPoint(8, {{7, bad}, {7, 8}})
+                                   .File(3));
+        ASSERT_EQ(file->GetPointCount(), 2U) << bad;
+        EXPECT_EQ(file->GetPoint(0).X, 3);
+        EXPECT_EQ(file->GetPoint(1).X, 7);
+        EXPECT_EQ(file->GetPointRecord(0), 1U);
+        EXPECT_EQ(file->GetPointRecord(1), 3U);
+        const auto line = file->GetPolyLine(0);
+        ASSERT_EQ(line.GetPartCount(), 4U);
+        EXPECT_EQ(Copy(line.GetPart(0)), (std::vector<TShpPoint>{{1, 0}}));
+        EXPECT_TRUE(line.GetPart(1).empty());
+        EXPECT_EQ(Copy(line.GetPart(2)), (std::vector<TShpPoint>{{1, 5}, {3, 5}}));
+        EXPECT_TRUE(line.GetPart(3).empty());
+        EXPECT_EQ(file->GetXMin(), 1);
+        EXPECT_EQ(file->GetXMax(), 7);
+        EXPECT_EQ(file->GetYMin(), 0);
+        EXPECT_EQ(file->GetYMax(), 8);
+    }
+    EXPECT_EQ(Load(TShapeBytes().Point(1, {1e300, -1e300}).File(1))->GetPointCount(), 1U) << "far, but a place";
+}
+
+TEST(ShpFile, AConverterIsGivenOnlyWhatHasAPlace) {
+    struct TPickyConverter : IShapePointConverter {
+        void Convert(std::span<TShpPoint> points) override {
+            for (TShpPoint& point : points) {
+                EXPECT_TRUE(std::isfinite(point.X));
+                point.X = point.X < 0 ? 1e305 : point.X;
+            }
+        }
+    };
+    const auto file =
+        Load(TShapeBytes().Lines(3, {{{NAN, 0}, {-1, 0}, {2, 0}}}).File(3), std::make_shared<TPickyConverter>());
+    EXPECT_EQ(Copy(file->GetPolyLine(0).GetPart(0)), (std::vector<TShpPoint>{{2, 0}}));
+}
+
+TEST(ShpFile, ShapesKnowTheirRecords) {
+    const auto file = Load(TShapeBytes()
+                               .Null()
+                               .Lines(5, {{{1, 1}}, {{2, 2}}})
+                               .MultiPoint(8, {{1, 1}, {2, 2}, {3, 3}})
+                               .Null()
+                               .Lines(3, {})
+                               .Point(1, {4, 4})
+                               .Lines(5, {{{5, 5}}})
+                               .MultiPoint(8, {})
+                               .Point(1, {6, 6})
+                               .File(5));
+    EXPECT_EQ(file->GetPolygon(0).GetRecord(), 1U);
+    EXPECT_EQ(file->GetPolygon(1).GetRecord(), 6U);
+    EXPECT_EQ(file->GetPolyLine(0).GetRecord(), 4U);
+    std::vector<std::uint32_t> records;
+    for (std::size_t i = 0; i < file->GetPointCount(); ++i)
+        records.push_back(file->GetPointRecord(i));
+    EXPECT_EQ(records, (std::vector<std::uint32_t>{2, 2, 2, 5, 8}));
+    const auto withNulls = TShpFile::LoadFromFile(ShapeFile(QStringLiteral("mb_null.shp")), nullptr);
+    records.clear();
+    for (std::size_t i = 0; i < withNulls->GetPointCount(); ++i)
+        records.push_back(withNulls->GetPointRecord(i));
+    EXPECT_EQ(records, (std::vector<std::uint32_t>{0, 2, 5, 6, 8}));
+}
+
+TEST(ShpFile, ChecksItsIndexes) {
+    const auto file = Load(TShapeBytes().Point(1, {1, 1}).Lines(5, {{{1, 1}}}).Lines(3, {{}, {}}).File(5));
+    for (const std::size_t beyond : {std::size_t{1}, std::numeric_limits<std::size_t>::max()}) {
+        const auto fault = [](auto&& action) { return MessageOf<EArgumentException>(action); };
+        EXPECT_EQ(fault([&] { file->GetPoint(beyond); }), "Point index is out of range");
+        EXPECT_EQ(fault([&] { file->GetPointRecord(beyond); }), "Point index is out of range");
+        EXPECT_EQ(fault([&] { file->GetPolygon(beyond); }), "Polygon index is out of range");
+        EXPECT_EQ(fault([&] { file->GetPolyLine(beyond); }), "Polyline index is out of range");
+        EXPECT_EQ(fault([&] { file->GetPolygon(0).GetPart(beyond); }), "Part index is out of range");
+        EXPECT_EQ(fault([&] { file->GetPolyLine(0).GetPart(beyond + 1 == 0 ? beyond : 2); }),
+                  "Part index is out of range");
+    }
+    EXPECT_EQ(MessageOf<EArgumentException>([] { Load(TShapeBytes().File(0))->GetPolygon(0); }),
+              "Polygon index is out of range");
+}
+
+TEST(ShpFile, SkipsAndCountsDamagedRecordsIfItIsAsked) {
+    const QByteArray bytes = TShapeBytes()
+                                 .Point(1, {1, 2})
+                                 .Point(2, {1, 1})
+                                 .Record(TShapeBytes::LinesContent(5, {0, 3, 1}, {{1, 2}, {3, 4}, {5, 6}}, 3, 3))
+                                 .Record(TShapeBytes::LinesContent(3, {0}, {{1, 2}}, 1, 9))
+                                 .Lines(5, {{{7, 8}}})
+                                 .File(1);
+    const auto file = LoadSound(bytes);
+    EXPECT_EQ(file->GetDamagedRecordCount(), 3U);
+    EXPECT_EQ(file->GetPointCount(), 1U);
+    EXPECT_EQ(file->GetPolyLineCount(), 0U);
+    ASSERT_EQ(file->GetPolygonCount(), 1U);
+    EXPECT_EQ(Copy(file->GetPolygon(0).GetPart(0)), (std::vector<TShpPoint>{{7, 8}}));
+    EXPECT_EQ(file->GetPolygon(0).GetRecord(), 4U) << "the table has a row for the damaged ones, too";
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { Load(bytes); }), "x.shp: record 2 is of an unknown type");
+    const auto cut = LoadSound(bytes.first(bytes.size() - 1));
+    EXPECT_EQ(cut->GetDamagedRecordCount(), 4U);
+    EXPECT_EQ(cut->GetPolygonCount(), 0U);
+    EXPECT_EQ(Load(TShapeBytes().Point(1, {1, 2}).File(1))->GetDamagedRecordCount(), 0U);
+    EXPECT_EQ(MessageOf<EFileFormatException>([] { LoadSound("no shapes"); }), "x.shp: the header is cut short");
+    TShpLoadOptions options;
+    options.SkipDamagedRecords = true;
+    const auto sample = TShpFile::LoadFromFile(ShapeFile(QStringLiteral("gdal_buggymultiline.shp")), nullptr, options);
+    EXPECT_EQ(sample->GetDamagedRecordCount(), 1U);
+    EXPECT_EQ(sample->GetVertexCount(), 0U);
+}
+
+TEST(ShpFile, PartsInNoOrderAreKeptByPlaceAndFoundByIndex) {
+    std::mt19937_64 random(4);
+    const auto below = [&](std::uint32_t limit) { return static_cast<std::uint32_t>(random() % limit); };
+    TShapeBytes shapes;
+    std::vector<TShpParts> lines;
+    std::vector<TShpPoint> points;
+    for (int i = 0; i < 3000; ++i) {
+        TShpParts parts(1 + below(3));
+        for (auto& part : parts) {
+            const double x = below(360);
+            const double y = below(180);
+            const std::uint32_t count = below(20) == 0 ? 100 : below(9);
+            for (std::uint32_t j = 0; j < count; ++j)
+                part.push_back({x + j * 0.001, y + static_cast<double>(j % 2) * 0.001});
+        }
+        points.push_back({static_cast<double>(below(360)), static_cast<double>(below(180))});
+        shapes.Lines(5, parts).Point(1, points.back());
+        lines.push_back(std::move(parts));
+    }
+    const auto file = Load(shapes.File(5));
+    ASSERT_EQ(file->GetPolygonCount(), lines.size());
+    ASSERT_EQ(file->GetPointCount(), points.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        ASSERT_EQ(file->GetPolygon(i).GetPartCount(), lines[i].size());
+        ASSERT_EQ(file->GetPolygon(i).GetRecord(), 2 * i);
+        for (std::size_t part = 0; part < lines[i].size(); ++part)
+            ASSERT_EQ(Copy(file->GetPolygon(i).GetPart(part)), lines[i][part]) << i << ' ' << part;
+        ASSERT_EQ((TShpPoint{file->GetPoint(i).X, file->GetPoint(i).Y}), points[i]) << i;
+        ASSERT_EQ(file->GetPointRecord(i), 2 * i + 1);
+    }
+    const auto isWide = [](const TVertexBlock& block) { return block.XMax - block.XMin > 150; };
+    const auto wideRuns = [&](std::span<const TVertexBlock> runs) { return std::ranges::count_if(runs, isWide); };
+    const auto data = file->GetData();
+    EXPECT_LT(wideRuns(data->PointBlocks), 8) << "of 47";
+    EXPECT_LT(wideRuns(data->Polygons.GetBlocks()), 8) << "of a thousand";
+    EXPECT_TRUE(std::ranges::is_sorted(data->Polygons.GetPartStarts()));
 }
 
 TEST(ShpFile, HoldsNoMoreThan20BytesAVertex) {

@@ -172,6 +172,28 @@ INSTANTIATE_TEST_SUITE_P(
                     TCountRow{"AbsurdlyManyRows", "1\n1\n", 1, 2147483647, "Row 2 contains 0 values, 1 were expected"}),
     [](const auto& row) { return row.param.Name; });
 
+TEST(AsciiGridRows, TellOnWhichLineTheyFail) {
+    const auto placeOf = [](const QByteArray& text) {
+        try {
+            Read<float>(text, 2, 3);
+        } catch (const Exception& failure) {
+            return failure.Place();
+        }
+        return QString();
+    };
+    EXPECT_EQ(placeOf("1 2\n3 4\n5\n"), "stream, line 3");
+    EXPECT_EQ(placeOf("1 2\n3 x\n5 6\n"), "stream, line 2");
+    EXPECT_EQ(placeOf(""), "stream, line 1");
+    EXPECT_EQ(placeOf("1 2\n3 4\n5 6\n"), "");
+}
+
+TEST(AsciiGridRows, QuoteLittleOfAPieceThatIsLong) {
+    EXPECT_EQ(MessageOf<EConvertError>([] { Read<float>(QByteArray(1'000'000, 'x'), 1, 1); }),
+              u'\'' + QString(100, u'x') + QChar(0x2026) + QStringLiteral("' is not a valid floating point value"));
+    EXPECT_EQ(MessageOf<EFileFormatException>([] { Read<float>("1\n" + QByteArray(17'000'000, '1'), 1, 2); }),
+              "stream: line 2 is longer than 16777216 bytes");
+}
+
 TEST(AsciiGridRows, WithoutColumnsHaveNoFirstCell) {
     EXPECT_EQ(MessageOf<EArgumentException>([] { Read<float>("\n", 0, 2147483647); }), "Col index is out of range");
     EXPECT_TRUE(Read<float>("1 2 3", 3, 0).empty());
@@ -260,11 +282,6 @@ TEST(AsciiGridRows, HaveOneBlankBetweenValuesAndNoneAtTheEnds) {
 TEST(AsciiGridRows, AreWrittenWithTheDecimalSeparator) {
     EXPECT_EQ(Write<float>({1.5F, -1.5e20F, 2}, Comma), "1,5 -1,5E20 2");
     EXPECT_EQ(Write<float>({1.25F, -1.5e20F, 2}, Momayyez), QString("1.25 -1.5E20 2").replace(u'.', QChar(0x066B)));
-    const TFormatSettingsScope scope(Comma);
-    QByteArray text;
-    const float cell = 0.5F;
-    AppendGridRow(text, std::span(&cell, 1));
-    EXPECT_EQ(text, "0,5");
 }
 
 TEST(AsciiGridRows, ReadBackExactlyWhateverSingleWasWritten) {

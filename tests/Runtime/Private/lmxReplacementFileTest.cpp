@@ -5,9 +5,14 @@
 #include <tests/Support/Printers.h>
 
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace lmx {
 namespace {
@@ -39,6 +44,71 @@ TEST_F(ReplacementFile, LeavesTheOldOneWithoutACommit) {
     { TReplacementFile(Name).Write("new"); }
     EXPECT_EQ(ReadFile(Name), "old");
     EXPECT_EQ(Files(), QStringList{QStringLiteral("a.txt")});
+}
+
+// Its name leaves no room for that of a temporary file: whoever runs the tests, the folder takes none beside it.
+TEST_F(ReplacementFile, IsWrittenIntoWhereItsFolderTakesNoOther) {
+    Name = Folder.filePath(QString(255, u'a'));
+    QFile old(Name);
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("old and longer");
+    old.close();
+    {
+        TReplacementFile file(Name);
+        file.Write("new");
+        file.Flush();
+        EXPECT_EQ(ReadFile(Name), "old and longer");
+        file.Commit();
+    }
+    EXPECT_EQ(ReadFile(Name), "new");
+    { TReplacementFile(Name).Write("newer"); }
+    EXPECT_EQ(ReadFile(Name), "new") << "without a Commit";
+    const QByteArray large(1'000'000, 'x');
+    WriteFile(Name, large);
+    EXPECT_EQ(ReadFile(Name), large);
+    WriteFile(Name, "");
+    EXPECT_EQ(ReadFile(Name), "");
+    EXPECT_EQ(Files(), QStringList{QString(255, u'a')});
+}
+
+// No folder of processes takes a file of ours, not even from the superuser.
+TEST_F(ReplacementFile, IsWrittenIntoWhereItsFolderCannotBeWritten) {
+    const QString threadName = QStringLiteral("/proc/self/comm");
+    const QByteArray before = ReadFile(threadName);
+    WriteFile(threadName, "maps");
+    EXPECT_EQ(ReadFile(threadName), "maps\n");
+    WriteFile(threadName, before.trimmed());
+    const QString absent = QStringLiteral("/proc/self/absent");
+    EXPECT_EQ(MessageOf<EFileException>([&] { WriteFile(absent, "text"); }),
+              QStringLiteral("/proc/self/absent: cannot be written: No such file or directory"));
+}
+
+TEST_F(ReplacementFile, IsNotMadeOfAPipe) {
+    const QByteArray pipe = QFile::encodeName(Name);
+    ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
+    QFile reader(Name);
+    const int handle = open(pipe.constData(), O_RDONLY | O_NONBLOCK);
+    ASSERT_TRUE(reader.open(handle, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle));
+    {
+        TReplacementFile file(Name);
+        file.Write("one");
+        file.Flush();
+        char none = 0;
+        EXPECT_LE(read(handle, &none, 1), 0) << "nothing before the Commit";
+        file.GetDevice().write("two");
+        file.Commit();
+    }
+    EXPECT_EQ(reader.read(10), "onetwo");
+    struct stat status = {};
+    ASSERT_EQ(stat(pipe.constData(), &status), 0);
+    EXPECT_TRUE(S_ISFIFO(status.st_mode));
+    EXPECT_EQ(QDir(Folder.path()).entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList{QStringLiteral("a.txt")});
+}
+
+TEST_F(ReplacementFile, IsNoFolder) {
+    EXPECT_EQ(MessageOf<EFileException>([&] { TReplacementFile file(Folder.path()); }),
+              Folder.path() + QStringLiteral(": cannot be written: Filename refers to a directory"));
 }
 
 TEST_F(ReplacementFile, NeedsAFolder) {

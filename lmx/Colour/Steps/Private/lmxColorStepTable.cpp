@@ -2,7 +2,6 @@
 
 #include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 #include <lmx/Runtime/Private/lmxAvx2.h>
-#include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
 #include <limits>
@@ -12,22 +11,9 @@ namespace lmx {
 
 namespace {
 
-constexpr std::size_t MostPages = 16384;
+constexpr std::size_t FewPages = 16384;                 ///< that fit into the caches
+constexpr std::size_t MostPages = std::size_t{1} << 21; ///< where more steps than these need more
 constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
-
-/// Index of the first of some ascending starts in each page, and their number at last.
-std::vector<std::uint16_t> FirstInEachPage(const TValuePages& cut, const std::vector<float>& starts) {
-    std::vector<std::uint32_t> pageOfStart(starts.size());
-    cut.Find(starts, pageOfStart.data());
-    std::vector<std::uint16_t> first(cut.GetCount() + 1);
-    std::size_t start = 0;
-    for (std::size_t page = 0; page < first.size(); ++page) {
-        while (start < starts.size() && pageOfStart[start] < page)
-            ++start;
-        first[page] = static_cast<std::uint16_t>(start);
-    }
-    return first;
-}
 
 /// Colour of a value that belongs to the page. The starts that it reaches are counted by halving.
 template<class Page>
@@ -79,8 +65,6 @@ LMX_AVX2 std::size_t ColorStrides(Widths widths, const Page* pages, std::span<co
 } // namespace
 
 TColorStepTable::TColorStepTable(const TColorSteps& steps, const TLayerOpacity& opacity) {
-    if (steps.GetCount() > MaxStepCount)
-        throw EArgumentException(QStringLiteral("steps"));
     TSteps faded;
     // What is no number reaches no start. So where it has another colour than the first step, all steps come after it.
     const bool isNaNApart = steps.GetNaNColor() != steps.GetColors().front();
@@ -90,8 +74,8 @@ TColorStepTable::TColorStepTable(const TColorSteps& steps, const TLayerOpacity& 
         faded.Colors.push_back(opacity.Fade(steps.GetNaNColor()));
     for (TColor32 color : steps.GetColors())
         faded.Colors.push_back(opacity.Fade(color));
-    FCut = TValuePages(faded.Starts, TPage::MaxStarts, MostPages);
-    faded.FirstStarts = FirstInEachPage(FCut, faded.Starts);
+    FCut = TValuePages(faded.Starts, TPage::MaxStarts, std::clamp(faded.Starts.size(), FewPages, MostPages));
+    faded.FirstStarts = FCut.FirstInEachPage(faded.Starts);
     FillPages(faded);
     bool isAnyCrowded = false;
     for (std::size_t page = 0; page < FPages.size() && !isAnyCrowded; ++page)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Colour/Steps/Private/lmxColorSteps.h>
+#include <lmx/Colour/Steps/Private/lmxColorTable.h>
 #include <lmx/Colour/Steps/Private/lmxValuePages.h>
 #include <lmx/Graphics/lmxColor32.h>
 
@@ -15,26 +16,18 @@ namespace lmx {
 
 class TLayerOpacity;
 
-/// Finds the colours of many values at once; made for one opacity.
+/// Looks colours up in the steps of a colouring, however many they are.
 ///
 /// The steps are sorted into pages, each of which holds its colours and the few values at which they begin. So a value
 /// touches one line of the processor's cache, however many steps there are, and comparing it with all starts of its
 /// page settles its colour. Only where steps crowd, as they can under bounds of very different widths, is it searched
 /// for.
-class TColorStepTable {
+class TColorStepTable final : public TColorTable {
 public:
     /// The steps' colours faded by `opacity`.
-    /// @throws EArgumentException "steps" for more than MaxStepCount.
     TColorStepTable(const TColorSteps& steps, const TLayerOpacity& opacity);
 
-    static constexpr std::size_t MaxStepCount = 65535;
-
-    /// Most values of one call of GetColors.
-    static constexpr std::size_t BlockSize = 256;
-
-    /// Writes the colour of each value; any float is a value here. `colors` holds as many places. Meanwhile the
-    /// `next` values, as many at most, are brought near: looking up leaves the memory idle that they come from.
-    void GetColors(std::span<const float> values, TColor32* colors, std::span<const float> next = {}) const;
+    void GetColors(std::span<const float> values, TColor32* colors, std::span<const float> next = {}) const override;
 
 private:
     /// One line of the cache.
@@ -51,7 +44,7 @@ private:
     struct TSteps {
         std::vector<float> Starts;              ///< of the steps after the first
         std::vector<TColor32> Colors;           ///< of all steps
-        std::vector<std::uint16_t> FirstStarts; ///< index of the first start in each page, and the end
+        std::vector<std::uint32_t> FirstStarts; ///< index of the first start in each page, and the end
 
         bool IsCrowded(std::size_t page) const { return FirstStarts[page] + TPage::MaxStarts < FirstStarts[page + 1]; }
     };

@@ -11,13 +11,6 @@ namespace lmx {
 
 namespace {
 
-std::vector<TColorStop> SortedStops(std::vector<TColorStop> stops) {
-    std::erase_if(stops, [](const TColorStop& stop) { return !std::isfinite(stop.Location); });
-    std::stable_sort(stops.begin(), stops.end(),
-                     [](const TColorStop& a, const TColorStop& b) { return a.Location < b.Location; });
-    return stops;
-}
-
 float FirstPositionFrom(double location) {
     return FirstFloat([location](float position) { return position >= location; }, static_cast<float>(location));
 }
@@ -47,8 +40,8 @@ void AddColorsBetween(const TColorStop& from, const TColorStop& to, float end, T
 }
 
 /// The colours of positions from 0 to 1; the default colour elsewhere.
-TColorSteps PositionColorSteps(IGradient& gradient, TColor32 defaultColor) {
-    const std::vector<TColorStop> stops = SortedStops(gradient.GetColorStops());
+TColorSteps PositionColorSteps(const TSortedStops& gradient, TColor32 defaultColor) {
+    const std::vector<TColorStop>& stops = gradient.GetStops();
     TColorSteps steps(defaultColor);
     steps.Reserve(stops.size() * (GradientSteps + 1) + 3);
     steps.Add(0, gradient.GetColor(0));
@@ -66,10 +59,45 @@ TColorSteps PositionColorSteps(IGradient& gradient, TColor32 defaultColor) {
     return steps;
 }
 
-} // namespace
+/// The piece behind so many of the stops.
+TColorPiece PieceAfter(const std::vector<TColorStop>& stops, std::size_t count) {
+    if (stops.empty())
+        return TColorPiece::Of(0);
+    if (count == 0 || count == stops.size())
+        return TColorPiece::Of(count == 0 ? stops.front().Color : stops.back().Color);
+    const TColorStop& from = stops[count - 1];
+    const TColorStop& to = stops[count];
+    TColorPiece piece = TColorPiece::Of(from.Color);
+    piece.Location = from.Location;
+    piece.StepsPerPosition = GradientSteps / (to.Location - from.Location);
+    piece.To = to.Color;
+    return piece;
+}
 
-TColorSteps GradientColorSteps(IGradient& gradient, float min, float max, TColor32 defaultColor) {
-    const TColorSteps positions = PositionColorSteps(gradient, defaultColor);
+/// The pieces of positions from 0 to 1; the default colour elsewhere.
+TColorPieces PositionColorPieces(const TSortedStops& gradient, float min, float max, TColor32 defaultColor) {
+    const std::vector<TColorStop>& stops = gradient.GetStops();
+    TColorPieces pieces(defaultColor);
+    pieces.Reserve(stops.size() + 3);
+    const auto add = [&](float position, std::size_t count) {
+        TColorPiece piece = PieceAfter(stops, count);
+        piece.Min = min;
+        piece.Max = max;
+        pieces.Add(position, piece);
+    };
+    const auto isPassed = [](const TColorStop& stop) { return stop.Location <= 0; };
+    std::size_t count =
+        static_cast<std::size_t>(std::partition_point(stops.begin(), stops.end(), isPassed) - stops.begin());
+    add(0, count);
+    for (; count < stops.size() && stops[count].Location <= 1; ++count)
+        add(FirstPositionFrom(stops[count].Location), count + 1);
+    pieces.Add(FirstPositionFrom(std::nextafter(1.0, 2.0)), TColorPiece::Of(defaultColor));
+    return pieces;
+}
+
+/// Adds to one step of the default colour, for values, what positions look like.
+template<class Steps>
+Steps OverRange(const Steps& positions, float min, float max, Steps steps) {
     const double width = static_cast<double>(max) - min;
     const double doubt = Doubt(std::abs(static_cast<double>(min)) + std::abs(width));
 
@@ -81,17 +109,30 @@ TColorSteps GradientColorSteps(IGradient& gradient, float min, float max, TColor
         return FirstFloatNear(isReached, min + width * ((below + position) / 2), doubt);
     };
     const std::vector<float>& starts = positions.GetStarts();
-    const std::vector<TColor32>& colors = positions.GetColors();
-    TColorSteps steps(defaultColor);
+    const auto& looks = positions.GetLooks();
     steps.Reserve(starts.size());
     if (min < max) {
         for (std::size_t i = 1; i < starts.size(); ++i)
-            steps.Add(firstValue(starts[i], true), colors[i]);
+            steps.Add(firstValue(starts[i], true), looks[i]);
     } else {
         for (std::size_t i = starts.size() - 1; i > 0; --i)
-            steps.Add(firstValue(starts[i], false), colors[i - 1]);
+            steps.Add(firstValue(starts[i], false), looks[i - 1]);
     }
     return steps;
+}
+
+} // namespace
+
+std::size_t GradientStepLimit(std::size_t stopCount) {
+    return (std::max<std::size_t>(stopCount, 1) - 1) * GradientSteps + 3;
+}
+
+TColorSteps GradientColorSteps(const TSortedStops& gradient, float min, float max, TColor32 defaultColor) {
+    return OverRange(PositionColorSteps(gradient, defaultColor), min, max, TColorSteps(defaultColor));
+}
+
+TColorPieces GradientColorPieces(const TSortedStops& gradient, float min, float max, TColor32 defaultColor) {
+    return OverRange(PositionColorPieces(gradient, min, max, defaultColor), min, max, TColorPieces(defaultColor));
 }
 
 } // namespace lmx

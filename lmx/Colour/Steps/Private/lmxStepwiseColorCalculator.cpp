@@ -1,20 +1,35 @@
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 
+#include <lmx/Colour/Steps/Private/lmxColorPieceTable.h>
 #include <lmx/Colour/Steps/Private/lmxColorStepTable.h>
 #include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 
 namespace lmx {
 
-bool TStepwiseColorCalculator::TKey::operator==(const TKey& other) const {
-    return LayerAlpha == other.LayerAlpha && (Steps == other.Steps || *Steps == *other.Steps);
+namespace {
+
+/// Whether both are the same, or both there and equal.
+template<class T>
+bool AreEqual(const std::shared_ptr<T>& a, const std::shared_ptr<T>& b) {
+    return a == b || (a && b && *a == *b);
 }
 
-std::shared_ptr<const TColorStepTable> TStepwiseColorCalculator::GetColorTable(const TLayerOpacity& opacity) const {
+} // namespace
+
+bool TStepwiseColorCalculator::TKey::operator==(const TKey& other) const {
+    return LayerAlpha == other.LayerAlpha && AreEqual(Steps, other.Steps) && AreEqual(Pieces, other.Pieces);
+}
+
+std::shared_ptr<const TColorTable> TStepwiseColorCalculator::GetColorTable(const TLayerOpacity& opacity) const {
     const std::shared_ptr<const TColorSteps> steps = GetColorSteps();
-    if (!steps || steps->GetCount() > TColorStepTable::MaxStepCount)
+    const std::shared_ptr<const TColorPieces> pieces = steps ? nullptr : GetColorPieces();
+    if (!steps && !pieces)
         return nullptr;
-    return FTable.Get(TKey{steps, opacity.GetLayerAlpha()},
-                      [&] { return std::make_shared<const TColorStepTable>(*steps, opacity); });
+    return FTable.Get(TKey{steps, pieces, opacity.GetLayerAlpha()}, [&]() -> std::shared_ptr<const TColorTable> {
+        if (steps)
+            return std::make_shared<const TColorStepTable>(*steps, opacity);
+        return std::make_shared<const TColorPieceTable>(*pieces, opacity);
+    });
 }
 
 } // namespace lmx

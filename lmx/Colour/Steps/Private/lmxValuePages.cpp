@@ -117,4 +117,17 @@ void TValuePages::Find(std::span<const float> values, std::uint32_t* pages) cons
     Visit([&](const auto& widths) { std::transform(values.begin(), values.end(), pages, widths); });
 }
 
+std::vector<std::uint32_t> TValuePages::FirstInEachPage(std::span<const float> values) const {
+    std::vector<std::uint32_t> pageOfValue(values.size());
+    Find(values, pageOfValue.data());
+    std::vector<std::uint32_t> first(FCount + 1);
+    std::size_t value = 0;
+    for (std::size_t page = 0; page < first.size(); ++page) {
+        while (value < values.size() && pageOfValue[value] < page)
+            ++value;
+        first[page] = static_cast<std::uint32_t>(value);
+    }
+    return first;
+}
+
 } // namespace lmx

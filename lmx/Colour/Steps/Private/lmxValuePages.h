@@ -7,6 +7,7 @@
 #include <span>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace lmx {
 
@@ -27,6 +28,10 @@ public:
 
     /// Writes the page of each value. `pages` holds as many places.
     void Find(std::span<const float> values, std::uint32_t* pages) const;
+
+    /// For each page the index of the first of some ascending values that lies in it or behind it; at last their
+    /// number.
+    std::vector<std::uint32_t> FirstInEachPage(std::span<const float> values) const;
 
     /// Pages of one width.
     struct TEvenWidths {

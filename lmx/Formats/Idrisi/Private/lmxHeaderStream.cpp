@@ -1,5 +1,6 @@
 #include <lmx/Formats/Idrisi/Private/lmxHeaderStream.h>
 
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QIODevice>
@@ -43,7 +44,7 @@ QByteArray ReadHeaderEntries(QIODevice& device, const char (&mark)[5], const QSt
         throw EFileFormatException(name, QStringLiteral("stored by a newer version"));
     if (stream.status() != QDataStream::Ok || device.bytesAvailable() < qint64{length} + qint64{sizeof checksum})
         throw EFileFormatException(name, QStringLiteral("cut short"));
-    QByteArray entries = device.read(length);
+    QByteArray entries = WithinMemory(name, [&] { return device.read(length); });
     stream >> checksum;
     if (stream.status() != QDataStream::Ok || entries.size() != qsizetype{length} || checksum != qChecksum(entries))
         throw EFileFormatException(name, QStringLiteral("damaged"));

@@ -1,6 +1,7 @@
 #include <lmx/Formats/Idrisi/Private/lmxImageCells.h>
 
 #include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/Private/lmxReplacementFile.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -35,6 +36,7 @@ std::vector<Cell> ReadBinary(QIODevice& device, std::uint64_t count, const QStri
     const std::uint64_t present = BytesIn(device) / sizeof(Cell);
     if (present < count)
         RefuseShortData(count, present, fileName);
+    NeedMemoryFor<Cell>(count);
     std::vector<Cell> cells(count);
     const qint64 size = static_cast<qint64>(count) * static_cast<qint64>(sizeof(Cell));
     char* bytes = reinterpret_cast<char*>(cells.data());
@@ -91,12 +93,14 @@ std::vector<Cell> ReadAscii(QIODevice& device, std::uint64_t count, const QStrin
     const std::uint64_t most = (BytesIn(device) + 1) / 2;
     if (most < count)
         RefuseShortData(count, most, fileName);
-    std::vector<Cell> cells(count);
+    NeedMemoryFor<Cell>(count);
+    std::vector<Cell> cells;
+    cells.reserve(count); // its pages are taken as they fill
     TNumberReader reader(device);
     for (std::uint64_t i = 0; i < count; ++i) {
         float number = 0;
         if (reader.TryTake(number)) {
-            cells[i] = static_cast<Cell>(number);
+            cells.push_back(static_cast<Cell>(number));
             continue;
         }
         if (reader.IsAtEnd())
@@ -164,15 +168,17 @@ std::vector<Cell> ReadPacked(QIODevice& device, std::uint64_t count, const QStri
 
 template<class Cell>
 std::vector<Cell> ReadCells(QIODevice& device, TImageFileType type, std::uint64_t count, const QString& fileName) {
-    switch (type) {
-    case TImageFileType::ftAscii:
-        return ReadAscii<Cell>(device, count, fileName);
-    case TImageFileType::ftPacked:
-        return ReadPacked<Cell>(device, count, fileName);
-    case TImageFileType::ftBinary:
-        break;
-    }
-    return ReadBinary<Cell>(device, count, fileName);
+    return WithinMemory(fileName, [&] {
+        switch (type) {
+        case TImageFileType::ftAscii:
+            return ReadAscii<Cell>(device, count, fileName);
+        case TImageFileType::ftPacked:
+            return ReadPacked<Cell>(device, count, fileName);
+        case TImageFileType::ftBinary:
+            break;
+        }
+        return ReadBinary<Cell>(device, count, fileName);
+    });
 }
 
 template<class Cell>

@@ -17,7 +17,8 @@ namespace lmx {
 /// Run lengths are pairs of a count and a value and go on across row ends. Writers disagree on the widths and on the
 /// order: (count, value) in the cell's width, a 16-bit count and the value, (value, count) in the cell's width. The
 /// first layout counts in which all counts are positive, add up to the image and use up the file.
-/// @throws EFileFormatException with `fileName` if there are too few cells, a text is no number, or no run layout fits.
+/// @throws EFileFormatException with `fileName` if there are too few cells, a text is no number, or no run layout fits;
+/// EFileException "...: does not fit into memory".
 template<class Cell>
 std::vector<Cell> ReadCells(QIODevice& device, TImageFileType type, std::uint64_t count, const QString& fileName);
 

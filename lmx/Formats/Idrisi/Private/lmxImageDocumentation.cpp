@@ -1,8 +1,9 @@
 #include <lmx/Formats/Idrisi/Private/lmxImageDocumentation.h>
 
-#include <lmx/Formats/Idrisi/Private/lmxAnsiText.h>
 #include <lmx/Formats/Idrisi/Private/lmxDocumentationEntries.h>
+#include <lmx/Formats/Text/Private/lmxAnsiText.h>
 #include <lmx/Formats/Text/Private/lmxAsciiNumber.h>
+#include <lmx/Runtime/Private/lmxQuote.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>
@@ -35,7 +36,8 @@ TImageDataType DataTypeOf(const QString& text, const QString& fileName) {
     for (std::size_t i = 0; i < DataTypeNames.size(); ++i)
         if (SameText(text, DataTypeNames[i]))
             return static_cast<TImageDataType>(i);
-    throw EFileFormatException(fileName, QStringLiteral("the data type '") + text + QStringLiteral("' is unknown"));
+    throw EFileFormatException(fileName,
+                               QStringLiteral("the data type '") + Quotable(text) + QStringLiteral("' is unknown"));
 }
 
 // Only the first word counts: "packed" and "packed binary" are the same, and "ascii GRID format" has been seen.
@@ -47,7 +49,8 @@ TImageFileType FileTypeOf(const QString& text, const QString& fileName) {
         return TImageFileType::ftBinary;
     if (SameText(word, u"packed"))
         return TImageFileType::ftPacked;
-    throw EFileFormatException(fileName, QStringLiteral("the file type '") + text + QStringLiteral("' is unknown"));
+    throw EFileFormatException(fileName,
+                               QStringLiteral("the file type '") + Quotable(text) + QStringLiteral("' is unknown"));
 }
 
 float NumberOr(const TDocumentationEntries& entries, const QString& key, float substitute) {

@@ -34,7 +34,7 @@ public:
     }
 
 private:
-    void DrawLine(TShapeFileReader::TShpPointArr line) const {
+    void DrawLine(TShpPointArr line) const {
         bool isFirst = true;
         for (const TShpPoint& vertex : line) {
             if (FThread.ShouldStop())

@@ -115,9 +115,10 @@ TEST(GradientSteps, BoundsThatAreNoFiniteNumbersAreAskedCellByCell) {
 
 TEST(GradientSteps, AHostsGradientIsAskedCellByCell) {
     struct THostGradient : IGradient {
-        TStops Stops = Plain;
+        TColorStops Stops{Plain};
         mutable int Asked = 0;
-        TStops& GetColorStops() override { return Stops; }
+        TColorStops& GetColorStops() override { return Stops; }
+        const TColorStops& GetColorStops() const override { return Stops; }
         TColor32 GetColor(double position) const override {
             ++Asked;
             return position < 0.5 ? 0xFF000001U : 0xFF000002U;

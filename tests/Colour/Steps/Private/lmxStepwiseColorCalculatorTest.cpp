@@ -26,6 +26,14 @@ public:
     std::shared_ptr<const TColorSteps> Steps;
 };
 
+class TPiecesOf final : public TStepwiseColorCalculator {
+public:
+    std::shared_ptr<const TColorSteps> GetColorSteps() const override { return nullptr; }
+    std::shared_ptr<const TColorPieces> GetColorPieces() const override { return Pieces; }
+
+    std::shared_ptr<const TColorPieces> Pieces;
+};
+
 std::shared_ptr<const TColorSteps> StepsWithStarts(std::size_t count) {
     TColorSteps steps(0);
     for (std::size_t i = 1; i < count; ++i)
@@ -33,7 +41,7 @@ std::shared_ptr<const TColorSteps> StepsWithStarts(std::size_t count) {
     return std::make_shared<const TColorSteps>(std::move(steps));
 }
 
-TColor32 ColorIn(const TColorStepTable& table, float value) {
+TColor32 ColorIn(const TColorTable& table, float value) {
     TColor32 color = 0;
     table.GetColors({&value, 1}, &color);
     return color;
@@ -60,13 +68,20 @@ TEST(StepwiseColorCalculator, MakesAnotherTableForOtherStepsOrOpacity) {
     EXPECT_EQ(ColorIn(*table, 0), 0xFF000001U); // who holds one keeps it
 }
 
-TEST(StepwiseColorCalculator, HasNoTableWithoutStepsOrForTooMany) {
-    TStepsOf calculator;
-    EXPECT_EQ(calculator.GetColorTable(TLayerOpacity(1)), nullptr);
-    calculator.Steps = StepsWithStarts(TColorStepTable::MaxStepCount);
-    EXPECT_NE(calculator.GetColorTable(TLayerOpacity(1)), nullptr);
-    calculator.Steps = StepsWithStarts(TColorStepTable::MaxStepCount + 1);
-    EXPECT_EQ(calculator.GetColorTable(TLayerOpacity(1)), nullptr);
+TEST(StepwiseColorCalculator, HasNoTableWithoutSteps) {
+    EXPECT_EQ(TStepsOf().GetColorTable(TLayerOpacity(1)), nullptr);
+}
+
+TEST(StepwiseColorCalculator, MakesATableOfPiecesWithoutSteps) {
+    TPiecesOf calculator;
+    calculator.Pieces = std::make_shared<const TColorPieces>(0xFF000001U);
+    const auto table = calculator.GetColorTable(TLayerOpacity(0.2F));
+    EXPECT_EQ(ColorIn(*table, 0), 0x33000001U);
+    calculator.Pieces = std::make_shared<const TColorPieces>(0xFF000001U);
+    EXPECT_EQ(calculator.GetColorTable(TLayerOpacity(0.2F)), table);
+    calculator.Pieces = std::make_shared<const TColorPieces>(0xFF000002U);
+    EXPECT_EQ(ColorIn(*calculator.GetColorTable(TLayerOpacity(0.2F)), 0), 0x33000002U);
+    EXPECT_EQ(ColorIn(*table, 0), 0x33000001U); // who holds one keeps it
 }
 
 // What is kept must never outlive a change. Each change here is made to a calculator that has just rendered.
@@ -99,8 +114,8 @@ TEST(KeptColors, SeeEachChangeOfAGradient) {
     ExpectAChangeToShow(*calculator, [&] { calculator->SetMinVal(3); });
     ExpectAChangeToShow(*calculator, [&] { calculator->SetMaxVal(8); });
     ExpectAChangeToShow(*calculator, [&] { calculator->SetDefaultColor(0xFF000002U); });
-    ExpectAChangeToShow(*calculator, [&] { calculator->GetGradient()->GetColorStops()[0].Color = 0xFF000000U; });
-    ExpectAChangeToShow(*calculator, [&] { calculator->GetGradient()->GetColorStops()[1].Location = 0.4; });
+    ExpectAChangeToShow(*calculator, [&] { calculator->GetGradient()->GetColorStops().Set(0, {0, 0xFF000000U}); });
+    ExpectAChangeToShow(*calculator, [&] { calculator->GetGradient()->GetColorStops().Set(1, {0.4, 0xFFF0E0D0U}); });
     ExpectAChangeToShow(*calculator, [&] { calculator->GetGradient()->GetColorStops().pop_back(); });
     ExpectAChangeToShow(*calculator, [&] { calculator->SetGradient(Gradient(0, 1)->GetGradient()); });
     ExpectAChangeToShow(*calculator, [&] { calculator->SetMinVal(8); }); // collapsed
@@ -110,7 +125,7 @@ TEST(KeptColors, SeeEachChangeOfGradientsInParts) {
     const auto first = Gradient(0, 10);
     const auto calculator =
         TMultipartGradientColorCalculatorFactory::GetObject(0, 20, std::vector{first, Gradient(10, 15)});
-    ExpectAChangeToShow(*calculator, [&] { first->GetGradient()->GetColorStops()[0].Color = 0xFF000000U; });
+    ExpectAChangeToShow(*calculator, [&] { first->GetGradient()->GetColorStops().Set(0, {0, 0xFF000000U}); });
     ExpectAChangeToShow(*calculator, [&] { first->SetMaxVal(8); });
     ExpectAChangeToShow(*calculator, [&] { calculator->SetMinVal(2); });
     ExpectAChangeToShow(*calculator, [&] { calculator->SetMaxVal(14.5F); });

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 
 namespace lmx::tests {
@@ -50,6 +51,38 @@ TEST(ImageCellsBinary, MayBeFollowedByMore) {
 TEST(ImageCellsBinary, MustAllBeThere) {
     EXPECT_EQ(FaultOf<float>(Bytes({1, 2, 3}), TImageFileType::ftBinary, 1),
               QStringLiteral("x.rst: the header claims 1 cells, the data hold 0"));
+}
+
+namespace {
+
+/// A sparse file larger than any memory.
+class TEndlessZeros final : public QIODevice {
+public:
+    TEndlessZeros() { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+    qint64 size() const override { return std::numeric_limits<qint64>::max() / 2; }
+
+protected:
+    qint64 readData(char* data, qint64 wanted) override {
+        std::fill_n(data, wanted, '\0');
+        return wanted;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+};
+
+} // namespace
+
+TEST(ImageCells, ThatFillALargerFileThanMemoryAreRefused) {
+    constexpr std::uint64_t many = std::uint64_t{1} << 59;
+    const QString message = QStringLiteral("x.rst: does not fit into memory");
+    TEndlessZeros file;
+    const auto read = [&]<class Cell>(Cell*, TImageFileType type) {
+        return MessageOf<EFileException>([&] { ReadCells<Cell>(file, type, many, Name); });
+    };
+    std::uint8_t* const bytes = nullptr;
+    float* const singles = nullptr;
+    EXPECT_EQ(read(bytes, TImageFileType::ftBinary), message);
+    EXPECT_EQ(read(singles, TImageFileType::ftBinary), message);
+    EXPECT_EQ(read(singles, TImageFileType::ftAscii), message);
 }
 
 TEST(ImageCellsBinary, ClaimedByAHeaderTakeNoMemory) {

@@ -197,6 +197,35 @@ TEST(ShapeFileRenderFastPath, EqualsTheDefinitionOnACoastAtAllZooms) {
     }
 }
 
+TEST(ShapeFileRenderFastPath, EqualsTheDefinitionOnSmallShapesInNoOrder) {
+    std::mt19937_64 random(9);
+    const auto between = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    for (const double share : {0.0, 0.02, 0.5}) { // of long lines between the short ones
+        TShapeBytes shapes;
+        for (int i = 0; i < 4000; ++i) {
+            const TShpPoint at{between(-180, 180), between(-90, 90)};
+            std::vector<TShpPoint> line;
+            for (auto count = between(0, 1) < share ? 90 : static_cast<int>(between(0, 8)); count > 0; --count)
+                line.push_back({at.X + between(-1, 1), at.Y + between(-1, 1)});
+            shapes.Lines(i % 3 == 0 ? 3 : 5, {line}).Point(1, {between(-180, 180), between(-90, 90)});
+        }
+        const auto file = Load(shapes.File(0));
+        TWorld world(TLatLonWorldSystemFactory::GetObject());
+        for (const double scale : {1.0, 8.0, 64.0, 512.0}) {
+            TWorldViewport view(&world);
+            view.SetViewSize({360, 180});
+            view.SetScale(scale);
+            view.SetCenter({20.3, 10.2});
+            TBitmap32 plain(360, 180);
+            plain.SetPenColor(Ink);
+            DrawPlainly(*file, view.GetLocal(), plain);
+            ASSERT_TRUE(SamePixels(Render(*file, {360, 180}, view.GetLocal())->Bitmap, plain)) << share << ' ' << scale;
+        }
+    }
+}
+
 TEST(ShapeFileRenderFastPath, FarVerticesNeitherOverflowNorTakeTime) {
     TWorld world(TLatLonWorldSystemFactory::GetObject());
     const TWorldViewportLocal viewport(&world, 1000, {180'000, 90'000}); // 0, 0 is the top left pixel

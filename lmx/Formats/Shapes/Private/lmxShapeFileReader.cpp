@@ -1,4 +1,4 @@
-#include <lmx/Formats/Shapes/lmxShapeFileReader.h>
+#include <lmx/Formats/Shapes/Private/lmxShapeFileReader.h>
 
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace lmx {
 
@@ -62,8 +61,15 @@ void TShapeFileReader::Restart() {
     FAllLengthsFit = true;
 }
 
-void TShapeFileReader::Refuse(const QString& problem) const {
-    throw EFileFormatException(FFileName, QStringLiteral("record ") + IntToStr(FRecord) + u' ' + problem);
+bool TShapeFileReader::Damaged(const char* problem) {
+    FProblem = problem;
+    FAllLengthsFit = false;
+    return false;
+}
+
+void TShapeFileReader::Refuse() const {
+    throw EFileFormatException(FFileName,
+                               QStringLiteral("record ") + IntToStr(FRecord) + u' ' + QString::fromLatin1(FProblem));
 }
 
 // The next bytes of the file, valid until the next call; no more than a block.
@@ -88,41 +94,45 @@ bool TShapeFileReader::IsJunk(std::int32_t number, std::int64_t content) const {
     return !fits && FAllLengthsFit && (number < 0 || number > FSize / RecordHeaderSize);
 }
 
-bool TShapeFileReader::Next() {
+TShapeRecordState TShapeFileReader::Next() {
     if (FSize - FRecordEnd < RecordHeaderSize)
-        return false;
+        return TShapeRecordState::rsNone;
     FPosition = FRecordEnd;
-    ++FRecord;
     const char* heading = Bytes(RecordHeaderSize);
     const auto number = qFromBigEndian<std::int32_t>(heading);
     const std::int64_t content = 2 * std::int64_t{qFromBigEndian<std::int32_t>(heading + 4)};
     if (IsJunk(number, content))
-        return false;
+        return TShapeRecordState::rsNone;
+    ++FRecord;
+    FRecordEnd = FSize;
+    bool isGood = false;
     if (content < 4)
-        Refuse(QStringLiteral("has an impossible length"));
-    if (content > FSize - FPosition)
-        Refuse(QStringLiteral("is cut short"));
-    FRecordEnd = FPosition + content;
-    ReadRecordHeading(content);
-    return true;
+        isGood = Damaged("has an impossible length");
+    else if (content > FSize - FPosition)
+        isGood = Damaged("is cut short");
+    else
+        isGood = ReadRecordHeading(content);
+    return isGood ? TShapeRecordState::rsGood : TShapeRecordState::rsDamaged;
 }
 
-void TShapeFileReader::ReadRecordHeading(std::int64_t content) {
+bool TShapeFileReader::ReadRecordHeading(std::int64_t content) {
+    FRecordEnd = FPosition + content;
     const auto type = qFromLittleEndian<std::int32_t>(Bytes(4));
     FKind = TShapeKind::skNull;
     FPartCount = 0;
     FPointCount = 0;
     FBytesBetween = 0;
     if (type != 0)
-        ReadCounts(type, content);
-    else if (content != 4)
+        return ReadCounts(type, content);
+    if (content != 4)
         FAllLengthsFit = false;
+    return true;
 }
 
-void TShapeFileReader::ReadCounts(std::int32_t type, std::int64_t content) {
+bool TShapeFileReader::ReadCounts(std::int32_t type, std::int64_t content) {
     TShapeForm form{};
     if (!TryForm(type, form))
-        Refuse(QStringLiteral("is of an unknown type"));
+        return Damaged("is of an unknown type");
     std::int64_t parts = 0;
     std::int64_t points = 1;
     std::int64_t needed = 4;
@@ -130,18 +140,18 @@ void TShapeFileReader::ReadCounts(std::int32_t type, std::int64_t content) {
         const bool hasParts = form.Kind != TShapeKind::skMultiPoint;
         needed = hasParts ? 44 : 40;
         if (content < needed)
-            Refuse(QStringLiteral("is too short for its counts"));
+            return Damaged("is too short for its counts");
         FPosition += 32; // the box
         if (hasParts)
             parts = qFromLittleEndian<std::int32_t>(Bytes(4));
         points = qFromLittleEndian<std::int32_t>(Bytes(4));
         if (parts < 0 || points < 0)
-            Refuse(QStringLiteral("has a negative count"));
+            return Damaged("has a negative count");
     }
     FBytesBetween = type == MultiPatchType ? 4 * parts : 0;
     needed += 4 * parts + FBytesBetween + PointSize * points;
     if (content < needed)
-        Refuse(QStringLiteral("is too short for its counts"));
+        return Damaged("is too short for its counts");
     const std::int64_t measures = form.Kind == TShapeKind::skPoint ? 8 : 16 + 8 * points;
     const std::int64_t more = content - needed;
     const std::int64_t withZ = form.HasZ ? measures : 0;
@@ -149,17 +159,19 @@ void TShapeFileReader::ReadCounts(std::int32_t type, std::int64_t content) {
     FKind = form.Kind;
     FPartCount = static_cast<std::size_t>(parts);
     FPointCount = static_cast<std::size_t>(points);
+    return true;
 }
 
-void TShapeFileReader::ReadPartStarts(std::uint32_t base, std::vector<std::uint32_t>& starts) {
+bool TShapeFileReader::ReadPartStarts(std::uint32_t base, std::vector<std::uint32_t>& starts) {
     std::int64_t before = 0;
     for (std::size_t i = 0; i < FPartCount; ++i) {
         const auto start = std::int64_t{qFromLittleEndian<std::int32_t>(Bytes(4))};
         if (start < before || (i == 0 && start != 0) || start > static_cast<std::int64_t>(FPointCount))
-            Refuse(QStringLiteral("has parts that are out of order"));
+            return Damaged("has parts that are out of order");
         starts.push_back(base + static_cast<std::uint32_t>(start));
         before = start;
     }
+    return true;
 }
 
 void TShapeFileReader::ReadPoints(std::vector<TShpPoint>& points) {
@@ -167,12 +179,8 @@ void TShapeFileReader::ReadPoints(std::vector<TShpPoint>& points) {
     for (auto left = static_cast<std::int64_t>(FPointCount); left > 0;) {
         const std::int64_t chunk = std::min(left, BlockSize / PointSize);
         const char* bytes = Bytes(chunk * PointSize);
-        for (std::int64_t i = 0; i < chunk; ++i, bytes += PointSize) {
-            const TShpPoint point{qFromLittleEndian<double>(bytes), qFromLittleEndian<double>(bytes + 8)};
-            if (!std::isfinite(point.X) || !std::isfinite(point.Y))
-                Refuse(QStringLiteral("has a coordinate that is no finite number"));
-            points.push_back(point);
-        }
+        for (std::int64_t i = 0; i < chunk; ++i, bytes += PointSize)
+            points.push_back({qFromLittleEndian<double>(bytes), qFromLittleEndian<double>(bytes + 8)});
         left -= chunk;
     }
 }

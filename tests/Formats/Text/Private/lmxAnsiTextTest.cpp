@@ -1,4 +1,4 @@
-#include <lmx/Formats/Idrisi/Private/lmxAnsiText.h>
+#include <lmx/Formats/Text/Private/lmxAnsiText.h>
 #include <tests/Support/Printers.h>
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 
-#include <lmx/Formats/Idrisi/Private/lmxAnsiText.h>
+#include <lmx/Formats/Text/Private/lmxAnsiText.h>
 
 #include <QStringDecoder>
 

@@ -1,0 +1,226 @@
+// The snippets of the host guide and the README, as code that compiles. guideTest.cpp looks each of them up here, line by
+// line: a snippet that changes there changes here.
+
+#include <lmx/Climate/lmxClimate.h>
+#include <lmx/Colour/lmxColour.h>
+#include <lmx/Controls/lmxControls.h>
+#include <lmx/Coordinates/lmxCoordinates.h>
+#include <lmx/Dialogs/lmxDialogs.h>
+#include <lmx/Formats/lmxFormats.h>
+#include <lmx/Graphics/lmxGraphics.h>
+#include <lmx/Layers/lmxLayers.h>
+#include <lmx/Raster/lmxRaster.h>
+#include <lmx/Runtime/lmxRuntime.h>
+#include <lmx/Widgets/lmxWidgets.h>
+
+#include <QImage>
+#include <QString>
+
+#include <memory>
+#include <span>
+#include <utility>
+#include <variant>
+
+// clang-format off: the snippets stand as they do on the page
+namespace {
+
+struct TTrack {
+    std::vector<lmx::TMapPoint> Places;
+};
+
+QImage OwnPen(double, const QColor&) {
+    return {};
+}
+
+void Note(lmx::TBaseMapLayer*) {}
+void ShowScale(lmx::extended) {}
+std::unique_ptr<lmx::TBufferedBitmap> Download(const lmx::TMapArea& area, lmx::TThread&) {
+    return lmx::CreateBufferedBitmap({1, 1}, area);
+}
+
+struct TMeasure : lmx::IMapViewControlCustomModeObject {
+    void MouseDown(lmx::TMapViewControl*, const lmx::TPoint&, const lmx::TMapPoint& place) override { FFrom = place; }
+    void MouseMove(lmx::TMapViewControl*, const lmx::TPoint&, const lmx::TMapPoint& place) override { FTo = place; }
+    void MouseUp(lmx::TMapViewControl*, const lmx::TPoint&, const lmx::TMapPoint&) override {}
+    lmx::TCursor GetCursor() const override { return lmx::TCursor::crCross; }
+
+    lmx::TMapPoint FFrom, FTo;
+};
+
+struct TDots : lmx::TPinMapLayerPinRenderer {
+    bool RenderPin(lmx::TBitmap32& bitmap, lmx::TPinMapLayer*, lmx::TPin*, const lmx::TMapPoint& at,
+                   lmx::TFloatRect& covered) override {
+        const double x = static_cast<double>(at.X), y = static_cast<double>(at.Y), r = 4 * bitmap.GetDeviceRatio();
+        lmx::PolygonFS(bitmap, lmx::CirclePolygon(x, y, r), 0xFFB01E5A);
+        covered = {x - r, y - r, x + r, y + r};
+        return true;   // drawn; `covered` goes into GetRenderRects, for hit tests
+    }
+};
+
+struct TOwnImages : lmx::IExternalResourcesService {
+    QImage GetImage(const QString& name, double ratio, const QColor& ink) override {
+        return name == "MapWindowFactory.Edit" ? OwnPen(ratio, ink) : QImage();   // a null image: the library's own
+    }
+};
+
+class TTrackRender : public lmx::TRenderThreadHandler {
+public:
+    TTrackRender(lmx::TSize size, const lmx::TMapArea& area, const lmx::TWorldViewportLocal& viewport,
+                 std::shared_ptr<const TTrack> track, lmx::TColor32 color)
+        : TRenderThreadHandler(size, area, viewport), FTrack(std::move(track)), FColor(color) {}
+
+protected:
+    void Draw(lmx::TBitmap32& bitmap, const lmx::TThreadPoolThread& thread) const override {
+        bitmap.SetPenColor(FColor);
+        for (const lmx::TMapPoint& place : FTrack->Places) {
+            if (thread.ShouldStop())
+                return;
+            const lmx::TPoint pixel = VPLocal.MapPointToPoint(place).ToPoint();
+            bitmap.LineToS(pixel.X, pixel.Y);
+        }
+    }
+
+private:
+    std::shared_ptr<const TTrack> FTrack;
+    lmx::TColor32 FColor;
+};
+
+class TTrackLayer : public lmx::TBaseShapeLayer {
+public:
+    using TBaseShapeLayer::TBaseShapeLayer;
+    QString GetLayerTypeName() const override { return "Track"; }
+    void RenderBuffer(lmx::TSize size, const lmx::TMapArea& area, const lmx::TWorldViewportLocal& viewport) override {
+        StartRender(std::make_shared<TTrackRender>(size, area, viewport, FTrack, GetColor()));
+    }
+
+private:
+    std::shared_ptr<const TTrack> FTrack = std::make_shared<TTrack>();
+};
+
+struct TQuietMessages : lmx::IMsgBoxService {
+    void Error(const QString& text, const QString& title, QWidget*) override { FLog += title + ": " + text; }
+    void Info(const QString& text, const QString& title, QWidget*) override { FLog += title + ": " + text; }
+    bool YesNo(const QString&, const QString&, QWidget*) override { return true; }
+    void ShowMessage(const QString& text) override { FLog += text; }
+
+    QStringList FLog;
+};
+
+[[maybe_unused]] void EmbedTheView(lmx::TMapViewControl& view, lmx::TMapViewControl& overview,
+                                   lmx::TIdrisiMapLayer* raster, std::unique_ptr<lmx::TIdrisiMapLayer> layer) {
+    const auto manager = lmx::TLayerManagerFactory::GetObject();
+    view.SetLayerManager(manager);
+    manager->GetLayers().Add(std::move(layer));
+    view.GetViewport()->ZoomTo(view.GetWorldSystem()->Area());   // the whole world
+
+    overview.SetLayerManager(manager);
+    overview.CreateWorldAndViewport(view.GetWorldSystem());
+    overview.ZoomTo(raster);
+
+    view.SetLayerManager(nullptr);   // the marks that they hold go, too
+}
+
+[[maybe_unused]] void MarksOfAView(QWidget* parent) {
+    lmx::TMapViewControl view(parent, {lmx::TSpecialLayers::slSelection, lmx::TSpecialLayers::slRulers});
+}
+
+[[maybe_unused]] void Marks(lmx::TMapViewControl& view, lmx::TSubscription& added, lmx::TPinMapLayer* pins,
+                            lmx::TMapViewRulersPanelControl& panel) {
+    view.GetSpRulersLayer()->Add(std::make_unique<lmx::TRulerItem>(lmx::TRulerOrientation::roVertical, -23.44L, 0xFFCC0000));
+    added = view.GetSpInfoQueryPointsLayer()->GetOnAdded().Add(
+        [](lmx::TInfoQueryPointLayer*, lmx::TInfoQueryPoint* point) { point->SetPointLabel("Here"); });
+
+    view.SetCustomModeObject(std::make_shared<TMeasure>());   // first the object, then the mode
+    view.SetMode(lmx::TMapMode::mdCustom);
+
+    static TDots dots;
+    pins->GetPins().Add(std::make_unique<lmx::TPin>("Wellington", 174.78L, -41.30L));
+    pins->SetPinRenderer(&dots);   // borrowed: it outlives the layer
+    pins->Invalidate();            // changes of pins tell nobody
+
+    panel.SetRulersLayer(view.GetSpRulersLayer());   // borrowed; again when the view has another manager, which makes another layer
+
+    lmx::TExternalResources::SetService(std::make_shared<TOwnImages>());
+    lmx::TMapViewAssets::GetInstance().GetLayerPanelAssets().Replace(3, OwnPen);   // the sign of a visible layer
+
+    lmx::TMsgBox::SetService(std::make_shared<TQuietMessages>());
+}
+
+[[maybe_unused]] lmx::TIdrisiMapLayer* Rasters(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
+                                               const std::shared_ptr<lmx::IBaseColorCalculator>& calculator) {
+    auto layer = std::make_unique<lmx::TIdrisiMapLayer>(manager);
+    layer->TakeImage(lmx::TImageFactory::Load(fileName));     // or SetImage, and keep the image yourself
+    layer->SetColorCalc(calculator);
+    layer->Render();                                          // the first render is yours to ask for
+    lmx::TIdrisiMapLayer* raster = manager->GetLayers().Add(std::move(layer));
+    return raster;
+}
+
+[[maybe_unused]] double Frames(const QString& fileName) {
+    auto grid = std::make_shared<lmx::TArcInfoAsciiGridRasterFrame>(fileName, lmx::TDataKind::dkFloat);
+    const double here = grid->Read(174.8L, -41.3L, lmx::TInterpolationOption::ioBilinear);
+    for (int row = 0; row < grid->GetHeight(); ++row) {
+        const auto line = std::get<std::span<float>>(grid->ScanLine(row));   // the type follows GetBufferKind
+        for (float& cell : line)
+            cell += 273.15F;
+    }
+    return here;
+}
+
+[[maybe_unused]] void Overlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName) {
+    const auto converter = lmx::TSHapePointConverterFactory::GetObject(lmx::GetDatum(lmx::ProjectionFileOf(fileName)));
+    auto coast = std::make_unique<lmx::TShapeFileLayer>(manager);
+    coast->SetColor(0xFF24303C);                                       // set one: 0 shows nothing
+    coast->TakeShpFile(lmx::TShpFile::LoadFromFile(fileName, converter));   // or SetShpFile and SetOwnsShpFile(false)
+    manager->GetLayers().Add(std::move(coast));
+}
+
+[[maybe_unused]] void OwnThread(lmx::TBufferedMapLayer* layer, const lmx::TMapArea& area) {
+    layer->StartRenderThread([layer = lmx::TBorrowed(layer), area](lmx::TThread& thread) {
+        auto picture = std::make_shared<std::unique_ptr<lmx::TBufferedBitmap>>(Download(area, thread));
+        if (!thread.GetTerminated())
+            lmx::TThread::Synchronize([=] {
+                if (layer)
+                    layer->SetBufferedBitmap(std::move(*picture));
+            });
+    });
+}
+
+[[maybe_unused]] void OwnTypes() {
+    const auto factory = lmx::TLayerFactory::GetSingleton();
+    lmx::TLayerFactory::PopulateDefault(factory);
+    factory->Register("TrackLayer", [](const std::shared_ptr<lmx::ILayerManager>& manager) {
+        return std::make_unique<TTrackLayer>(manager);
+    });
+}
+
+struct THost : lmx::TEventReceiver {
+    void Layers_Removed(lmx::ILayerManager*, lmx::TBaseMapLayer*) {}
+
+    void Listen(const std::shared_ptr<lmx::ILayerManager>& manager, lmx::TMapViewControl& view, lmx::TBaseMapLayer* raster,
+                lmx::TSubscription& subscription) {
+        subscription = manager->GetOnLayerAdded().Add([](lmx::ILayerManager*, lmx::TBaseMapLayer* layer) { Note(layer); });
+        manager->GetOnLayerRemoved().Add(this, &THost::Layers_Removed);   // THost derives from TEventReceiver
+        view.SetOnViewportUpdated([](lmx::TMapViewControl* sender) { ShowScale(sender->GetViewport()->GetScale()); });
+
+        lmx::TBorrowed<lmx::TBaseMapLayer> shown = raster;
+        if (shown)
+            shown->Invalidate();
+    }
+};
+
+[[maybe_unused]] void Readme(const std::shared_ptr<lmx::IGradient>& gradient) {
+    const auto manager = lmx::TLayerManagerFactory::GetObject();
+    lmx::TMapViewControl view;
+    view.SetLayerManager(manager);
+
+    auto layer = std::make_unique<lmx::TIdrisiMapLayer>(manager);
+    layer->TakeImage(lmx::TImageFactory::Load("sst_january.rst"));
+    layer->SetColorCalc(lmx::TGradientColorCalculatorFactory::GetObject(layer->GetValueRange(), gradient));
+    layer->SetOpacity(190);
+    layer->Render();
+    manager->GetLayers().Add(std::move(layer));     // the map appears
+    view.show();
+}
+
+} // namespace
