@@ -438,7 +438,7 @@ const std::vector<TDeed>& Deeds() {
              s.Manager.reset();
          },
          true},
-        {"close the view", View([](auto& v) { v.close(); })},
+        {"close the view", View([](auto& v) { v.close(); }), true},
         {"another world", View([](auto& v) { v.CreateWorldAndViewport(TLatLonWorldSystemFactory::GetObject()); })},
         {"another world system",
          View([](auto& v) { v.ChangeWorldSystem(TLatLonAntimeridianWorldSystemFactory::GetObject()); })},
@@ -598,7 +598,10 @@ class Chaos : public testing::TestWithParam<std::size_t> {};
 
 TEST_P(Chaos, MayComeOverTheLibraryAtAnyPlace) {
     const TPlace& place = Places()[GetParam()];
+    const QString wanted = qEnvironmentVariable("LMX_CHAOS_DEEDS");
     for (const TDeed& deed : Deeds()) {
+        if (!QString::fromLatin1(deed.Name).contains(wanted))
+            continue;
         SCOPED_TRACE(testing::Message() << place.Name << ": " << deed.Name);
         if (qEnvironmentVariableIsSet("LMX_CHAOS_TRACE"))
             std::cerr << place.Name << ": " << deed.Name << '\n';
