@@ -53,7 +53,7 @@ enum TTextFlags : unsigned {
 /// it. Pixel (x, y) is the area from (x, y) to (x + 1, y + 1). Everything that is drawn is clipped to the bitmap; on a
 /// bitmap without pixels drawing does nothing. "Raw" means that the colour is stored as it is, alpha included.
 /// A bitmap belongs to one thread at a time; text needs a QGuiApplication. One that was moved from has no pixels.
-/// Whatever needs memory raises EOutOfMemory if there is none; sizes and pixels are then as they were.
+/// Whatever needs memory raises EOutOfMemory if there is none; the bitmap's size and settings are then as they were.
 class LMX_EXPORT TBitmap32 {
 public:
     TBitmap32() = default;

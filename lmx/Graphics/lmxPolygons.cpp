@@ -71,7 +71,7 @@ void PolyPolylineFS(TBitmap32& bitmap, std::span<const TFloatPoints> lines, TCol
 }
 
 TFloatPoints CirclePolygon(double centerX, double centerY, double radius) {
-    TFloatPoints points(static_cast<std::size_t>(CircleSteps(radius)));
+    TFloatPoints points = OrOutOfMemory([&] { return TFloatPoints(static_cast<std::size_t>(CircleSteps(radius))); });
     for (std::size_t i = 0; i < points.size(); ++i) {
         const double angle = 2 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(points.size());
         points[i] = {centerX + radius * std::cos(angle), centerY + radius * std::sin(angle)};
