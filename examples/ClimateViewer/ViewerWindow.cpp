@@ -108,6 +108,7 @@ void TViewerWindow::MakeDocks() {
     QDockWidget* layers = add(tr("Layers"), FLayers);
     QDockWidget* rulers = add(tr("Rulers"), FRulers);
     resizeDocks({layers, rulers}, {3, 1}, Qt::Vertical);
+    resizeDocks({layers}, {FLayers->sizeHint().width()}, Qt::Horizontal);
 }
 
 void TViewerWindow::MakeStatusBar() {
