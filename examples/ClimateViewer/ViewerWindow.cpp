@@ -59,7 +59,7 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
       FRulers(new lmx::TMapViewRulersPanelControl(this)),
       FHint(new QLabel(this)),
       FPlace(new QLabel(this)),
-      FValues(new TElidedLabel(this)),
+      FValues(new TElidedLabel(Qt::ElideRight, this)),
       FReadout(new TCursorReadout(FView, FPlace, FValues)) {
     setWindowTitle(tr("Climate Viewer"));
     MakeMap();
