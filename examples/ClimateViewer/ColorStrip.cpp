@@ -10,6 +10,7 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -17,7 +18,7 @@ constexpr int BarHeight = 12;
 constexpr int SquareSide = 4; // of the ground that shows through translucent colours
 
 QString NumberText(double value) {
-    return lmx::FloatToGeneral(value, 4);
+    return std::abs(value) < 1000 ? lmx::FloatToGeneral(value, 4) : lmx::FloatToFixed(value, 0);
 }
 
 void DrawGround(QPainter& painter, const QRect& bar) {
@@ -48,7 +49,7 @@ void TColorStrip::SetColors(std::shared_ptr<lmx::IBaseColorCalculator> calculato
 }
 
 QSize TColorStrip::sizeHint() const {
-    return {120, BarHeight + fontMetrics().height() + 1};
+    return {120, BarHeight + fontMetrics().height() + 3};
 }
 
 QRect TColorStrip::Bar() const {

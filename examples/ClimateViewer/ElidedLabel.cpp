@@ -17,6 +17,6 @@ bool TElidedLabel::event(QEvent* event) {
 
 void TElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
-    painter.drawText(rect(), Qt::AlignVCenter, fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+    painter.setPen(palette().color(QPalette::Active, isEnabled() ? QPalette::WindowText : QPalette::PlaceholderText));
+    painter.drawText(rect(), Qt::AlignVCenter, fontMetrics().elidedText(text(), FMode, width()));
 }

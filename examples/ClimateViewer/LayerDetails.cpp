@@ -70,6 +70,11 @@ void TLayerDetails::SetLayerName(const QString& name) {
         FColorButton->setAccessibleName(tr("Colour of %1").arg(name));
 }
 
+void TLayerDetails::SetShowsScale(bool shows) {
+    if (FStrip)
+        FStrip->setVisible(shows);
+}
+
 void TLayerDetails::AddOpacity() {
     FOpacity = new QSlider(Qt::Horizontal, this);
     FOpacity->setRange(0, 255);

@@ -30,6 +30,8 @@ public:
     bool HasAny() const { return FRaster || FShapes; }
     /// Names what is in it after the layer, for screen readers.
     void SetLayerName(const QString& name);
+    /// Whether the colours of a raster are shown here, and not by a legend.
+    void SetShowsScale(bool shows);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -48,7 +48,7 @@ TLayerRow::TLayerRow(lmx::TBaseMapLayer* layer, const QList<QAction*>& commands,
       FOpen(new lmx::TLayerOpenCloseToggleButton(this)),
       FVisible(new lmx::TLayerVisibilityToggleButton(this)),
       FMenuButton(new lmx::TShowMenuButton(this)),
-      FName(new TElidedLabel(this)),
+      FName(new TElidedLabel(Qt::ElideMiddle, this)),
       FNameEditor(new QLineEdit(this)),
       FMenu(new QMenu(this)),
       FBody(new QWidget(this)),
@@ -180,6 +180,7 @@ void TLayerRow::UpdateVisibility() {
 
 void TLayerRow::PlaceLegend() {
     lmx::TBaseLegendControl* legend = FLayer->GetLegendComponent();
+    FDetails->SetShowsScale(!legend);
     if (!legend)
         return;
     legend->setMinimumHeight(legend->GetSuggestedHeight());

@@ -59,7 +59,7 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
       FRulers(new lmx::TMapViewRulersPanelControl(this)),
       FHint(new QLabel(this)),
       FPlace(new QLabel(this)),
-      FValues(new TElidedLabel(this)),
+      FValues(new TElidedLabel(Qt::ElideRight, this)),
       FReadout(new TCursorReadout(FView, FPlace, FValues)) {
     setWindowTitle(tr("Climate Viewer"));
     MakeMap();
@@ -108,6 +108,7 @@ void TViewerWindow::MakeDocks() {
     QDockWidget* layers = add(tr("Layers"), FLayers);
     QDockWidget* rulers = add(tr("Rulers"), FRulers);
     resizeDocks({layers, rulers}, {3, 1}, Qt::Vertical);
+    resizeDocks({layers}, {FLayers->sizeHint().width()}, Qt::Horizontal);
 }
 
 void TViewerWindow::MakeStatusBar() {

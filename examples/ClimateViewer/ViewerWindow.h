@@ -38,6 +38,7 @@ public:
     explicit TViewerWindow(const QString& dataFolder);
     ~TViewerWindow() override;
 
+    /// The view's; whoever gives it another one gives it one that is not nil before anything is opened.
     const std::shared_ptr<lmx::ILayerManager>& GetLayerManager() const;
     lmx::TMapViewControl* GetView() const { return FView; }
     lmx::TMapControl* GetMap() const { return FMap; }

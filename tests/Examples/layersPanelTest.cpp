@@ -518,6 +518,15 @@ TEST_F(LayersPanel, ALegendStandsInItsRow) {
     High->SetLegendComponent(second);
     EXPECT_TRUE(RowOf(QStringLiteral("high"))->isAncestorOf(second));
 
+    TIdrisiMapLayer* raster = AddRaster(QStringLiteral("rain"), 10, 20);
+    auto* scale = Part<TColorStrip>(QStringLiteral("Scale of rain"));
+    raster->SetLegendComponent(nullptr);
+    EXPECT_TRUE(scale->isVisible());
+    raster->SetLegendComponent(new TLegend);
+    EXPECT_FALSE(scale->isVisible()) << "the legend shows the colours";
+    raster->SetLegendComponent(nullptr);
+    EXPECT_TRUE(scale->isVisible());
+
     Panel->SetLayerManager(nullptr);
     Settle();
     EXPECT_EQ(High->GetLegendComponent(), second) << "it goes with its layer";
