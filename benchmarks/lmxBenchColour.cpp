@@ -39,8 +39,8 @@ namespace {
 using namespace lmx;
 using namespace lmx::bench;
 
-constexpr std::int32_t Width = 4320;
-constexpr std::int32_t Height = 2160;
+constexpr std::int32_t Width = Sized(4320);
+constexpr std::int32_t Height = Sized(2160);
 constexpr std::size_t CellCount = std::size_t{Width} * Height;
 constexpr float Lowest = -50;
 constexpr float Highest = 50;

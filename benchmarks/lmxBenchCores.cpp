@@ -20,8 +20,8 @@
 namespace {
 
 constexpr int Repetitions = 40;
-constexpr std::int32_t BufferWidth = 3840;
-constexpr std::int32_t BufferHeight = 2160;
+constexpr std::int32_t BufferWidth = lmx::bench::Sized(3840);
+constexpr std::int32_t BufferHeight = lmx::bench::Sized(2160);
 
 /// A raster in memory with some cells without data.
 struct TRaster final : lmx::IMapData, lmx::ICookieData, lmx::IRasterRows {
@@ -98,13 +98,16 @@ int main() {
         Measure(name, [&] { buffer.Draw(buffer.GetBounds(), picture.GetBounds(), picture); });
     };
     draw("opaque, the same size", same);
-    draw("opaque, enlarged", Picture(1080, 540, lmx::TDrawMode::dmOpaque, 255));
-    draw("blended, opaque pixels, enlarged", Picture(1080, 540, lmx::TDrawMode::dmBlend, 255));
-    draw("blended, half transparent, enlarged", Picture(1080, 540, lmx::TDrawMode::dmBlend, 128));
+    draw("opaque, enlarged", Picture(lmx::bench::Sized(1080), lmx::bench::Sized(540), lmx::TDrawMode::dmOpaque, 255));
+    draw("blended, opaque pixels, enlarged",
+         Picture(lmx::bench::Sized(1080), lmx::bench::Sized(540), lmx::TDrawMode::dmBlend, 255));
+    draw("blended, half transparent, enlarged",
+         Picture(lmx::bench::Sized(1080), lmx::bench::Sized(540), lmx::TDrawMode::dmBlend, 128));
     draw("blended, half transparent, the same size", Picture(BufferWidth, BufferHeight, lmx::TDrawMode::dmBlend, 128));
-    draw("blended, half transparent, reduced", Picture(8640, 4320, lmx::TDrawMode::dmBlend, 128));
+    draw("blended, half transparent, reduced",
+         Picture(lmx::bench::Sized(8640), lmx::bench::Sized(4320), lmx::TDrawMode::dmBlend, 128));
 
-    const TRaster raster(4320, 2160);
+    const TRaster raster(lmx::bench::Sized(4320), lmx::bench::Sized(2160));
     lmx::TBitmap32 colored(raster.Width, raster.Height);
     const auto calculator = lmx::TGradientColorCalculatorFactory::GetObject(
         0, 100, lmx::TGradientFactory::GetObject(std::vector<lmx::TColorStop>{{0, 0xFF0000FF}, {1, 0xFFFF0000}}));

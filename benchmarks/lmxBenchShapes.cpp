@@ -177,7 +177,7 @@ private:
 
 /// Ten million vertices of a ragged coast: 20,000 islands of 500 vertices, all over the world.
 void WriteLargeFile(const QString& fileName) {
-    constexpr int Islands = 20'000;
+    constexpr int Islands = Sized(20'000);
     constexpr int Vertices = 500;
     TShapeWriter writer(fileName);
     std::vector<lmx::TShpPoint> ring(Vertices);
@@ -223,7 +223,7 @@ void MeasureZooms(const lmx::TShpFile& file) {
 
 /// Small shapes in no order: the 200,000 lakes of a continent as a database gives them, and as many places.
 void MeasureScattered() {
-    constexpr int Shapes = 200'000;
+    constexpr int Shapes = Sized(200'000);
     const QTemporaryDir folder;
     std::mt19937 random(1);
     std::uniform_real_distribution<double> x(-178, 178);

@@ -4,6 +4,7 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Runtime/lmxExtended.h>
