@@ -158,7 +158,7 @@ struct TQuietMessages : lmx::IMsgBoxService {
 
 [[maybe_unused]] double Frames(const QString& fileName) {
     auto grid = std::make_shared<lmx::TArcInfoAsciiGridRasterFrame>(fileName, lmx::TDataKind::dkFloat);
-    const double here = grid->Read(174.8L, -41.3L, lmx::TInterpolationOption::ioBilinear);
+    const double here = grid->Read(174.8, -41.3, lmx::TInterpolationOption::ioBilinear);
     for (int row = 0; row < grid->GetHeight(); ++row) {
         const auto line = std::get<std::span<float>>(grid->ScanLine(row));   // the type follows GetBufferKind
         for (float& cell : line)
