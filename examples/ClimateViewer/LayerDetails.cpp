@@ -70,9 +70,11 @@ void TLayerDetails::SetLayerName(const QString& name) {
         FColorButton->setAccessibleName(tr("Colour of %1").arg(name));
 }
 
-void TLayerDetails::SetShowsScale(bool shows) {
+void TLayerDetails::SetHasLegend(bool hasLegend) {
     if (FStrip)
-        FStrip->setVisible(shows);
+        FStrip->setVisible(!hasLegend);
+    if (FColorButton)
+        FColorButton->setVisible(!hasLegend);
 }
 
 void TLayerDetails::AddOpacity() {

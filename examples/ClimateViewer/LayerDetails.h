@@ -30,8 +30,8 @@ public:
     bool HasAny() const { return FRaster || FShapes; }
     /// Names what is in it after the layer, for screen readers.
     void SetLayerName(const QString& name);
-    /// Whether the colours of a raster are shown here, and not by a legend.
-    void SetShowsScale(bool shows);
+    /// A legend shows the colours, and lets the user choose that of an overlay: nothing here has to.
+    void SetHasLegend(bool hasLegend);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -1,6 +1,6 @@
 #include "LayerRow.h"
 
-#include <lmx/Controls/Legend/lmxBaseLegendControl.h>
+#include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/lmxLayerToggleButtons.h>
 #include <lmx/Layers/lmxBaseMapLayer.h>
 #include <lmx/Widgets/lmxEventGuard.h>
@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "AttributesWindow.h"
 #include "ElidedLabel.h"
 #include "LayerDetails.h"
 
@@ -180,12 +181,15 @@ void TLayerRow::UpdateVisibility() {
 
 void TLayerRow::PlaceLegend() {
     lmx::TBaseLegendControl* legend = FLayer->GetLegendComponent();
-    FDetails->SetShowsScale(!legend);
+    FDetails->SetHasLegend(legend != nullptr);
     if (!legend)
         return;
     legend->setMinimumHeight(legend->GetSuggestedHeight());
     FLegendPlace->addWidget(legend);
     legend->show();
+    if (auto* shapes = dynamic_cast<lmx::TShapeFileLayerLegendControl*>(legend))
+        FExplore = shapes->GetOnExploreShapeFile().Add(
+            [this](lmx::TShapeFileLayerLegendControl*, const QString& table) { ShowAttributes(table, window()); });
 }
 
 void TLayerRow::Layer_NameChanged(lmx::TBaseMapLayer*) {

@@ -66,5 +66,6 @@ private:
     QWidget* FBody;
     TLayerDetails* FDetails;
     QVBoxLayout* FLegendPlace; // where the layer's GetLegendComponent stands
+    lmx::TSubscription FExplore;
     bool FIsSelected = false;
 };

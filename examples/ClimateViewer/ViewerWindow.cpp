@@ -2,6 +2,7 @@
 
 #include <lmx/Controls/lmxMapControl.h>
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
 #include <lmx/Controls/lmxMapViewRuler.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
@@ -44,6 +45,7 @@
 namespace {
 
 constexpr lmx::TColor32 OverlayColor = 0xFFC2185B;
+constexpr int QueryTableHeight = 120;
 constexpr float ZoomStep = 0.1F; // share of the scale that a step of the wheel or a key adds
 constexpr int WheelStep = QWheelEvent::DefaultDeltasPerStep; // fine wheels send less at a time
 
@@ -57,6 +59,7 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
       FDataFolder(dataFolder),
       FLayers(new TLayersPanel(dataFolder, this)),
       FRulers(new lmx::TMapViewRulersPanelControl(this)),
+      FQueryTable(new lmx::TMapViewInfoQueryListControl(this)),
       FHint(new QLabel(this)),
       FPlace(new QLabel(this)),
       FValues(new TElidedLabel(Qt::ElideRight, this)),
@@ -98,13 +101,17 @@ void TViewerWindow::MakeMap() {
 }
 
 void TViewerWindow::MakeDocks() {
-    const auto add = [this](const QString& title, QWidget* content) {
+    const auto add = [this](const QString& title, QWidget* content, Qt::DockWidgetArea area = Qt::RightDockWidgetArea) {
         auto* dock = new QDockWidget(title, this);
         dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetClosable);
         dock->setWidget(content);
-        addDockWidget(Qt::RightDockWidgetArea, dock);
+        addDockWidget(area, dock);
         return dock;
     };
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    FQueryTable->AddCursorInfoQueryPoint(); // before any point: it follows the mouse as the first row
+    QDockWidget* points = add(tr("Query points"), FQueryTable, Qt::BottomDockWidgetArea);
+    resizeDocks({points}, {QueryTableHeight}, Qt::Vertical);
     QDockWidget* layers = add(tr("Layers"), FLayers);
     QDockWidget* rulers = add(tr("Rulers"), FRulers);
     resizeDocks({layers, rulers}, {3, 1}, Qt::Vertical);
@@ -175,6 +182,8 @@ void TViewerWindow::FollowManager() {
     FLayers->SetLayerManager(GetLayerManager());
     FRulers->SetRulersLayer(FView->GetSpRulersLayer());
     FReadout->SetLayerManager(GetLayerManager());
+    FQueryTable->SetLayerManager(GetLayerManager());
+    FQueryTable->SetIQPLayer(FView->GetSpInfoQueryPointsLayer());
 }
 
 // Marks and places stay where they are on the earth when the range of longitudes changes.
@@ -183,6 +192,8 @@ void TViewerWindow::FollowWorld() {
         return;
     FWorld = FView->GetWorldSystem();
     FWorlds->Update();
+    FQueryTable->SetCursorMapPt(FView->GetViewport()->GetCenter(), FWorld); // until the mouse says where it is
+    FQueryTable->RebuildData();
     FoldMarks(*FView, *FWorld);
     if (FPlaces)
         FPlaces->FoldInto(*FWorld);
@@ -316,6 +327,10 @@ bool TViewerWindow::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     const auto* mouse = dynamic_cast<QMouseEvent*>(event);
+    if (event->type() == QEvent::MouseMove && FView->WorldCreated())
+        FQueryTable->SetCursorMapPt(
+            FView->GetViewport()->PointToMapPoint(lmx::TMapPoint(FView->ToDevicePoint(mouse->position()))),
+            FView->GetWorldSystem());
     const bool isPointing = FView->GetMode() == lmx::TMapMode::mdNone && FView->WorldCreated() &&
                             !FView->GetViewport()->GetIsPanning(); // by the space bar
     if (event->type() == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton && isPointing)

@@ -25,11 +25,13 @@ class TBaseMapLayer;
 class TIdrisiMapLayer;
 class TMapControl;
 class TMapViewControl;
+class TMapViewInfoQueryListControl;
 class TMapViewRulersPanelControl;
 class TThread;
 } // namespace lmx
 
-/// The window of the viewer: the map with its modes, its layers, its rulers, and a status bar with what the present
+/// The window of the viewer: the map with its modes, its layers, its rulers, the table
+/// of its query points, and a status bar with what the present
 /// mode does and the place and the values under the cursor. It follows its view to whatever manager and world the view
 /// is given.
 class TViewerWindow : public QMainWindow {
@@ -42,6 +44,7 @@ public:
     const std::shared_ptr<lmx::ILayerManager>& GetLayerManager() const;
     lmx::TMapViewControl* GetView() const { return FView; }
     lmx::TMapControl* GetMap() const { return FMap; }
+    lmx::TMapViewInfoQueryListControl* GetQueryTable() const { return FQueryTable; }
 
     /// Shows the whole world as large as it fits.
     void ShowWholeWorld();
@@ -92,6 +95,7 @@ private:
     QString FDataFolder;
     TLayersPanel* FLayers;
     lmx::TMapViewRulersPanelControl* FRulers;
+    lmx::TMapViewInfoQueryListControl* FQueryTable;
     lmx::TBorrowed<TPlacesLayer> FPlaces;
     QLabel* FHint;
     QLabel* FPlace;
