@@ -220,7 +220,6 @@ const std::vector<TPlace>& Places() {
         &S::Points, [](auto& l) { l.GetPoints().Add(std::make_unique<TInfoQueryPoint>(&l, TMapPoint(1, 2), 1)); });
     const TUse clearPoints = With<TInfoQueryPointLayer>(&S::Points, [](auto& l) { l.GetPoints().Clear(); });
     const TUse opacity = With<TIdrisiMapLayer>(&S::Raster, [](auto& l) { l.SetOpacity(77); });
-    const TUse range = With<TIdrisiMapLayer>(&S::Raster, [](auto& l) { l.SetValueRange({5, 6}); });
     const TUse duplicate = [](S& s) {
         if (s.Raster && s.Manager)
             s.Raster->Duplicate(s.Manager);
@@ -261,7 +260,7 @@ const std::vector<TPlace>& Places() {
     };
     const TUse clearLayers = Manager([](auto& m) { m.GetLayers().Clear(); });
     const TUse clearSpecial = Manager([](auto& m) { m.GetSpecialLayers().Clear(); });
-    const TUse select = Manager([](auto& m) { m.SetSelLayer(m.GetLayers().IsEmpty() ? nullptr : m.GetLayers()[0]); });
+    const TUse select = Manager([](auto& m) { m.SetSelLayer(m.GetLayers().Count() < 2 ? nullptr : m.GetLayers()[1]); });
     const TUse unselect = Manager([](auto& m) { m.SetSelLayer(nullptr); });
     const TUse title = Manager([](auto& m) { m.SetTitle(QStringLiteral("other")); });
     const TUse worldSystem =
@@ -285,7 +284,8 @@ const std::vector<TPlace>& Places() {
         {"Manager.OnLayerInvalidated of all", On(&I::GetOnLayerInvalidated), worldSystem},
         {"Manager.OnLayerMoved", On(&I::GetOnLayerMoved), MoveLayer},
         {"Manager.OnLayerMoved first", On(&I::GetOnLayerMoved), MoveLayer, true},
-        {"Manager.OnSelectedLayerChanged", On(&I::GetOnSelectedLayerChanged), unselect},
+        {"Manager.OnSelectedLayerChanged", On(&I::GetOnSelectedLayerChanged), select},
+        {"Manager.OnSelectedLayerChanged to none", On(&I::GetOnSelectedLayerChanged), unselect},
         {"Manager.OnMapCommand", On(&I::GetOnMapCommand), gotoExtent},
         {"Manager.OnMapCommand first", On(&I::GetOnMapCommand), gotoExtent, true},
         {"Manager.OnTitleChanged", On(&I::GetOnTitleChanged), title},
@@ -374,6 +374,7 @@ const std::vector<TPlace>& Places() {
              if (s.Raster)
                  s.Raster->TakeImage(std::move(image));
          }},
+        {"Calculator.GetColor", Hook("Calculator.GetColor"), opacity},
         {"Calculator.Clone", Hook("Calculator.Clone"), duplicate},
         {"FileDialog.Save", Hook("FileDialog.Save"), exportRaster},
         {"Shape.OnReadyToDrawChanged", On(&S::Shape, &L::GetOnReadyToDrawChanged), anotherShape},
