@@ -89,10 +89,9 @@ void TAnchorEditor::resizeEvent(QResizeEvent*) {
 
 void TAnchorEditor::paintEvent(QPaintEvent*) {
     QPainter canvas(this);
-    canvas.setOpacity(isEnabled() ? 1 : 0.4);
-    const QColor line = palette().color(QPalette::Active, QPalette::Text);
-    DrawBoxOnGrid(canvas, rect(), line, palette().color(QPalette::Active, QPalette::Base));
-    DrawBoxOnGrid(canvas, Inside(), line, palette().color(QPalette::Active, QPalette::Button));
+    const QColor line = palette().color(QPalette::Text);
+    DrawBoxOnGrid(canvas, rect(), line, palette().color(QPalette::Base));
+    DrawBoxOnGrid(canvas, Inside(), line, palette().color(QPalette::Button));
 }
 
 } // namespace lmx

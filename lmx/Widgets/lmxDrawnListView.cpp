@@ -1,6 +1,7 @@
 #include <lmx/Widgets/lmxDrawnListView.h>
 
 #include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Widgets/Private/lmxDeviceGrid.h>
 #include <lmx/Widgets/Private/lmxListModel.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 
@@ -231,9 +232,16 @@ bool TDrawnListView::IsMarked(int row, bool isSelected) const {
 }
 
 void TDrawnListView::DrawFocusMark(QPainter& painter, const TListRow& row) const {
-    painter.setPen(QPen(row.Ink(), 1, Qt::DotLine));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(row.Whole.adjusted(0, 0, -1, -1));
+    const QRect& frame = row.Whole;
+    const auto dot = [&](int x, int y) { FillRectOnGrid(painter, QRectF(x, y, 1, 1), row.Ink()); };
+    for (int x = frame.left(); x <= frame.right(); x += 2) {
+        dot(x, frame.top());
+        dot(x, frame.bottom());
+    }
+    for (int y = frame.top(); y <= frame.bottom(); y += 2) {
+        dot(frame.left(), y);
+        dot(frame.right(), y);
+    }
 }
 
 void TDrawnListView::drawRow(QPainter* painter, const QStyleOptionViewItem& options, const QModelIndex& index) const {

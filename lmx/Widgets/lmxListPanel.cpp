@@ -5,6 +5,7 @@
 #include <lmx/Widgets/lmxPngButton.h>
 #include <lmx/Widgets/lmxToggleButtonBar.h>
 
+#include <QFocusEvent>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -24,7 +25,6 @@ TListPanel::TListPanel(TDrawnListView* list, const QString& listName, QWidget* p
     column->addWidget(FButtonBar);
     FBody->addWidget(list);
     column->addLayout(FBody);
-    setFocusProxy(list);
 }
 
 TPngButton* TListPanel::AddCommand(const TListCommand& command) {
@@ -52,6 +52,11 @@ void TListPanel::LeadTabTo(QWidget& button) {
 
 void TListPanel::SetDoubleClickButton(QAbstractButton* button) {
     FDoubleClickSubscription = FList->GetOnRowDoubleClick().Add([button](TDrawnListView*, int) { button->click(); });
+}
+
+// No focus proxy: the tab key would go to it and pass the buttons by.
+void TListPanel::focusInEvent(QFocusEvent* event) {
+    FList->setFocus(event->reason());
 }
 
 void TListPanel::AddSide(QWidget* side) {

@@ -51,6 +51,9 @@ public:
 
     QSize sizeHint() const override { return {200, 240}; }
 
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+
 private:
     struct TButton {
         QAbstractButton* Button;

@@ -8,6 +8,9 @@
 #include <tests/Support/WidgetPictures.h>
 
 #include <QCheckBox>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QVBoxLayout>
 
 namespace lmx {
 namespace {
@@ -128,6 +131,26 @@ TEST(ListPanelForm, IsReadAndOperatedAtEveryFontSize) {
         panel->AddSide(new QCheckBox(QStringLiteral("&More")));
         return panel;
     });
+}
+
+// The list is there before its buttons, and other controls stand above and below the panel.
+TEST(ListPanelForm, LeadsTheTabKeyThroughADialog) {
+    QWidget form;
+    auto* column = new QVBoxLayout(&form);
+    auto* panel = new TListPanel(NewList(), QStringLiteral("Things"), &form);
+    auto* add = panel->AddCommand({Edit, "Add", {}, [] {}, nullptr});
+    auto* edit = panel->AddCommand({Edit, "Edit", {}, [] {}, nullptr});
+    auto* ok = new QPushButton(QStringLiteral("OK"), &form);
+    column->addWidget(panel);
+    column->addWidget(ok);
+    tests::ShowActive(form);
+    add->setFocus();
+    for (QWidget* next : {static_cast<QWidget*>(edit), static_cast<QWidget*>(panel->GetList()),
+                          static_cast<QWidget*>(ok), static_cast<QWidget*>(add)}) {
+        QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
+        EXPECT_TRUE(next->hasFocus()) << next->accessibleName().toStdString();
+    }
+    EXPECT_EQ(tests::FaultsOf(form), QStringList());
 }
 
 } // namespace
