@@ -229,7 +229,7 @@ void MeasureScattered() {
     std::uniform_real_distribution<double> x(-178, 178);
     std::uniform_real_distribution<double> y(-88, 88);
     std::unique_ptr<lmx::TShpFile> file;
-    for (const int vertices : {5, 15}) {
+    for (const int vertices : {5, 15, 50}) {
         const QString name = folder.filePath(QStringLiteral("lakes.shp"));
         {
             TShapeWriter writer(name);
@@ -238,7 +238,7 @@ void MeasureScattered() {
                 const lmx::TShpPoint middle{x(random), y(random)};
                 for (int j = 0; j < vertices; ++j) {
                     const double angle = 6.283185307179586 * j / (vertices - 1);
-                    ring.push_back({middle.X + 0.5 * std::cos(angle), middle.Y + 0.5 * std::sin(angle)});
+                    ring.push_back({middle.X + 0.1 * std::cos(angle), middle.Y + 0.1 * std::sin(angle)});
                 }
                 writer.Polygon(ring);
             }

@@ -179,6 +179,26 @@ TEST_F(ShapeFileLayer, AnotherFileDropsThePictureAtOnce) {
     EXPECT_EQ(Layer->GetLayerArea().Area, TMapArea(15, 35, 25, 25));
 }
 
+TEST_F(ShapeFileLayer, AnOutlineOutlivesItsFileUntilItIsDropped) {
+    Layer->TakeShpFile(Square());
+    PaintAndRender();
+    const TBufferedBitmap* const picture = Layer->GetBufferedBitmap();
+    ASSERT_NE(picture, nullptr);
+    int invalidations = 0;
+    const auto subscription = Layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { ++invalidations; });
+    Layer->DeleteShpFile();
+    EXPECT_EQ(invalidations, 0) << "deleting tells nobody";
+    for (const std::int32_t x : {-3, -6}) { // a pan
+        Viewport.SetTranslation({x, 0});
+        PaintAndRender();
+        EXPECT_EQ(Layer->GetBufferedBitmap(), picture);
+    }
+    Layer->SetColor(0xFF00FF00);
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr);
+    PaintAndRender();
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr) << "there is nothing to render";
+}
+
 TEST_F(ShapeFileLayer, AnOwnedFileGoesWithItsLayerOrItsSuccessor) {
     Layer->SetShpFile(Square().release());
     const auto first = Layer->GetShpFile()->GetLifetime().Watch();
@@ -399,6 +419,18 @@ TEST_F(ShapeFileLayer, ADuplicateIsConvertedAsTheProjectionFileSays) {
     EXPECT_EQ(Layer->GetShpFile()->GetPoint(0).X, 174) << "the original was read without a converter";
     EXPECT_NEAR(duplicate->GetShpFile()->GetPoint(0).X, 174.000186162, 2e-9);
     EXPECT_NEAR(duplicate->GetShpFile()->GetPoint(0).Y, -40.998259197, 2e-9);
+}
+
+TEST_F(ShapeFileLayer, ADuplicateSkipsDamagedRecordsAsTheOriginalDid) {
+    const TImageFolder folder;
+    folder.Write("x.shp", TShapeBytes().Point(1, {1, 2}).Point(2, {1, 1}).Point(1, {3, 4}).File(1));
+    TShpLoadOptions options;
+    options.SkipDamagedRecords = true;
+    Layer->TakeShpFile(TShpFile::LoadFromFile(folder.Path("x.shp"), nullptr, options));
+    const auto copy = Layer->Duplicate(Manager);
+    const auto* duplicate = dynamic_cast<TShapeFileLayer*>(copy.get());
+    EXPECT_EQ(duplicate->GetShpFile()->GetPointCount(), 2U);
+    EXPECT_EQ(duplicate->GetShpFile()->GetDamagedRecordCount(), 1U);
 }
 
 TEST_F(ShapeFileLayer, ADuplicateFailsAsTheFileDoes) {

@@ -131,6 +131,24 @@ TEST_F(VectorFileLayer, NoFileIsAFileToo) {
     EXPECT_EQ(invalidations, 1) << "deleting tells nobody";
 }
 
+TEST_F(VectorFileLayer, AnOutlineOutlivesItsFileUntilItIsDropped) {
+    for (const bool tells : {true, false}) {
+        Layer->SetVectorFile(Line(35));
+        PaintAndRender();
+        const TBufferedBitmap* const picture = Layer->GetBufferedBitmap();
+        ASSERT_NE(picture, nullptr);
+        if (tells)
+            Layer->SetVectorFile(nullptr);
+        else
+            Layer->DeleteVectorFile();
+        Viewport.SetTranslation({-3, 0}); // a pan
+        PaintAndRender();
+        EXPECT_EQ(Layer->GetBufferedBitmap(), picture);
+        Layer->SetColor(tells ? 0xFF00FF00 : 0xFF0000FF);
+        EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr);
+    }
+}
+
 TEST_F(VectorFileLayer, AFileOfPointsGivesAnEmptyPicture) {
     Layer->SetVectorFile(Load(TVectorBytes(vtPoint).Point(1, {25, 35}).File()));
     PaintAndRender();
