@@ -51,12 +51,8 @@ public:
     /// Where the projection puts a coordinate of the file.
     TMapPoint ProjectMapPoint(extended x, extended y) const;
 
-<<<<<<< HEAD
     /// The legend of the file's colour. A host's factory, if there is one, decides: a control of another class than
     /// TShapeFileLayerLegendControl counts as none.
-=======
-    /// The host's factory is asked for the control.
->>>>>>> shapes
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Shape file"

@@ -25,11 +25,7 @@ public:
     /// dropped: by another colour or Invalidate(true), or replaced by that of another file.
     void DeleteVectorFile();
 
-<<<<<<< HEAD
     /// The legend of the vectors' colour.
-=======
-    /// Asks for the control.
->>>>>>> shapes
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Vector"
