@@ -27,6 +27,7 @@ TLayersPanel::TLayersPanel(const QString& dataFolder, QWidget* parent)
       FCommands(new TLayerCommands(
           [this](lmx::TBaseMapLayer* layer) {
               if (TLayerRow* row = RowOf(layer)) {
+                  parentWidget()->show(); // the dock may be closed, and the command comes from a menu
                   FScroll->ensureWidgetVisible(row, 0, 0);
                   row->StartRename();
               }

@@ -216,7 +216,7 @@ void TViewerWindow::ShowAbout() {
                        tr("About Climate Viewer"), this);
 }
 
-// The strips of a map control stay where they are when it no longer lays them out: hiding them is the host's.
+// A map control that does not show its strips leaves them where they are: taking them away is the host's.
 void TViewerWindow::ShowTickStrips(bool show) {
     FMap->SetShowRulers(show);
     if (show)

@@ -16,8 +16,10 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -322,6 +324,16 @@ TEST_F(ViewerWindow, TheLayerMenuWorksOnTheSelectedLayer) {
     MenuEntries(2).last()->trigger();
     ASSERT_EQ(Layers().Count(), 1);
     EXPECT_EQ(Window.GetLayerManager()->GetSelLayer(), Layers()[0]);
+}
+
+TEST_F(ViewerWindow, RenamingFromTheMenuOpensThePanel) {
+    auto* dock = Window.findChild<QDockWidget*>(); // the first one has the layers
+    dock->close();
+    Window.GetLayerManager()->SetSelLayer(Layers()[1]);
+    MenuEntries(2).first()->trigger();
+    EXPECT_TRUE(dock->isVisible());
+    const auto editors = dock->findChildren<QLineEdit*>();
+    EXPECT_EQ(std::ranges::count_if(editors, [](const QLineEdit* editor) { return editor->isVisible(); }), 1);
 }
 
 TEST_F(ViewerWindow, IsNoTallerThanAScreenWithManyLayers) {
