@@ -95,7 +95,7 @@ void InDialog(TChaosScene& s, void (TMapViewRulersPanelControl::*open)()) {
 
 void SelectRuler(TChaosScene& s) {
     if (s.Panel)
-        s.Panel->GetListView()->setCurrentItem(s.Panel->GetListView()->topLevelItem(0));
+        s.Panel->GetListView()->SelectRow(0);
 }
 
 void PaintStackAside(TChaosScene& s) {
