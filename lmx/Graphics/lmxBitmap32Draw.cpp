@@ -2,8 +2,8 @@
 
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/Private/lmxRowBands.h>
-#include <lmx/Runtime/lmxMemory.h>
 
 #include <algorithm>
 #include <array>
@@ -234,7 +234,7 @@ void TBitmap32::Draw(const TRect& destination, const TRect& sourceRect, const TB
 }
 
 void TBitmap32::Draw(const TWideRect& destination, const TRect& sourceRect, const TBitmap32& source) {
-    OrOutOfMemory([&] {
+    WithinMemory([&] {
         if (&source == this)
             DrawStretched(destination, sourceRect, TBitmap32(source), FDrawMode);
         else
@@ -247,7 +247,7 @@ TBitmap32 TBitmap32::Stretched(const TRect& sourceRect, std::int32_t width, std:
     result.FDrawMode = FDrawMode;
     result.FMasterAlpha = FMasterAlpha;
     result.FOuterColor = FOuterColor;
-    OrOutOfMemory([&] { result.DrawStretched(TWideRect(result.GetBounds()), sourceRect, *this, TDrawMode::dmOpaque); });
+    WithinMemory([&] { result.DrawStretched(TWideRect(result.GetBounds()), sourceRect, *this, TDrawMode::dmOpaque); });
     return result;
 }
 

@@ -3,7 +3,7 @@
 #include <lmx/Graphics/Private/lmxBlend.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Runtime/lmxMemory.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 
 #include <algorithm>
 #include <cmath>
@@ -326,7 +326,7 @@ void TBitmap32::LineToFSP(double x, double y) {
 }
 
 void TBitmap32::SetStipple(std::span<const TColor32> colors) {
-    OrOutOfMemory([&] { FStipple.assign(colors.begin(), colors.end()); });
+    WithinMemory([&] { FStipple.assign(colors.begin(), colors.end()); });
     FStippleCounter = 0;
 }
 

@@ -1,6 +1,6 @@
 #include <lmx/Graphics/lmxPixelMemory.h>
 
-#include <lmx/Runtime/lmxMemory.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 
 #include <algorithm>
 #include <utility>
@@ -8,12 +8,12 @@
 namespace lmx {
 
 TPixelMemory::TPixelMemory(const TPixelMemory& other)
-    : FPixels(OrOutOfMemory([&] { return other.FPixels; })),
+    : FPixels(WithinMemory([&] { return other.FPixels; })),
       FWidth(other.FWidth),
       FHeight(other.FHeight) {}
 
 TPixelMemory& TPixelMemory::operator=(const TPixelMemory& other) {
-    OrOutOfMemory([&] { FPixels = other.FPixels; });
+    WithinMemory([&] { FPixels = other.FPixels; });
     FWidth = other.FWidth;
     FHeight = other.FHeight;
     return *this;
@@ -35,11 +35,11 @@ void TPixelMemory::SetSize(std::int32_t width, std::int32_t height) {
     width = std::max(width, 0);
     height = std::max(height, 0);
     const std::uint64_t count = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
-    CheckMemory(count * sizeof(TColor32));
+    NeedMemory(count * sizeof(TColor32));
     if (count == 0)
         std::vector<TColor32>().swap(FPixels);
     else
-        OrOutOfMemory([&] { FPixels.assign(static_cast<std::size_t>(count), 0); });
+        WithinMemory([&] { FPixels.assign(static_cast<std::size_t>(count), 0); });
     FWidth = width;
     FHeight = height;
 }

@@ -15,7 +15,6 @@
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <lmx/Runtime/lmxGeometry.h>
 #include <lmx/Runtime/lmxLifetime.h>
-#include <lmx/Runtime/lmxMemory.h>
 #include <lmx/Runtime/lmxNullable.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxObjectList.h>

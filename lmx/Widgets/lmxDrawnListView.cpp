@@ -219,7 +219,7 @@ void TDrawnListView::changeEvent(QEvent* event) {
 
 // A second press on another row than the first is a press like any other.
 void TDrawnListView::mouseDoubleClickEvent(QMouseEvent* event) {
-    const QModelIndex index = indexAt(event->position().toPoint());
+    const QModelIndex index = indexAt(event->pos());
     if (event->button() != Qt::LeftButton || !index.isValid() || index.row() != currentIndex().row())
         mousePressEvent(event);
     else

@@ -1,7 +1,7 @@
 
 #include <lmx/Graphics/Private/lmxReducedPicture.h>
 
-#include <lmx/Runtime/lmxMemory.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 
 namespace lmx {
 
@@ -30,7 +30,7 @@ void TReducedPictures::Draw(TBitmap32& target, std::size_t piece, const TWideRec
     if (destination.IsEmpty() || sourceRect.IsEmpty())
         return;
     if (piece >= FPieces.size())
-        OrOutOfMemory([&] { FPieces.resize(piece + 1); });
+        WithinMemory([&] { FPieces.resize(piece + 1); });
     TPiece& kept = FPieces[piece];
     const std::uint64_t width = Distance(destination.Left, destination.Right);
     const std::uint64_t height = Distance(destination.Top, destination.Bottom);
