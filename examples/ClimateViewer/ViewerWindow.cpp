@@ -108,14 +108,14 @@ void TViewerWindow::MakeDocks() {
         addDockWidget(area, dock);
         return dock;
     };
-    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
-    FQueryTable->AddCursorInfoQueryPoint(); // before any point: it follows the mouse as the first row
-    QDockWidget* points = add(tr("Query points"), FQueryTable, Qt::BottomDockWidgetArea);
-    resizeDocks({points}, {QueryTableHeight}, Qt::Vertical);
     QDockWidget* layers = add(tr("Layers"), FLayers);
     QDockWidget* rulers = add(tr("Rulers"), FRulers);
     resizeDocks({layers, rulers}, {3, 1}, Qt::Vertical);
     resizeDocks({layers}, {FLayers->sizeHint().width()}, Qt::Horizontal);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    FQueryTable->AddCursorInfoQueryPoint(); // before any point: it follows the mouse as the first row
+    QDockWidget* points = add(tr("Query points"), FQueryTable, Qt::BottomDockWidgetArea);
+    resizeDocks({points}, {QueryTableHeight}, Qt::Vertical);
 }
 
 void TViewerWindow::MakeStatusBar() {

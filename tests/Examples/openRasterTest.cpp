@@ -110,8 +110,8 @@ TEST_F(OpenRasters, ALongRowIsNotShownAsAWhole) {
     const QString fileName = GridOf("1000", "1", "0.1", QByteArray("1\t").repeated(999) + "1\n");
     const QString message = MessageFor<EFileFormatException>(fileName);
     EXPECT_TRUE(message.startsWith(fileName + ": '1\t1\t1")) << message.toStdString();
-    EXPECT_TRUE(message.endsWith(QStringLiteral("1\t1\t1' is not a valid floating point value")));
-    EXPECT_EQ(message.size(), fileName.size() + 2 + 245);
+    EXPECT_TRUE(message.endsWith(QStringLiteral("' is not a valid floating point value"))) << message.toStdString();
+    EXPECT_LT(message.size(), fileName.size() + 200);
 }
 
 TEST_F(OpenRasters, AMissingFileIsNamedOnce) {

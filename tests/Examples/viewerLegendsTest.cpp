@@ -111,7 +111,10 @@ TEST_F(ViewerLegends, TheTableOfACoastOpensFromItsLegend) {
     ASSERT_TRUE(legend);
     tests::TScriptedMsgBox messages;
     QTest::mouseClick(legend->GetExploreButton(), Qt::LeftButton);
-    const QPointer<TMapViewShapeExplorerControl> explorer = Window.findChild<TMapViewShapeExplorerControl*>();
+    QPointer<TMapViewShapeExplorerControl> explorer;
+    for (QWidget* child : Window.findChildren<QWidget*>())
+        if (auto* found = dynamic_cast<TMapViewShapeExplorerControl*>(child))
+            explorer = found;
     EXPECT_TRUE(messages->Shown.empty());
     ASSERT_TRUE(explorer);
     EXPECT_TRUE(explorer->isVisible());

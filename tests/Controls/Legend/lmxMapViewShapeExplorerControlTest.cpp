@@ -53,7 +53,7 @@ TEST_F(ShapeExplorer, ShowsAllRecordsButTheLast) {
 
 TEST_F(ShapeExplorer, OneRecordOrNoneShowsTheHeadingAlone) {
     for (const int count : {0, 1}) {
-        Explorer.Load(Write(Records(count).File()));
+        Explorer.Load(Write(Records(1).Count(static_cast<std::uint32_t>(count)).File()));
         EXPECT_EQ(Explorer.GetGrid()->GetRowCount(), 0) << count;
         EXPECT_EQ(Heading(1), "N");
     }
