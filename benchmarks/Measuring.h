@@ -11,6 +11,17 @@ namespace lmx::bench {
 
 using TClock = std::chrono::steady_clock;
 
+#ifdef LMX_TINY_BENCHMARKS
+inline constexpr bool IsTiny = true; // run once by the tests, to see that they run
+#else
+inline constexpr bool IsTiny = false;
+#endif
+
+/// A size or a count as it is measured; a fiftieth of it where the benchmarks only have to run.
+constexpr int Sized(int full) {
+    return IsTiny ? std::max(2, full / 50) : full;
+}
+
 inline double MillisecondsSince(TClock::time_point start) {
     return std::chrono::duration<double, std::milli>(TClock::now() - start).count();
 }
@@ -39,7 +50,7 @@ private:
 
 inline double BestMilliseconds(int repetitions, const std::function<void()>& work) {
     TBestTime best;
-    for (int i = 0; i < repetitions; ++i)
+    for (int i = 0; i < (IsTiny ? 1 : repetitions); ++i)
         best.Measure(work);
     return best.GetMilliseconds();
 }

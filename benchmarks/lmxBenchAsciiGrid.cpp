@@ -23,8 +23,8 @@ namespace {
 using namespace lmx;
 using namespace lmx::bench;
 
-constexpr std::int32_t Width = 4320;
-constexpr std::int32_t Height = 2161;
+constexpr std::int32_t Width = Sized(4320);
+constexpr std::int32_t Height = Sized(2161);
 constexpr std::size_t CellCount = std::size_t{Width} * Height;
 constexpr int Rounds = 7;
 

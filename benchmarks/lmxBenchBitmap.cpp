@@ -61,9 +61,9 @@ void ReadShownLines(const TBitmap32& source, std::int32_t width, std::int32_t he
 
 void ReportStretches(std::int32_t width, std::int32_t height) {
     TBitmap32 buffer(width, height);
-    const TBitmap32 opaque = MakeRaster(4320, 2160, clBlack32, TDrawMode::dmOpaque);
-    const TBitmap32 blendOpaque = MakeRaster(4320, 2160, clBlack32, TDrawMode::dmBlend);
-    const TBitmap32 half = MakeRaster(4320, 2160, 0x80000000U, TDrawMode::dmBlend);
+    const TBitmap32 opaque = MakeRaster(Sized(4320), Sized(2160), clBlack32, TDrawMode::dmOpaque);
+    const TBitmap32 blendOpaque = MakeRaster(Sized(4320), Sized(2160), clBlack32, TDrawMode::dmBlend);
+    const TBitmap32 half = MakeRaster(Sized(4320), Sized(2160), 0x80000000U, TDrawMode::dmBlend);
     TBitmap32 faded = half;
     faded.SetMasterAlpha(128);
     const TRect whole = half.GetBounds();
@@ -86,7 +86,7 @@ void ReportStretches(std::int32_t width, std::int32_t height) {
 }
 
 void ReportSourceSizes() {
-    TBitmap32 buffer(1920, 1080);
+    TBitmap32 buffer(Sized(1920), Sized(1080));
     std::cout << "The same destination from other sources, dmBlend, half transparent\n";
     const auto report = [&](std::int32_t width, std::int32_t height) {
         const TBitmap32 source = MakeRaster(width, height, 0x80000000U, TDrawMode::dmBlend);
@@ -95,12 +95,12 @@ void ReportSourceSizes() {
         Report(title.c_str(), buffer, [&] { buffer.Draw(buffer.GetBounds(), source.GetBounds(), source); });
     };
     report(360, 180);
-    report(4320, 2160);
-    report(12960, 6480);
+    report(Sized(4320), Sized(2160));
+    report(Sized(12960), Sized(6480));
 }
 
 void ReportShapes() {
-    TBitmap32 buffer(1920, 1080);
+    TBitmap32 buffer(Sized(1920), Sized(1080));
     std::cout << "Shapes on 1920 x 1080\n";
     Report("  FillRectTS of all, half transparent", buffer,
            [&] { buffer.FillRectTS(buffer.GetBounds(), 0x80336699U); });
@@ -123,8 +123,8 @@ void ReportShapes() {
 } // namespace
 
 int main() {
-    ReportStretches(1920, 1080);
-    ReportStretches(3840, 2160);
+    ReportStretches(Sized(1920), Sized(1080));
+    ReportStretches(Sized(3840), Sized(2160));
     ReportSourceSizes();
     ReportShapes();
 }

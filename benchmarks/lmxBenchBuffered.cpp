@@ -23,12 +23,12 @@
 
 namespace {
 
+using namespace lmx::bench;
+
 constexpr int Width = 1920;
 constexpr int Height = 1080;
-constexpr int Repetitions = 50;
+constexpr int Repetitions = Sized(50);
 constexpr int Vertices = 10'000'000;
-
-using namespace lmx::bench;
 
 /// Draws a line of ten million vertices all over the picture.
 class THandler final : public lmx::TRenderThreadHandler {
@@ -130,7 +130,7 @@ void MeasureCancel(TView& view) {
 void MeasurePan(TView& view, double draw) {
     view.Layer.SetBufferedBitmap(MakePicture(view.Viewport.GetVisibleMapArea()));
     std::vector<double> held;
-    for (int step = 0; step < 200; ++step) {
+    for (int step = 0; step < Sized(200); ++step) {
         const auto start = TClock::now();
         view.Viewport.SetTranslation({step % 50, -step % 30});
         view.Paint();

@@ -153,8 +153,8 @@ int main() {
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
 #endif
-    Report(Gaussian("94 x 192 to 0.5 degrees, smooth", SmoothField(192, 94)), 200);
-    Report(Gaussian("94 x 192 to 0.5 degrees, random", RandomField(192, 94)), 200);
-    Report(Regular("1000 x 2000 to half spacing, smooth", SmoothField(2000, 1000)), 20);
-    Report(Regular("1000 x 2000 to half spacing, random", RandomField(2000, 1000)), 20);
+    Report(Gaussian("94 x 192 to 0.5 degrees, smooth", SmoothField(192, 94)), Sized(200));
+    Report(Gaussian("94 x 192 to 0.5 degrees, random", RandomField(192, 94)), Sized(200));
+    Report(Regular("1000 x 2000 to half spacing, smooth", SmoothField(2000, 1000)), Sized(20));
+    Report(Regular("1000 x 2000 to half spacing, random", RandomField(2000, 1000)), Sized(20));
 }

@@ -47,10 +47,10 @@ std::unique_ptr<lmx::TIdrisiMapLayer> MakeLayer(const std::shared_ptr<lmx::ILaye
 void Measure(const char* name, std::uint8_t opacity) {
     const auto manager = lmx::TLayerManagerFactory::GetObject();
     lmx::TMapViewControl view(nullptr, {});
-    view.resize(3840, 2160);
+    view.resize(lmx::bench::Sized(3840), lmx::bench::Sized(2160));
     view.SetLayerManager(manager);
     for (int i = 0; i < LayerCount; ++i) {
-        auto layer = MakeLayer(manager, i, 1080, 540);
+        auto layer = MakeLayer(manager, i, lmx::bench::Sized(1080), lmx::bench::Sized(540));
         layer->SetOpacity(opacity);
         layer->Render();
         manager->GetLayers().Add(std::move(layer));
@@ -76,11 +76,11 @@ void Measure(const char* name, std::uint8_t opacity) {
 void MeasureLarge(const char* name, std::uint8_t opacity) {
     const auto manager = lmx::TLayerManagerFactory::GetObject();
     lmx::TMapViewControl view(nullptr, {});
-    view.resize(1920, 1080);
+    view.resize(lmx::bench::Sized(1920), lmx::bench::Sized(1080));
     view.SetLayerManager(manager);
     lmx::TBaseMapLayer* layer = nullptr;
     {
-        auto raster = MakeLayer(manager, 0, 4320, 2160);
+        auto raster = MakeLayer(manager, 0, lmx::bench::Sized(4320), lmx::bench::Sized(2160));
         raster->SetOpacity(opacity);
         raster->Render();
         layer = manager->GetLayers().Add(std::move(raster));

@@ -22,9 +22,9 @@
 
 namespace {
 
-constexpr int RulerCount = 1'000;
-constexpr int PinCount = 10'000;
-constexpr int PointCount = 1'000;
+constexpr int RulerCount = lmx::bench::Sized(1'000);
+constexpr int PinCount = lmx::bench::Sized(10'000);
+constexpr int PointCount = lmx::bench::Sized(1'000);
 constexpr int Repetitions = 15;
 constexpr int FewItems = 2'000;
 constexpr int ManyItems = 100'000;
@@ -166,7 +166,7 @@ int main(int argc, char** argv) {
     SpriteRenderer renderer;
     const auto manager = lmx::TLayerManagerFactory::GetObject();
     lmx::TMapViewControl view;
-    view.resize(1920, 1080);
+    view.resize(lmx::bench::Sized(1920), lmx::bench::Sized(1080));
     view.SetLayerManager(manager);
     view.CreateWorldAndViewport(lmx::TLatLonWorldSystemFactory::GetObject());
     view.grab(); // gives a hidden widget its buffer

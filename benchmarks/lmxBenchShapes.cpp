@@ -177,7 +177,7 @@ private:
 
 /// Ten million vertices of a ragged coast: 20,000 islands of 500 vertices, all over the world.
 void WriteLargeFile(const QString& fileName) {
-    constexpr int Islands = 20'000;
+    constexpr int Islands = Sized(20'000);
     constexpr int Vertices = 500;
     TShapeWriter writer(fileName);
     std::vector<lmx::TShpPoint> ring(Vertices);
@@ -223,13 +223,13 @@ void MeasureZooms(const lmx::TShpFile& file) {
 
 /// Small shapes in no order: the 200,000 lakes of a continent as a database gives them, and as many places.
 void MeasureScattered() {
-    constexpr int Shapes = 200'000;
+    constexpr int Shapes = Sized(200'000);
     const QTemporaryDir folder;
     std::mt19937 random(1);
     std::uniform_real_distribution<double> x(-178, 178);
     std::uniform_real_distribution<double> y(-88, 88);
     std::unique_ptr<lmx::TShpFile> file;
-    for (const int vertices : {5, 15}) {
+    for (const int vertices : {5, 15, 50}) {
         const QString name = folder.filePath(QStringLiteral("lakes.shp"));
         {
             TShapeWriter writer(name);
@@ -238,7 +238,7 @@ void MeasureScattered() {
                 const lmx::TShpPoint middle{x(random), y(random)};
                 for (int j = 0; j < vertices; ++j) {
                     const double angle = 6.283185307179586 * j / (vertices - 1);
-                    ring.push_back({middle.X + 0.5 * std::cos(angle), middle.Y + 0.5 * std::sin(angle)});
+                    ring.push_back({middle.X + 0.1 * std::cos(angle), middle.Y + 0.1 * std::sin(angle)});
                 }
                 writer.Polygon(ring);
             }

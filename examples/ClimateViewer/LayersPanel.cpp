@@ -1,144 +1,250 @@
 #include "LayersPanel.h"
 
-#include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
-#include <lmx/Layers/lmxRasterMapLayer.h>
-#include <lmx/Runtime/lmxBorrowed.h>
-#include <lmx/Widgets/lmxColorChooser.h>
-#include <lmx/Widgets/lmxEventGuard.h>
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QHBoxLayout>
-#include <QMenu>
-#include <QPushButton>
-#include <QSlider>
-#include <QToolButton>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
-#include <vector>
+#include <algorithm>
+#include <utility>
 
-#include "ColorSchemes.h"
+#include "LayerCommands.h"
+#include "LayerRow.h"
+#include "LayerStack.h"
 
 namespace {
 
-// The layer's own entries, such as its exports. What fails is shown in an error box.
-void FillMenu(QMenu& menu, lmx::TBaseMapLayer& layer) {
-    std::vector<lmx::TLayerMenuItem> items;
-    layer.GetContextMenuItems(&items);
-    menu.clear();
-    for (const lmx::TLayerMenuItem& item : items) {
-        QAction* entry = menu.addAction(item.FText);
-        entry->setSeparator(item.FText == "-");
-        entry->setEnabled(item.FEnabled);
-        QObject::connect(entry, &QAction::triggered, &menu, [&menu, event = item.FEvent] {
-            if (event)
-                lmx::GuardEvent(menu.parentWidget(), event);
-        });
-    }
-}
+constexpr int DropMarkHeight = 3;
+constexpr int DragMargin = 30; // from the edge of the panel, where a drag scrolls it
 
 } // namespace
 
-TLayersPanel::TLayersPanel(std::shared_ptr<lmx::ILayerManager> manager, const QString& dataFolder, QWidget* parent)
+TLayersPanel::TLayersPanel(const QString& dataFolder, QWidget* parent)
     : QWidget(parent),
-      FManager(std::move(manager)),
+      FCommands(new TLayerCommands(
+          [this](lmx::TBaseMapLayer* layer) {
+              if (TLayerRow* row = RowOf(layer)) {
+                  parentWidget()->show(); // the dock may be closed, and the command comes from a menu
+                  FScroll->ensureWidgetVisible(row, 0, 0);
+                  row->StartRename();
+              }
+          },
+          this)),
       FDataFolder(dataFolder),
-      FRows(new QVBoxLayout(this)) {
-    // The removed event comes while the layer is still on its way out, so the rows are made anew a little later.
-    const auto rebuildLater = [this] {
-        QMetaObject::invokeMethod(
-            this, [this] { Rebuild(); }, Qt::QueuedConnection);
-    };
-    FAdded = FManager->GetOnLayerAdded().Add([=](lmx::ILayerManager*, lmx::TBaseMapLayer*) { rebuildLater(); });
-    FRemoved = FManager->GetOnLayerRemoved().Add([=](lmx::ILayerManager*, lmx::TBaseMapLayer*) { rebuildLater(); });
-    FMoved = FManager->GetOnLayerMoved().Add([=](lmx::ILayerManager*, int, int) { rebuildLater(); });
+      FScroll(new QScrollArea(this)) {
+    auto* column = new QWidget;
+    FColumn = new QVBoxLayout(column);
+    FColumn->setContentsMargins(0, 0, 0, 0);
+    FColumn->setSpacing(1);
+    FColumn->addStretch();
+    FScroll->setWidget(column);
+    FScroll->setWidgetResizable(true);
+    FScroll->setFrameShape(QFrame::NoFrame);
+    FScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    FScroll->setFocusPolicy(Qt::NoFocus);
+    FDropMark = new QFrame(column);
+    FDropMark->setAutoFillBackground(true);
+    FDropMark->setBackgroundRole(QPalette::Highlight);
+    FDropMark->hide();
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->addWidget(FScroll);
     setMinimumWidth(230);
-    Rebuild();
+    setAccessibleName(tr("Layers"));
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (TLayerRow* row = RowWith(now)) {
+            Select(row);
+            FScroll->ensureWidgetVisible(now, 0, 0);
+        }
+    });
 }
 
-void TLayersPanel::Rebuild() {
-    while (QLayoutItem* item = FRows->takeAt(0)) {
-        delete item->widget();
-        delete item;
+// Rows that go change the focus, which must find nobody.
+TLayersPanel::~TLayersPanel() {
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
+const QList<QAction*>& TLayersPanel::GetCommands() const {
+    return FCommands->GetActions();
+}
+
+// A removed layer is still on its way out when that is told, so the rows follow a little later.
+void TLayersPanel::SetLayerManager(const std::shared_ptr<lmx::ILayerManager>& manager) {
+    FManager = manager;
+    const auto changed = [this](auto&&...) { UpdateLater(); };
+    FAdded = manager ? manager->GetOnLayerAdded().Add(changed) : lmx::TSubscription();
+    FRemoved = manager ? manager->GetOnLayerRemoved().Add(changed) : lmx::TSubscription();
+    FMoved = manager ? manager->GetOnLayerMoved().Add(changed) : lmx::TSubscription();
+    FSelected = manager ? manager->GetOnSelectedLayerChanged().Add([this](auto&&...) { UpdateSelection(); })
+                        : lmx::TSubscription();
+    FCommands->SetLayerManager(manager);
+    UpdateLater();
+}
+
+void TLayersPanel::UpdateLater() {
+    if (std::exchange(FIsUpdatePending, true))
+        return;
+    QMetaObject::invokeMethod(
+        this, [this] { UpdateRows(); }, Qt::QueuedConnection);
+}
+
+void TLayersPanel::UpdateRows() {
+    FIsUpdatePending = false;
+    EndDrag(false);
+    const bool hadFocus = RowWith(QApplication::focusWidget()) != nullptr;
+    const auto before =
+        std::exchange(FRows, RowsOf(FManager ? ListedLayers(*FManager) : std::vector<lmx::TBaseMapLayer*>()));
+    for (TLayerRow* row : before)
+        if (std::ranges::find(FRows, row) == FRows.end())
+            delete row;
+    ArrangeRows();
+    UpdateSelection();
+    if (TLayerRow* row = FManager ? RowOf(FManager->GetSelLayer()) : nullptr; row && hadFocus)
+        if (!RowWith(QApplication::focusWidget()))
+            row->setFocus();
+}
+
+void TLayersPanel::ArrangeRows() {
+    QWidget* previous = nullptr;
+    for (std::size_t i = 0; i < FRows.size(); ++i) {
+        FColumn->insertWidget(static_cast<int>(i), FRows[i]);
+        for (QWidget* widget : FRows[i]->TabChain()) {
+            if (previous)
+                setTabOrder(previous, widget);
+            previous = widget;
+        }
     }
-    lmx::TObjectList<lmx::TBaseMapLayer>& layers = FManager->GetLayers();
-    for (int i = layers.Count() - 1; i >= 0; --i)
-        if (layers[i]->GetShowsInLayersList())
-            FRows->addWidget(MakeRow(layers[i]));
-    FRows->addStretch();
 }
 
-QWidget* TLayersPanel::MakeRow(lmx::TBaseMapLayer* layer) {
-    auto* row = new QWidget(this);
-    auto* column = new QVBoxLayout(row);
-    column->setContentsMargins(0, 0, 0, 8);
-    auto* visible = new QCheckBox(layer->GetLayerName(), row);
-    visible->setChecked(layer->GetIsVisible());
-    auto* commands = new QToolButton(row);
-    commands->setText(QChar(0x22EE));
-    commands->setAccessibleName(tr("Commands of %1").arg(layer->GetLayerName()));
-    commands->setPopupMode(QToolButton::InstantPopup);
-    commands->setMenu(new QMenu(row));
-    auto* heading = new QHBoxLayout;
-    heading->addWidget(visible, 1);
-    heading->addWidget(commands);
-    column->addLayout(heading);
-
-    // The row may outlive its layer by a moment.
-    const lmx::TBorrowed life(layer);
-    connect(commands->menu(), &QMenu::aboutToShow, this, [=] {
-        if (life)
-            FillMenu(*commands->menu(), *layer);
-    });
-    connect(visible, &QCheckBox::toggled, this, [=](bool checked) {
-        if (life)
-            layer->SetIsVisible(checked);
-    });
-    if (auto* raster = dynamic_cast<lmx::TRasterMapLayer*>(layer)) {
-        column->addWidget(MakeOpacitySlider(raster, row));
-        column->addWidget(MakeColorChoice(raster, row));
+// The rows that are there stay, with what is folded, edited and focused in them.
+std::vector<TLayerRow*> TLayersPanel::RowsOf(const std::vector<lmx::TBaseMapLayer*>& layers) {
+    std::vector<TLayerRow*> rows;
+    for (lmx::TBaseMapLayer* layer : layers) {
+        TLayerRow* row = RowOf(layer);
+        if (!row) {
+            row = new TLayerRow(layer, FCommands->GetActions(), FDataFolder, FScroll->widget());
+            row->installEventFilter(this);
+        }
+        rows.push_back(row);
     }
-    if (auto* shapes = dynamic_cast<lmx::TBaseShapeLayer*>(layer))
-        column->addWidget(MakeColorButton(shapes, row));
-    return row;
+    return rows;
 }
 
-QWidget* TLayersPanel::MakeColorButton(lmx::TBaseShapeLayer* layer, QWidget* row) {
-    auto* button = new QPushButton(tr("Colour..."), row);
-    button->setAccessibleName(tr("Colour of %1").arg(layer->GetLayerName()));
-    connect(button, &QPushButton::clicked, this, [=, this, life = lmx::TBorrowed(layer)] {
-        const auto chooser = lmx::TColorChooserFactory::GetObject();
-        if (life)
-            chooser->SetColor32(layer->GetColor());
-        if (chooser->Execute(this) && life)
-            layer->SetColor(chooser->GetColor32());
-    });
-    return button;
+void TLayersPanel::UpdateSelection() {
+    const TLayerRow* selected = FManager ? RowOf(FManager->GetSelLayer()) : nullptr;
+    for (TLayerRow* row : FRows)
+        row->SetSelected(row == selected);
+    if (selected)
+        FScroll->ensureWidgetVisible(const_cast<TLayerRow*>(selected), 0, 0);
+    FCommands->Update();
 }
 
-QWidget* TLayersPanel::MakeOpacitySlider(lmx::TRasterMapLayer* layer, QWidget* row) {
-    auto* opacity = new QSlider(Qt::Horizontal, row);
-    opacity->setRange(0, 255);
-    opacity->setValue(layer->GetOpacity());
-    opacity->setAccessibleName(tr("Opacity of %1").arg(layer->GetLayerName()));
-    opacity->setToolTip(tr("Opacity"));
-    connect(opacity, &QSlider::valueChanged, this, [layer, life = lmx::TBorrowed(layer)](int value) {
-        if (life)
-            layer->SetOpacity(static_cast<std::uint8_t>(value));
-    });
-    return opacity;
+TLayerRow* TLayersPanel::RowOf(const lmx::TBaseMapLayer* layer) const {
+    const auto found = std::ranges::find_if(FRows, [=](const TLayerRow* row) { return row->GetLayer() == layer; });
+    return layer && found != FRows.end() ? *found : nullptr;
 }
 
-QWidget* TLayersPanel::MakeColorChoice(lmx::TRasterMapLayer* layer, QWidget* row) {
-    auto* colors = new QComboBox(row);
-    colors->addItem(tr("Colours..."));
-    colors->addItems(ColorSchemeNames());
-    colors->setAccessibleName(tr("Colours of %1").arg(layer->GetLayerName()));
-    connect(colors, &QComboBox::textActivated, this, [=, this, life = lmx::TBorrowed(layer)](const QString& name) {
-        if (!life || colors->currentIndex() == 0)
-            return;
-        lmx::GuardEvent(this, [&] { layer->SetColorCalc(MakeColorScheme(name, layer->GetValueRange(), FDataFolder)); });
-    });
-    return colors;
+TLayerRow* TLayersPanel::RowWith(QWidget* widget) const {
+    const auto found = std::ranges::find_if(
+        FRows, [=](const TLayerRow* row) { return widget && (row == widget || row->isAncestorOf(widget)); });
+    return found != FRows.end() ? *found : nullptr;
+}
+
+void TLayersPanel::Select(TLayerRow* row) {
+    if (FManager && row->GetLayer())
+        FManager->SetSelLayer(row->GetLayer());
+}
+
+bool TLayersPanel::GoToRow(TLayerRow* from, int key) {
+    const auto place = std::ranges::find(FRows, from) - FRows.begin();
+    const auto last = static_cast<std::ptrdiff_t>(FRows.size()) - 1;
+    std::ptrdiff_t next = place;
+    switch (key) {
+    case Qt::Key_Up:
+        next = std::max<std::ptrdiff_t>(place - 1, 0);
+        break;
+    case Qt::Key_Down:
+        next = std::min(place + 1, last);
+        break;
+    case Qt::Key_Home:
+        next = 0;
+        break;
+    case Qt::Key_End:
+        next = last;
+        break;
+    default:
+        return false;
+    }
+    TLayerRow* row = FRows[static_cast<std::size_t>(next)];
+    row->setFocus();
+    Select(row);
+    return true;
+}
+
+bool TLayersPanel::eventFilter(QObject* watched, QEvent* event) {
+    auto* row = static_cast<TLayerRow*>(watched);
+    if (const auto* mouse = dynamic_cast<QMouseEvent*>(event))
+        HandleMouse(row, *mouse);
+    if (event->type() == QEvent::KeyPress && HandleKey(row, *static_cast<QKeyEvent*>(event)))
+        return true;
+    return QWidget::eventFilter(watched, event);
+}
+
+void TLayersPanel::HandleMouse(TLayerRow* row, const QMouseEvent& event) {
+    const QPoint at = row->mapToParent(event.position().toPoint());
+    if (event.type() == QEvent::MouseButtonPress)
+        Select(row);
+    if (event.type() == QEvent::MouseButtonPress && event.button() == Qt::LeftButton)
+        StartDrag(row, at);
+    else if (event.type() == QEvent::MouseMove)
+        DragTo(at);
+    else if (event.type() == QEvent::MouseButtonRelease && event.button() == Qt::LeftButton)
+        EndDrag(true);
+}
+
+bool TLayersPanel::HandleKey(TLayerRow* row, const QKeyEvent& event) {
+    if (event.key() == Qt::Key_Escape && FPressedRow) {
+        EndDrag(false);
+        return true;
+    }
+    const auto chords = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
+    return !(event.modifiers() & chords) && GoToRow(row, event.key());
+}
+
+void TLayersPanel::StartDrag(TLayerRow* row, const QPoint& at) {
+    FPressedRow = row;
+    FPressedAt = at;
+}
+
+void TLayersPanel::DragTo(const QPoint& at) {
+    if (!FPressedRow || (FGap < 0 && (at - FPressedAt).manhattanLength() < QApplication::startDragDistance()))
+        return;
+    FGap = GapAt(at.y());
+    const int y = FGap < static_cast<int>(FRows.size()) ? FRows[static_cast<std::size_t>(FGap)]->y()
+                                                        : FRows.back()->geometry().bottom() + 1;
+    FDropMark->setGeometry(0, std::max(0, y - DropMarkHeight / 2 - 1), FScroll->widget()->width(), DropMarkHeight);
+    FDropMark->raise();
+    FDropMark->show();
+    FPressedRow->setCursor(Qt::ClosedHandCursor);
+    FScroll->ensureVisible(0, at.y(), 0, DragMargin);
+}
+
+void TLayersPanel::EndDrag(bool drop) {
+    const int gap = std::exchange(FGap, -1);
+    FDropMark->hide();
+    if (!FPressedRow)
+        return;
+    FPressedRow->unsetCursor();
+    lmx::TBaseMapLayer* layer = FPressedRow->GetLayer();
+    FPressedRow = nullptr;
+    if (drop && gap >= 0 && layer && FManager)
+        MoveToGap(*FManager, layer, gap);
+}
+
+int TLayersPanel::GapAt(int y) const {
+    return static_cast<int>(
+        std::ranges::count_if(FRows, [=](const TLayerRow* row) { return row->geometry().center().y() < y; }));
 }

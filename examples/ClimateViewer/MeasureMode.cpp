@@ -90,8 +90,10 @@ void TMeasureMode::MouseDown(lmx::TMapViewControl* sender, const lmx::TPoint& po
     if (!manager)
         return;
     auto& layers = manager->GetLayers();
-    if (!FWay.Get())
-        FWay = static_cast<TWayLayer*>(layers.Add(std::make_unique<TWayLayer>(manager)));
+    if (!layers.Contains(FWay.Get())) { // or it is on the map that the view showed before
+        Clear();
+        FWay = layers.Add(std::make_unique<TWayLayer>(manager));
+    }
     manager->MoveLayer(layers.IndexOf(FWay.Get()), layers.Count() - 1);
     FFrom = mapPoint;
     FIsMeasuring = true;
@@ -108,4 +110,10 @@ void TMeasureMode::MouseMove(lmx::TMapViewControl*, const lmx::TPoint&, const lm
 
 void TMeasureMode::MouseUp(lmx::TMapViewControl*, const lmx::TPoint&, const lmx::TMapPoint&) {
     FIsMeasuring = false;
+}
+
+void TMeasureMode::Clear() {
+    FIsMeasuring = false;
+    if (const auto manager = FWay ? FWay->GetLayerManager() : nullptr)
+        manager->GetLayers().Remove(FWay.Get());
 }

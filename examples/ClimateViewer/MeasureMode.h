@@ -49,6 +49,9 @@ public:
     void MouseUp(lmx::TMapViewControl* sender, const lmx::TPoint& point, const lmx::TMapPoint& mapPoint) override;
     lmx::TCursor GetCursor() const override { return lmx::TCursor::crCross; }
 
+    /// Takes the way off the map, and ends a drag that measures.
+    void Clear();
+
 private:
     std::function<void(const QString&)> FTell;
     lmx::TBorrowed<TWayLayer> FWay;

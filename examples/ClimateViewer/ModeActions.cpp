@@ -20,7 +20,7 @@ struct TModeEntry {
 };
 
 constexpr std::array<TModeEntry, 8> Modes = {{
-    {lmx::TMapMode::mdNone, "Pointer", "Ctrl+1", "The selected layer gets the mouse"},
+    {lmx::TMapMode::mdNone, "Pointer", "Ctrl+1", "Click to read the map and to select its top layer there"},
     {lmx::TMapMode::mdPan, "Pan", "Ctrl+2", "Drag to pan, turn the wheel to zoom"},
     {lmx::TMapMode::mdSelection, "Select", "Ctrl+3", "Drag to select a rectangle"},
     {lmx::TMapMode::mdZoomToSelection, "Zoom to a rectangle", "Ctrl+4", "Drag a rectangle to zoom to it"},

@@ -10,14 +10,16 @@
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
 #include <lmx/Runtime/lmxExceptions.h>
-#include <lmx/Runtime/lmxText.h>
+#include <lmx/Runtime/lmxTextStreams.h>
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
 #include <variant>
 #include <vector>
+
+#include "FileKinds.h"
 
 namespace {
 
@@ -33,10 +35,14 @@ std::shared_ptr<lmx::IBaseColorCalculator> DefaultColors(const lmx::TValueRange&
             {0.00, 0xFF440154}, {0.25, 0xFF3B528B}, {0.50, 0xFF21918C}, {0.75, 0xFF5EC962}, {1.00, 0xFFFDE725}}));
 }
 
-bool IsIdrisiName(const QString& fileName) {
-    const QString suffix = QFileInfo(fileName).suffix();
-    return std::ranges::any_of(std::array{"rst", "rdc", "img", "doc"},
-                               [&](const char* known) { return lmx::SameText(suffix, QString::fromLatin1(known)); });
+/// Whether a file begins as grids do, or with a mark of 16-bit text, which the reader of grids looks through.
+bool LooksLikeGrid(const QString& fileName) {
+    QByteArray beginning = lmx::OpenForReading(fileName)->read(64);
+    if (beginning.startsWith("\xFF\xFE") || beginning.startsWith("\xFE\xFF"))
+        return true;
+    if (beginning.startsWith("\xEF\xBB\xBF"))
+        beginning.remove(0, 3);
+    return beginning.trimmed().toLower().startsWith("ncols");
 }
 
 // A damaged row may stand in a message as a whole, and may be as long as the file.
@@ -60,8 +66,10 @@ std::unique_ptr<lmx::TRealImage> LoadGrid(const QString& fileName) {
 }
 
 std::unique_ptr<lmx::TAbstractImage> LoadImage(const QString& fileName) {
-    if (IsIdrisiName(fileName))
+    if (KindOf(fileName) == TFileKind::IdrisiImage)
         return lmx::TImageFactory::Load(fileName);
+    if (!LooksLikeGrid(fileName))
+        throw lmx::EFileFormatException(fileName, "none of the formats that open: " + KnownFiles());
     return LoadGrid(fileName);
 }
 

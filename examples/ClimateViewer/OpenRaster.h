@@ -15,8 +15,8 @@ class TRealImage;
 /// system: bounds within 360 degrees of longitude and 90 of latitude are taken for degrees.
 std::unique_ptr<lmx::TRealImage> ImageOfGrid(const lmx::IArcInfoAsciiGridRasterFrame& grid);
 
-/// A rendered layer that shows an Idrisi image (.rst, .rdc, .img, .doc) or an ASCII grid (any other name), in a
-/// gradient over its values, named after the file.
+/// A rendered layer that shows an Idrisi image or an ASCII grid, whatever its name (FileKinds.h), in a gradient over
+/// its values, named after the file.
 /// @throws lmx::EFileException if the file cannot be read, is damaged or has no cells; the message begins with its
 /// name.
 std::unique_ptr<lmx::TIdrisiMapLayer> OpenRaster(const std::shared_ptr<lmx::ILayerManager>& manager,

@@ -1,5 +1,6 @@
 #include "Overlays.h"
 
+#include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
@@ -8,26 +9,19 @@
 #include <lmx/Layers/lmxVectorFileLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
-#include <lmx/Runtime/lmxText.h>
 #include <lmx/Runtime/lmxThread.h>
 
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 
-#include <algorithm>
 #include <chrono>
-#include <initializer_list>
+
+#include "FileKinds.h"
 
 namespace {
 
 constexpr std::chrono::milliseconds IndicatorInterval{100};
-
-bool HasSuffix(const QString& fileName, std::initializer_list<const char*> suffixes) {
-    const QString suffix = QFileInfo(fileName).suffix();
-    return std::ranges::any_of(suffixes,
-                               [&](const char* known) { return lmx::SameText(suffix, QString::fromLatin1(known)); });
-}
 
 /// Converts as another converter does, or not at all, and goes once around the earth.
 class TTurningConverter : public lmx::IShapePointConverter {
@@ -55,6 +49,7 @@ public:
         SetColor(layer.GetColor());
         layer.GetOnInvalidated().Add(this, &TTurnedLayer::Layer_Invalidated);
         layer.GetOnVisibilityChanged().Add(this, &TTurnedLayer::Layer_VisibilityChanged);
+        manager->GetOnLayerMoved().Add(this, &TTurnedLayer::LayerManager_LayerMoved);
         manager->GetOnLayerRemoved().Add(this, &TTurnedLayer::LayerManager_LayerRemoved);
     }
 
@@ -67,15 +62,26 @@ public:
 private:
     void Layer_Invalidated(lmx::TBaseMapLayer*) { SetColor(FLayer.GetColor()); }
     void Layer_VisibilityChanged(lmx::TBaseMapLayer*) { SetIsVisible(FLayer.GetIsVisible()); }
+    void LayerManager_LayerMoved(lmx::ILayerManager*, int, int) {
+        Later([this](lmx::ILayerManager& manager) {
+            auto& layers = manager.GetLayers();
+            const int place = layers.IndexOf(&FLayer);
+            const int turned = layers.IndexOf(this);
+            if (place >= 0 && turned != place + 1)
+                manager.MoveLayer(turned, turned < place ? place : place + 1);
+        });
+    }
     void LayerManager_LayerRemoved(lmx::ILayerManager*, lmx::TBaseMapLayer* removed) {
-        if (removed != &FLayer)
-            return;
-        // The list is still busy with the layer that goes.
+        if (removed == &FLayer)
+            Later([this](lmx::ILayerManager& manager) { manager.GetLayers().Remove(this); });
+    }
+    /// The list is still busy with what it tells.
+    void Later(std::function<void(lmx::ILayerManager&)> change) {
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
-            [this, self = lmx::TBorrowed(this)] {
-                if (const auto manager = self ? GetLayerManager() : nullptr)
-                    manager->GetLayers().Remove(this);
+            [self = lmx::TBorrowed(this), change = std::move(change)] {
+                if (const auto manager = self ? self->GetLayerManager() : nullptr)
+                    change(*manager);
             },
             Qt::QueuedConnection);
     }
@@ -95,7 +101,7 @@ struct TOverlayFiles {
 TOverlayFiles ReadOverlay(const QString& fileName) {
     TOverlayFiles files;
     files.Name = QFileInfo(fileName).completeBaseName();
-    if (HasSuffix(fileName, {"shp"})) {
+    if (KindOf(fileName) == TFileKind::Shapes) {
         const auto converter =
             lmx::TSHapePointConverterFactory::GetObject(lmx::GetDatum(lmx::ProjectionFileOf(fileName)));
         files.Shapes = lmx::TShpFile::LoadFromFile(fileName, converter);
@@ -135,7 +141,7 @@ lmx::TBaseShapeLayer* AddFiles(const std::shared_ptr<lmx::ILayerManager>& manage
 } // namespace
 
 bool IsOverlayName(const QString& fileName) {
-    return HasSuffix(fileName, {"shp", "vct", "vdc", "vec", "dvc"});
+    return KindOf(fileName) == TFileKind::Shapes || KindOf(fileName) == TFileKind::IdrisiVectors;
 }
 
 lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
@@ -181,10 +187,11 @@ bool IsDrawing(lmx::ILayerManager& manager) {
     return false;
 }
 
-TDrawingIndicator::TDrawingIndicator(std::shared_ptr<lmx::ILayerManager> manager, QWidget* parent)
-    : QLabel(parent),
-      FManager(std::move(manager)) {
+TDrawingIndicator::TDrawingIndicator(lmx::TMapViewControl* view, QWidget* parent) : QLabel(parent) {
     setObjectName("DrawingIndicator");
-    FTimer.callOnTimeout(this, [this] { setText(IsDrawing(*FManager) ? tr("Drawing...") : QString()); });
+    FTimer.callOnTimeout(this, [this, view = QPointer(view)] {
+        const bool isDrawing = view && view->GetLayerManager() && IsDrawing(*view->GetLayerManager());
+        setText(isDrawing ? tr("Drawing...") : QString());
+    });
     FTimer.start(IndicatorInterval);
 }

@@ -12,6 +12,7 @@
 namespace lmx {
 class ILayerManager;
 class TBaseShapeLayer;
+class TMapViewControl;
 class TThread;
 } // namespace lmx
 
@@ -42,12 +43,11 @@ void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const
 /// Whether any layer is being drawn in the background.
 bool IsDrawing(lmx::ILayerManager& manager);
 
-/// Says so in a status bar.
+/// Says of the layers of a view in a status bar.
 class TDrawingIndicator : public QLabel {
 public:
-    TDrawingIndicator(std::shared_ptr<lmx::ILayerManager> manager, QWidget* parent);
+    TDrawingIndicator(lmx::TMapViewControl* view, QWidget* parent);
 
 private:
-    std::shared_ptr<lmx::ILayerManager> FManager;
     QTimer FTimer;
 };

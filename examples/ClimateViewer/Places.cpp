@@ -18,6 +18,7 @@ namespace {
 constexpr double DotRadius = 3.5;
 constexpr double RingWidth = 1.5;
 constexpr double LabelGap = 3;
+constexpr int Smooth = 1; // level of antialiasing that labels are measured and drawn with
 constexpr lmx::TColor32 DotColor = 0xFF1B1F24;
 constexpr lmx::TColor32 RingColor = 0xFFFFFFFF;
 constexpr lmx::TColor32 TextColor = 0xFF1B1F24;
@@ -36,8 +37,8 @@ void DrawLabel(lmx::TBitmap32& bitmap, lmx::TPoint at, const QString& text, doub
     for (int dy = -halo; dy <= halo; ++dy)
         for (int dx = -halo; dx <= halo; ++dx)
             if (dx != 0 || dy != 0)
-                bitmap.RenderText(at.X + dx, at.Y + dy, text, 1, HaloColor);
-    bitmap.RenderText(at.X, at.Y, text, 1, TextColor);
+                bitmap.RenderText(at.X + dx, at.Y + dy, text, Smooth, HaloColor);
+    bitmap.RenderText(at.X, at.Y, text, Smooth, TextColor);
 }
 
 /// Where a label of that size may stand: right, left, above and below.
@@ -88,7 +89,7 @@ bool TPlaceRenderer::RenderPin(lmx::TBitmap32& bitmap, lmx::TPinMapLayer* layer,
     font.Size = 9;
     font.Ratio = ratio;
     bitmap.SetFont(font);
-    for (const lmx::TFloatRect& side : LabelSides(viewPoint, bitmap.TextExtent(pin->GetName()), ratio)) {
+    for (const lmx::TFloatRect& side : LabelSides(viewPoint, bitmap.TextExtent(pin->GetName(), Smooth), ratio)) {
         if (!HasRoom(bitmap, *layer, side))
             continue;
         DrawLabel(bitmap, lmx::TMapPoint(side.Left, side.Top).ToPoint(), pin->GetName(), ratio);

@@ -1,23 +1,20 @@
 #include "ViewerWindow.h"
 
-#include <lmx/Climate/lmxSpatialConst.h>
+#include <lmx/Controls/lmxMapControl.h>
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
+#include <lmx/Controls/lmxMapViewRuler.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
-#include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
-#include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
-#include <lmx/Layers/lmxRulerMapLayer.h>
-#include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
-#include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxThread.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxFileDialog.h>
+#include <lmx/Widgets/lmxMsgBox.h>
 
 #include <QAction>
-#include <QActionGroup>
 #include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -25,95 +22,126 @@
 #include <QMimeData>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolTip>
 #include <QWheelEvent>
 
-#include <array>
+#include <algorithm>
 
 #include "ColorSchemes.h"
+#include "CursorReadout.h"
+#include "ElidedLabel.h"
+#include "FileKinds.h"
 #include "GaussianField.h"
 #include "LayersPanel.h"
+#include "MapReading.h"
+#include "Marks.h"
 #include "MeasureMode.h"
 #include "ModeActions.h"
 #include "OpenRaster.h"
 #include "Overlays.h"
 #include "Places.h"
+#include "WorldActions.h"
 
 namespace {
 
 constexpr lmx::TColor32 OverlayColor = 0xFFC2185B;
-
-QString Degrees(lmx::extended value, QChar positive, QChar negative) {
-    return lmx::FloatToFixed(value < 0 ? -value : value, 2) + QChar(0xB0) + ' ' + (value < 0 ? negative : positive);
-}
-
-// The image's number at a place that may be written in another range of longitudes than the image.
-float ValueAt(const lmx::TAbstractImage& image, const lmx::TMapPoint& place) {
-    for (const lmx::extended turn : std::array<lmx::extended, 3>{0, 360, -360}) {
-        const float value = image.GetValue(static_cast<float>(place.X + turn), static_cast<float>(place.Y));
-        if (lmx::TSpatialConst::IsValue(value))
-            return value;
-    }
-    return lmx::TSpatialConst::NoData;
-}
+constexpr int QueryTableHeight = 120;
+constexpr float ZoomStep = 0.1F; // share of the scale that a step of the wheel or a key adds
+constexpr int WheelStep = QWheelEvent::DefaultDeltasPerStep; // fine wheels send less at a time
 
 } // namespace
 
 TViewerWindow::TViewerWindow(const QString& dataFolder)
-    : FManager(lmx::TLayerManagerFactory::GetObject()),
-      FView(new lmx::TMapViewControl(this)),
+    : FMap(new lmx::TMapControl(this)),
+      FView(FMap->GetMapView()),
       FModes(new TModeActions(FView)),
+      FWorlds(new TWorldActions(FView)),
       FDataFolder(dataFolder),
+      FLayers(new TLayersPanel(dataFolder, this)),
+      FRulers(new lmx::TMapViewRulersPanelControl(this)),
+      FQueryTable(new lmx::TMapViewInfoQueryListControl(this)),
       FHint(new QLabel(this)),
       FPlace(new QLabel(this)),
-      FValues(new QLabel(this)) {
+      FValues(new TElidedLabel(Qt::ElideRight, this)),
+      FReadout(new TCursorReadout(FView, FPlace, FValues)) {
     setWindowTitle(tr("Climate Viewer"));
-    FView->SetLayerManager(FManager);
-    FView->SetShowFocusedBorder(true);
-    FView->SetAutoPan(true);
-    FView->SetBackgroundColor(0xFFEEF1F4);
-    FView->SetCustomModeObject(
-        std::make_shared<TMeasureMode>([this](const QString& length) { FHint->setText(length); }));
-    FView->installEventFilter(this);
-    FView->SetOnMouseCursorLocationChanged([this](lmx::TMapViewControl*, const lmx::TPoint& pixel,
-                                                  const lmx::TMapPoint& place) { ShowPlace(pixel, place); });
-    setCentralWidget(FView);
+    MakeMap();
+    setCentralWidget(FMap);
     setAcceptDrops(true);
-
     MakeDocks();
+    MakeActions();
     MakeMenus();
     MakeToolBar();
     MakeStatusBar();
+    FView->SetLayerManager(lmx::TLayerManagerFactory::GetObject());
     FView->SetMode(lmx::TMapMode::mdPan);
 }
 
 // The view calls back into this window until it is gone, so it goes before what it calls.
 TViewerWindow::~TViewerWindow() {
-    delete FView;
+    delete FMap;
     for (const auto& reader : FReaders)
         reader->WaitFor();
 }
 
+const std::shared_ptr<lmx::ILayerManager>& TViewerWindow::GetLayerManager() const {
+    return FView->GetLayerManager();
+}
+
+void TViewerWindow::MakeMap() {
+    FMeasure = std::make_shared<TMeasureMode>([this](const QString& length) { FHint->setText(length); });
+    FView->SetShowFocusedBorder(true);
+    FView->SetAutoPan(true);
+    FView->SetZoomScale(ZoomStep);
+    FView->SetBackgroundColor(0xFFEEF1F4);
+    FView->SetCustomModeObject(FMeasure);
+    FView->installEventFilter(this);
+    FView->SetOnViewportUpdated([this](lmx::TMapViewControl*) { FollowWorld(); });
+    FView->SetOnAfterLayerManagerChanged([this](lmx::TMapViewControl*) { FollowManager(); });
+}
+
 void TViewerWindow::MakeDocks() {
-    const auto add = [this](const QString& title, QWidget* content) {
+    const auto add = [this](const QString& title, QWidget* content, Qt::DockWidgetArea area = Qt::RightDockWidgetArea) {
         auto* dock = new QDockWidget(title, this);
-        dock->setFeatures(QDockWidget::DockWidgetMovable);
+        dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetClosable);
         dock->setWidget(content);
-        addDockWidget(Qt::RightDockWidgetArea, dock);
+        addDockWidget(area, dock);
+        return dock;
     };
-    add(tr("Layers"), new TLayersPanel(FManager, FDataFolder, this));
-    auto* rulers = new lmx::TMapViewRulersPanelControl(this);
-    rulers->SetRulersLayer(FView->GetSpRulersLayer());
-    add(tr("Rulers"), rulers);
+    QDockWidget* layers = add(tr("Layers"), FLayers);
+    QDockWidget* rulers = add(tr("Rulers"), FRulers);
+    resizeDocks({layers, rulers}, {3, 1}, Qt::Vertical);
+    resizeDocks({layers}, {FLayers->sizeHint().width()}, Qt::Horizontal);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    FQueryTable->AddCursorInfoQueryPoint(); // before any point: it follows the mouse as the first row
+    QDockWidget* points = add(tr("Query points"), FQueryTable, Qt::BottomDockWidgetArea);
+    resizeDocks({points}, {QueryTableHeight}, Qt::Vertical);
 }
 
 void TViewerWindow::MakeStatusBar() {
     FHint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long hint is cut off, the window stays
+    FHint->setObjectName("Hint");
+    FPlace->setObjectName("Place");
+    FValues->setObjectName("Values");
     statusBar()->addWidget(FHint, 1);
     statusBar()->addPermanentWidget(FPlace);
     statusBar()->addPermanentWidget(FValues);
-    statusBar()->addPermanentWidget(new TDrawingIndicator(FManager, this));
-    FModeChanged = FView->GetOnModeChanged().Add(
-        [this](lmx::TMapViewControl*, lmx::TMapMode mode) { FHint->setText(TModeActions::HintOf(mode)); });
+    statusBar()->addPermanentWidget(new TDrawingIndicator(FView, this));
+    FModeChanged = FView->GetOnModeChanged().Add([this](lmx::TMapViewControl*, lmx::TMapMode mode) { ShowHint(mode); });
+}
+
+QAction* TViewerWindow::MakeAction(const QString& text, const QKeySequence& keys, const std::function<void()>& action) {
+    auto* item = new QAction(text, this);
+    item->setShortcut(keys);
+    item->setToolTip(item->iconText() + " (" + keys.toString(QKeySequence::NativeText) + ')');
+    connect(item, &QAction::triggered, this, action);
+    return item;
+}
+
+void TViewerWindow::MakeActions() {
+    FZooms = {MakeAction(tr("Zoom &in"), QKeySequence("Ctrl++"), [this] { FView->ZoomIn(); }),
+              MakeAction(tr("Zoom &out"), QKeySequence("Ctrl+-"), [this] { FView->ZoomOut(); }),
+              MakeAction(tr("&Whole world"), QKeySequence("Ctrl+0"), [this] { ShowWholeWorld(); })};
 }
 
 void TViewerWindow::MakeMenus() {
@@ -125,30 +153,95 @@ void TViewerWindow::MakeMenus() {
     QMenu* modes = menuBar()->addMenu(tr("&Mode"));
     modes->addActions(FModes->GetActions());
     modes->addSeparator();
-    modes->addAction(tr("&Remove all marks"), QKeySequence("Ctrl+Backspace"), this, [this] { RemoveMarks(); });
+    modes->addAction(tr("&Remove all marks"), QKeySequence("Ctrl+Backspace"), this, [this] { RemoveAllMarks(); });
+    menuBar()->addMenu(tr("&Layer"))->addActions(FLayers->GetCommands());
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    view->addActions(FZooms);
+    view->addSeparator();
+    view->addActions(FWorlds->GetActions());
+    view->addSeparator();
+    QAction* strips = view->addAction(tr("&Tick strips"), QKeySequence(Qt::Key_F8));
+    strips->setCheckable(true);
+    connect(strips, &QAction::toggled, this, [this](bool show) { ShowTickStrips(show); });
+    for (const auto* dock : findChildren<QDockWidget*>())
+        view->addAction(dock->toggleViewAction());
+    menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), QKeySequence::HelpContents, this, [this] { ShowAbout(); });
 }
 
-void TViewerWindow::RemoveMarks() {
-    FView->GetSpRulersLayer()->GetVRulers().Clear();
-    FView->GetSpRulersLayer()->GetHRulers().Clear();
-    FView->GetSpInfoQueryPointsLayer()->GetPoints().Clear();
-    FView->GetSpSelectionLayer()->SetEnabled(false);
+void TViewerWindow::MakeToolBar() {
+    QToolBar* bar = addToolBar(tr("Map"));
+    bar->setMovable(false);
+    bar->addActions(FModes->GetActions());
+    bar->addSeparator();
+    bar->addActions(FZooms);
+    bar->addSeparator();
+    bar->addActions(FWorlds->GetActions());
+}
+
+void TViewerWindow::FollowManager() {
+    FLayers->SetLayerManager(GetLayerManager());
+    FRulers->SetRulersLayer(FView->GetSpRulersLayer());
+    FReadout->SetLayerManager(GetLayerManager());
+    FQueryTable->SetLayerManager(GetLayerManager());
+    FQueryTable->SetIQPLayer(FView->GetSpInfoQueryPointsLayer());
+}
+
+// Marks and places stay where they are on the earth when the range of longitudes changes.
+void TViewerWindow::FollowWorld() {
+    if (FView->GetWorldSystem() == FWorld)
+        return;
+    FWorld = FView->GetWorldSystem();
+    FWorlds->Update();
+    FQueryTable->SetCursorMapPt(FView->GetViewport()->GetCenter(), FWorld); // until the mouse says where it is
+    FQueryTable->RebuildData();
+    FoldMarks(*FView, *FWorld);
+    if (FPlaces)
+        FPlaces->FoldInto(*FWorld);
+}
+
+void TViewerWindow::RemoveAllMarks() {
+    RemoveMarks(*FView);
+    FMeasure->Clear();
+    ShowHint(FView->GetMode());
+}
+
+void TViewerWindow::ShowHint(lmx::TMapMode mode) {
+    FHint->setText(TModeActions::HintOf(mode));
+}
+
+void TViewerWindow::ShowAbout() {
+    lmx::TMsgBox::Info(tr("Climate Viewer %1\n\nAn example host of lmx, on Qt %2.\n\nRelief and sea surface "
+                          "temperature: NOAA. Coasts, rivers and places: Natural Earth.")
+                           .arg(CLIMATE_VIEWER_VERSION, qVersion()),
+                       tr("About Climate Viewer"), this);
+}
+
+// A map control that does not show its strips leaves them where they are: taking them away is the host's.
+void TViewerWindow::ShowTickStrips(bool show) {
+    FMap->SetShowRulers(show);
+    if (show)
+        return;
+    FMap->GetHRuler()->hide();
+    FMap->GetVRuler()->hide();
+    FView->setGeometry(FMap->rect());
 }
 
 void TViewerWindow::AddPlaces(const QString& fileName) {
-    auto places = std::make_unique<TPlacesLayer>(FManager);
+    auto places = std::make_unique<TPlacesLayer>(GetLayerManager());
     places->Load(fileName);
-    FPlaces = static_cast<TPlacesLayer*>(FManager->GetLayers().Add(std::move(places)));
+    if (FWorld)
+        places->FoldInto(*FWorld);
+    FPlaces = GetLayerManager()->GetLayers().Add(std::move(places));
 }
 
 void TViewerWindow::RaisePlaces() {
-    auto& layers = FManager->GetLayers();
-    if (FPlaces.Get())
-        FManager->MoveLayer(layers.IndexOf(FPlaces.Get()), layers.Count() - 1);
+    auto& layers = GetLayerManager()->GetLayers();
+    if (FPlaces)
+        GetLayerManager()->MoveLayer(layers.IndexOf(FPlaces.Get()), layers.Count() - 1);
 }
 
 lmx::TBaseMapLayer* TViewerWindow::AddRaster(std::unique_ptr<lmx::TIdrisiMapLayer> raster) {
-    auto& layers = FManager->GetLayers();
+    auto& layers = GetLayerManager()->GetLayers();
     int top = 0;
     while (top < layers.Count() && dynamic_cast<lmx::TRasterMapLayer*>(layers[top]))
         ++top;
@@ -158,10 +251,7 @@ lmx::TBaseMapLayer* TViewerWindow::AddRaster(std::unique_ptr<lmx::TIdrisiMapLaye
 void TViewerWindow::AskForFile() {
     lmx::TFileDialogRequest request;
     request.Title = tr("Open");
-    request.Filter = tr("Maps") + "|*.rst;*.rdc;*.img;*.doc;*.asc;*.shp;*.vct;*.vec|" + tr("Rasters") +
-                     "|*.rst;*.rdc;*.img;*.doc;*.asc|" + tr("Idrisi images") + "|*.rst;*.rdc;*.img;*.doc|" +
-                     tr("ASCII grids") + "|*.asc;*.grd;*.txt|" + tr("Overlays") + "|*.shp;*.vct;*.vec|" +
-                     tr("All files") + "|*";
+    request.Filter = KnownFilesFilter();
     QString fileName;
     if (lmx::TFileDialog::Open(request, fileName, this))
         OpenFile(fileName);
@@ -172,7 +262,7 @@ void TViewerWindow::OpenFile(const QString& fileName) {
         OpenOverlayFile(fileName);
         return;
     }
-    lmx::GuardEvent(this, [&] { FView->ZoomTo(AddRaster(OpenRaster(FManager, fileName))); });
+    lmx::GuardEvent(this, [&] { FView->ZoomTo(AddRaster(OpenRaster(GetLayerManager(), fileName))); });
 }
 
 void TViewerWindow::OpenOverlayFile(const QString& fileName) {
@@ -184,7 +274,7 @@ void TViewerWindow::OpenOverlayFile(const QString& fileName) {
     ++FOpening;
     statusBar()->showMessage(tr("Opening %1...").arg(fileName));
     FReaders.push_back(OpenOverlay(
-        FManager, fileName, OverlayColor, this,
+        GetLayerManager(), fileName, OverlayColor, this,
         [=, this](lmx::TBaseShapeLayer* layer) {
             ended();
             RaisePlaces();
@@ -198,13 +288,13 @@ void TViewerWindow::OpenOverlayFile(const QString& fileName) {
 }
 
 bool TViewerWindow::IsBusy() const {
-    return FOpening > 0 || IsDrawing(*FManager);
+    return FOpening > 0 || IsDrawing(*GetLayerManager());
 }
 
 void TViewerWindow::AddModelField() {
     lmx::GuardEvent(this, [&] {
-        auto layer = std::make_unique<lmx::TIdrisiMapLayer>(FManager);
-        layer->SetLayerName(FManager->GetNextName(tr("Rossby-Haurwitz wave, height in m")));
+        auto layer = std::make_unique<lmx::TIdrisiMapLayer>(GetLayerManager());
+        layer->SetLayerName(GetLayerManager()->GetNextName(tr("Rossby-Haurwitz wave, height in m")));
         layer->TakeImage(MakeGaussianField());
         layer->SetColorCalc(MakeColorScheme("Classes: six of viridis", layer->GetValueRange(), FDataFolder));
         layer->Render();
@@ -213,7 +303,7 @@ void TViewerWindow::AddModelField() {
 }
 
 void TViewerWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls())
+    if (std::ranges::any_of(event->mimeData()->urls(), [](const QUrl& url) { return url.isLocalFile(); }))
         event->acceptProposedAction();
 }
 
@@ -224,71 +314,60 @@ void TViewerWindow::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
 }
 
-void TViewerWindow::MakeToolBar() {
-    QToolBar* bar = addToolBar(tr("Map"));
-    bar->setMovable(false);
-    bar->addActions(FModes->GetActions());
-    bar->addSeparator();
-    const auto add = [&](const QString& text, const QKeySequence& keys, auto action) {
-        QAction* item = bar->addAction(text, this, action);
-        item->setShortcut(keys);
-        item->setToolTip(text + " (" + keys.toString() + ')');
-    };
-    add(tr("Zoom in"), QKeySequence("Ctrl++"), [this] { FView->ZoomIn(); });
-    add(tr("Zoom out"), QKeySequence("Ctrl+-"), [this] { FView->ZoomOut(); });
-    add(tr("Whole world"), QKeySequence("Ctrl+0"), [this] { ShowWholeWorld(); });
-    bar->addSeparator();
-
-    auto* worlds = new QActionGroup(this);
-    for (const auto& system : lmx::TWorldSystemFactory::GetObjects("latlon")) {
-        QAction* item = bar->addAction(system->Name());
-        item->setCheckable(true);
-        item->setChecked(worlds->actions().isEmpty());
-        worlds->addAction(item);
-        connect(item, &QAction::triggered, this, [this, system] { ChangeWorld(system); });
-    }
-}
-
-void TViewerWindow::ChangeWorld(const std::shared_ptr<lmx::IWorldSystem>& system) {
-    if (FPlaces.Get())
-        FPlaces.Get()->FoldInto(*system);
-    FView->ChangeWorldSystem(system);
-    ShowWholeWorld();
-}
-
 void TViewerWindow::ShowWholeWorld() {
     if (FView->WorldCreated())
         FView->GetViewport()->ZoomTo(FView->GetWorldSystem()->Area());
 }
 
 bool TViewerWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == FView && event->type() == QEvent::Wheel) {
-        const int turn = static_cast<QWheelEvent*>(event)->angleDelta().y();
-        if (turn > 0)
-            FView->ZoomIn();
-        else if (turn < 0)
-            FView->ZoomOut();
+    if (watched != FView)
+        return QMainWindow::eventFilter(watched, event);
+    if (event->type() == QEvent::Wheel) {
+        TurnWheel(*static_cast<QWheelEvent*>(event));
         return true;
     }
+    const auto* mouse = dynamic_cast<QMouseEvent*>(event);
+    if (event->type() == QEvent::MouseMove && FView->WorldCreated())
+        FQueryTable->SetCursorMapPt(
+            FView->GetViewport()->PointToMapPoint(lmx::TMapPoint(FView->ToDevicePoint(mouse->position()))),
+            FView->GetWorldSystem());
+    const bool isPointing = FView->GetMode() == lmx::TMapMode::mdNone && FView->WorldCreated() &&
+                            !FView->GetViewport()->GetIsPanning(); // by the space bar
+    if (event->type() == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton && isPointing)
+        ShowReading(mouse->position().toPoint());
     return QMainWindow::eventFilter(watched, event);
 }
 
-void TViewerWindow::ShowPlace(const lmx::TPoint& pixel, const lmx::TMapPoint& place) {
-    const lmx::extended longitude = place.X > 180 ? place.X - 360 : place.X;
-    QString where = Degrees(longitude, 'E', 'W') + "   " + Degrees(place.Y, 'N', 'S');
-    if (const lmx::TPin* pin = FPlaces.Get() ? FPlaces.Get()->PlaceAt(lmx::TMapPoint(pixel)) : nullptr)
-        where.prepend(pin->GetName() + ", " + pin->GetAttributes()[0]->GetValue() + "   ");
-    FPlace->setText(where);
-    QStringList values;
-    for (lmx::TBaseMapLayer* layer : FManager->GetLayers()) {
-        const auto* raster = dynamic_cast<lmx::TIdrisiMapLayer*>(layer);
-        if (!raster || !raster->GetImage() || !raster->GetIsVisible())
-            continue;
-        const float value = ValueAt(*raster->GetImage(), place);
-        const QString text = lmx::TSpatialConst::IsValue(value)
-                                 ? lmx::FloatToFixed(value, 1) + ' ' + raster->GetImage()->getHeader()->GetValueUnits()
-                                 : tr("no data");
-        values.prepend(layer->GetLayerName() + ": " + text);
-    }
-    FValues->setText(values.join("   "));
+void TViewerWindow::ShowReading(const QPoint& at) {
+    const TMapReading reading = ReadMap(*FView, FView->ToDevicePoint(at));
+    if (reading.Place.isEmpty())
+        return;
+    QToolTip::showText(FView->mapToGlobal(at), (QStringList(reading.Place) + reading.Values).join('\n'), FView);
+    if (reading.Layer)
+        GetLayerManager()->SetSelLayer(reading.Layer);
+}
+
+// A drag goes on from where it began, at the scale that it began with.
+void TViewerWindow::TurnWheel(const QWheelEvent& event) {
+    if (FView->GetIsMouseDown() || !FView->WorldCreated())
+        return;
+    const lmx::TPoint pixel = FView->ToDevicePoint(event.position());
+    for (FWheelTurn += event.angleDelta().y(); FWheelTurn >= WheelStep; FWheelTurn -= WheelStep)
+        ZoomAt(pixel, true);
+    for (; FWheelTurn <= -WheelStep; FWheelTurn += WheelStep)
+        ZoomAt(pixel, false);
+}
+
+// The place under the mouse stays there.
+void TViewerWindow::ZoomAt(const lmx::TPoint& pixel, bool zoomIn) {
+    lmx::TWorldViewport& viewport = *FView->GetViewport();
+    const lmx::TMapPoint place = viewport.PointToMapPoint(lmx::TMapPoint(pixel));
+    if (zoomIn)
+        FView->ZoomIn();
+    else
+        FView->ZoomOut();
+    const lmx::TMapPoint moved = viewport.MapPointToPoint(place);
+    const lmx::TPoint back = lmx::TMapPoint(pixel.X - moved.X, pixel.Y - moved.Y).ToPoint();
+    const lmx::TPoint translation = viewport.GetTranslation();
+    viewport.SetTranslation({translation.X + back.X, translation.Y + back.Y});
 }

@@ -1,38 +1,50 @@
 #pragma once
 
+#include <lmx/Controls/lmxMapViewTypes.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxEventList.h>
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 class QLabel;
+class TCursorReadout;
+class TLayersPanel;
+class TMeasureMode;
 class TModeActions;
 class TPlacesLayer;
+class TWorldActions;
 
 namespace lmx {
 class ILayerManager;
 class IWorldSystem;
 class TBaseMapLayer;
 class TIdrisiMapLayer;
+class TMapControl;
 class TMapViewControl;
+class TMapViewInfoQueryListControl;
+class TMapViewRulersPanelControl;
 class TThread;
-struct TMapPoint;
-struct TPoint;
 } // namespace lmx
 
-/// The window of the viewer: the map with its modes, its layers, its rulers, and a status bar with what the present
-/// mode does and the place and the values under the cursor.
+/// The window of the viewer: the map with its modes, its layers, its rulers, the table
+/// of its query points, and a status bar with what the present
+/// mode does and the place and the values under the cursor. It follows its view to whatever manager and world the view
+/// is given.
 class TViewerWindow : public QMainWindow {
 public:
     /// `dataFolder` holds the colour scales.
     explicit TViewerWindow(const QString& dataFolder);
     ~TViewerWindow() override;
 
-    const std::shared_ptr<lmx::ILayerManager>& GetLayerManager() const { return FManager; }
+    /// The view's; whoever gives it another one gives it one that is not nil before anything is opened.
+    const std::shared_ptr<lmx::ILayerManager>& GetLayerManager() const;
     lmx::TMapViewControl* GetView() const { return FView; }
+    lmx::TMapControl* GetMap() const { return FMap; }
+    lmx::TMapViewInfoQueryListControl* GetQueryTable() const { return FQueryTable; }
 
     /// Shows the whole world as large as it fits.
     void ShowWholeWorld();
@@ -53,27 +65,45 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void MakeMap();
     void MakeDocks();
+    void MakeActions();
     void MakeMenus();
     void MakeToolBar();
     void MakeStatusBar();
+    QAction* MakeAction(const QString& text, const QKeySequence& keys, const std::function<void()>& action);
     void AskForFile();
     void RaisePlaces();
     lmx::TBaseMapLayer* AddRaster(std::unique_ptr<lmx::TIdrisiMapLayer> raster); // below all lines and places
-    void RemoveMarks();
-    void ChangeWorld(const std::shared_ptr<lmx::IWorldSystem>& system);
+    void RemoveAllMarks();
     void OpenOverlayFile(const QString& fileName);
-    void ShowPlace(const lmx::TPoint& pixel, const lmx::TMapPoint& place);
+    void FollowManager();
+    void FollowWorld();
+    void ShowHint(lmx::TMapMode mode);
+    void ShowReading(const QPoint& at);
+    void ShowTickStrips(bool show);
+    void ShowAbout();
+    void TurnWheel(const QWheelEvent& event);
+    void ZoomAt(const lmx::TPoint& pixel, bool zoomIn);
 
-    std::shared_ptr<lmx::ILayerManager> FManager;
+    lmx::TMapControl* FMap;
     lmx::TMapViewControl* FView;
     TModeActions* FModes;
+    TWorldActions* FWorlds;
+    QList<QAction*> FZooms;
+    std::shared_ptr<TMeasureMode> FMeasure;
     QString FDataFolder;
+    TLayersPanel* FLayers;
+    lmx::TMapViewRulersPanelControl* FRulers;
+    lmx::TMapViewInfoQueryListControl* FQueryTable;
     lmx::TBorrowed<TPlacesLayer> FPlaces;
     QLabel* FHint;
     QLabel* FPlace;
     QLabel* FValues;
+    TCursorReadout* FReadout;
+    std::shared_ptr<lmx::IWorldSystem> FWorld; // in which the marks and places are written
     lmx::TSubscription FModeChanged;
+    int FWheelTurn = 0;                                  // not yet a whole step
     int FOpening = 0;                                    // files that are being read
     std::vector<std::shared_ptr<lmx::TThread>> FReaders; // what reads them
 };

@@ -5,6 +5,7 @@
 //   ClimateViewer --picture map.png  renders the window into a file, without a display; fails if a file could not be
 //   opened
 
+#include <lmx/Runtime/lmxCores.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/lmxMsgBox.h>
 
@@ -60,11 +61,12 @@ int Run(const QApplication& application) {
     options.addHelpOption();
     options.process(application);
 
+    lmx::TCores::SetCount(0); // all that the machine has
     const auto messages = std::make_shared<TerminalMessages>();
     if (options.isSet(picture))
         lmx::TMsgBox::SetService(messages);
     TViewerWindow window(options.value(data));
-    window.resize(1280, 610);
+    window.resize(1280, 760);
     AddSampleLayers(window.GetLayerManager(), options.value(data));
     AddSampleOverlays(window.GetLayerManager(), options.value(data));
     window.AddPlaces(options.value(data) + "/places.csv");

@@ -8,11 +8,13 @@
 #include <lmx/Colour/lmxRasterRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Runtime/Private/lmxAvx2.h>
+#include <lmx/Runtime/Private/lmxRowBands.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
 #include <memory>
 #include <span>
+#include <vector>
 
 namespace lmx {
 
@@ -39,6 +41,39 @@ void RenderCells(const ICookieData& cookie, const IMapData& data, const TLayerOp
     }
 }
 
+/// The rows of cookies and numbers, asked for in advance on the thread that makes this: other threads then ask here,
+/// not the host's data.
+class TKnownRows final : public IRasterRows {
+public:
+    TKnownRows(const ICookieData& cookie, const IMapData& data) {
+        const auto* cookieRows = dynamic_cast<const IRasterRows*>(&cookie);
+        const auto* dataRows = dynamic_cast<const IRasterRows*>(&data);
+        if (!cookieRows || !dataRows)
+            return;
+        const std::int32_t height = data.GetHeight();
+        FCookieRows.reserve(static_cast<std::size_t>(height));
+        FMapRows.reserve(static_cast<std::size_t>(height));
+        for (std::int32_t y = 0; y < height; ++y) {
+            FCookieRows.push_back(cookieRows->GetCookieRow(y));
+            FMapRows.push_back(dataRows->GetMapRow(y));
+            FIsComplete = FCookieRows.back() && FMapRows.back();
+            if (!FIsComplete)
+                return;
+        }
+    }
+
+    /// Whether there are rows, and all of them are in memory.
+    bool IsComplete() const { return FIsComplete; }
+
+    const float* GetMapRow(std::int32_t y) const override { return FMapRows[static_cast<std::size_t>(y)]; }
+    const std::uint8_t* GetCookieRow(std::int32_t y) const override { return FCookieRows[static_cast<std::size_t>(y)]; }
+
+private:
+    std::vector<const float*> FMapRows;
+    std::vector<const std::uint8_t*> FCookieRows;
+    bool FIsComplete = false;
+};
+
 /// Reads cookies and numbers in blocks: from rows in memory where there are any, else cell by cell, the numbers of the
 /// cells with data only.
 class TBlockReader {
@@ -47,7 +82,18 @@ public:
         : FCookie(cookie),
           FData(data),
           FCookieRows(dynamic_cast<const IRasterRows*>(&cookie)),
-          FDataRows(dynamic_cast<const IRasterRows*>(&data)) {}
+          FDataRows(dynamic_cast<const IRasterRows*>(&data)),
+          FWidth(data.GetWidth()),
+          FHeight(data.GetHeight()) {}
+    /// Reads from complete rows, on any thread.
+    TBlockReader(const ICookieData& cookie, const IMapData& data, const TKnownRows& rows, std::int32_t width,
+                 std::int32_t height)
+        : FCookie(cookie),
+          FData(data),
+          FCookieRows(&rows),
+          FDataRows(&rows),
+          FWidth(width),
+          FHeight(height) {}
 
     /// Reads `count` cells of row `y` from column `x` on.
     void Read(std::int32_t x, std::int32_t y, std::size_t count) {
@@ -67,10 +113,10 @@ public:
 private:
     /// From column `x` on or, behind the last one, from the next row.
     std::span<const float> NextOf(const float* row, std::int32_t x, std::int32_t y) const {
-        if (x < FData.GetWidth())
-            return {row + x, static_cast<std::size_t>(FData.GetWidth() - x)};
-        const float* nextRow = y + 1 < FData.GetHeight() ? FDataRows->GetMapRow(y + 1) : nullptr;
-        return {nextRow, nextRow ? static_cast<std::size_t>(FData.GetWidth()) : 0};
+        if (x < FWidth)
+            return {row + x, static_cast<std::size_t>(FWidth - x)};
+        const float* nextRow = y + 1 < FHeight ? FDataRows->GetMapRow(y + 1) : nullptr;
+        return {nextRow, nextRow ? static_cast<std::size_t>(FWidth) : 0};
     }
 
     void AskCells(std::int32_t x, std::int32_t y, std::size_t count, const std::uint8_t* cookieRow,
@@ -87,6 +133,8 @@ private:
     const IMapData& FData;
     const IRasterRows* FCookieRows;
     const IRasterRows* FDataRows;
+    std::int32_t FWidth;
+    std::int32_t FHeight;
     std::uint8_t FAskedCookies[TColorTable::BlockSize] = {};
     float FAskedValues[TColorTable::BlockSize] = {};
     std::span<const std::uint8_t> FCookies;
@@ -115,12 +163,12 @@ void CutOut(const TColor32* colors, std::span<const std::uint8_t> cookies, TColo
     CutOutInLanes(colors, cookies, pixels);
 }
 
-/// The same picture from colours that are known in advance.
-void RenderTable(const ICookieData& cookie, const IMapData& data, const TColorTable& table, TBitmap32& image) {
-    TBlockReader reader(cookie, data);
+/// Rows first .. end - 1 of the same picture from colours that are known in advance.
+void RenderTableRows(TBlockReader reader, const TColorTable& table, std::int32_t first, std::int32_t end,
+                    TBitmap32& image) {
     TColor32 colors[TColorTable::BlockSize];
     constexpr auto BlockSize = static_cast<std::int32_t>(TColorTable::BlockSize);
-    for (std::int32_t y = 0; y < image.GetHeight(); ++y) {
+    for (std::int32_t y = first; y < end; ++y) {
         for (std::int32_t x = 0; x < image.GetWidth(); x += BlockSize) {
             const auto count = static_cast<std::size_t>(std::min(BlockSize, image.GetWidth() - x));
             reader.Read(x, y, count);
@@ -128,6 +176,19 @@ void RenderTable(const ICookieData& cookie, const IMapData& data, const TColorTa
             CutOut(colors, reader.GetCookies(), image.ScanLine(y) + x);
         }
     }
+}
+
+void RenderTable(const ICookieData& cookie, const IMapData& data, const TColorTable& table, TBitmap32& image) {
+    const std::int32_t width = image.GetWidth();
+    const std::int32_t height = image.GetHeight();
+    if (TRowBands::Pays(height, width)) {
+        const TKnownRows rows(cookie, data);
+        if (rows.IsComplete())
+            return TRowBands::Run(height, width, [&](std::int32_t first, std::int32_t end) {
+                RenderTableRows(TBlockReader(cookie, data, rows, width, height), table, first, end, image);
+            });
+    }
+    RenderTableRows(TBlockReader(cookie, data), table, 0, height, image);
 }
 
 std::shared_ptr<const TColorTable> TableOf(const IBaseColorCalculator& colorCalc, const TLayerOpacity& opacity) {

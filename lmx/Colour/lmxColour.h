@@ -2,6 +2,9 @@
 
 /// Everything that a host may use of this room: calculators, keys, classes, gradients and the renderer.
 
+#include <lmx/Colour/Legend/lmxGradientLegendPainter.h>
+#include <lmx/Colour/Legend/lmxLegendTypes.h>
+#include <lmx/Colour/Legend/lmxPaletteLegendPainter.h>
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>

@@ -19,4 +19,12 @@ std::optional<TRulerItem> AskForRuler(QWidget* parent, const TRulerItem* present
     return TRulerItem(dialog->GetRulerOrientation(), dialog->GetRulerLocation(), dialog->GetRulerColor());
 }
 
+std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget*, const TInfoQueryPoint*) {
+    return std::nullopt;
+}
+
+std::vector<TQueryPointAnswer> AskForQueryPoints(QWidget*) {
+    return {};
+}
+
 } // namespace lmx

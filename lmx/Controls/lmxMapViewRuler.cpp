@@ -27,8 +27,8 @@ void TMapViewRuler::SetOrientation(TMapRulerOrientation orientation) {
     update();
 }
 
-// A tick that does not cross the strip begins at its middle: at the edge towards the map if horizontal, and at the
-// outer edge if vertical.
+// A tick is a line from the edge that all ticks have in common, the one towards the map if horizontal and the outer one
+// if vertical, across the strip or to its middle. Its end is left out.
 void TMapViewRuler::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), QColor::fromRgb(Color32(clBtnFace)));
@@ -39,7 +39,7 @@ void TMapViewRuler::paintEvent(QPaintEvent*) {
         const bool isFull = i % TicksToAFullOne == 0;
         const int at = i * TickDistance;
         if (isHorizontal) {
-            const int top = isFull ? 0 : height() / 2;
+            const int top = (isFull ? 0 : height() / 2) + 1;
             FillRectOnGrid(painter, QRectF(at, top, 1, height() - top), pen);
         } else {
             FillRectOnGrid(painter, QRectF(0, at, isFull ? width() : width() / 2, 1), pen);

@@ -3,82 +3,37 @@
 #include <lmx/Controls/Private/lmxControlDialogs.h>
 #include <lmx/Controls/lmxRulerListView.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
-#include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxPngButton.h>
-#include <lmx/Widgets/lmxToggleButtonBar.h>
-
-#include <QKeyEvent>
-#include <QVBoxLayout>
 
 #include <memory>
+#include <vector>
 
 namespace lmx {
 
 TMapViewRulersPanelControl::TMapViewRulersPanelControl(QWidget* parent)
-    : QWidget(parent),
-      FButtonBar(new TToggleButtonBar(this)),
-      FAddButton(AddBarButton(QStringLiteral("MapWindowFactory.AddLayer"), QStringLiteral("Add ruler"),
-                              &TMapViewRulersPanelControl::AddButton_Click)),
-      FDelButton(AddBarButton(QStringLiteral("MapWindowFactory.DeleteLayer"), QStringLiteral("Delete ruler"),
-                              &TMapViewRulersPanelControl::DelButton_Click)),
-      FEditButton(AddBarButton(QStringLiteral("MapWindowFactory.Edit"), QStringLiteral("Edit ruler"),
-                               &TMapViewRulersPanelControl::EditButton_Click)),
-      FListView(new TRulerListView(this)) {
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(FButtonBar);
-    column->addWidget(FListView);
-    FListView->setAccessibleName(QStringLiteral("Rulers"));
-    setFocusProxy(FListView);
-    ConnectList();
-    UpdateButtons();
-}
+    : TMapViewRulersPanelControl(new TRulerListView, parent) {}
 
-TPngButton* TMapViewRulersPanelControl::AddBarButton(const QString& imageName, const QString& hint,
-                                                     void (TMapViewRulersPanelControl::*click)()) {
-    auto* button = new TPngButton(FButtonBar, imageName, hint);
-    FButtonBar->AddButton(button);
-    GuardClick(button, [this, click] { (this->*click)(); });
-    return button;
-}
-
-void TMapViewRulersPanelControl::ConnectList() {
-    connect(FListView, &QTreeWidget::itemSelectionChanged, this, [this] { UpdateButtons(); });
-    connect(FListView, &QTreeWidget::itemDoubleClicked, FEditButton, [this] { FEditButton->click(); });
-    FListView->installEventFilter(this);
-}
-
-TPngButton* TMapViewRulersPanelControl::ButtonOfKey(const QKeyEvent& event) const {
-    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
-        return nullptr;
-    switch (event.key()) {
-    case Qt::Key_Insert:
-        return FAddButton;
-    case Qt::Key_Delete:
-        return FDelButton;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_F2:
-        return FEditButton;
-    default:
-        return nullptr;
-    }
-}
-
-// The keys of the list. It takes them before a shortcut of the host that has the same key; a key that is held counts
-// once.
-bool TMapViewRulersPanelControl::eventFilter(QObject* sender, QEvent* event) {
-    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
-        return QWidget::eventFilter(sender, event);
-    const auto& key = *static_cast<QKeyEvent*>(event);
-    TPngButton* button = ButtonOfKey(key);
-    if (!button)
-        return QWidget::eventFilter(sender, event);
-    event->accept();
-    if (event->type() == QEvent::KeyPress && !key.isAutoRepeat())
-        button->click();
-    return true;
+TMapViewRulersPanelControl::TMapViewRulersPanelControl(TRulerListView* list, QWidget* parent)
+    : TListPanel(list, QStringLiteral("Rulers"), parent),
+      FListView(list) {
+    const auto hasLayer = [this] { return GetRulersLayer() != nullptr; };
+    const auto hasRuler = [this] { return FListView->GetSelectedRuler() != nullptr; };
+    FAddButton = AddCommand({QStringLiteral("MapWindowFactory.AddLayer"),
+                             QStringLiteral("Add ruler"),
+                             {Qt::Key_Insert},
+                             [this] { AddButton_Click(); },
+                             hasLayer});
+    FDelButton = AddCommand({QStringLiteral("MapWindowFactory.DeleteLayer"),
+                             QStringLiteral("Delete ruler"),
+                             {Qt::Key_Delete},
+                             [this] { DelButton_Click(); },
+                             hasRuler});
+    FEditButton = AddCommand({QStringLiteral("MapWindowFactory.Edit"),
+                              QStringLiteral("Edit ruler"),
+                              {Qt::Key_Return, Qt::Key_Enter, Qt::Key_F2},
+                              [this] { EditButton_Click(); },
+                              hasRuler});
+    SetDoubleClickButton(FEditButton);
 }
 
 void TMapViewRulersPanelControl::SetRulersLayer(TRulerMapLayer* layer) {
@@ -102,22 +57,13 @@ void TMapViewRulersPanelControl::RegisterRulersLayerEvents(TRulerMapLayer* layer
 }
 
 void TMapViewRulersPanelControl::UpdateList() {
-    FEditedRuler = nullptr;
-    FListView->clear();
+    std::vector<TRulerItem*> rulers;
     if (const TRulerMapLayer* layer = GetRulersLayer()) {
-        for (TRulerItem* ruler : layer->GetHRulers())
-            AddRulerListItem(ruler);
-        for (TRulerItem* ruler : layer->GetVRulers())
-            AddRulerListItem(ruler);
+        rulers.assign(layer->GetHRulers().begin(), layer->GetHRulers().end());
+        rulers.insert(rulers.end(), layer->GetVRulers().begin(), layer->GetVRulers().end());
     }
     UpdateButtons();
-}
-
-void TMapViewRulersPanelControl::UpdateButtons() {
-    const bool isSelected = FListView->GetSelectedRuler() != nullptr;
-    FAddButton->setEnabled(GetRulersLayer() != nullptr);
-    FDelButton->setEnabled(isSelected);
-    FEditButton->setEnabled(isSelected);
+    FListView->SetRulers(rulers); // at last: it may tell of the selection
 }
 
 void TMapViewRulersPanelControl::AddRulerListItem(TRulerItem* ruler) {
@@ -129,8 +75,6 @@ void TMapViewRulersPanelControl::RulersLayer_Added(TRulerMapLayer*, TRulerItem* 
 }
 
 void TMapViewRulersPanelControl::RulersLayer_Removed(TRulerMapLayer*, TRulerItem* ruler) {
-    if (ruler == FEditedRuler)
-        FEditedRuler = nullptr;
     FListView->RemoveRuler(ruler);
 }
 
@@ -161,14 +105,14 @@ void TMapViewRulersPanelControl::DelButton_Click() {
 }
 
 void TMapViewRulersPanelControl::EditButton_Click() {
-    FEditedRuler = FListView->GetSelectedRuler();
-    if (!FEditedRuler)
+    const QPersistentModelIndex row = FListView->MarkRow(FListView->GetSelectedRow());
+    if (!row.isValid())
         return;
     const TBorrowed self(this);
-    const auto edited = AskForRuler(this, FEditedRuler);
-    if (!edited || !self || !FEditedRuler)
+    const auto edited = AskForRuler(this, FListView->GetRuler(row.row()));
+    if (!edited || !self || !row.isValid())
         return;
-    *FEditedRuler = *edited;
+    *FListView->GetRuler(row.row()) = *edited;
     if (TRulerMapLayer* layer = GetRulersLayer())
         layer->Invalidate();
     if (self)

@@ -5,11 +5,8 @@
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Widgets/Private/lmxDeviceGrid.h>
 
-#include <QColor>
-#include <QHeaderView>
-#include <QPainter>
-#include <QStyle>
-#include <QStyleOptionFocusRect>
+#include <algorithm>
+#include <deque>
 
 namespace lmx {
 
@@ -17,44 +14,18 @@ namespace {
 
 enum TColumn { LocationColumn, TypeColumn, ColorColumn };
 
-QColor ToQColor(TColor color) {
-    return QColor::fromRgb(Color32(color));
+QColor OpaqueColor(const TRulerItem& ruler) {
+    return QColor::fromRgb(Color32(WinColor(ruler.GetColor())));
 }
 
 QString LocationText(const TRulerItem& ruler) {
     return Format(u"%.3f", {ruler.GetLocation()});
 }
 
-/// A row. It shows no texts of its own; screen readers are told what is drawn.
-class TRulerListItem final : public QTreeWidgetItem {
-public:
-    TRulerListItem(QTreeWidget* list, TRulerItem& ruler) : QTreeWidgetItem(list), FRuler(ruler) {}
-
-    TRulerItem& GetRuler() const { return FRuler; }
-
-    QVariant data(int column, int role) const override {
-        if (role == Qt::AccessibleTextRole)
-            return Description(column);
-        if (role == Qt::SizeHintRole)
-            return QSize(0, treeWidget()->fontMetrics().height() + 6);
-        return QTreeWidgetItem::data(column, role);
-    }
-
-private:
-    QString Description(int column) const {
-        switch (column) {
-        case LocationColumn:
-            return LocationText(FRuler);
-        case TypeColumn:
-            return FRuler.GetOrientation() == TRulerOrientation::roVertical ? QStringLiteral("Vertical")
-                                                                            : QStringLiteral("Horizontal");
-        default:
-            return ToQColor(WinColor(FRuler.GetColor())).name().toUpper();
-        }
-    }
-
-    TRulerItem& FRuler;
-};
+QString TypeText(const TRulerItem& ruler) {
+    return ruler.GetOrientation() == TRulerOrientation::roVertical ? QStringLiteral("Vertical")
+                                                                   : QStringLiteral("Horizontal");
+}
 
 // Vertical rulers are lines from left to right, horizontal ones from top to bottom.
 void DrawLine(QPainter& canvas, const QRect& cell, TRulerOrientation orientation, const QColor& pen) {
@@ -68,71 +39,67 @@ void DrawLine(QPainter& canvas, const QRect& cell, TRulerOrientation orientation
 
 } // namespace
 
-void DrawRulerItem(QPainter& canvas, const TRulerRow& row, const TRulerItem& ruler, bool isSelected) {
-    const QColor pen = ToQColor(isSelected ? clHighlightText : clWindowText);
-    FillRectOnGrid(canvas, row.Whole, ToQColor(isSelected ? clHighlight : clWindow));
-
-    canvas.setPen(pen);
-    canvas.drawText(row.Cells[LocationColumn].adjusted(2, 0, -2, 0), Qt::TextSingleLine | Qt::AlignVCenter,
-                    LocationText(ruler));
-    DrawLine(canvas, row.Cells[TypeColumn].adjusted(2, 2, -2, -2), ruler.GetOrientation(), pen);
-    DrawBoxOnGrid(canvas, row.Cells[ColorColumn].adjusted(3, 4, -3, -4), pen, ToQColor(WinColor(ruler.GetColor())));
+void DrawRulerItem(QPainter& canvas, const TListRow& row, const TRulerItem& ruler) {
+    DrawRowGround(canvas, row);
+    DrawCellText(canvas, row.Cells[LocationColumn].adjusted(2, 0, -2, 0), LocationText(ruler));
+    DrawLine(canvas, row.Cells[TypeColumn].adjusted(2, 2, -2, -2), ruler.GetOrientation(), row.Ink());
+    DrawBoxOnGrid(canvas, row.Cells[ColorColumn].adjusted(3, 4, -3, -4), row.Ink(), OpaqueColor(ruler));
 }
 
-TRulerListView::TRulerListView(QWidget* parent) : QTreeWidget(parent) {
-    setRootIsDecorated(false);
-    setUniformRowHeights(true);
-    setSelectionBehavior(QAbstractItemView::SelectRows);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setHeaderLabels({QStringLiteral("Location"), QStringLiteral("Type"), QStringLiteral("Color")});
-    header()->setStretchLastSection(false);
-    header()->setSectionsMovable(false);
-    header()->resizeSection(LocationColumn, 70);
-    header()->resizeSection(TypeColumn, 50);
-    header()->resizeSection(ColorColumn, 60);
+class TRulerListView::TRulerRows final : public IListRows {
+public:
+    std::deque<TRulerItem*> Items; ///< a layer that empties its lists takes them from the front
+
+    int GetCount() const override { return static_cast<int>(Items.size()); }
+    QString GetText(int row, int column) const override {
+        const TRulerItem& ruler = *Items[static_cast<std::size_t>(row)];
+        switch (column) {
+        case LocationColumn:
+            return LocationText(ruler);
+        case TypeColumn:
+            return TypeText(ruler);
+        default:
+            return OpaqueColor(ruler).name().toUpper();
+        }
+    }
+    void Draw(QPainter& canvas, const TListRow& place, int row) const override {
+        DrawRulerItem(canvas, place, *Items[static_cast<std::size_t>(row)]);
+    }
+};
+
+TRulerListView::TRulerListView(QWidget* parent) : TDrawnListView(parent), FRulers(std::make_shared<TRulerRows>()) {
+    SetColumns({{QStringLiteral("Location"), 70}, {QStringLiteral("Type"), 50}, {QStringLiteral("Color"), 60}});
+    SetRows(FRulers);
 }
 
 void TRulerListView::AddRuler(TRulerItem* ruler) {
-    if (ruler)
-        new TRulerListItem(this, *ruler); // the list owns it
+    if (!ruler)
+        return;
+    FRulers->Items.push_back(ruler);
+    RowsInserted(FRulers->GetCount() - 1);
 }
 
 void TRulerListView::RemoveRuler(const TRulerItem* ruler) {
-    for (int row = 0; row < topLevelItemCount(); ++row) {
-        if (GetRuler(row) == ruler) {
-            delete topLevelItem(row);
-            return;
-        }
-    }
+    auto& items = FRulers->Items;
+    const auto found = std::find(items.begin(), items.end(), ruler);
+    if (found == items.end())
+        return;
+    const auto row = static_cast<int>(found - items.begin());
+    items.erase(found);
+    RowsRemoved(row);
+}
+
+void TRulerListView::SetRulers(const std::vector<TRulerItem*>& rulers) {
+    FRulers->Items.assign(rulers.begin(), rulers.end());
+    RowsReset();
 }
 
 TRulerItem* TRulerListView::GetRuler(int row) const {
-    const auto* item = static_cast<TRulerListItem*>(topLevelItem(row));
-    return item ? &item->GetRuler() : nullptr;
+    return row >= 0 && row < FRulers->GetCount() ? FRulers->Items[static_cast<std::size_t>(row)] : nullptr;
 }
 
 TRulerItem* TRulerListView::GetSelectedRuler() const {
-    const QModelIndexList rows = selectionModel()->selectedRows();
-    return rows.isEmpty() ? nullptr : GetRuler(rows.first().row());
-}
-
-void TRulerListView::drawRow(QPainter* painter, const QStyleOptionViewItem& options, const QModelIndex& index) const {
-    const TRulerItem* ruler = GetRuler(index.row());
-    if (!ruler)
-        return;
-    TRulerRow row{options.rect, {}};
-    for (const TColumn column : {LocationColumn, TypeColumn, ColorColumn})
-        row.Cells[column] = visualRect(index.siblingAtColumn(column));
-    const bool isSelected = selectionModel()->isSelected(index);
-    painter->save();
-    DrawRulerItem(*painter, row, *ruler, isSelected);
-    painter->restore();
-    if (isSelected || !hasFocus() || currentIndex().row() != index.row())
-        return;
-    QStyleOptionFocusRect mark;
-    mark.QStyleOption::operator=(options);
-    mark.state |= QStyle::State_KeyboardFocusChange | QStyle::State_Item;
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, painter, this);
+    return GetRuler(GetSelectedRow());
 }
 
 } // namespace lmx

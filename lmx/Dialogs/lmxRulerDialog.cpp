@@ -17,8 +17,8 @@ namespace lmx {
 TRulerDialog::TRulerDialog(QWidget* parent)
     : TModalDialog(QStringLiteral("Ruler"), QStringLiteral("Ruler"), parent),
       FLocation(new QLineEdit(this)),
-      FHorizontal(new QRadioButton(QStringLiteral("Horizontal"), this)),
-      FVertical(new QRadioButton(QStringLiteral("Vertical"), this)),
+      FHorizontal(new QRadioButton(QStringLiteral("&Horizontal"), this)),
+      FVertical(new QRadioButton(QStringLiteral("&Vertical"), this)),
       FColor(new TColorShape(this)) {
     FLocation->setObjectName(QStringLiteral("edLocation"));
     FHorizontal->setObjectName(QStringLiteral("rbHorizontal"));
@@ -40,7 +40,6 @@ TRulerDialog::TRulerDialog(QWidget* parent)
     SetRulerLocation(0);
     SetRulerColor(0xFF00FFFFU);
     SetRulerOrientation(TRulerOrientation::roVertical);
-    FLocation->selectAll();
 }
 
 float TRulerDialog::GetRulerLocation() const {

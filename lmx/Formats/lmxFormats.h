@@ -12,9 +12,12 @@
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Formats/Idrisi/lmxVectorData.h>
 #include <lmx/Formats/Idrisi/lmxVectorHeader.h>
-#include <lmx/Formats/Shapes/lmxShapeFileReader.h>
+#include <lmx/Formats/Shapes/lmxDBFReader.h>
+#include <lmx/Formats/Shapes/lmxRecordNumbers.h>
+#include <lmx/Formats/Shapes/lmxShapeKind.h>
 #include <lmx/Formats/Shapes/lmxShapePointConverter.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Formats/Shapes/lmxShpOutlines.h>
 #include <lmx/Formats/Shapes/lmxShpPoint.h>
+#include <lmx/Formats/Text/lmxCSVReader.h>
 #include <lmx/Formats/lmxVertexBlock.h>

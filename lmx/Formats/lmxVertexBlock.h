@@ -15,6 +15,10 @@ struct TVertexBlock {
     float YMax = 0;
 };
 
+/// Neighbouring runs are grouped: a group is a TVertexBlock, too, whose First is the index of its first run and whose
+/// box holds those of its runs.
+inline constexpr std::uint32_t BlocksOfGroup = 32;
+
 /// The longest and, apart from the last one, the shortest run.
 inline constexpr std::uint32_t LongestVertexBlock = 64;
 inline constexpr std::uint32_t ShortestVertexBlock = 16;

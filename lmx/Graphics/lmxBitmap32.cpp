@@ -7,18 +7,14 @@
 namespace lmx {
 
 bool TBitmap32::SetSize(std::int32_t width, std::int32_t height) {
-    width = std::max(width, 0);
-    height = std::max(height, 0);
-    if (width == FWidth && height == FHeight)
+    if (std::max(width, 0) == GetWidth() && std::max(height, 0) == GetHeight())
         return false;
-    FPixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
-    FWidth = width;
-    FHeight = height;
+    FMemory.SetSize(width, height);
     return true;
 }
 
 void TBitmap32::Clear(TColor32 color) {
-    PixelRows::Fill(FPixels.data(), FPixels.size(), color);
+    PixelRows::Fill(FMemory.GetPixels(), FMemory.GetCount(), color);
 }
 
 TColor32 TBitmap32::GetPixelS(std::int32_t x, std::int32_t y) const {
@@ -35,8 +31,8 @@ template<class Fill>
 void TBitmap32::FillRows(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, Fill fillRow) {
     x1 = std::max(x1, 0);
     y1 = std::max(y1, 0);
-    x2 = std::min(x2, FWidth);
-    y2 = std::min(y2, FHeight);
+    x2 = std::min(x2, GetWidth());
+    y2 = std::min(y2, GetHeight());
     if (x1 >= x2)
         return;
     for (std::int32_t y = y1; y < y2; ++y)

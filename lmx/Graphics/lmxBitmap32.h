@@ -3,6 +3,7 @@
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Graphics/lmxFloatPoint.h>
 #include <lmx/Graphics/lmxFont32.h>
+#include <lmx/Graphics/lmxPixelMemory.h>
 #include <lmx/Graphics/lmxWideRect.h>
 #include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
@@ -51,19 +52,21 @@ enum TTextFlags : unsigned {
 /// A picture of 32-bit pixels with straight alpha, row 0 at the top, rows contiguous, and the operations that draw on
 /// it. Pixel (x, y) is the area from (x, y) to (x + 1, y + 1). Everything that is drawn is clipped to the bitmap; on a
 /// bitmap without pixels drawing does nothing. "Raw" means that the colour is stored as it is, alpha included.
-/// A bitmap belongs to one thread at a time; text needs a QGuiApplication. One that was moved from may only be
-/// assigned to or destroyed.
+/// A bitmap belongs to one thread at a time; text needs a QGuiApplication. One that was moved from has no pixels.
+/// Whatever needs memory raises EOutOfMemory if there is none; the bitmap's size and settings are then as they were.
 class LMX_EXPORT TBitmap32 {
 public:
     TBitmap32() = default;
     TBitmap32(std::int32_t width, std::int32_t height) { SetSize(width, height); }
 
-    std::int32_t GetWidth() const { return FWidth; }
-    std::int32_t GetHeight() const { return FHeight; }
-    TRect GetBounds() const { return {0, 0, FWidth, FHeight}; }
-    bool IsEmpty() const { return FPixels.empty(); }
+    std::int32_t GetWidth() const { return FMemory.GetWidth(); }
+    std::int32_t GetHeight() const { return FMemory.GetHeight(); }
+    TRect GetBounds() const { return {0, 0, GetWidth(), GetHeight()}; }
+    bool IsEmpty() const { return FMemory.GetCount() == 0; }
 
-    /// Negative sides become 0. New memory reads 0. False if the size was the present one, and then nothing changes.
+    /// Negative sides become 0. New memory reads 0, and a bitmap without pixels holds none. False if the size was the
+    /// present one, and then nothing changes.
+    /// @throws EOutOfMemory
     bool SetSize(std::int32_t width, std::int32_t height);
 
     /// Writes `color` raw into every pixel.
@@ -77,8 +80,8 @@ public:
     // --- Pixels --------------------------------------------------------------------------------------------------
 
     /// First pixel of row `y`, 0 <= y < height.
-    TColor32* ScanLine(std::int32_t y) { return FPixels.data() + RowOffset(y); }
-    const TColor32* ScanLine(std::int32_t y) const { return FPixels.data() + RowOffset(y); }
+    TColor32* ScanLine(std::int32_t y) { return FMemory.GetPixels() + RowOffset(y); }
+    const TColor32* ScanLine(std::int32_t y) const { return FMemory.GetPixels() + RowOffset(y); }
 
     /// A pixel inside the bitmap; the position is not checked.
     TColor32& Pixel(std::int32_t x, std::int32_t y) { return ScanLine(y)[x]; }
@@ -182,11 +185,16 @@ public:
     TFont32& GetFont() { return FFont; }
     void SetFont(const TFont32& font) { FFont = font; }
 
-    /// Sum of the advances: trailing blanks count.
-    std::int32_t TextWidth(const QString& text) const;
+    // Letters with hard and with smooth edges differ in width: a text is measured with the level it is drawn with, the
+    // `aaLevel` of RenderText. Textout draws with level 1.
+
+    /// Sum of the advances: trailing blanks count. At most PixelLimit.
+    std::int32_t TextWidth(const QString& text, int aaLevel = 0) const;
     /// Ascent and descent of the font, whatever the text.
-    std::int32_t TextHeight(const QString& text) const;
-    TSize TextExtent(const QString& text) const { return {TextWidth(text), TextHeight(text)}; }
+    std::int32_t TextHeight(const QString& text, int aaLevel = 0) const;
+    TSize TextExtent(const QString& text, int aaLevel = 0) const {
+        return {TextWidth(text, aaLevel), TextHeight(text, aaLevel)};
+    }
 
     /// One line of text whose cell has its top left corner at (x, y), blended in `color`. With `aaLevel` 0 the edges
     /// are hard. No more of the cell is drawn than the bitmap's width and height, counted from its top left corner.
@@ -197,24 +205,24 @@ public:
     // --- Qt's pictures -------------------------------------------------------------------------------------------
 
     /// A copy in Format_ARGB32; null if the bitmap is empty.
+    /// @throws EOutOfMemory also if Qt has no picture of that size: rows end at 2^26 pixels there.
     QImage ToQImage() const;
     /// A bitmap with the picture's pixels; a null picture gives an empty bitmap.
+    /// @throws EOutOfMemory
     static TBitmap32 FromQImage(const QImage& image);
     /// Copies the pixels to (0, 0) of a paint device, alpha ignored: `ratio` of them make one unit of the painter.
     void PaintTo(QPainter& painter, double ratio = 1.0) const;
 
 private:
     std::size_t RowOffset(std::int32_t y) const {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(FWidth);
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(GetWidth());
     }
     template<class Fill>
     void FillRows(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, Fill fillRow);
     void DrawStretched(const TWideRect& destination, const TRect& sourceRect, const TBitmap32& source, TDrawMode mode);
     TColor32 StippleColor(double counter) const;
 
-    std::vector<TColor32> FPixels;
-    std::int32_t FWidth = 0;
-    std::int32_t FHeight = 0;
+    TPixelMemory FMemory;
     double FDeviceRatio = 1;
     TDrawMode FDrawMode = TDrawMode::dmOpaque;
     TCombineMode FCombineMode = TCombineMode::cmBlend;

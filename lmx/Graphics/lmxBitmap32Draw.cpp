@@ -2,6 +2,8 @@
 
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
+#include <lmx/Runtime/Private/lmxRowBands.h>
 
 #include <algorithm>
 #include <array>
@@ -151,50 +153,62 @@ void CopyPixels(TBitmap32& to, const TStretchAxis& horizontal, const TStretchAxi
                 const TRowTransfer& transfer) {
     const std::int32_t left = horizontal.VisibleBegin(to.GetWidth());
     const std::int32_t right = horizontal.VisibleEnd(to.GetWidth());
-    const std::int32_t bottom = vertical.VisibleEnd(to.GetHeight());
+    const std::int32_t top = vertical.VisibleBegin(to.GetHeight());
     if (left >= right)
         return;
     const auto column = static_cast<std::int32_t>(horizontal.From + (left - horizontal.To));
-    for (std::int32_t y = vertical.VisibleBegin(to.GetHeight()); y < bottom; ++y) {
-        const auto row = static_cast<std::int32_t>(vertical.From + (y - vertical.To));
-        transfer(to.ScanLine(y) + left, from.ScanLine(row) + column, static_cast<std::size_t>(right - left));
-    }
+    TRowBands::Run(vertical.VisibleEnd(to.GetHeight()) - top, right - left, [&](std::int32_t first, std::int32_t end) {
+        for (std::int32_t y = top + first; y < top + end; ++y) {
+            const auto row = static_cast<std::int32_t>(vertical.From + (y - vertical.To));
+            transfer(to.ScanLine(y) + left, from.ScanLine(row) + column, static_cast<std::size_t>(right - left));
+        }
+    });
 }
 
-/// Equal widths: the columns follow each other.
-void CopyRows(TBitmap32& to, const TStretchSteps& columns, const TStretchSteps& rows, const TBitmap32& from,
-              const TRowTransfer& transfer) {
-    std::int32_t y = rows.Begin;
-    for (const std::int32_t row : rows.Sources)
-        transfer(to.ScanLine(y++) + columns.Begin, from.ScanLine(row) + columns.Sources.front(),
-                 columns.Sources.size());
+/// Both axes of a stretch.
+struct TStretchTables {
+    TStretchSteps Columns;
+    TStretchSteps Rows;
+
+    TColor32* ToLine(TBitmap32& to, std::size_t i) const {
+        return to.ScanLine(Rows.Begin + static_cast<std::int32_t>(i)) + Columns.Begin;
+    }
+};
+
+/// Equal widths: the columns follow each other. Like the two below this draws the rows first .. end - 1 of the tables.
+void CopyRows(TBitmap32& to, const TStretchTables& tables, const TBitmap32& from, const TRowTransfer& transfer,
+              std::size_t first, std::size_t end) {
+    for (std::size_t i = first; i < end; ++i)
+        transfer(tables.ToLine(to, i), from.ScanLine(tables.Rows.Sources[i]) + tables.Columns.Sources.front(),
+                 tables.Columns.Sources.size());
 }
 
 /// Plain copies: a row that shows the same source row as the one above copies it.
-void StretchRows(TBitmap32& to, const TStretchSteps& columns, const TStretchSteps& rows, const TBitmap32& from) {
-    const std::size_t count = columns.Sources.size();
-    const TColor32* above = nullptr;
-    for (std::size_t i = 0; i < rows.Sources.size(); ++i) {
-        TColor32* line = to.ScanLine(rows.Begin + static_cast<std::int32_t>(i)) + columns.Begin;
-        if (i > 0 && rows.Sources[i] == rows.Sources[i - 1])
-            PixelRows::Copy(line, above, count);
+void StretchRows(TBitmap32& to, const TStretchTables& tables, const TBitmap32& from, std::size_t first,
+                 std::size_t end) {
+    const TStretchSteps& rows = tables.Rows;
+    const std::size_t count = tables.Columns.Sources.size();
+    for (std::size_t i = first; i < end; ++i) {
+        TColor32* const line = tables.ToLine(to, i);
+        if (i > first && rows.Sources[i] == rows.Sources[i - 1])
+            PixelRows::Copy(line, tables.ToLine(to, i - 1), count);
         else
-            PixelRows::Gather(line, from.ScanLine(rows.Sources[i]), columns.Sources.data(), count,
+            PixelRows::Gather(line, from.ScanLine(rows.Sources[i]), tables.Columns.Sources.data(), count,
                               from.ScanLine(rows.SourceAfter(i)));
-        above = line;
     }
 }
 
 /// All other modes: the stretched line is made aside, once for all rows that show it. It is made and used by and by, so
 /// that the next row comes out of memory while this one is blended.
-void StretchRows(TBitmap32& to, const TStretchSteps& columns, const TStretchSteps& rows, const TBitmap32& from,
-                 const TRowTransfer& transfer) {
+void StretchRows(TBitmap32& to, const TStretchTables& tables, const TBitmap32& from, const TRowTransfer& transfer,
+                 std::size_t first, std::size_t end) {
     constexpr std::size_t portion = 64;
-    const std::size_t count = columns.Sources.size();
+    const TStretchSteps& rows = tables.Rows;
+    const std::size_t count = tables.Columns.Sources.size();
     std::vector<TColor32> line(count);
-    for (std::size_t i = 0; i < rows.Sources.size(); ++i) {
-        TColor32* const toLine = to.ScanLine(rows.Begin + static_cast<std::int32_t>(i)) + columns.Begin;
-        if (i > 0 && rows.Sources[i] == rows.Sources[i - 1]) {
+    for (std::size_t i = first; i < end; ++i) {
+        TColor32* const toLine = tables.ToLine(to, i);
+        if (i > first && rows.Sources[i] == rows.Sources[i - 1]) {
             transfer(toLine, line.data(), count);
             continue;
         }
@@ -202,7 +216,7 @@ void StretchRows(TBitmap32& to, const TStretchSteps& columns, const TStretchStep
         const TColor32* const nextLine = from.ScanLine(rows.SourceAfter(i));
         for (std::size_t x = 0; x < count; x += portion) {
             const std::size_t part = std::min(portion, count - x);
-            PixelRows::Gather(line.data() + x, fromLine, columns.Sources.data() + x, part, nextLine);
+            PixelRows::Gather(line.data() + x, fromLine, tables.Columns.Sources.data() + x, part, nextLine);
             transfer(toLine + x, line.data() + x, part);
         }
     }
@@ -220,10 +234,12 @@ void TBitmap32::Draw(const TRect& destination, const TRect& sourceRect, const TB
 }
 
 void TBitmap32::Draw(const TWideRect& destination, const TRect& sourceRect, const TBitmap32& source) {
-    if (&source == this)
-        DrawStretched(destination, sourceRect, TBitmap32(source), FDrawMode);
-    else
-        DrawStretched(destination, sourceRect, source, source.FDrawMode);
+    WithinMemory([&] {
+        if (&source == this)
+            DrawStretched(destination, sourceRect, TBitmap32(source), FDrawMode);
+        else
+            DrawStretched(destination, sourceRect, source, source.FDrawMode);
+    });
 }
 
 TBitmap32 TBitmap32::Stretched(const TRect& sourceRect, std::int32_t width, std::int32_t height) const {
@@ -231,7 +247,7 @@ TBitmap32 TBitmap32::Stretched(const TRect& sourceRect, std::int32_t width, std:
     result.FDrawMode = FDrawMode;
     result.FMasterAlpha = FMasterAlpha;
     result.FOuterColor = FOuterColor;
-    result.DrawStretched(TWideRect(result.GetBounds()), sourceRect, *this, TDrawMode::dmOpaque);
+    WithinMemory([&] { result.DrawStretched(TWideRect(result.GetBounds()), sourceRect, *this, TDrawMode::dmOpaque); });
     return result;
 }
 
@@ -241,8 +257,8 @@ void TBitmap32::DrawStretched(const TWideRect& destination, const TRect& sourceR
     TStretchAxis vertical(destination.Top, destination.Bottom, sourceRect.Top, sourceRect.Bottom);
     if (horizontal.IsEmpty() || vertical.IsEmpty())
         return;
-    horizontal.CutSource(source.FWidth);
-    vertical.CutSource(source.FHeight);
+    horizontal.CutSource(source.GetWidth());
+    vertical.CutSource(source.GetHeight());
     if (horizontal.IsEmpty() || vertical.IsEmpty())
         return;
 
@@ -254,16 +270,21 @@ void TBitmap32::DrawStretched(const TWideRect& destination, const TRect& sourceR
         return;
     }
 
-    const TStretchSteps columns(horizontal, FWidth);
-    const TStretchSteps rows(vertical, FHeight);
-    if (columns.Sources.empty())
+    const TStretchTables tables = {TStretchSteps(horizontal, GetWidth()), TStretchSteps(vertical, GetHeight())};
+    const auto width = static_cast<std::int32_t>(tables.Columns.Sources.size());
+    const auto height = static_cast<std::int32_t>(tables.Rows.Sources.size());
+    if (width == 0)
         return;
-    if (horizontal.IsCopy())
-        CopyRows(*this, columns, rows, source, transfer);
-    else if (transfer.IsPlainCopy())
-        StretchRows(*this, columns, rows, source);
-    else
-        StretchRows(*this, columns, rows, source, transfer);
+    TRowBands::Run(height, width, [&](std::int32_t firstRow, std::int32_t endRow) {
+        const auto first = static_cast<std::size_t>(firstRow);
+        const auto end = static_cast<std::size_t>(endRow);
+        if (horizontal.IsCopy())
+            CopyRows(*this, tables, source, transfer, first, end);
+        else if (transfer.IsPlainCopy())
+            StretchRows(*this, tables, source, first, end);
+        else
+            StretchRows(*this, tables, source, transfer, first, end);
+    });
 }
 
 } // namespace lmx

@@ -3,6 +3,7 @@
 #include <lmx/Graphics/Private/lmxBlend.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 
 #include <algorithm>
 #include <cmath>
@@ -60,10 +61,10 @@ std::pair<std::int64_t, std::int64_t> VisibleSteps(const TLineAxis& major, const
 } // namespace
 
 void TBitmap32::LineToS(std::int32_t x, std::int32_t y) {
-    TLineAxis major(FPen.X, x, FWidth);
-    TLineAxis minor(FPen.Y, y, FHeight);
+    TLineAxis major(FPen.X, x, GetWidth());
+    TLineAxis minor(FPen.Y, y, GetHeight());
     std::int64_t majorStride = major.Direction;
-    std::int64_t minorStride = minor.Direction * FWidth;
+    std::int64_t minorStride = minor.Direction * GetWidth();
     if (major.Length < minor.Length) {
         std::swap(major, minor);
         std::swap(majorStride, minorStride);
@@ -75,7 +76,7 @@ void TBitmap32::LineToS(std::int32_t x, std::int32_t y) {
     std::int64_t last = major.Length - 1;
     const std::int64_t whole = 2 * major.Length;
     std::int64_t remainder = major.Length;
-    std::int64_t offset = std::int64_t{begin.Y} * FWidth + begin.X;
+    std::int64_t offset = std::int64_t{begin.Y} * GetWidth() + begin.X;
     if (!GetBounds().Contains(begin) || !GetBounds().Contains(FPen)) { // else every step is visible
         std::tie(first, last) = VisibleSteps(major, minor);
         if (first > last)
@@ -85,7 +86,7 @@ void TBitmap32::LineToS(std::int32_t x, std::int32_t y) {
         offset += first * majorStride + static_cast<std::int64_t>(progress / whole) * minorStride;
     }
     for (std::int64_t k = first; k <= last; ++k) {
-        FPixels[static_cast<std::size_t>(offset)] = FPenColor;
+        FMemory.GetPixels()[offset] = FPenColor;
         offset += majorStride;
         remainder += 2 * minor.Length;
         if (remainder >= whole) {
@@ -97,7 +98,7 @@ void TBitmap32::LineToS(std::int32_t x, std::int32_t y) {
 
 // Dense outlines are made of lines one pixel long, which are worth a short way.
 void TBitmap32::LinesToS(std::span<const TPoint> points) {
-    TColor32* const pixels = FPixels.data();
+    TColor32* const pixels = FMemory.GetPixels();
     const TRect bounds = GetBounds();
     for (const TPoint& end : points) {
         const auto dx = static_cast<std::uint64_t>(std::int64_t{end.X} - FPen.X + 1); // 0, 1 or 2 for a neighbour
@@ -325,7 +326,7 @@ void TBitmap32::LineToFSP(double x, double y) {
 }
 
 void TBitmap32::SetStipple(std::span<const TColor32> colors) {
-    FStipple.assign(colors.begin(), colors.end());
+    WithinMemory([&] { FStipple.assign(colors.begin(), colors.end()); });
     FStippleCounter = 0;
 }
 

@@ -4,6 +4,7 @@
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 
 #include <QFont>
@@ -12,16 +13,38 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <vector>
+#include <array>
 
 namespace lmx {
 
 namespace {
 
+/// The level that Textout draws with.
+constexpr int SmoothLevel = 1;
+
+QFont FontOfLevel(const TFont32& font, int aaLevel) {
+    return MakeFont(font, aaLevel == 0 ? TFontSmoothing::fsHard : TFontSmoothing::fsGrey);
+}
+
+/// Qt counts widths in 64ths of a pixel and 32 bits, so longer texts are measured in pieces.
+std::int32_t Advance(const QFont& font, const QString& text) {
+    constexpr int widestPiece = 1 << 21;
+    const QFontMetrics metrics(font);
+    const qsizetype pieceLength = widestPiece / font.pixelSize();
+    if (text.size() <= pieceLength)
+        return metrics.horizontalAdvance(text);
+    std::int64_t width = 0;
+    for (qsizetype at = 0; at < text.size() && width < PixelLimit; at += pieceLength)
+        width += metrics.horizontalAdvance(text.mid(at, pieceLength));
+    return static_cast<std::int32_t>(std::min<std::int64_t>(width, PixelLimit));
+}
+
 /// Draws on a mask of that size, which begins empty: 255 where a letter covers the pixel whole.
 template<class DrawLetters>
 QImage MakeMask(QSize size, const QFont& font, DrawLetters drawLetters) {
     QImage mask(size, QImage::Format_Alpha8);
+    if (mask.isNull())
+        throw EOutOfMemory();
     mask.fill(0);
     QPainter painter(&mask);
     painter.setRenderHint(QPainter::TextAntialiasing, font.styleStrategy() != QFont::NoAntialias);
@@ -37,13 +60,19 @@ void CombineMask(TBitmap32& bitmap, int left, int top, const QImage& mask, TColo
     const int end = std::min(mask.width(), bitmap.GetWidth() - left);
     if (begin >= end)
         return;
-    std::vector<TColor32> line(static_cast<std::size_t>(end - begin));
     const auto combine = bitmap.GetCombineMode() == TCombineMode::cmMerge ? PixelRows::Merge : PixelRows::Blend;
+    std::array<TColor32, 256> colors;
     for (int row = std::max(-top, 0); row < std::min(mask.height(), bitmap.GetHeight() - top); ++row) {
         const uchar* cover = mask.constScanLine(row) + begin;
-        for (TColor32& pixel : line)
-            pixel = ScaleColorAlpha(color, *cover++);
-        combine(bitmap.ScanLine(top + row) + left + begin, line.data(), line.size());
+        TColor32* pixels = bitmap.ScanLine(top + row) + left + begin;
+        for (auto rest = static_cast<std::size_t>(end - begin); rest > 0;) {
+            const std::size_t part = std::min(colors.size(), rest);
+            for (std::size_t i = 0; i < part; ++i)
+                colors[i] = ScaleColorAlpha(color, *cover++);
+            combine(pixels, colors.data(), part);
+            pixels += part;
+            rest -= part;
+        }
     }
 }
 
@@ -65,19 +94,19 @@ int QtTextFlags(unsigned flags) {
 
 } // namespace
 
-std::int32_t TBitmap32::TextWidth(const QString& text) const {
-    return QFontMetrics(MakeFont(FFont, TFontSmoothing::fsHard)).horizontalAdvance(text);
+std::int32_t TBitmap32::TextWidth(const QString& text, int aaLevel) const {
+    return Advance(FontOfLevel(FFont, aaLevel), text);
 }
 
-std::int32_t TBitmap32::TextHeight(const QString&) const {
-    return QFontMetrics(MakeFont(FFont, TFontSmoothing::fsHard)).height();
+std::int32_t TBitmap32::TextHeight(const QString&, int aaLevel) const {
+    return QFontMetrics(FontOfLevel(FFont, aaLevel)).height();
 }
 
 void TBitmap32::RenderText(std::int32_t x, std::int32_t y, const QString& text, int aaLevel, TColor32 color) {
-    const QFont font = MakeFont(FFont, aaLevel == 0 ? TFontSmoothing::fsHard : TFontSmoothing::fsGrey);
+    const QFont font = FontOfLevel(FFont, aaLevel);
     const QFontMetrics metrics(font);
-    const QSize size(std::min(metrics.horizontalAdvance(text), FWidth), std::min(metrics.height(), FHeight));
-    if (size.isEmpty() || x >= FWidth || y >= FHeight || x <= -size.width() || y <= -size.height())
+    const QSize size(std::min(Advance(font, text), GetWidth()), std::min(metrics.height(), GetHeight()));
+    if (size.isEmpty() || x >= GetWidth() || y >= GetHeight() || x <= -size.width() || y <= -size.height())
         return;
     CombineMask(*this, x, y,
                 MakeMask(size, font, [&](QPainter& painter) { painter.drawText(0, metrics.ascent(), text); }), color);
@@ -87,14 +116,14 @@ void TBitmap32::Textout(const TRect& rect, unsigned flags, const QString& text) 
     const TRect bounds = GetBounds();
     TRect visible = bounds;
     if (!(flags & dtNoClip))
-        visible = {std::max(rect.Left, 0), std::max(rect.Top, 0), std::min(rect.Right, FWidth),
-                   std::min(rect.Bottom, FHeight)};
+        visible = {std::max(rect.Left, 0), std::max(rect.Top, 0), std::min(rect.Right, GetWidth()),
+                   std::min(rect.Bottom, GetHeight())};
     if (visible.IsEmpty() || rect.IsEmpty())
         return;
     const TRect box(Saturated(rect.Left), Saturated(rect.Top), Saturated(rect.Right), Saturated(rect.Bottom));
     QString lines = text;
     lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
-    const QFont font = MakeFont(FFont, TFontSmoothing::fsGrey);
+    const QFont font = FontOfLevel(FFont, SmoothLevel);
     CombineMask(*this, visible.Left, visible.Top,
                 MakeMask({visible.GetWidth(), visible.GetHeight()}, font,
                          [&](QPainter& painter) {

@@ -3,6 +3,8 @@
 #include <lmx/Runtime/lmxExtended.h>
 
 #include <QFont>
+#include <QLatin1StringView>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -10,28 +12,27 @@ namespace lmx {
 
 namespace {
 
-/// Families of which not every system has the first one.
-bool RegisterSubstitutions() {
-    for (const char* family : {"Tahoma", "Arial"})
-        QFont::insertSubstitution(QString::fromLatin1(family), QStringLiteral("DejaVu Sans"));
-    return true;
+/// The family and what stands in for it. Tahoma and Arial are not on every system.
+QStringList FamiliesOf(const QString& name) {
+    for (const QLatin1StringView missing : {QLatin1StringView("Tahoma"), QLatin1StringView("Arial")})
+        if (name.compare(missing, Qt::CaseInsensitive) == 0)
+            return {name, QStringLiteral("DejaVu Sans")};
+    return {name};
 }
 
 } // namespace
 
 int FontPixels(int size) {
-    return static_cast<int>(std::max<std::int64_t>((std::int64_t{size} * 8 + 3) / 6, 1)); // size * 96 / 72
+    return static_cast<int>(std::clamp<std::int64_t>((std::int64_t{size} * 8 + 3) / 6, 1, LargestFontPixels));
 }
 
 int FontPixels(const TFont32& font) {
     const int pixels = font.Height > 0 ? font.Height : FontPixels(font.Size);
-    return std::max(RoundToPixel(pixels * static_cast<extended>(font.Ratio)), 1);
+    return std::clamp(RoundToPixel(pixels * static_cast<extended>(font.Ratio)), 1, LargestFontPixels);
 }
 
 QFont MakeFont(const TFont32& font, TFontSmoothing smoothing) {
-    static const bool registered = RegisterSubstitutions();
-    Q_UNUSED(registered);
-    QFont result(font.Name);
+    QFont result(FamiliesOf(font.Name));
     result.setPixelSize(FontPixels(font));
     result.setBold(font.Styles.Contains(TFontStyle::fsBold));
     result.setItalic(font.Styles.Contains(TFontStyle::fsItalic));

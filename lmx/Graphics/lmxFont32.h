@@ -30,14 +30,17 @@ enum class TFontSmoothing {
     fsGrey, ///< antialiased, never by subpixels
 };
 
-/// Pixels of a size in points, halves up; at least 1.
+/// The largest letters: measures of larger ones leave Qt's numbers.
+inline constexpr int LargestFontPixels = 4096;
+
+/// Pixels of a size in points, halves up; 1 .. LargestFontPixels.
 LMX_EXPORT int FontPixels(int size);
 
-/// Pixels of a font, its ratio included; at least 1.
+/// Pixels of a font, its ratio included; 1 .. LargestFontPixels.
 LMX_EXPORT int FontPixels(const TFont32& font);
 
-/// The font that text is measured and drawn with. Tahoma and Arial are replaced by DejaVu Sans where they are missing.
-/// Needs a QGuiApplication.
+/// The font that text is measured and drawn with. DejaVu Sans stands in for Tahoma and Arial where they are missing, in
+/// this font alone: the substitutions of the application stay as they are. Needs a QGuiApplication.
 LMX_EXPORT QFont MakeFont(const TFont32& font, TFontSmoothing smoothing);
 
 } // namespace lmx

@@ -13,6 +13,7 @@
 #include <lmx/Graphics/lmxFontStyles.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Graphics/lmxGradientSource.h>
+#include <lmx/Graphics/lmxPixelMemory.h>
 #include <lmx/Graphics/lmxPolygons.h>
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Graphics/lmxVectorDoc.h>

@@ -4,6 +4,7 @@
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/Private/lmxStroke.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 
 #include <cmath>
 #include <numbers>
@@ -41,30 +42,36 @@ void Fill(TBitmap32& bitmap, std::span<const TFloatPoints> contours, TColor32 co
 } // namespace
 
 void PolygonFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color, TPolyFillMode fillMode) {
-    const TFloatPoints contour(points.begin(), points.end());
-    Fill(bitmap, {&contour, 1}, color, fillMode);
+    WithinMemory([&] {
+        const TFloatPoints contour(points.begin(), points.end());
+        Fill(bitmap, {&contour, 1}, color, fillMode);
+    });
 }
 
 void PolyPolygonFS(TBitmap32& bitmap, std::span<const TFloatPoints> contours, TColor32 color, TPolyFillMode fillMode) {
-    Fill(bitmap, contours, color, fillMode);
+    WithinMemory([&] { Fill(bitmap, contours, color, fillMode); });
 }
 
 void PolylineFS(TBitmap32& bitmap, std::span<const TFloatPoint> points, TColor32 color, bool closed,
                 const TStroke& stroke) {
-    Fill(bitmap, StrokeContours(points, closed, stroke), color, TPolyFillMode::pfWinding);
+    WithinMemory([&] {
+        Fill(bitmap, StrokeContours(points, closed, stroke, bitmap.GetBounds()), color, TPolyFillMode::pfWinding);
+    });
 }
 
 void PolyPolylineFS(TBitmap32& bitmap, std::span<const TFloatPoints> lines, TColor32 color, bool closed,
                     const TStroke& stroke) {
-    std::vector<TFloatPoints> contours;
-    for (const TFloatPoints& line : lines)
-        for (TFloatPoints& contour : StrokeContours(line, closed, stroke))
-            contours.push_back(std::move(contour));
-    Fill(bitmap, contours, color, TPolyFillMode::pfWinding);
+    WithinMemory([&] {
+        std::vector<TFloatPoints> contours;
+        for (const TFloatPoints& line : lines)
+            for (TFloatPoints& contour : StrokeContours(line, closed, stroke, bitmap.GetBounds()))
+                contours.push_back(std::move(contour));
+        Fill(bitmap, contours, color, TPolyFillMode::pfWinding);
+    });
 }
 
 TFloatPoints CirclePolygon(double centerX, double centerY, double radius) {
-    TFloatPoints points(static_cast<std::size_t>(CircleSteps(radius)));
+    TFloatPoints points = WithinMemory([&] { return TFloatPoints(static_cast<std::size_t>(CircleSteps(radius))); });
     for (std::size_t i = 0; i < points.size(); ++i) {
         const double angle = 2 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(points.size());
         points[i] = {centerX + radius * std::cos(angle), centerY + radius * std::sin(angle)};

@@ -130,11 +130,14 @@ void TBufferedMapLayer::Invalidate() {
 }
 
 void TBufferedMapLayer::Invalidate(bool clearBuffer) {
-    if (clearBuffer) {
-        CancelRender();
-        FPictures.clear();
-    }
+    if (clearBuffer)
+        DropBuffer();
     Invalidate();
+}
+
+void TBufferedMapLayer::DropBuffer() {
+    CancelRender();
+    FPictures.clear();
 }
 
 void TBufferedMapLayer::SetBufferedBitmap(std::unique_ptr<TBufferedBitmap> buffered) {

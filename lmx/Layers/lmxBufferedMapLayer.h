@@ -72,6 +72,8 @@ protected:
     void StartRender(std::shared_ptr<TRenderThreadHandler> handler);
     /// Gives up the render under way, if any; its picture will not be taken.
     void CancelRender();
+    /// Drops the pictures and gives up the render under way, and tells nobody.
+    void DropBuffer();
     /// Goes on showing the picture until another one comes, and gives up the render under way: the next paint starts a
     /// render whatever the area. For content that has changed when the old picture serves meanwhile.
     void OutdateBuffer();

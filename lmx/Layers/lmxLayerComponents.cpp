@@ -10,9 +10,13 @@
 #include <lmx/Controls/Legend/lmxMapViewClassPaletteLegendControl.h>
 #include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
 #include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
+#include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
+#include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
 
 #include <QApplication>
 #include <QPointer>
+
+#include <utility>
 
 namespace lmx {
 
@@ -50,6 +54,33 @@ TBaseLegendControl* CreateRasterLegendControl(const std::shared_ptr<IBaseColorCa
     if (const auto parts = std::dynamic_pointer_cast<IMultipartGradientColorCalculator>(calculator))
         return TMapViewMultipartGradientLegendControl::CreateComp(nullptr, parts);
     return nullptr;
+}
+
+TBaseLegendControl* CreateShapeFileLegendControl(TShpFile* shpFile, TColor color, TLegendColorEvent onColorChanged) {
+    if (!CanHaveControls())
+        return nullptr;
+    return TakeShapeFileLegendControl(TShapeFileLayerLegendControl::CreateComp(nullptr, shpFile, color),
+                                      std::move(onColorChanged));
+}
+
+TBaseLegendControl* TakeShapeFileLegendControl(TBaseLegendControl* supplied, TLegendColorEvent onColorChanged) {
+    auto* control = dynamic_cast<TShapeFileLayerLegendControl*>(supplied);
+    if (control)
+        control->SetOnColorChanged(std::move(onColorChanged));
+    return control;
+}
+
+TBaseLegendControl* CreateVectorFileLegendControl(TColor color, TLegendColorEvent onColorChanged) {
+    if (!CanHaveControls())
+        return nullptr;
+    auto* control = TVectorFileLayerLegendControl::CreateComp(nullptr, color);
+    control->SetOnColorChanged(std::move(onColorChanged));
+    return control;
+}
+
+void ShowLegendColor(TBaseLegendControl* legend, TColor color) {
+    if (auto* control = dynamic_cast<TColorLegendControl*>(legend))
+        control->SetShapeColor(color);
 }
 
 } // namespace lmx

@@ -18,6 +18,7 @@
 #include <lmx/Layers/lmxLayerFactory.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
+#include <lmx/Layers/lmxLayerStackPainter.h>
 #include <lmx/Layers/lmxLayerTypes.h>
 #include <lmx/Layers/lmxPinMapLayer.h>
 #include <lmx/Layers/lmxRasterMapLayer.h>

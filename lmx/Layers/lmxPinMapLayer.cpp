@@ -29,20 +29,21 @@ QString TPinMapLayer::GetLayerTypeName() const {
     return QStringLiteral("Pins");
 }
 
-// The renderer is the host's: it may change the list, go itself, and free the layer.
+// The renderer is the host's: it may change the list, go itself, and free the layer and the view.
 void TPinMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) {
     TBaseLayerManagerLayer::Paint(world, viewport, bitmap);
     if (!FPinRenderer || FPins.IsEmpty())
         return;
     FRenderRects.Clear();
     const TBorrowed self(this);
+    const TBorrowed view(viewport);
     FPins.ForEach([&](TPin* pin) {
         const TMapPoint viewPoint = viewport->MapPointToPoint({pin->GetLon(), pin->GetLat()});
         TFloatRect renderRect;
         const bool isDrawn = FPinRenderer->RenderPin(bitmap, this, pin, viewPoint, renderRect);
         if (self && isDrawn)
             FRenderRects.Add(pin, renderRect);
-        return self && FPinRenderer;
+        return self && FPinRenderer && view;
     });
 }
 

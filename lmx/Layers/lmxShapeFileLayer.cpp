@@ -3,6 +3,8 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Formats/Shapes/lmxShapePointConverter.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Layers/Private/lmxLayerComponents.h>
 #include <lmx/Layers/Render/Private/lmxRenderThreadPool.h>
 #include <lmx/Layers/Render/Private/lmxShapeFileRender.h>
 #include <lmx/Layers/lmxLayerManager.h>
@@ -11,6 +13,9 @@
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <utility>
+
+#include <QObject>
+#include <QPointer>
 
 namespace lmx {
 
@@ -110,13 +115,30 @@ TMapPoint TShapeFileLayer::ProjectMapPoint(extended x, extended y) const {
 
 void TShapeFileLayer::CreateLegendComponent() {
     TBaseShapeLayer::CreateLegendComponent();
+    const TBorrowed self(this); // the factory is a host's
+    const TLegendColorEvent onColorChanged = [self](TBaseLegendControl* sender, TColor color) {
+        if (self)
+            self->Comp_OnColorChanged(sender, color);
+    };
     const auto manager = GetLayerManager();
-    const auto factory = manager ? manager->GetConfig()->GetLayerComponentFactory() : nullptr;
     TBaseLegendControl* control = nullptr;
-    if (factory)
-        factory->GetLegendComponent(this, control);
-    // Only a legend control of shape files is taken.
-    SetLegendComponent(nullptr);
+    if (const auto factory = manager ? manager->GetConfig()->GetLayerComponentFactory() : nullptr) {
+        TBaseLegendControl* supplied = nullptr;
+        if (factory->GetLegendComponent(this, supplied))
+            control = TakeShapeFileLegendControl(supplied, onColorChanged);
+    } else {
+        control = CreateShapeFileLegendControl(GetShpFile(), WinColor(GetColor()), onColorChanged);
+    }
+    if (self)
+        SetLegendComponent(control);
+}
+
+// The colour makes a new legend, and the one that tells is shown the colour only if it still lives.
+void TShapeFileLayer::Comp_OnColorChanged(TBaseLegendControl* sender, TColor color) {
+    const QPointer<QObject> legend = LegendControlObject(sender);
+    SetColor(Color32(color));
+    if (legend)
+        ShowLegendColor(sender, color);
 }
 
 bool TShapeFileLayer::GetHasContent() const {

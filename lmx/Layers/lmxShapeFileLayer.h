@@ -37,7 +37,8 @@ public:
     void SetShpFile(TShpFile* shpFile);
     /// As SetShpFile; the layer owns the file.
     void TakeShpFile(std::unique_ptr<TShpFile> shpFile);
-    /// Takes the file off the layer, and frees it if the layer owns it. The picture stays until the next render.
+    /// Takes the file off the layer, and frees it if the layer owns it. Tells nobody. The last picture stays, stretched
+    /// to wherever the map is moved, until it is dropped: by another colour, another file or Invalidate(true).
     void DeleteShpFile();
     /// Whether the layer frees its file. True after construction.
     bool GetOwnsShpFile() const { return FOwnsShpFile; }
@@ -50,18 +51,21 @@ public:
     /// Where the projection puts a coordinate of the file.
     TMapPoint ProjectMapPoint(extended x, extended y) const;
 
-    /// Asks the host's factory of legend controls. Without one of the class that shape files have, there is none.
+    /// The legend of the file's colour. A host's factory, if there is one, decides: a control of another class than
+    /// TShapeFileLayerLegendControl counts as none.
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Shape file"
     TLayerOptionFlags GetLayerOptionFlags() const override; ///< the base's and lofDuplicate
     using TBaseShapeLayer::Duplicate;
-    /// A layer that reads the file again, converted as the projection file beside it says, and owns it.
+    /// A layer that reads the file again, converted as the projection file beside it says, and owns it. Damaged records
+    /// are skipped if they were in this layer's file.
     /// @throws what TShpFile::LoadFromFile raises.
     std::unique_ptr<TBaseLayerManagerLayer> Duplicate(const std::shared_ptr<ILayerManager>& manager) const override;
     void RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) override;
 
 private:
+    void Comp_OnColorChanged(TBaseLegendControl* sender, TColor color);
     TWorldMapArea AreaOf(const TShpFile& shpFile) const;
     void ShowShpFile(TShpFile* shpFile, const TWorldMapArea& area);
 

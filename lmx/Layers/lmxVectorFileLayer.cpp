@@ -1,6 +1,8 @@
 #include <lmx/Layers/lmxVectorFileLayer.h>
 
 #include <lmx/Formats/Idrisi/lmxVector.h>
+#include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Layers/Private/lmxLayerComponents.h>
 #include <lmx/Layers/Render/Private/lmxVectorFileRender.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 
@@ -30,7 +32,16 @@ void TVectorFileLayer::DeleteVectorFile() {
 
 void TVectorFileLayer::CreateLegendComponent() {
     TBaseShapeLayer::CreateLegendComponent();
-    SetLegendComponent(nullptr);
+    SetLegendComponent(CreateVectorFileLegendControl(WinColor(GetColor()),
+                                                     [self = TBorrowed(this)](TBaseLegendControl*, TColor color) {
+                                                         if (self)
+                                                             self->Comp_OnColorChanged(color);
+                                                     }));
+}
+
+void TVectorFileLayer::Comp_OnColorChanged(TColor color) {
+    DropBuffer();
+    SetColor(Color32(color));
 }
 
 bool TVectorFileLayer::GetHasContent() const {

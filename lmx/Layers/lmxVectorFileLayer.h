@@ -18,12 +18,14 @@ public:
     ~TVectorFileLayer() override;
 
     TVector* GetVectorFile() const { return FVectorFile.get(); } ///< or nil
-    /// Shows another file, or none with nil. The old picture stays until there is a new one; the layer's area stays.
+    /// Shows another file. The old picture stays until there is a new one; the layer's area stays. With nil there is
+    /// never a new one: the old picture stays as after DeleteVectorFile.
     void SetVectorFile(std::unique_ptr<TVector> vectorFile);
-    /// Frees the file. The picture stays until the next render.
+    /// Frees the file. Tells nobody. The last picture stays, stretched to wherever the map is moved, until it is
+    /// dropped: by another colour or Invalidate(true), or replaced by that of another file.
     void DeleteVectorFile();
 
-    /// Takes the legend control off: vectors have none.
+    /// The legend of the vectors' colour.
     void CreateLegendComponent() override;
     bool GetHasContent() const override;                    ///< whether there is a file
     QString GetLayerTypeName() const override;              ///< "Vector"
@@ -35,6 +37,7 @@ public:
     void RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) override;
 
 private:
+    void Comp_OnColorChanged(TColor color);
     std::unique_ptr<TVector> FVectorFile;
 };
 

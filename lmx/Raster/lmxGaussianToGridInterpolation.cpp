@@ -147,6 +147,74 @@ double LinearSpacing(std::span<const float> axis) {
     return static_cast<double>(extent / static_cast<extended>(axis.size()));
 }
 
+/// How model output comes onto an even grid: everything that is known before the work.
+class TGridPlan {
+public:
+    TGridPlan(std::span<const float> lats, std::span<const float> lons, std::span<const float> data,
+              double missingValue, bool bestGuessEdges)
+        : FData(data) {
+        CheckAxes(lats, lons, data);
+        WithinMemory([&] {
+            FInterpolation.FXVals.assign(lons.begin(), lons.end());
+            FInterpolation.FYVals.assign(lats.begin(), lats.end());
+        });
+        FDescends = lats.back() < lats.front();
+        if (FDescends)
+            FInterpolation.FYVals = SingleArrayReverse(std::move(FInterpolation.FYVals));
+        FGeometry.Res = std::min(SmallestGap(FInterpolation.FYVals), SmallestGap(FInterpolation.FXVals)) / 2;
+        FGeometry.Left = static_cast<double>(Floor(lons.front()));
+        FGeometry.Top = static_cast<double>(Floor(FInterpolation.FYVals.front()));
+        FGeometry.Right = static_cast<double>(Ceil(lons.back()));
+        FGeometry.Bottom = static_cast<double>(Ceil(FInterpolation.FYVals.back()));
+        FInterpolation.FXWrapsAround = SameValue(FGeometry.Right - FGeometry.Left, 360.0);
+        FInterpolation.FMissingValue = static_cast<float>(missingValue);
+        FInterpolation.FBestGuessEdges = bestGuessEdges;
+    }
+
+    /// Whether there is room for the grid and for an image of it.
+    void NeedMemoryForImage() const {
+        const std::int64_t cells =
+            std::int64_t{CountOfSteps(Width(), Resolution())} * CountOfSteps(Height(), Resolution());
+        if (cells <= MaxCells) // what is larger is refused for that
+            NeedMemoryFor<float>(2 * static_cast<std::uint64_t>(cells));
+    }
+
+    TSingleGrid Run(TInterpolatedInfo& info) const {
+        TSingleGrid source = SingleArray1DTo2D(FData, FInterpolation.FXVals.size(), FInterpolation.FYVals.size());
+        if (FDescends)
+            source = SingleArrayArrayReverse(std::move(source));
+        TInterpolatedInfo geometry = FGeometry;
+        TSingleGrid grid = FInterpolation.Interpolate(Width(), Height(), static_cast<float>(geometry.Left),
+                                                      static_cast<float>(geometry.Top), Resolution(), source,
+                                                      geometry.NumRows, geometry.NumCols);
+        info = geometry;
+        return grid;
+    }
+
+private:
+    static void CheckAxes(std::span<const float> lats, std::span<const float> lons, std::span<const float> data) {
+        if (lats.empty())
+            throw EArgumentException(QStringLiteral("Lats"));
+        if (lons.empty())
+            throw EArgumentException(QStringLiteral("Lons"));
+        if (data.empty())
+            throw EArgumentException(QStringLiteral("Data"));
+        CheckDataLength(lats, lons, data);
+        if (lats.size() < 2 || lons.size() < 2)
+            RefuseSpacing();
+    }
+
+    static float Extent(double a, double b) { return static_cast<float>(std::max(a, b) - std::min(a, b)); }
+    float Width() const { return Extent(FGeometry.Left, FGeometry.Right); }
+    float Height() const { return Extent(FGeometry.Top, FGeometry.Bottom); }
+    float Resolution() const { return static_cast<float>(FGeometry.Res); }
+
+    std::span<const float> FData;
+    TGaussianToGridInterpolation FInterpolation;
+    TInterpolatedInfo FGeometry;
+    bool FDescends = false;
+};
+
 } // namespace
 
 TSingleGrid TGaussianToGridInterpolation::Interpolate(float width, float height, float startX, float startY,
@@ -188,42 +256,7 @@ TSingleGrid TGaussianToGridInterpolation::InterpolateCells(std::int32_t columnCo
 
 TSingleGrid InterpolateGrid(std::span<const float> lats, std::span<const float> lons, std::span<const float> data,
                             double missingValue, bool bestGuessEdges, TInterpolatedInfo& info) {
-    if (lats.empty())
-        throw EArgumentException(QStringLiteral("Lats"));
-    if (lons.empty())
-        throw EArgumentException(QStringLiteral("Lons"));
-    if (data.empty())
-        throw EArgumentException(QStringLiteral("Data"));
-    CheckDataLength(lats, lons, data);
-    if (lats.size() < 2 || lons.size() < 2)
-        RefuseSpacing();
-
-    TGaussianToGridInterpolation interpolation;
-    interpolation.FXVals.assign(lons.begin(), lons.end());
-    interpolation.FYVals.assign(lats.begin(), lats.end());
-    const bool descends = lats.back() < lats.front();
-    if (descends)
-        interpolation.FYVals = SingleArrayReverse(std::move(interpolation.FYVals));
-    TInterpolatedInfo geometry;
-    geometry.Res = std::min(SmallestGap(interpolation.FYVals), SmallestGap(interpolation.FXVals)) / 2;
-    geometry.Left = static_cast<double>(Floor(lons.front()));
-    geometry.Top = static_cast<double>(Floor(interpolation.FYVals.front()));
-    geometry.Right = static_cast<double>(Ceil(lons.back()));
-    geometry.Bottom = static_cast<double>(Ceil(interpolation.FYVals.back()));
-    const double width = std::max(geometry.Left, geometry.Right) - std::min(geometry.Left, geometry.Right);
-    const double height = std::max(geometry.Top, geometry.Bottom) - std::min(geometry.Top, geometry.Bottom);
-    interpolation.FXWrapsAround = SameValue(geometry.Right - geometry.Left, 360.0);
-    interpolation.FMissingValue = static_cast<float>(missingValue);
-    interpolation.FBestGuessEdges = bestGuessEdges;
-
-    TSingleGrid source = SingleArray1DTo2D(data, lons.size(), lats.size());
-    if (descends)
-        source = SingleArrayArrayReverse(std::move(source));
-    TSingleGrid grid = interpolation.Interpolate(
-        static_cast<float>(width), static_cast<float>(height), static_cast<float>(geometry.Left),
-        static_cast<float>(geometry.Top), static_cast<float>(geometry.Res), source, geometry.NumRows, geometry.NumCols);
-    info = geometry;
-    return grid;
+    return TGridPlan(lats, lons, data, missingValue, bestGuessEdges).Run(info);
 }
 
 std::unique_ptr<TRealImage> CreateImageFromGrid(float minX, float minY, float maxX, float maxY, float resolution,
@@ -267,8 +300,10 @@ std::unique_ptr<TRealImage> CreateImageFromGrid(float minX, float minY, float ma
 std::unique_ptr<TRealImage> InterpolateAndCreateImageFromGrid(std::span<const float> lats, std::span<const float> lons,
                                                               std::span<const float> data, float missingValue,
                                                               bool bestGuessEdges) {
+    const TGridPlan plan(lats, lons, data, missingValue, bestGuessEdges);
+    plan.NeedMemoryForImage();
     TInterpolatedInfo info;
-    const TSingleGrid grid = InterpolateGrid(lats, lons, data, missingValue, bestGuessEdges, info);
+    const TSingleGrid grid = plan.Run(info);
     return CreateImageFromGrid(static_cast<float>(info.Left), static_cast<float>(info.Top),
                                static_cast<float>(info.Right), static_cast<float>(info.Bottom),
                                static_cast<float>(info.Res), info.NumCols, info.NumRows, grid);

@@ -73,7 +73,8 @@ LMX_EXPORT std::unique_ptr<TRealImage> CreateImageFromGrid(float minX, float min
                                                            float resolution, std::int32_t numCols, std::int32_t numRows,
                                                            const TSingleGrid& grid);
 
-/// CreateImageFromGrid of what InterpolateGrid gives, and its exceptions.
+/// CreateImageFromGrid of what InterpolateGrid gives, and its exceptions; EOutOfMemory, before any work, if there is no
+/// room for grid and image.
 LMX_EXPORT std::unique_ptr<TRealImage> InterpolateAndCreateImageFromGrid(std::span<const float> lats,
                                                                          std::span<const float> lons,
                                                                          std::span<const float> data,

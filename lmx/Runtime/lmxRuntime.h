@@ -4,6 +4,7 @@
 
 #include <lmx/Runtime/lmxAnchors.h>
 #include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxCores.h>
 #include <lmx/Runtime/lmxDictionary.h>
 #include <lmx/Runtime/lmxEvent.h>
 #include <lmx/Runtime/lmxEventList.h>
@@ -23,5 +24,6 @@
 #include <lmx/Runtime/lmxTextStreams.h>
 #include <lmx/Runtime/lmxThread.h>
 #include <lmx/Runtime/lmxThreadPool.h>
+#include <lmx/Runtime/lmxValueList.h>
 #include <lmx/Runtime/lmxWeakReference.h>
 #include <lmx/Runtime/lmxXml.h>

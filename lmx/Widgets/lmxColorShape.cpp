@@ -1,6 +1,7 @@
 #include <lmx/Widgets/lmxColorShape.h>
 
 #include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Widgets/Private/lmxColorField.h>
 #include <lmx/Widgets/Private/lmxDeviceGrid.h>
 #include <lmx/Widgets/lmxColorChooser.h>
 #include <lmx/Widgets/lmxEventGuard.h>
@@ -8,6 +9,7 @@
 #include <QColor>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 
@@ -28,9 +30,10 @@ void TColorShape::SetColor(TColor color) {
 }
 
 void TColorShape::SelectColor() {
+    const QPointer<TColorShape> self(this); // it may go while the user chooses
     const auto chooser = TColorChooserFactory::GetObject();
     chooser->SetColor(FColor);
-    if (chooser->Execute(window()))
+    if (chooser->Execute(window()) && self)
         SetColor(chooser->GetColor());
 }
 
@@ -43,8 +46,10 @@ void TColorShape::paintEvent(QPaintEvent*) {
         mark.backgroundColor = palette().color(QPalette::Window);
         style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, this);
     }
-    DrawBoxOnGrid(painter, rect().adjusted(FocusRoom, FocusRoom, -FocusRoom, -FocusRoom),
-                  palette().color(QPalette::WindowText), QColor::fromRgb(Color32(FColor)));
+    const QRect field = rect().adjusted(FocusRoom, FocusRoom, -FocusRoom, -FocusRoom);
+    DrawImageOnGrid(
+        painter, field.topLeft(),
+        RenderColorField(field.size(), devicePixelRatioF(), Color32(FColor), palette().color(QPalette::WindowText)));
 }
 
 // The choice begins with the press, whichever button it is; the release belongs to what came up since.

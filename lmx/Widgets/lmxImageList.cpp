@@ -20,7 +20,7 @@ TImageList::TPicture TImageList::Replace(int index, TPicture picture) {
 QImage TImageList::GetImage(int index, double ratio, const QColor& ink) const {
     if (!Contains(index))
         return {};
-    const TPicture& picture = FPictures[static_cast<std::size_t>(index)];
+    const TPicture picture = FPictures[static_cast<std::size_t>(index)]; // it may replace itself
     return picture ? picture(ratio, ink) : QImage();
 }
 

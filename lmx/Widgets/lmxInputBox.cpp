@@ -1,5 +1,6 @@
 #include <lmx/Widgets/lmxInputBox.h>
 
+#include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 
 #include <QInputDialog>
@@ -11,11 +12,11 @@ namespace {
 class TQtInputBoxService final : public IInputBoxService {
 public:
     QString InputBox(const QString& title, const QString& prompt, const QString& defaultText) override {
-        QInputDialog dialog;
-        dialog.setWindowTitle(title);
-        dialog.setLabelText(prompt);
-        dialog.setTextValue(defaultText);
-        return dialog.exec() == QDialog::Accepted ? dialog.textValue() : defaultText;
+        TOwnedDialog<QInputDialog> dialog(nullptr);
+        dialog->setWindowTitle(title);
+        dialog->setLabelText(prompt);
+        dialog->setTextValue(defaultText);
+        return dialog.Execute() == QDialog::Accepted ? dialog->textValue() : defaultText;
     }
 };
 

@@ -3,7 +3,11 @@
 #include <lmx/Widgets/Private/lmxFormHeading.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 
+#include <QAbstractSpinBox>
+#include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -13,6 +17,31 @@ namespace {
 
 constexpr int Margin = 12;
 constexpr int Spacing = 8;
+
+bool IsEnter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+bool TakesTabKey(const QWidget& widget) {
+    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isEnabled() && !widget.isHidden();
+}
+
+/// The control of the tab key after `first` in the window's order; nil if there is none.
+QWidget* NextControl(QWidget& first) {
+    for (QWidget* next = first.nextInFocusChain(); next != &first; next = next->nextInFocusChain())
+        if (TakesTabKey(*next))
+            return next;
+    return nullptr;
+}
+
+void SelectText(QWidget* control) {
+    if (auto* edit = qobject_cast<QLineEdit*>(control))
+        edit->selectAll();
+    else if (auto* number = qobject_cast<QAbstractSpinBox*>(control))
+        number->selectAll();
+    else if (auto* choice = qobject_cast<QComboBox*>(control); choice && choice->isEditable())
+        choice->lineEdit()->selectAll();
+}
 
 } // namespace
 
@@ -30,7 +59,25 @@ TModalDialog::TModalDialog(const QString& caption, const QString& heading, QWidg
 }
 
 TModalResult TModalDialog::ShowModal() {
-    return static_cast<TModalResult>(exec());
+    const auto result = static_cast<TModalResult>(exec()); // Qt's 0 if it is gone or was hidden
+    return result == TModalResult::mrNone ? TModalResult::mrCancel : result;
+}
+
+// Push buttons and controls that have a use for the enter key have taken it before.
+void TModalDialog::keyPressEvent(QKeyEvent* event) {
+    if (!IsEnter(*event) || !event->isAutoRepeat())
+        QDialog::keyPressEvent(event);
+}
+
+void TModalDialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (event->spontaneous())
+        return;
+    QWidget* start = focusWidget() ? focusWidget() : NextControl(*this);
+    if (!start)
+        return;
+    start->setFocus(Qt::TabFocusReason);
+    SelectText(start);
 }
 
 void TModalDialog::AddButtons() {
@@ -39,7 +86,6 @@ void TModalDialog::AddButtons() {
     ok->setDefault(true);
     auto* cancel = new QPushButton(QStringLiteral("&Cancel"), this);
     cancel->setObjectName(QStringLiteral("btnCancel"));
-    cancel->setAutoDefault(false);
     GuardClick(ok, [this] { OkClick(); });
     GuardClick(cancel, [this] { reject(); });
 

@@ -14,13 +14,17 @@ namespace lmx {
 /// How a dialog was closed. These are also the numbers of QDialog::result and of the signal `finished`.
 enum class TModalResult { mrNone, mrOk, mrCancel, mrAbort, mrRetry, mrIgnore, mrYes, mrNo };
 
-/// A dialog with a heading, room for its controls, and the buttons "&OK" (also the enter key) and "&Cancel" (also
-/// Escape and the window's close button). A derived constructor adds its controls to GetContent in the order of the tab
-/// key and calls AddButtons at its end. Push buttons of its own need setAutoDefault(false), or the enter key presses
-/// them.
+/// A dialog with a heading, room for its controls, and the buttons "&OK" and "&Cancel". A derived constructor adds its
+/// controls to GetContent in the order of the tab key and calls AddButtons at its end.
+///
+/// The enter key presses the push button that has the keyboard, and elsewhere OK; the key that opened a dialog and is
+/// still held does not confirm it. Escape and the window's close button cancel. When the
+/// dialog comes up, the keyboard is on the first control of the tab key, or on the one that has been given it, and a
+/// text there is selected to be typed over.
 class LMX_EXPORT TModalDialog : public QDialog {
 public:
-    /// Shows the dialog and waits until it is closed: mrOk or mrCancel.
+    /// Shows the dialog and waits until it is closed: mrOk or mrCancel. A dialog that is destroyed or hidden meanwhile
+    /// is cancelled. Callers that do not own it use TOwnedDialog.
     TModalResult ShowModal();
     TModalResult GetModalResult() const { return static_cast<TModalResult>(result()); }
 
@@ -33,6 +37,9 @@ protected:
     void AddButtons();
     /// The OK button was pressed. Here: closes with mrOk. What an override raises is shown, and the dialog stays.
     virtual void OkClick() { accept(); }
+
+    void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     QVBoxLayout* FContent;

@@ -2,11 +2,14 @@
 
 /// Everything that a host may use of this room: the paint box, buttons, lists and the replaceable services.
 
+#include <lmx/Widgets/lmxAnchorEditor.h>
 #include <lmx/Widgets/lmxBaseToggleButton.h>
 #include <lmx/Widgets/lmxClipboard.h>
+#include <lmx/Widgets/lmxColor32Button.h>
 #include <lmx/Widgets/lmxColorChooser.h>
 #include <lmx/Widgets/lmxColorShape.h>
 #include <lmx/Widgets/lmxCursor.h>
+#include <lmx/Widgets/lmxDrawnListView.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxExternalResources.h>
 #include <lmx/Widgets/lmxFileDialog.h>
@@ -14,6 +17,9 @@
 #include <lmx/Widgets/lmxGlyphPainter.h>
 #include <lmx/Widgets/lmxImageList.h>
 #include <lmx/Widgets/lmxInputBox.h>
+#include <lmx/Widgets/lmxListKeys.h>
+#include <lmx/Widgets/lmxListPanel.h>
+#include <lmx/Widgets/lmxListRows.h>
 #include <lmx/Widgets/lmxModalDialog.h>
 #include <lmx/Widgets/lmxMsgBox.h>
 #include <lmx/Widgets/lmxOwnedDialog.h>

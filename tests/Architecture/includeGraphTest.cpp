@@ -174,8 +174,9 @@ TEST(IncludeGraph, OwnHeadersComeFirst) {
         const qsizetype name = own.lastIndexOf(u'/') + 1;
         if (const QString hidden = own.left(name) + QStringLiteral("Private/") + own.mid(name); paths.contains(hidden))
             own = hidden;
-        if (paths.contains(own))
+        if (paths.contains(own)) {
             EXPECT_EQ(IncludesOf(file.Text).value(0), own) << file.Path.toStdString();
+        }
     }
 }
 

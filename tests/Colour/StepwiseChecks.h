@@ -1,18 +1,23 @@
 #pragma once
 
+#include <lmx/Colour/Steps/Private/lmxColorPieceTable.h>
+#include <lmx/Colour/Steps/Private/lmxLayerOpacity.h>
 #include <lmx/Colour/Steps/Private/lmxStepwiseColorCalculator.h>
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Colour/lmxBitmap32RasterRenderer.h>
+#include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <tests/Colour/RasterFakes.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <random>
+#include <span>
 #include <vector>
 
 // Whether the colours that a calculator tells in advance are those that it gives when asked.
@@ -72,12 +77,30 @@ inline void ExpectTheCalculatorsColors(const IBaseColorCalculator& calculator, c
     }
 }
 
-/// As above, for a calculator that must be able to tell its colours.
+/// Compares the colours that the calculator's pieces give to values with its own answers.
+inline void ExpectPiecesWithTheCalculatorsColors(const IBaseColorCalculator& calculator,
+                                                 const std::vector<float>& values) {
+    const auto pieces = dynamic_cast<const TStepwiseColorCalculator&>(calculator).GetColorPieces();
+    ASSERT_NE(pieces, nullptr);
+    const TColorPieceTable table(*pieces, TLayerOpacity(1));
+    std::vector<TColor32> colors(TColorTable::BlockSize);
+    for (std::size_t at = 0; at < values.size(); at += colors.size()) {
+        const auto block = std::span(values).subspan(at, std::min(colors.size(), values.size() - at));
+        table.GetColors(block, colors.data());
+        for (std::size_t i = 0; i < block.size(); ++i)
+            ASSERT_EQ(colors[i], calculator.GetColor(block[i])) << std::hexfloat << block[i];
+    }
+}
+
+/// As above, for a calculator that must be able to tell its colours; a gradient in both ways.
 inline void ExpectStepsWithTheCalculatorsColors(const IBaseMinMaxColorCalculator& calculator, int count,
                                                 std::uint32_t seed) {
     const auto steps = dynamic_cast<const TStepwiseColorCalculator&>(calculator).GetColorSteps();
     ASSERT_NE(steps, nullptr);
-    ExpectTheCalculatorsColors(calculator, TellingValues(calculator, &*steps, count, seed));
+    const std::vector<float> values = TellingValues(calculator, &*steps, count, seed);
+    ExpectTheCalculatorsColors(calculator, values);
+    if (dynamic_cast<const IGradientColorCalculator*>(&calculator))
+        ExpectPiecesWithTheCalculatorsColors(calculator, values);
 }
 
 } // namespace lmx::tests

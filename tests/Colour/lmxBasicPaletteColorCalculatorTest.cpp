@@ -1,5 +1,6 @@
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <tests/Colour/StepwiseChecks.h>
 #include <tests/Support/Printers.h>
 
 #include <gtest/gtest.h>
@@ -162,6 +163,23 @@ TEST(BasicPaletteColorCalculator, ANilSourceIsRefused) {
                   TBasicPaletteColorCalculatorFactory::GetObject(std::shared_ptr<IBasicPaletteColorCalculator>());
               }),
               "TBasicPaletteColorCalculatorFactory.GetObject: argument source is nil");
+}
+
+TEST(BasicPaletteColorCalculator, IsMadeOfAListInBraces) {
+    const auto calculator =
+        TBasicPaletteColorCalculatorFactory::GetObject({0, 10}, {{QStringLiteral("a"), 7}, {QString(), 8}}, false);
+    EXPECT_EQ(calculator->GetColor(4), 7U);
+    EXPECT_EQ(calculator->GetColor(10), 8U);
+}
+
+TEST(BasicPaletteColorCalculator, PicturesAreRightForManyEntries) {
+    for (const int count : {66000, 100000}) {
+        std::vector<TColorKeyItem> items;
+        for (int i = 0; i < count; ++i)
+            items.emplace_back(QString(), 0xFF000000U + static_cast<TColor32>(i) * 70001);
+        const auto calculator = TBasicPaletteColorCalculatorFactory::GetObject({-50, 50}, items, true);
+        tests::ExpectTheCalculatorsColors(*calculator, tests::TellingValues(*calculator, nullptr, 50000, 6));
+    }
 }
 
 } // namespace

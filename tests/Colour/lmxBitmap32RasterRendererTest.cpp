@@ -10,12 +10,15 @@
 #include <tests/Colour/RasterFakes.h>
 #include <tests/Colour/StepwiseChecks.h>
 #include <tests/Support/Printers.h>
+#include <tests/Support/SharedCores.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <span>
+#include <thread>
+#include <utility>
 
 namespace lmx {
 namespace {
@@ -201,6 +204,80 @@ TEST_P(RenderedShape, IsTheSameFromEverySourceAndEqualsTheRule) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Widths, RenderedShape, testing::Values(1, 2, 255, 256, 257, 600));
+
+/// Rows as a host would keep them, which tell on which thread they were asked for.
+struct TRowsOfAHost : TTestMapData, ICookieData, IRasterRows {
+    TTestCookieData Cookie;
+    std::int32_t FirstRowElsewhere; ///< from this row on the cells have to be asked for one by one
+    std::thread::id Owner = std::this_thread::get_id();
+
+    TRowsOfAHost(std::int32_t width, std::int32_t height, std::vector<float> cells, std::vector<std::uint8_t> cookies,
+                 std::int32_t firstRowElsewhere)
+        : TTestMapData(width, height, std::move(cells)),
+          Cookie(width, height, std::move(cookies)),
+          FirstRowElsewhere(firstRowElsewhere) {}
+
+    std::int32_t GetWidth() const override { return Width; }
+    std::int32_t GetHeight() const override { return Height; }
+    float GetMapCell(std::int32_t x, std::int32_t y) const override {
+        EXPECT_EQ(std::this_thread::get_id(), Owner);
+        return TTestMapData::GetMapCell(x, y);
+    }
+    std::uint8_t GetCookieCell(std::int32_t x, std::int32_t y) const override {
+        EXPECT_EQ(std::this_thread::get_id(), Owner);
+        return Cookie.GetCookieCell(x, y);
+    }
+    const float* GetMapRow(std::int32_t y) const override {
+        EXPECT_EQ(std::this_thread::get_id(), Owner);
+        return y < FirstRowElsewhere ? Cells.data() + static_cast<std::ptrdiff_t>(y) * Width : nullptr;
+    }
+    const std::uint8_t* GetCookieRow(std::int32_t y) const override {
+        EXPECT_EQ(std::this_thread::get_id(), Owner);
+        return y < FirstRowElsewhere ? Cookie.Cells.data() + static_cast<std::ptrdiff_t>(y) * Width : nullptr;
+    }
+};
+
+class RenderedOnCores : public testing::TestWithParam<int> {};
+
+TEST_P(RenderedOnCores, IsTheSamePicture) {
+    tests::TRandom random(31);
+    const auto calculator = TGradientColorCalculatorFactory::GetObject(
+        0.0F, 10.0F, 0x40506070U,
+        TGradientFactory::GetObject(std::vector<TColorStop>{{0, 0xFF102030U}, {0.6, 0x80FFA000U}, {1, 0xFFFFFFFFU}}));
+    for (int round = 0; round < 150; ++round) {
+        const auto width = static_cast<std::int32_t>(random.Below(round % 3 == 0 ? 700 : 20));
+        const auto height = static_cast<std::int32_t>(random.Below(round % 3 == 0 ? 20 : 70));
+        const auto cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+        std::vector<float> numbers(cells);
+        std::vector<std::uint8_t> cookies(cells);
+        for (std::size_t i = 0; i < cells; ++i) {
+            cookies[i] = static_cast<std::uint8_t>(random.Below(3));
+            numbers[i] = static_cast<float>(12 * random.Unit() - 1);
+        }
+        for (const std::int32_t firstRowElsewhere : {height, height / 2, 0}) {
+            const TRowsOfAHost raster(width, height, numbers, cookies, firstRowElsewhere);
+            const auto alone = Renderer.Render(&raster, &raster, 0.7F, calculator.get());
+            const tests::TSharedCores shared(GetParam());
+            const auto together = Renderer.Render(&raster, &raster, 0.7F, calculator.get());
+            ASSERT_EQ(PixelsOf(*together), PixelsOf(*alone)) << width << " x " << height;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cores, RenderedOnCores, testing::Values(2, 5));
+
+TEST(RasterRenderer, AHostsCalculatorStaysOnTheCallersThreadOnAnyNumberOfCores) {
+    const tests::TSharedCores shared(4);
+    const TTestImage image(50, 40, std::vector<float>(2000, 3));
+    const TIdrisiImageMapData cached(&image, true);
+    const std::thread::id caller = std::this_thread::get_id();
+    const TTestCalculator calculator([caller](float value) {
+        EXPECT_EQ(std::this_thread::get_id(), caller);
+        return NumberAsOpaqueColor(value);
+    });
+    Renderer.Render(&cached, &cached, 1, &calculator);
+    EXPECT_EQ(calculator.Asked.size(), 2000U);
+}
 
 TEST(RasterRenderer, TestsItsArgumentsInOrder) {
     const TTestCookieData cookie(2, 2);

@@ -197,6 +197,94 @@ TEST(PicturesOfClasses, AreRightForRandomClasses) {
         ExpectRightPictures(RandomBounds(random, random.Below(60) - 30), 5000, random.Bits());
 }
 
+TEST(PicturesOfClasses, AreRightForManyClasses) {
+    tests::TRandom random(12);
+    for (const int count : {2001, 30000}) {
+        TBounds bounds;
+        for (int i = 0; i < count; ++i) {
+            const auto min = static_cast<float>(random.Below(count)) * 0.01F;
+            const float width = random.Below(50) ? static_cast<float>(random.Unit()) * 0.02F : 1;
+            bounds.emplace_back(random.Below(500) ? min : NaN, random.Below(500) ? min + width : -min);
+        }
+        ExpectRightPictures(bounds, 5000, random.Bits());
+    }
+}
+
+/// The meaning of classes: a walk through the list.
+const TColorClass* ClassByWalking(const TObjectList<TColorClass>& classes, TOutOfRangePolicy policy, float value) {
+    for (const TColorClass* item : classes)
+        if (item->InRange(value))
+            return item;
+    if (policy != ClosestMatch || classes.IsEmpty())
+        return nullptr;
+    const TColorClass* lowest = classes[0];
+    const TColorClass* highest = classes[0];
+    for (const TColorClass* item : classes) {
+        lowest = item->GetMinValue() < lowest->GetMinValue() ? item : lowest;
+        highest = item->GetMaxValue() > highest->GetMaxValue() ? item : highest;
+    }
+    if (!(value > lowest->GetMinValue()))
+        return lowest;
+    return value >= highest->GetMaxValue() ? highest : nullptr;
+}
+
+TEST(ClassesByHalving, AreThoseOfAWalk) {
+    tests::TRandom random(13);
+    for (int round = 0; round < 100; ++round) {
+        const TBounds bounds = RandomBounds(random, random.Below(60) - 30);
+        const auto classes = ClassesOf(bounds);
+        for (float value : TellingValues(bounds, 300, random.Bits()))
+            for (const auto policy : {ReturnNil, ClosestMatch})
+                ASSERT_EQ(classes->GetClass(policy, value), ClassByWalking(classes->GetClasses(), policy, value))
+                    << std::hexfloat << value;
+    }
+}
+
+TEST(ClassesByHalving, SeeEachChange) {
+    const auto classes = ClassesOf({{0, 10}, {5, 20}});
+    TObjectList<TColorClass>& list = classes->GetClasses();
+    TColorClass* const first = list[0];
+    TColorClass* const second = list[1];
+    const auto at = [&](float value) { return classes->GetClass(ReturnNil, value); };
+    EXPECT_EQ(at(7), first);
+    list.Move(0, 1);
+    EXPECT_EQ(at(7), second);
+    second->SetMinValue(8);
+    EXPECT_EQ(at(7), first);
+    first->SetMaxValue(6);
+    EXPECT_EQ(at(7), nullptr);
+    *first = TColorClass(QString(), 7, 7, 1);
+    EXPECT_EQ(at(7), first);
+    first->DeSerialize(QStringLiteral("(\"\":30:40:#FF000001)"));
+    EXPECT_EQ(at(35), first);
+    const auto taken = list.Extract(first);
+    EXPECT_EQ(at(35), nullptr);
+    EXPECT_EQ(at(9), second);
+    list.Clear();
+    EXPECT_EQ(at(9), nullptr);
+}
+
+TEST(ClassesByHalving, StayThroughChangesElsewhere) {
+    const auto calculator = CalculatorOf({{0, 10}, {NaN, 20}}, ReturnNil);
+    const auto steps = StepsOf(*calculator);
+    const auto other = ClassesOf({{0, 10}});
+    other->GetClasses()[0]->SetMaxValue(3);
+    EXPECT_EQ(StepsOf(*calculator), steps);
+    calculator->GetColorClasses()->GetClasses()[0]->SetColor(5);
+    EXPECT_NE(StepsOf(*calculator), steps);
+}
+
+TEST(ColorClassCalculator, IsMadeOfAListInBracesOrOfNothing) {
+    const auto calculator =
+        TColorClassCalculatorFactory::GetObject({{QStringLiteral("Dry"), 0, 50, 7}, {{}, 50, 60, 8}});
+    EXPECT_EQ(calculator->GetColor(50), 7U);
+    EXPECT_EQ(calculator->GetColor(60), 8U);
+    const IColorClasses& readable = *calculator->GetColorClasses();
+    EXPECT_EQ(readable.GetClasses().Count(), 2);
+    EXPECT_EQ(readable.GetClasses()[0]->GetName(), QStringLiteral("Dry"));
+    EXPECT_EQ(TColorClassCalculatorFactory::GetObject(nullptr)->GetColorClasses(), nullptr);
+}
+
 TEST(PicturesOfClasses, AreAskedForCellByCellWhereTheClassesCannotTell) {
     EXPECT_FALSE(StepsOf(*TColorClassCalculatorFactory::GetObject()));
 }

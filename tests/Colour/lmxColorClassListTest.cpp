@@ -284,6 +284,12 @@ TEST(ColorClasses, AreCopiedClassByClass) {
     EXPECT_EQ(ContentOf(*copy), (TClasses{A, B}));
 }
 
+TEST(ColorClasses, AreMadeOfAListInBraces) {
+    const auto list = TColorClassesFactory::GetObject({A, B});
+    EXPECT_EQ(ContentOf(*list), (TClasses{A, B}));
+    EXPECT_EQ(TColorClassesFactory::GetObject({{QStringLiteral("Dry"), 0, 50, 7}})->GetClasses()[0]->GetMaxValue(), 50);
+}
+
 TEST(ColorClasses, RefuseNilSources) {
     EXPECT_EQ(
         MessageOf<EExArgumentNilException>([] { TColorClassesFactory::GetObject(std::shared_ptr<IColorClasses>()); }),

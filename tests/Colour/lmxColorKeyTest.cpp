@@ -143,5 +143,11 @@ TEST(ColorKey, ACopyIsIndependent) {
               "TColorKeyFactory.GetObject: argument source is nil");
 }
 
+TEST(ColorKey, IsMadeOfAListInBraces) {
+    const std::shared_ptr<const IColorKey> key =
+        TColorKeyFactory::GetObject({{QStringLiteral("a"), 1}, {QString(), 2}});
+    EXPECT_EQ(key->GetColors(), (TItems{{QStringLiteral("a"), 1}, {QString(), 2}}));
+}
+
 } // namespace
 } // namespace lmx

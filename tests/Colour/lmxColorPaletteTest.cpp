@@ -69,6 +69,13 @@ TEST_F(ColorPalette, RefusesComponentsOutsideAByte) {
               "'1.0' is not a valid integer value");
 }
 
+TEST_F(ColorPalette, NamesTheFirstBadNumberOfALine) {
+    EXPECT_EQ(MessageOf<EConvertError>([&] { Loaded("QUORVAN45PAL\n1 b c d\n"); }), "'b' is not a valid integer value");
+    EXPECT_EQ(MessageOf<EConvertError>([&] { Loaded("QUORVAN45PAL\n300 2 x 4\n"); }),
+              "'300' is not a valid color component");
+    EXPECT_EQ(MessageOf<EConvertError>([&] { Loaded("QUORVAN45PAL\na b c d\n"); }), "'a' is not a valid integer value");
+}
+
 TEST_F(ColorPalette, AnEmptyFileIsInvalid) {
     TColorPalette palette = {9};
     FileOf("");

@@ -50,6 +50,11 @@ std::shared_ptr<IGradientData> Load(const char* text) {
     return data;
 }
 
+TEST(GradientData, GroupsCanBeReadOnly) {
+    const std::shared_ptr<const IGradientData> data = TGradientDataFactory::GetObject();
+    EXPECT_TRUE(data->GetGroups().IsEmpty());
+}
+
 TEST(GradientData, IsEmptyAfterConstruction) {
     const auto data = TGradientDataFactory::GetObject();
     EXPECT_TRUE(data->GetGroups().IsEmpty());

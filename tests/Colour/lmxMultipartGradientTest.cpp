@@ -165,6 +165,7 @@ void ExpectRightPictures(const IMultipartGradientColorCalculator& calculator,
         for (float bound : {min, max})
             values.insert(values.end(), {bound, std::nextafter(bound, Inf), std::nextafter(bound, -Inf)});
     tests::ExpectTheCalculatorsColors(calculator, values);
+    tests::ExpectPiecesWithTheCalculatorsColors(calculator, values);
 }
 
 TEST_P(PictureOfParts, HasTheColorOfEachValue) {
@@ -218,7 +219,7 @@ TEST(PicturesOfParts, AreAskedForCellByCellWhereAVisiblePartMayRaise) {
 /// A host's own part: its colours are the values.
 class THostPart final : public TBaseMinMaxColorCalculator, public IGradientColorCalculator {
 public:
-    THostPart() : TBaseMinMaxColorCalculator(0, 100) {}
+    explicit THostPart(float min = 0, float max = 100) : TBaseMinMaxColorCalculator(min, max) {}
     TColor32 GetColor(float value) const override { return static_cast<TColor32>(value); }
     std::shared_ptr<IBaseColorCalculator> Clone() const override { return std::make_shared<THostPart>(); }
     std::shared_ptr<IBaseColorCalculator> Clone(float, float) const override { return Clone(); }
@@ -227,6 +228,81 @@ public:
     TColor32 GetDefaultColor() const override { return 0; }
     void SetDefaultColor(TColor32) override {}
 };
+
+/// The meaning of parts: a walk through the list.
+TPart PartByWalking(const IMultipartGradientColorCalculator& calculator, float value) {
+    for (const TPart& part : calculator.GetGradients())
+        if (part && part->GetMinVal() <= value && part->GetMaxVal() >= value)
+            return part;
+    return nullptr;
+}
+
+TEST(PartsByHalving, AreThoseOfAWalk) {
+    tests::TRandom random(21);
+    for (int round = 0; round < 60; ++round) {
+        TParts parts;
+        std::vector<float> values = {NaN, Inf, -Inf, 0};
+        for (int i = random.Below(round < 59 ? 20 : 3000); i > 0; --i) {
+            const auto min = static_cast<float>(random.Below(100));
+            const auto max = min + static_cast<float>(random.Below(30) - 3);
+            const int kind = random.Below(20);
+            parts.push_back(kind == 0   ? nullptr
+                            : kind == 1 ? std::make_shared<THostPart>(min, max)
+                                        : Part(kind == 2 ? NaN : min, kind == 3 ? Inf : max));
+            values.insert(values.end(), {min, max, std::nextafter(min, -Inf), std::nextafter(max, Inf)});
+        }
+        const auto calculator = Multipart(-Inf, Inf, parts);
+        for (float value : values)
+            ASSERT_EQ(calculator->GetGradient(value), PartByWalking(*calculator, value)) << value;
+    }
+}
+
+TEST(PartsByHalving, SeeEachChange) {
+    const auto host = std::make_shared<THostPart>(0.0F, 1.0F);
+    const auto calculator = Multipart(0, 100, {host, Part(0, 10), Part(5, 20)});
+    const TParts parts = calculator->GetGradients();
+    const auto at = [&](float value) { return calculator->GetGradient(value); };
+    EXPECT_EQ(at(7), parts[1]);
+    parts[1]->SetMinVal(8);
+    EXPECT_EQ(at(7), parts[2]);
+    host->SetMaxVal(7);
+    EXPECT_EQ(at(7), parts[0]);
+    parts[1]->SetMaxVal(30);
+    EXPECT_EQ(at(25), parts[1]);
+    calculator->GetGradients().Set(0, parts[2]);
+    EXPECT_EQ(at(6), parts[2]);
+    EXPECT_EQ(at(2), nullptr);
+    calculator->GetGradients().erase(calculator->GetGradients().begin());
+    EXPECT_EQ(at(15), parts[1]);
+    calculator->GetGradients().clear();
+    EXPECT_EQ(at(15), nullptr);
+}
+
+TEST(PicturesOfParts, AreRightForManyParts) {
+    tests::TRandom random(22);
+    for (const int count : {300, 3000}) {
+        std::vector<std::pair<float, float>> bounds;
+        for (int i = 0; i < count; ++i) {
+            const auto min = static_cast<float>(random.Unit());
+            bounds.emplace_back(min, random.Below(20) ? min + static_cast<float>(random.Unit()) * 0.002F : NaN);
+        }
+        const auto calculator = Multipart(0.01F, 0.9F, PartsOf(bounds));
+        EXPECT_EQ(StepsOf(*calculator), nullptr);
+        std::vector<float> values = tests::TellingValues(*calculator, nullptr, 20000, random.Bits());
+        for (const auto& [min, max] : bounds)
+            values.insert(values.end(), {min, std::nextafter(min, -Inf), max, std::nextafter(max, Inf)});
+        tests::ExpectTheCalculatorsColors(*calculator, values);
+        tests::ExpectPiecesWithTheCalculatorsColors(*calculator, values);
+    }
+}
+
+TEST(MultipartGradient, IsMadeOfAListInBraces) {
+    const TPart part = Part(0, 10, 5, 5);
+    const auto calculator = TMultipartGradientColorCalculatorFactory::GetObject(0, 10, {part, Part(5, 20)});
+    const IMultipartGradientColorCalculator& readable = *calculator;
+    EXPECT_EQ(readable.GetGradients().size(), 2U);
+    EXPECT_EQ(readable.GetGradients()[0], part);
+}
 
 TEST(PicturesOfParts, AskAHostsOwnPart) {
     const auto calculator = Multipart(0, 50, {std::make_shared<THostPart>()});

@@ -3,6 +3,8 @@
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRulerMapLayer.h>
+#include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <tests/Support/ScriptedServices.h>
 #include <tests/Support/ShownView.h>
 

@@ -37,9 +37,10 @@ TEST_F(MapViewRuler, HasSevenTicksInSevenDistances) {
     const QImage picture = Picture();
     const std::string full = "|..............";
     const std::string none = "...............";
-    EXPECT_EQ(Letters(picture, {0, 0}, {1, 0}, StripLetters), full + none + none + none + none + none + none);
-    EXPECT_EQ(Letters(picture, {0, 9}, {1, 0}, StripLetters), full + none + none + none + none + none + none);
-    EXPECT_EQ(Letters(picture, {0, 10}, {1, 0}, StripLetters), full + full + full + full + full + full + full);
+    EXPECT_EQ(Letters(picture, {0, 0}, {1, 0}, StripLetters), none + none + none + none + none + none + none);
+    EXPECT_EQ(Letters(picture, {0, 1}, {1, 0}, StripLetters), full + none + none + none + none + none + none);
+    EXPECT_EQ(Letters(picture, {0, 10}, {1, 0}, StripLetters), full + none + none + none + none + none + none);
+    EXPECT_EQ(Letters(picture, {0, 11}, {1, 0}, StripLetters), full + full + full + full + full + full + full);
     EXPECT_EQ(Letters(picture, {0, 19}, {1, 0}, StripLetters), full + full + full + full + full + full + full);
 }
 
@@ -53,14 +54,15 @@ TEST_F(MapViewRuler, LeavesOutATickWithoutItsWholeDistance) {
 TEST_F(MapViewRuler, CrossesTheStripAtEveryTenthTick) {
     Strip.resize(15 * 21, 20);
     const QImage picture = Picture();
-    const std::string top = Letters(picture, {0, 0}, {1, 0}, StripLetters);
+    const std::string top = Letters(picture, {0, 1}, {1, 0}, StripLetters);
     for (std::size_t x = 0; x < top.size(); ++x)
         EXPECT_EQ(top[x], x == 0 || x == 150 || x == 300 ? '|' : '.') << x;
 }
 
 TEST_F(MapViewRuler, StandsTicksOnTheSideOfTheMapIfHorizontalAndOnTheOuterSideIfVertical) {
     Strip.resize(45, 21);
-    EXPECT_EQ(Letters(Picture(), {15, 0}, {0, 1}, StripLetters), "..........|||||||||||");
+    EXPECT_EQ(Letters(Picture(), {15, 0}, {0, 1}, StripLetters), "...........||||||||||");
+    EXPECT_EQ(Letters(Picture(), {0, 0}, {0, 1}, StripLetters), ".||||||||||||||||||||");
     Strip.SetOrientation(TMapRulerOrientation::roVertical);
     Strip.resize(21, 45);
     const QImage picture = Picture();
@@ -75,9 +77,10 @@ TEST_F(MapViewRuler, DoublesEverythingAtRatio2) {
     const QImage picture = Picture(2);
     const std::string full = "||............................";
     const std::string none = "..............................";
-    EXPECT_EQ(Letters(picture, {0, 0}, {1, 0}, StripLetters), full + none + none);
-    EXPECT_EQ(Letters(picture, {0, 19}, {1, 0}, StripLetters), full + none + none);
-    EXPECT_EQ(Letters(picture, {0, 20}, {1, 0}, StripLetters), full + full + full);
+    EXPECT_EQ(Letters(picture, {0, 1}, {1, 0}, StripLetters), none + none + none);
+    EXPECT_EQ(Letters(picture, {0, 2}, {1, 0}, StripLetters), full + none + none);
+    EXPECT_EQ(Letters(picture, {0, 21}, {1, 0}, StripLetters), full + none + none);
+    EXPECT_EQ(Letters(picture, {0, 22}, {1, 0}, StripLetters), full + full + full);
     EXPECT_EQ(Letters(picture, {0, 39}, {1, 0}, StripLetters), full + full + full);
     Strip.SetOrientation(TMapRulerOrientation::roVertical);
     Strip.resize(20, 45);
@@ -90,9 +93,9 @@ TEST_F(MapViewRuler, DoublesEverythingAtRatio2) {
 TEST_F(MapViewRuler, KeepsEvenLinesAtRatio1And5) {
     Strip.resize(46, 20); // 69 pixels; ticks at 0, 22.5 and 45
     const QImage picture = Picture(1.5);
-    EXPECT_EQ(Letters(picture, {0, 0}, {1, 0}, StripLetters), "||" + std::string(67, '.'));
-    EXPECT_EQ(Letters(picture, {0, 14}, {1, 0}, StripLetters), "||" + std::string(67, '.'));
-    EXPECT_EQ(Letters(picture, {0, 15}, {1, 0}, StripLetters),
+    EXPECT_EQ(Letters(picture, {0, 2}, {1, 0}, StripLetters), "||" + std::string(67, '.'));
+    EXPECT_EQ(Letters(picture, {0, 15}, {1, 0}, StripLetters), "||" + std::string(67, '.'));
+    EXPECT_EQ(Letters(picture, {0, 17}, {1, 0}, StripLetters),
               "||" + std::string(21, '.') + "||" + std::string(20, '.') + "||" + std::string(22, '.'));
 }
 

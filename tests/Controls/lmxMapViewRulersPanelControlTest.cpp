@@ -8,6 +8,7 @@
 #include <lmx/Widgets/lmxPngButton.h>
 #include <lmx/Widgets/lmxToggleButtonBar.h>
 #include <tests/Graphics/Pictures.h>
+#include <tests/Support/DialogChecks.h>
 #include <tests/Support/ModalAnswer.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/ScriptedServices.h>
@@ -67,15 +68,12 @@ struct MapViewRulersPanelControl : testing::Test {
     TRulerListView& List() { return List(*Panel); }
     std::vector<TRulerItem*> Rulers(TMapViewRulersPanelControl& panel) {
         std::vector<TRulerItem*> rulers;
-        for (int row = 0; row < List(panel).topLevelItemCount(); ++row)
+        for (int row = 0; row < List(panel).GetRowCount(); ++row)
             rulers.push_back(List(panel).GetRuler(row));
         return rulers;
     }
     std::vector<TRulerItem*> Rulers() { return Rulers(*Panel); }
-    void Select(int row) {
-        QTest::mouseClick(List().viewport(), Qt::LeftButton, {},
-                          List().visualItemRect(List().topLevelItem(row)).center());
-    }
+    void Select(int row) { QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, List().RowRect(row).center()); }
     static void Click(TPngButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
     int Invalidations() const { return InvalidationCount; }
 
@@ -317,7 +315,7 @@ TEST_F(MapViewRulersPanelControl, IsOperatedByTheKeyboardAlone) {
         QTest::keyClick(&List(), Qt::Key_Insert);
     }
     ASSERT_EQ(Layer->GetVRulers().Count(), 1);
-    List().setCurrentItem(List().topLevelItem(0));
+    List().SelectRow(0);
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_F2}) {
         const TRulerAnswer answer([key](TRulerDialog& dialog) { Confirm(dialog, QString::number(key % 9)); });
         QTest::keyClick(&List(), key);
@@ -362,6 +360,9 @@ TEST_F(MapViewRulersPanelControl, TakesItsKeysBeforeTheHostDoes) {
     QTest::keyClick(&List(), Qt::Key_Delete);
     EXPECT_EQ(Layer->GetVRulers().Count(), 0);
     EXPECT_EQ(commands, 0);
+    ASSERT_FALSE(Panel->GetDelButton()->isEnabled());
+    QTest::keyClick(&List(), Qt::Key_Delete);
+    EXPECT_EQ(commands, 1) << "it means nothing in the list now";
 }
 
 TEST_F(MapViewRulersPanelControl, TakesAHeldKeyOnce) {
@@ -373,7 +374,7 @@ TEST_F(MapViewRulersPanelControl, TakesAHeldKeyOnce) {
         QCoreApplication::sendEvent(&List(), &event);
     };
     press(false);
-    List().setCurrentItem(List().topLevelItem(0));
+    List().SelectRow(0);
     press(true);
     EXPECT_EQ(Layer->GetVRulers().Count(), 1);
 }
@@ -381,7 +382,7 @@ TEST_F(MapViewRulersPanelControl, TakesAHeldKeyOnce) {
 TEST_F(MapViewRulersPanelControl, EditsAtADoubleClick) {
     TRulerItem* ruler = AddRuler(Vertical, 1);
     const TRulerAnswer answer([](TRulerDialog& dialog) { Confirm(dialog, QStringLiteral("2")); });
-    const QPoint place = List().visualItemRect(List().topLevelItem(0)).center();
+    const QPoint place = List().RowRect(0).center();
     QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, place);
     QTest::mouseDClick(List().viewport(), Qt::LeftButton, {}, place);
     EXPECT_EQ(ruler->GetLocation(), 2.0L);
@@ -475,10 +476,93 @@ TEST_F(MapViewRulersPanelControl, SurvivesTheEndOfTheLayerWhileADialogIsOpen) {
 }
 
 TEST_F(MapViewRulersPanelControl, SurvivesItsOwnEndWhileADialogIsOpen) {
-    const TRulerAnswer answer([&](TRulerDialog&) { Panel.reset(); });
-    Panel->AddButton_Click();
-    EXPECT_EQ(Layer->GetVRulers().Count(), 0);
+    AddRuler(Vertical, 1);
+    for (const bool isEdit : {false, true}) {
+        if (!Panel) {
+            Panel = std::make_unique<TMapViewRulersPanelControl>();
+            Panel->SetRulersLayer(Layer.get());
+            Panel->GetListView()->SelectRow(0);
+        }
+        const TRulerAnswer answer([&](TRulerDialog&) { Panel.reset(); });
+        isEdit ? Panel->EditButton_Click() : Panel->AddButton_Click();
+        EXPECT_EQ(Panel, nullptr);
+    }
+    EXPECT_EQ(Layer->GetVRulers().Count(), 1);
+    EXPECT_EQ(Layer->GetVRulers()[0]->GetLocation(), 1.0L);
     EXPECT_EQ(Layer->GetOnRulerAdded().Count(), 0);
+}
+
+/// Sends a key as the window system does, for lists that do not live to see the key's release.
+void SendKey(QWidget& list, Qt::Key key) {
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(&list, &press);
+}
+
+TEST_F(MapViewRulersPanelControl, SurvivesItsOwnEndWhileItDeletes) {
+    for (const bool isFirst : {true, false}) { // told before the panel is, and after it
+        Panel.reset();
+        TSubscription early;
+        TSubscription late;
+        const auto end = [this](TRulerMapLayer*, TRulerItem*) { Panel.reset(); };
+        if (isFirst)
+            early = Layer->GetOnRulerRemoved().Add(end);
+        Panel = std::make_unique<TMapViewRulersPanelControl>();
+        Panel->SetRulersLayer(Layer.get());
+        if (!isFirst)
+            late = Layer->GetOnRulerRemoved().Add(end);
+        AddRuler(Vertical, 1);
+        List().SelectRow(0);
+        const int before = Invalidations();
+        SendKey(List(), Qt::Key_Delete);
+        EXPECT_EQ(Panel, nullptr);
+        EXPECT_EQ(Layer->GetVRulers().Count(), 0);
+        EXPECT_EQ(Invalidations() - before, 2);
+    }
+}
+
+TEST_F(MapViewRulersPanelControl, SurvivesItsOwnEndWhileItTellsOfAnEdit) {
+    TRulerItem* ruler = AddRuler(Vertical, 1);
+    List().SelectRow(0);
+    const TSubscription end = Layer->GetOnInvalidated().Add([this](TBaseMapLayer*) { Panel.reset(); });
+    const TRulerAnswer answer([](TRulerDialog& dialog) { Confirm(dialog, QStringLiteral("2")); });
+    SendKey(List(), Qt::Key_Return);
+    EXPECT_EQ(Panel, nullptr);
+    EXPECT_EQ(ruler->GetLocation(), 2.0L);
+}
+
+TEST_F(MapViewRulersPanelControl, LosesItsLayerWhileItDeletes) {
+    AddRuler(Vertical, 1);
+    List().SelectRow(0);
+    const TSubscription end = Layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { Panel->SetRulersLayer(nullptr); });
+    Panel->DelButton_Click();
+    EXPECT_EQ(Panel->GetRulersLayer(), nullptr);
+    EXPECT_TRUE(Rulers().empty());
+}
+
+TEST_F(MapViewRulersPanelControl, EditsTheRulerThatWasSelectedWhateverComesMeanwhile) {
+    TRulerItem* first = AddRuler(Vertical, 1);
+    TRulerItem* second = AddRuler(Vertical, 2);
+    Select(1);
+    const TRulerAnswer answer([&](TRulerDialog& dialog) {
+        Layer->Delete(first);
+        AddRuler(Vertical, 3);
+        List().SelectRow(1);
+        Confirm(dialog, QStringLiteral("5"));
+    });
+    Click(Panel->GetEditButton());
+    EXPECT_EQ(second->GetLocation(), 5.0L);
+    EXPECT_EQ(Rulers()[1]->GetLocation(), 3.0L);
+}
+
+TEST_F(MapViewRulersPanelControl, IsReadAndOperatedAtEveryFontSize) {
+    AddRuler(Vertical, 1);
+    tests::CheckForm([this] {
+        auto panel = std::make_unique<TMapViewRulersPanelControl>();
+        panel->SetRulersLayer(Layer.get());
+        panel->GetListView()->SelectRow(0);
+        panel->resize(300, 200);
+        return panel;
+    });
 }
 
 } // namespace

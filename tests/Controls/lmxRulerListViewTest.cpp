@@ -28,8 +28,8 @@ QImage Painted(const TRulerItem& ruler, bool isSelected, int ratio = 1) {
     image.fill(Qt::magenta);
     image.setDevicePixelRatio(ratio);
     QPainter painter(&image);
-    const TRulerRow row{QRect(0, 1, 100, 13), {QRect(0, 1, 30, 13), QRect(30, 1, 30, 13), QRect(60, 1, 30, 13)}};
-    DrawRulerItem(painter, row, ruler, isSelected);
+    const QRect cells[] = {QRect(0, 1, 30, 13), QRect(30, 1, 30, 13), QRect(60, 1, 30, 13)};
+    DrawRulerItem(painter, {QRect(0, 1, 100, 13), cells, isSelected}, ruler);
     return image;
 }
 
@@ -102,12 +102,12 @@ struct RulerListView : testing::Test {
 };
 
 TEST_F(RulerListView, HasThreeColumns) {
-    EXPECT_EQ(List.columnCount(), 3);
+    ASSERT_EQ(List.model()->columnCount(), 3);
     const int widths[] = {70, 50, 60};
     const QString titles[] = {"Location", "Type", "Color"};
     for (int column = 0; column < 3; ++column) {
         EXPECT_EQ(List.columnWidth(column), widths[column]);
-        EXPECT_EQ(List.headerItem()->text(column), titles[column]);
+        EXPECT_EQ(List.model()->headerData(column, Qt::Horizontal).toString(), titles[column]);
     }
     EXPECT_EQ(List.selectionMode(), QAbstractItemView::SingleSelection);
     EXPECT_EQ(List.selectionBehavior(), QAbstractItemView::SelectRows);
@@ -118,24 +118,34 @@ TEST_F(RulerListView, AppendsRulersAndKnowsThem) {
     List.AddRuler(&First);
     List.AddRuler(nullptr);
     List.AddRuler(&Second);
-    ASSERT_EQ(List.topLevelItemCount(), 2);
+    ASSERT_EQ(List.GetRowCount(), 2);
     EXPECT_EQ(List.GetRuler(0), &First);
     EXPECT_EQ(List.GetRuler(1), &Second);
     EXPECT_EQ(List.GetRuler(2), nullptr);
     EXPECT_EQ(List.GetRuler(-1), nullptr);
-    for (int column = 0; column < 3; ++column)
-        EXPECT_EQ(List.topLevelItem(0)->text(column), "");
 }
 
 TEST_F(RulerListView, TakesTheFirstRowOfARulerOut) {
     for (TRulerItem* ruler : {&First, &Second, &First})
         List.AddRuler(ruler);
     List.RemoveRuler(&First);
-    ASSERT_EQ(List.topLevelItemCount(), 2);
+    ASSERT_EQ(List.GetRowCount(), 2);
     EXPECT_EQ(List.GetRuler(0), &Second);
     EXPECT_EQ(List.GetRuler(1), &First);
     List.RemoveRuler(nullptr);
-    EXPECT_EQ(List.topLevelItemCount(), 2);
+    EXPECT_EQ(List.GetRowCount(), 2);
+}
+
+TEST_F(RulerListView, ListsOtherRulersInstead) {
+    List.AddRuler(&First);
+    List.SelectRow(0);
+    List.SetRulers({&Second, &First});
+    ASSERT_EQ(List.GetRowCount(), 2);
+    EXPECT_EQ(List.GetRuler(0), &Second);
+    EXPECT_EQ(List.GetRuler(1), &First);
+    EXPECT_EQ(List.GetSelectedRuler(), nullptr);
+    List.SetRulers({});
+    EXPECT_EQ(List.GetRowCount(), 0);
 }
 
 TEST_F(RulerListView, KnowsTheSelectedRuler) {
@@ -144,7 +154,7 @@ TEST_F(RulerListView, KnowsTheSelectedRuler) {
     List.AddRuler(&Second);
     EXPECT_EQ(List.GetSelectedRuler(), nullptr);
     tests::ShowActive(List);
-    QTest::mouseClick(List.viewport(), Qt::LeftButton, {}, List.visualItemRect(List.topLevelItem(1)).center());
+    QTest::mouseClick(List.viewport(), Qt::LeftButton, {}, List.RowRect(1).center());
     EXPECT_EQ(List.GetSelectedRuler(), &Second);
     QTest::keyClick(&List, Qt::Key_Up);
     EXPECT_EQ(List.GetSelectedRuler(), &First);
@@ -158,7 +168,7 @@ TEST_F(RulerListView, DrawsItsRowsFromThePresentValues) {
     First = TRulerItem(Horizontal, 0, 0xFF00FFFF);
     EXPECT_EQ(PixelInCell(0, 2, {30, 0}), 0xFF00FFFFU);
     EXPECT_EQ(PixelInCell(0, 1, {4, 0}), 0xFFFFFFFFU);
-    List.setCurrentItem(List.topLevelItem(0));
+    List.SelectRow(0);
     EXPECT_EQ(PixelInCell(0, 1, {4, 0}), 0xFF0078D7U);
     EXPECT_EQ(PixelInCell(0, 2, {70, 0}), 0xFF0078D7U) << "beyond the last column";
 }

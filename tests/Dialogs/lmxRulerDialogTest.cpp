@@ -3,6 +3,7 @@
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <lmx/Widgets/Private/lmxFormHeading.h>
 #include <lmx/Widgets/lmxColorShape.h>
+#include <tests/Support/DialogChecks.h>
 #include <tests/Support/ModalAnswer.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/ScriptedServices.h>
@@ -49,17 +50,48 @@ struct RulerDialog : testing::Test {
 TEST_F(RulerDialog, SaysWhatItIsAbout) {
     EXPECT_EQ(Dialog.windowTitle(), "Ruler");
     EXPECT_EQ(Dialog.findChild<TFormHeading*>()->text(), "Ruler");
-    EXPECT_EQ(Horizontal.text(), "Horizontal");
-    EXPECT_EQ(Vertical.text(), "Vertical");
+    EXPECT_EQ(Horizontal.text(), "&Horizontal");
+    EXPECT_EQ(Vertical.text(), "&Vertical");
     EXPECT_EQ(Color.accessibleName(), "Color");
 }
 
 TEST_F(RulerDialog, BeginsWithAVerticalCyanRulerAt0) {
     EXPECT_EQ(Dialog.GetRulerLocation(), 0.0F);
     EXPECT_EQ(Location.text(), Local("0.000"));
-    EXPECT_EQ(Location.selectedText(), Local("0.000"));
     EXPECT_EQ(Dialog.GetRulerOrientation(), TRulerOrientation::roVertical);
     EXPECT_EQ(Dialog.GetRulerColor(), Cyan);
+}
+
+TEST_F(RulerDialog, OffersItsLocationToBeTypedOver) {
+    tests::ShowActive(Dialog);
+    EXPECT_TRUE(Location.hasFocus());
+    EXPECT_EQ(Location.selectedText(), Local("0.000"));
+    TRulerDialog filled;
+    filled.SetRulerLocation(12.5F);
+    tests::ShowActive(filled);
+    EXPECT_EQ(filled.findChild<QLineEdit*>("edLocation")->selectedText(), Local("12.500"));
+}
+
+TEST_F(RulerDialog, IsCancelledByTheEnterKeyOnItsCancelButton) {
+    const TModalAnswer<TRulerDialog> answer([](TRulerDialog& dialog) {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        Press(dialog, Qt::Key_Backtab);
+        ASSERT_EQ(dialog.focusWidget()->objectName(), "btnCancel");
+        Press(dialog, Qt::Key_Return);
+    });
+    EXPECT_EQ(Dialog.ShowModal(), TModalResult::mrCancel);
+}
+
+TEST_F(RulerDialog, HasAccessKeysForItsOrientation) {
+    tests::ShowActive(Dialog);
+    QTest::keyClick(&Dialog, Qt::Key_H, Qt::AltModifier); // Qt shows the button pressed for a moment
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Dialog.GetRulerOrientation() == TRulerOrientation::roHorizontal; }));
+    QTest::keyClick(&Dialog, Qt::Key_V, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Dialog.GetRulerOrientation() == TRulerOrientation::roVertical; }));
+}
+
+TEST_F(RulerDialog, IsReadAndOperatedAtEveryFontSize) {
+    tests::CheckForm([] { return std::make_unique<TRulerDialog>(); });
 }
 
 TEST_F(RulerDialog, ShowsALocationWithThreeDecimals) {

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-// The pages for hosts against the tree: their snippets are code that compiles (hostGuide.cpp), and the headers that they
-// name are there.
+// The pages for hosts against the tree: their snippets are code that compiles (hostGuide.cpp), and the headers that
+// they name are there.
 
 namespace lmx {
 namespace {

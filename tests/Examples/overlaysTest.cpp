@@ -94,6 +94,31 @@ TEST_F(ViewerOverlays, BothSidesFollowTheLayer) {
     EXPECT_EQ(Shown.Manager->GetLayers().Count(), 0);
 }
 
+TEST_F(ViewerOverlays, BothSidesMoveTogether) {
+    TBaseMapLayer* line = AddOverlay(Shown.Manager, Folder.Path("line.shp"), Red);
+    TBaseMapLayer* other = AddOverlay(Shown.Manager, Folder.Path("line.shp"), Blue);
+    auto& layers = Shown.Manager->GetLayers();
+    ASSERT_EQ(layers.Count(), 4);
+    const TBaseMapLayer* turned = layers[1];
+    const TBaseMapLayer* otherTurned = layers[3];
+    const auto settle = [] {
+        for (int i = 0; i < 5; ++i)
+            QCoreApplication::processEvents();
+    };
+    Shown.Manager->MoveLayer(0, 2);
+    settle();
+    EXPECT_EQ(layers[0], other);
+    EXPECT_EQ(layers[1], otherTurned);
+    EXPECT_EQ(layers[2], line);
+    EXPECT_EQ(layers[3], turned);
+    Shown.Manager->MoveLayer(2, 0);
+    settle();
+    EXPECT_EQ(layers[0], line);
+    EXPECT_EQ(layers[1], turned);
+    EXPECT_EQ(layers[2], other);
+    EXPECT_EQ(layers[3], otherTurned);
+}
+
 TEST_F(ViewerOverlays, AVectorFileIsFoldedByItsLayer) {
     AddOverlay(Shown.Manager, Folder.Path("line.vct"), Red);
     ASSERT_EQ(Shown.Manager->GetLayers().Count(), 1);
@@ -125,7 +150,7 @@ TEST_F(ViewerOverlays, TheIndicatorTellsOfARender) {
     added->SetLayerArea(LatLonArea({-180, 90, 180, -90}));
     added->SetIsReadyToDraw(true);
     Shown.Manager->GetLayers().Add(std::move(added));
-    const TDrawingIndicator indicator(Shown.Manager, nullptr);
+    const TDrawingIndicator indicator(&Shown.View, nullptr);
     Shown.View.grab();
     EXPECT_TRUE(PumpUntil([&] { return indicator.text() == "Drawing..."; }));
     script->IsOpen = true;

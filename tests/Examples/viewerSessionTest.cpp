@@ -14,6 +14,7 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QDockWidget>
 #include <QGuiApplication>
 #include <QImage>
 #include <QLabel>
@@ -45,6 +46,8 @@ protected:
         View().setFixedSize(480, 270);
         View().SetShowFocusedBorder(false); // a window without a window manager is never active
         Window.resize(780, 420);
+        for (QDockWidget* dock : Window.findChildren<QDockWidget*>())
+            dock->setVisible(dock->windowTitle() != "Query points"); // the map as large as in the picture that is kept
         Window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&Window));
         Settle();

@@ -15,17 +15,17 @@
 #include <tests/Support/ScriptedServices.h>
 
 #include <QAction>
-#include <QCheckBox>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QSlider>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolBar>
-#include <QToolButton>
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
@@ -61,6 +61,8 @@ protected:
         const TMapPoint pixel = View().GetViewport()->MapPointToPoint({longitude, latitude});
         return {static_cast<double>(pixel.X), static_cast<double>(pixel.Y)};
     }
+
+    QList<QAction*> MenuEntries(int menu) { return Window.menuBar()->actions().at(menu)->menu()->actions(); }
 
     const TFormatSettingsScope Point{TFormatSettings{u'.'}};
     TViewerWindow Window{DataFolder};
@@ -144,18 +146,6 @@ TEST_F(ViewerWindow, TheStatusBarTellsPlaceAndValues) {
         text.contains(QStringLiteral("Sea surface temperature, January: %1").arg(double{temperature}, 0, 'f', 1)))
         << text.toStdString();
     EXPECT_TRUE(text.contains(QStringLiteral("Relief: "))) << text.toStdString();
-}
-
-TEST_F(ViewerWindow, ThePanelShowsHidesAndFades) {
-    const auto boxes = Window.findChildren<QCheckBox*>();
-    ASSERT_EQ(boxes.size(), 2);
-    EXPECT_EQ(boxes[0]->text(), QStringLiteral("Sea surface temperature, January")); // the top layer comes first
-    boxes[0]->click();
-    EXPECT_FALSE(Layers()[1]->GetIsVisible());
-    const auto sliders = Window.findChildren<QSlider*>();
-    ASSERT_EQ(sliders.size(), 2);
-    sliders[0]->setValue(17);
-    EXPECT_EQ(dynamic_cast<TIdrisiMapLayer&>(*Layers()[1]).GetOpacity(), 17);
 }
 
 TEST_F(ViewerWindow, ThePanelRecoloursALayer) {
@@ -271,17 +261,95 @@ TEST(ColorSchemes, AnUnknownNameIsRefused) {
               QStringLiteral("name"));
 }
 
-TEST_F(ViewerWindow, ThePanelOffersTheCommandsOfALayer) {
-    const auto buttons = Window.findChildren<QToolButton*>();
-    const auto found = std::ranges::find_if(
-        buttons, [](const QToolButton* b) { return b->accessibleName() == QStringLiteral("Commands of Relief"); });
-    ASSERT_NE(found, buttons.end());
-    QMenu* menu = (*found)->menu();
-    Q_EMIT menu->aboutToShow();
-    ASSERT_EQ(menu->actions().size(), 5);
-    View().GetViewport()->SetScale(50);
-    menu->actions().at(0)->trigger(); // goes to the extent of the layer
-    EXPECT_LT(View().GetViewport()->GetScale(), 10);
+TEST_F(ViewerWindow, EveryWorldHasAnEntryAKeyAndAButton) {
+    const QList<QAction*> entries = MenuEntries(3);
+    const QList<QAction*> buttons = Window.findChild<QToolBar*>()->actions();
+    Window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&Window));
+    int key = Qt::Key_F7; // the first one is shown
+    for (const char* name : {"Lat/lon (Antimeridian)", "Lat/lon"}) {
+        const auto isIt = [&](const QAction* action) { return action->text() == QString::fromLatin1(name); };
+        const auto entry = std::ranges::find_if(entries, isIt);
+        ASSERT_NE(entry, entries.end()) << name;
+        EXPECT_TRUE(buttons.contains(*entry)) << name;
+        EXPECT_FALSE((*entry)->isChecked()) << name;
+        QTest::keyClick(&Window, static_cast<Qt::Key>(key--));
+        EXPECT_EQ(View().GetWorldSystem()->Name(), (*entry)->text());
+        EXPECT_TRUE((*entry)->isChecked()) << name;
+    }
+    View().ChangeWorldSystem(TWorldSystemFactory::GetObject(QStringLiteral("nzmg"))); // by whoever
+    for (const QAction* entry : entries)
+        EXPECT_FALSE(entry->isChecked() && entry->text().startsWith(QStringLiteral("Lat")));
+}
+
+// An entry that does nothing and a button without an entry would be riddles.
+TEST_F(ViewerWindow, EveryButtonHasAnEntryAndEveryEntryAKey) {
+    QList<QAction*> all;
+    for (int menu = 0; menu < Window.menuBar()->actions().size(); ++menu)
+        all += MenuEntries(menu);
+    for (QAction* button : Window.findChild<QToolBar*>()->actions()) {
+        EXPECT_TRUE(button->isSeparator() || all.contains(button)) << button->text().toStdString();
+        EXPECT_TRUE(button->isSeparator() || !button->shortcut().isEmpty()) << button->text().toStdString();
+    }
+    QStringList keys;
+    for (const QAction* entry : all)
+        if (!entry->shortcut().isEmpty())
+            keys += entry->shortcut().toString();
+    EXPECT_EQ(keys.removeDuplicates(), 0) << "two entries with one key";
+}
+
+TEST_F(ViewerWindow, TheHelpTellsTheVersion) {
+    tests::TScriptedMsgBox boxes;
+    MenuEntries(4).at(0)->trigger();
+    ASSERT_EQ(boxes->Shown.size(), 1U);
+    EXPECT_EQ(boxes->Shown[0].Title, QStringLiteral("About Climate Viewer"));
+    EXPECT_TRUE(boxes->Shown[0].Text.startsWith(QStringLiteral("Climate Viewer 0.")))
+        << boxes->Shown[0].Text.toStdString();
+    EXPECT_TRUE(boxes->Shown[0].Text.contains(QStringLiteral("on Qt ") + qVersion()));
+}
+
+TEST_F(ViewerWindow, TakesOnlyFilesThatAreDropped) {
+    QMimeData link;
+    link.setUrls({QUrl(QStringLiteral("https://example.org/map.asc"))});
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &link, Qt::LeftButton, {});
+    enter.ignore();
+    QCoreApplication::sendEvent(&Window, &enter);
+    EXPECT_FALSE(enter.isAccepted());
+}
+
+TEST_F(ViewerWindow, TheLayerMenuWorksOnTheSelectedLayer) {
+    for (const QAction* entry : MenuEntries(2))
+        EXPECT_FALSE(entry->isEnabled()) << entry->text().toStdString();
+    Window.GetLayerManager()->SetSelLayer(Layers()[1]);
+    MenuEntries(2).last()->trigger();
+    ASSERT_EQ(Layers().Count(), 1);
+    EXPECT_EQ(Window.GetLayerManager()->GetSelLayer(), Layers()[0]);
+}
+
+TEST_F(ViewerWindow, RenamingFromTheMenuOpensThePanel) {
+    auto* dock = Window.findChild<QDockWidget*>(); // the first one has the layers
+    dock->close();
+    Window.GetLayerManager()->SetSelLayer(Layers()[1]);
+    MenuEntries(2).first()->trigger();
+    EXPECT_TRUE(dock->isVisible());
+    const auto editors = dock->findChildren<QLineEdit*>();
+    EXPECT_EQ(std::ranges::count_if(editors, [](const QLineEdit* editor) { return editor->isVisible(); }), 1);
+}
+
+TEST_F(ViewerWindow, IsNoTallerThanAScreenWithManyLayers) {
+    for (int i = 0; i < 8; ++i)
+        Window.AddModelField();
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+    EXPECT_EQ(Window.findChildren<QComboBox*>().size(), 10);
+    EXPECT_LT(Window.minimumSizeHint().height(), 500);
+    EXPECT_EQ(Window.height(), 500);
+    const QPointF position = PositionOf(10, 10);
+    QMouseEvent move(QEvent::MouseMove, position, View().mapToGlobal(position), Qt::NoButton, Qt::NoButton, {});
+    QCoreApplication::sendEvent(&View(), &move);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Window.width(), 900) << "nor wider, with a value of each in the status bar";
+    EXPECT_LT(Window.minimumSizeHint().width(), 900);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include <lmx/Graphics/Private/lmxBlend.h>
 #include <tests/Graphics/Pictures.h>
+#include <tests/Support/SharedCores.h>
 
 #include <limits>
 #include <numeric>
@@ -273,14 +274,17 @@ void DrawPlainly(TBitmap32& bitmap, const TWideRect& to, const TRect& from, cons
         }
 }
 
-TEST(Bitmap32Draw, EqualsTheDefinitionForRandomRectangles) {
+class Bitmap32DrawOnCores : public testing::TestWithParam<int> {};
+
+TEST_P(Bitmap32DrawOnCores, EqualsTheDefinitionForRandomRectangles) {
+    const tests::TSharedCores shared(GetParam());
     std::mt19937 random(23);
     for (int round = 0; round < 4000; ++round) {
         TBitmap32 source = RandomBitmap(random, Between(random, 1, 40), Between(random, 1, 12));
         source.SetDrawMode(static_cast<TDrawMode>(Between(random, 0, 3)));
         source.SetMasterAlpha(static_cast<std::uint8_t>(random() % 3 == 0 ? Between(random, 0, 255) : 255));
         source.SetOuterColor(source.Pixel(0, 0));
-        TBitmap32 fast = RandomBitmap(random, Between(random, 1, 90), Between(random, 1, 12));
+        TBitmap32 fast = RandomBitmap(random, Between(random, 1, 90), Between(random, 1, round % 2 ? 12 : 50));
         fast.SetCombineMode(static_cast<TCombineMode>(Between(random, 0, 1)));
         TBitmap32 plain = fast;
         const std::int32_t reach = round % 4 == 0 ? 3 : 60;
@@ -297,6 +301,18 @@ TEST(Bitmap32Draw, EqualsTheDefinitionForRandomRectangles) {
         DrawPlainly(plain, to, from, source);
         ASSERT_EQ(AllPixels(fast), AllPixels(plain)) << "round " << round;
     }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cores, Bitmap32DrawOnCores, testing::Values(1, 2, 5));
+
+TEST(Bitmap32Draw, OnSeveralCoresABitmapStillShowsItselfAsItWas) {
+    std::mt19937 random(29);
+    TBitmap32 bitmap = RandomBitmap(random, 60, 50);
+    TBitmap32 expected = bitmap;
+    expected.Draw(TRect(3, 5, 50, 47), TRect(0, 0, 60, 50), TBitmap32(bitmap));
+    const tests::TSharedCores shared(4);
+    bitmap.Draw(TRect(3, 5, 50, 47), TRect(0, 0, 60, 50), bitmap);
+    EXPECT_EQ(AllPixels(bitmap), AllPixels(expected));
 }
 
 } // namespace

@@ -1,4 +1,6 @@
+#include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Graphics/Pictures.h>
+#include <tests/Support/QtWarnings.h>
 
 #include <QImage>
 #include <QPainter>
@@ -31,6 +33,31 @@ TEST(Bitmap32Image, TheCopyIsIndependent) {
 TEST(Bitmap32Image, EmptyBitmapsAndNullPicturesCorrespond) {
     EXPECT_TRUE(TBitmap32(0, 4).ToQImage().isNull());
     EXPECT_TRUE(TBitmap32::FromQImage(QImage()).IsEmpty());
+}
+
+constexpr std::int32_t WiderThanQtHolds = 1 << 26; // as many bits in a row as an int cannot count
+
+TEST(Bitmap32Image, ABitmapThatQtCannotHoldIsRefused) {
+    const TBitmap32 bitmap(WiderThanQtHolds, 1);
+    EXPECT_THROW(bitmap.ToQImage(), EOutOfMemory);
+}
+
+TEST(Bitmap32Image, ABitmapThatQtCannotHoldIsPaintedAsFarAsADeviceReaches) {
+    TBitmap32 bitmap(WiderThanQtHolds, 1);
+    bitmap.Pixel(2, 0) = 0xFF123456U;
+    QImage screen(3, 1, QImage::Format_RGB32);
+    screen.fill(Qt::white);
+    QPainter painter(&screen);
+    bitmap.PaintTo(painter);
+    painter.end();
+    EXPECT_EQ(screen.pixel(2, 0), 0xFF123456U);
+}
+
+TEST(Bitmap32Image, APictureWithoutRoomForItsColorsIsRefused) {
+    QImage image(WiderThanQtHolds, 1, QImage::Format_Mono);
+    ASSERT_FALSE(image.isNull());
+    const tests::TExpectedQtWarning expected(QStringLiteral("QImage: out of memory"));
+    EXPECT_THROW(TBitmap32::FromQImage(image), EOutOfMemory);
 }
 
 TEST(Bitmap32Image, FromQImageConvertsOtherFormats) {

@@ -1,7 +1,9 @@
 #include <lmx/Graphics/Private/lmxBlend.h>
+#include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Graphics/Pictures.h>
 
 #include <limits>
+#include <utility>
 
 namespace lmx {
 namespace {
@@ -91,6 +93,26 @@ TEST(Bitmap32, CopiesAreIndependent) {
     copy.Pixel(0, 0) = Half;
     EXPECT_EQ(original.Pixel(0, 0), Ground);
     EXPECT_EQ(copy.GetDrawMode(), TDrawMode::dmTransparent);
+}
+
+TEST(Bitmap32, ASizeThatNoMachineHoldsIsRefused) {
+    TBitmap32 bitmap = MakeGround(2, 1);
+    for (const auto& [width, height] : {std::pair(Highest, Highest), std::pair(4000000, 4000000)}) {
+        EXPECT_THROW(bitmap.SetSize(width, height), EOutOfMemory);
+        EXPECT_THROW(TBitmap32(width, height), EOutOfMemory);
+        EXPECT_EQ(bitmap.GetBounds(), TRect(0, 0, 2, 1));
+        EXPECT_EQ(Show(bitmap, Letters), TPicture{".."});
+    }
+}
+
+TEST(Bitmap32, OneThatWasMovedFromIsEmpty) {
+    TBitmap32 bitmap = MakeGround(2, 1);
+    const TBitmap32 taken = std::move(bitmap);
+    EXPECT_EQ(Show(taken, Letters), TPicture{".."});
+    EXPECT_TRUE(bitmap.IsEmpty()); // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(bitmap.GetBounds(), TRect());
+    EXPECT_TRUE(bitmap.SetSize(2, 1));
+    EXPECT_EQ(AllPixels(bitmap), std::vector<TColor32>(2, 0U));
 }
 
 TEST(Bitmap32, CheckedPixels) {

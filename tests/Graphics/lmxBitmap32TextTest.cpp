@@ -1,10 +1,12 @@
 #include <lmx/Graphics/Private/lmxBlend.h>
+#include <lmx/Runtime/lmxExtended.h>
 #include <tests/Graphics/Pictures.h>
 
 #include <QFont>
 #include <QFontMetrics>
 
 #include <algorithm>
+#include <limits>
 
 namespace lmx {
 namespace {
@@ -39,14 +41,57 @@ TBitmap32 Boxed(std::int32_t width, std::int32_t height, TRect rect, unsigned fl
     return bitmap;
 }
 
-TEST(Bitmap32Text, ExtentsComeFromTheFontsMetrics) {
+TEST(Bitmap32Text, ExtentsComeFromTheMetricsOfTheFontThatIsDrawn) {
     TBitmap32 bitmap;
-    bitmap.GetFont().Size = 14;
-    const QFontMetrics metrics(MakeFont(bitmap.GetFont(), TFontSmoothing::fsHard));
-    EXPECT_EQ(bitmap.TextWidth(Sample), metrics.horizontalAdvance(Sample));
-    EXPECT_EQ(bitmap.TextHeight(Sample), metrics.height());
-    EXPECT_EQ(bitmap.TextHeight(QStringLiteral("a")), bitmap.TextHeight(Sample)) << "whatever the text";
-    EXPECT_EQ(bitmap.TextExtent(Sample), TSize(bitmap.TextWidth(Sample), bitmap.TextHeight(Sample)));
+    for (const int size : {8, 9, 14}) {
+        bitmap.GetFont().Size = size;
+        for (const int level : {0, 1, 4}) {
+            const TFontSmoothing smoothing = level == 0 ? TFontSmoothing::fsHard : TFontSmoothing::fsGrey;
+            const QFontMetrics metrics(MakeFont(bitmap.GetFont(), smoothing));
+            const TSize extent = bitmap.TextExtent(Sample, level);
+            EXPECT_EQ(extent, TSize(metrics.horizontalAdvance(Sample), metrics.height()));
+            EXPECT_EQ(extent, TSize(bitmap.TextWidth(Sample, level), bitmap.TextHeight(Sample, level)));
+            EXPECT_EQ(bitmap.TextHeight(QStringLiteral("a"), level), extent.cy) << "whatever the text";
+        }
+        EXPECT_EQ(bitmap.TextExtent(Sample), bitmap.TextExtent(Sample, 0));
+    }
+}
+
+TEST(Bitmap32Text, TextoutFindsRoomInWhatLevelOneMeasures) {
+    const QString text = QStringLiteral("Mean annual precipitation of the western highlands, in millimetres");
+    for (int size = 6; size <= 24; ++size) {
+        TBitmap32 bitmap(1200, 100);
+        bitmap.GetFont().Size = size;
+        const TSize room = bitmap.TextExtent(text, 1);
+        bitmap.Textout(TRect(0, 0, room.cx, 100), dtWordBreak, text);
+        EXPECT_LE(InkBounds(bitmap).Bottom, room.cy) << size << ": one line";
+        TBitmap32 narrow(1200, 100);
+        narrow.GetFont().Size = size;
+        narrow.Textout(TRect(0, 0, room.cx - 1, 100), dtWordBreak, text);
+        EXPECT_GT(InkBounds(narrow).Bottom, room.cy) << size << ": two lines";
+    }
+}
+
+TEST(Bitmap32Text, HugeLettersAreMeasuredAndDrawnAtTheLargestSize) {
+    TBitmap32 bitmap(64, 64);
+    bitmap.GetFont().Size = 3072;
+    const TSize largest = bitmap.TextExtent(Sample);
+    EXPECT_GT(largest.cy, 4000);
+    EXPECT_GT(largest.cx, 4000);
+    for (const int size : {13300, 100000, std::numeric_limits<int>::max()}) {
+        bitmap.GetFont().Size = size;
+        EXPECT_EQ(bitmap.TextExtent(Sample), largest) << size;
+    }
+    bitmap.Textout(TRect(-600, -2000, 5000, 5000), dtLeft, QStringLiteral("M"));
+    EXPECT_EQ(InkBounds(bitmap), TRect(0, 0, 64, 64)) << "within the left stem";
+}
+
+TEST(Bitmap32Text, LongTextsHaveTheirWidth) {
+    TBitmap32 bitmap(64, 32);
+    bitmap.GetFont().Size = 3072;
+    const std::int32_t one = bitmap.TextWidth(QStringLiteral("W"));
+    EXPECT_EQ(bitmap.TextWidth(QString(10000, u'W')), 10000 * one) << "more than 32 bits of 64ths";
+    EXPECT_EQ(bitmap.TextWidth(QString(150000, u'W')), PixelLimit);
 }
 
 TEST(Bitmap32Text, TrailingBlanksCountAndNothingIsZero) {

@@ -137,6 +137,47 @@ TEST(Gradient, FollowsChangesOfItsStopList) {
     EXPECT_EQ(gradient->GetColor(1), White);
 }
 
+/// The meaning of stops: a walk through the list in search of the neighbours.
+TColor32 ColorByWalking(const std::vector<TColorStop>& stops, double position) {
+    const TColorStop* before = nullptr; // the last one at or before the position
+    const TColorStop* after = nullptr;  // the first one beyond it
+    for (const TColorStop& stop : stops) {
+        if (!std::isfinite(stop.Location))
+            continue;
+        if (stop.Location <= position && (!before || stop.Location >= before->Location))
+            before = &stop;
+        if (stop.Location > position && (!after || stop.Location < after->Location))
+            after = &stop;
+    }
+    if (!before || !after)
+        return before ? before->Color : after ? after->Color : 0;
+    return ColorBetween(before->Color, after->Color, GradientStep(position, before->Location, after->Location));
+}
+
+TEST(Gradient, EqualsAWalkThroughRandomStops) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> place(-0.2, 1.2);
+    for (const int count : {1, 2, 3, 10, 100, 3000}) {
+        std::vector<TColorStop> stops;
+        for (int i = 0; i < count; ++i)
+            stops.push_back({i % 5 ? place(random) : i % 40 / 40.0, static_cast<TColor32>(random())});
+        stops.insert(stops.begin() + count / 2, {{NaN, Red}, {Inf, Blue}, {-Inf, White}});
+        const auto gradient = TGradientFactory::GetObject(stops);
+        for (int i = 0; i < 2000; ++i) {
+            const double position =
+                i % 3 ? place(random) : stops[random() % stops.size()].Location; // at a stop, or at no number
+            ASSERT_EQ(gradient->GetColor(position), ColorByWalking(stops, position)) << count << ' ' << position;
+        }
+    }
+}
+
+TEST(Gradient, IsMadeOfAListInBraces) {
+    const auto gradient = TGradientFactory::GetObject({{0, Red}, {1, Blue}});
+    const IGradient& readable = *gradient;
+    EXPECT_EQ(readable.GetColorStops(), (std::vector<TColorStop>{{0, Red}, {1, Blue}}));
+    EXPECT_EQ(gradient->GetColor(1), Blue);
+}
+
 TEST(Gradient, ACopyIsIndependent) {
     const auto source = TGradientFactory::GetObject(std::vector<TColorStop>{{0, Red}});
     const auto copy = TGradientFactory::GetObject(source);

@@ -91,7 +91,9 @@ TEST_F(LayerStackPainter, SurvivesChangesOfTheStack) {
     TTestLayer* b = Add('b');
     TTestLayer* c = Add('c');
     Add('d');
-    In(b, [=, this] {
+    In(b, [=, this, isFirst = std::make_shared<bool>(true)] {
+        if (!std::exchange(*isFirst, false))
+            return;
         auto& layers = Manager->GetLayers();
         layers.Remove(a);
         layers.Remove(c);

@@ -226,6 +226,29 @@ TEST_F(PinMapLayer, TheRendererMayBeTakenAwayByItself) {
     EXPECT_EQ(Layer.GetRenderRects().Count(), 1U);
 }
 
+TEST_F(PinMapLayer, TheRendererMayEndTheView) {
+    class TEndingRenderer final : public TPinMapLayerPinRenderer {
+    public:
+        explicit TEndingRenderer(std::unique_ptr<TWorldViewport>& viewport) : FViewport(viewport) {}
+        bool RenderPin(TBitmap32&, TPinMapLayer*, TPin*, const TMapPoint&, TFloatRect&) override {
+            ++Calls;
+            FViewport.reset();
+            return true;
+        }
+        int Calls = 0;
+
+    private:
+        std::unique_ptr<TWorldViewport>& FViewport;
+    };
+    auto viewport = std::make_unique<TWorldViewport>(&Map.World);
+    TEndingRenderer ending(viewport);
+    AddPin(QStringLiteral("a"), 1, 2);
+    AddPin(QStringLiteral("b"), 3, 4);
+    Layer.SetPinRenderer(&ending);
+    Layer.Paint(&Map.World, viewport.get(), Map.Bitmap);
+    EXPECT_EQ(ending.Calls, 1);
+}
+
 TEST_F(PinMapLayer, TheRendererMayFreeTheLayer) {
     auto layer = std::make_unique<TPinMapLayer>(Manager);
     layer->GetPins().Add(std::make_unique<TPin>(QStringLiteral("a"), 0, 0));

@@ -1,3 +1,5 @@
+#include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
+#include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Layers/lmxLayerManager.h>
@@ -8,12 +10,15 @@
 #include <tests/Layers/PlainOutlines.h>
 #include <tests/Support/CoordinatePrinters.h>
 #include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
 #include <tests/Support/ShapeBytes.h>
 #include <tests/Support/ShownView.h>
 #include <tests/Support/TestBufferedLayer.h>
 
 #include <QBuffer>
 #include <QElapsedTimer>
+
+#include <QPointer>
 
 #include <gtest/gtest.h>
 
@@ -62,9 +67,11 @@ class TCountingFactory : public ILayerComponentFactory {
 public:
     bool GetLegendComponent(TBaseMapLayer* layer, TBaseLegendControl*& component) override {
         Asked.push_back(layer);
-        component = nullptr;
-        return true;
+        component = Component;
+        return Answer;
     }
+    TBaseLegendControl* Component = nullptr;
+    bool Answer = true;
     std::vector<TBaseMapLayer*> Asked;
 };
 
@@ -170,6 +177,26 @@ TEST_F(ShapeFileLayer, AnotherFileDropsThePictureAtOnce) {
     EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr);
     EXPECT_EQ(invalidations, 1);
     EXPECT_EQ(Layer->GetLayerArea().Area, TMapArea(15, 35, 25, 25));
+}
+
+TEST_F(ShapeFileLayer, AnOutlineOutlivesItsFileUntilItIsDropped) {
+    Layer->TakeShpFile(Square());
+    PaintAndRender();
+    const TBufferedBitmap* const picture = Layer->GetBufferedBitmap();
+    ASSERT_NE(picture, nullptr);
+    int invalidations = 0;
+    const auto subscription = Layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { ++invalidations; });
+    Layer->DeleteShpFile();
+    EXPECT_EQ(invalidations, 0) << "deleting tells nobody";
+    for (const std::int32_t x : {-3, -6}) { // a pan
+        Viewport.SetTranslation({x, 0});
+        PaintAndRender();
+        EXPECT_EQ(Layer->GetBufferedBitmap(), picture);
+    }
+    Layer->SetColor(0xFF00FF00);
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr);
+    PaintAndRender();
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr) << "there is nothing to render";
 }
 
 TEST_F(ShapeFileLayer, AnOwnedFileGoesWithItsLayerOrItsSuccessor) {
@@ -394,6 +421,18 @@ TEST_F(ShapeFileLayer, ADuplicateIsConvertedAsTheProjectionFileSays) {
     EXPECT_NEAR(duplicate->GetShpFile()->GetPoint(0).Y, -40.998259197, 2e-9);
 }
 
+TEST_F(ShapeFileLayer, ADuplicateSkipsDamagedRecordsAsTheOriginalDid) {
+    const TImageFolder folder;
+    folder.Write("x.shp", TShapeBytes().Point(1, {1, 2}).Point(2, {1, 1}).Point(1, {3, 4}).File(1));
+    TShpLoadOptions options;
+    options.SkipDamagedRecords = true;
+    Layer->TakeShpFile(TShpFile::LoadFromFile(folder.Path("x.shp"), nullptr, options));
+    const auto copy = Layer->Duplicate(Manager);
+    const auto* duplicate = dynamic_cast<TShapeFileLayer*>(copy.get());
+    EXPECT_EQ(duplicate->GetShpFile()->GetPointCount(), 2U);
+    EXPECT_EQ(duplicate->GetShpFile()->GetDamagedRecordCount(), 1U);
+}
+
 TEST_F(ShapeFileLayer, ADuplicateFailsAsTheFileDoes) {
     Layer->TakeShpFile(Square()); // of a stream: there is no file of its name
     EXPECT_EQ(MessageOf<EFileException>([&] { Layer->Duplicate(Manager); }),
@@ -406,6 +445,47 @@ TEST_F(ShapeFileLayer, ADuplicateOfAnEmptyLayerIsEmpty) {
     EXPECT_FALSE(copy->GetHasContent());
 }
 
+TShapeFileLayerLegendControl* ShapeLegend(const TBaseMapLayer& layer) {
+    return dynamic_cast<TShapeFileLayerLegendControl*>(layer.GetLegendComponent());
+}
+
+TEST_F(ShapeFileLayer, ItsLegendShowsItsColorAndKnowsItsFile) {
+    Layer->TakeShpFile(Square());
+    Layer->SetColor(Blue);
+    ASSERT_TRUE(ShapeLegend(*Layer));
+    EXPECT_EQ(ShapeLegend(*Layer)->GetShapeColor(), WinColor(Blue));
+    EXPECT_EQ(ShapeLegend(*Layer)->GetShpFile(), Layer->GetShpFile());
+    EXPECT_EQ(ShapeLegend(*Layer)->parent(), nullptr);
+}
+
+// The chosen colour replaces the control in whose event it was chosen.
+TEST_F(ShapeFileLayer, AColorThatIsChosenInTheLegendIsTheLayers) {
+    Layer->TakeShpFile(Square());
+    const QPointer<TShapeFileLayerLegendControl> old = ShapeLegend(*Layer);
+    tests::TScriptedColorChooser chooser;
+    chooser->Answers.push_back(0xFF123456);
+    old->ChooseColor();
+    EXPECT_EQ(Layer->GetColor(), 0xFF123456U);
+    EXPECT_NE(ShapeLegend(*Layer), old.data());
+    EXPECT_EQ(ShapeLegend(*Layer)->GetShapeColor(), WinColor(0xFF123456));
+    ASSERT_TRUE(old) << "it goes when its event is over";
+    EXPECT_EQ(old->GetShapeColor(), WinColor(0xFF123456)) << "and is shown the colour";
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(old);
+}
+
+TEST_F(ShapeFileLayer, ALayerThatGoesWhileAColorIsChosenDoesNotHurt) {
+    Layer->TakeShpFile(Square());
+    QWidget form;
+    TShapeFileLayerLegendControl* legend = ShapeLegend(*Layer);
+    legend->setParent(&form);
+    tests::TScriptedColorChooser chooser;
+    chooser->Answers.push_back(0xFF123456);
+    chooser->WhileOpen = [this] { Layer.reset(); };
+    legend->ChooseColor();
+    EXPECT_EQ(Layer, nullptr);
+}
+
 TEST_F(ShapeFileLayer, TheHostIsAskedForTheLegend) {
     const auto factory = std::make_shared<TCountingFactory>();
     Manager->GetConfig()->SetLayerComponentFactory(factory);
@@ -414,6 +494,27 @@ TEST_F(ShapeFileLayer, TheHostIsAskedForTheLegend) {
     Layer->SetColor(Blue);
     EXPECT_EQ(factory->Asked.size(), 2U);
     EXPECT_EQ(Layer->GetLegendComponent(), nullptr);
+}
+
+TEST_F(ShapeFileLayer, OnlyALegendOfShapeFilesIsTakenFromTheHost) {
+    const auto factory = std::make_shared<TCountingFactory>();
+    Manager->GetConfig()->SetLayerComponentFactory(factory);
+    auto* own = new TShapeFileLayerLegendControl;
+    factory->Component = own;
+    Layer->TakeShpFile(Square());
+    EXPECT_EQ(Layer->GetLegendComponent(), own);
+    tests::TScriptedColorChooser chooser;
+    chooser->Answers.push_back(0xFF123456);
+    const std::unique_ptr<TVectorFileLayerLegendControl> other = std::make_unique<TVectorFileLayerLegendControl>();
+    factory->Component = other.get();
+    own->ChooseColor();
+    EXPECT_EQ(Layer->GetColor(), 0xFF123456U) << "a host's control tells the layer, too";
+    EXPECT_EQ(Layer->GetLegendComponent(), nullptr) << "of another class";
+    factory->Component = new TShapeFileLayerLegendControl;
+    factory->Answer = false;
+    Layer->SetColor(Blue);
+    EXPECT_EQ(Layer->GetLegendComponent(), nullptr) << "the factory declined";
+    delete factory->Component;
 }
 
 } // namespace

@@ -56,6 +56,13 @@ TEST_F(SyncLayers, GetObjectGivesANewOneEachTime) {
     EXPECT_NE(TSyncLayersFactory::GetObject(), Sync);
 }
 
+TEST_F(SyncLayers, TakeAListInBraces) {
+    Sync->SyncLayers({&First, &Second});
+    EXPECT_TRUE(First.GetValueRange().Equals({0, 20}));
+    Sync->SyncLayers({&First, &Second}, 1, 2);
+    EXPECT_TRUE(Second.GetValueRange().Equals({1, 2}));
+}
+
 TEST_F(SyncLayers, AllGetTheRangeThatHoldsEveryRange) {
     Sync->SyncLayers(Both);
     EXPECT_TRUE(First.GetValueRange().Equals({0, 20}));

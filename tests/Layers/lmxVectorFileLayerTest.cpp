@@ -1,3 +1,4 @@
+#include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
 #include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Layers/lmxLayerManager.h>
@@ -8,10 +9,13 @@
 #include <tests/Layers/PlainOutlines.h>
 #include <tests/Support/CoordinatePrinters.h>
 #include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
 #include <tests/Support/TestBufferedLayer.h>
 #include <tests/Support/VectorBytes.h>
 
 #include <QBuffer>
+
+#include <QPointer>
 
 #include <gtest/gtest.h>
 
@@ -127,6 +131,24 @@ TEST_F(VectorFileLayer, NoFileIsAFileToo) {
     EXPECT_EQ(invalidations, 1) << "deleting tells nobody";
 }
 
+TEST_F(VectorFileLayer, AnOutlineOutlivesItsFileUntilItIsDropped) {
+    for (const bool tells : {true, false}) {
+        Layer->SetVectorFile(Line(35));
+        PaintAndRender();
+        const TBufferedBitmap* const picture = Layer->GetBufferedBitmap();
+        ASSERT_NE(picture, nullptr);
+        if (tells)
+            Layer->SetVectorFile(nullptr);
+        else
+            Layer->DeleteVectorFile();
+        Viewport.SetTranslation({-3, 0}); // a pan
+        PaintAndRender();
+        EXPECT_EQ(Layer->GetBufferedBitmap(), picture);
+        Layer->SetColor(tells ? 0xFF00FF00 : 0xFF0000FF);
+        EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr);
+    }
+}
+
 TEST_F(VectorFileLayer, AFileOfPointsGivesAnEmptyPicture) {
     Layer->SetVectorFile(Load(TVectorBytes(vtPoint).Point(1, {25, 35}).File()));
     PaintAndRender();
@@ -179,7 +201,7 @@ TEST_F(VectorFileLayer, ADuplicateOfAnEmptyLayerIsEmpty) {
     EXPECT_FALSE(Layer->Duplicate(Manager)->GetHasContent());
 }
 
-TEST_F(VectorFileLayer, HasNoLegendAndAsksNobodyForOne) {
+TEST_F(VectorFileLayer, ItsLegendIsItsOwnAndItAsksNobodyForOne) {
     struct TFactory : ILayerComponentFactory {
         bool GetLegendComponent(TBaseMapLayer*, TBaseLegendControl*&) override {
             ++Asked;
@@ -191,7 +213,22 @@ TEST_F(VectorFileLayer, HasNoLegendAndAsksNobodyForOne) {
     Manager->GetConfig()->SetLayerComponentFactory(factory);
     Layer->SetVectorFile(Line(35));
     EXPECT_EQ(factory->Asked, 0);
-    EXPECT_EQ(Layer->GetLegendComponent(), nullptr);
+    auto* legend = dynamic_cast<TVectorFileLayerLegendControl*>(Layer->GetLegendComponent());
+    ASSERT_TRUE(legend);
+    EXPECT_EQ(legend->GetShapeColor(), WinColor(Layer->GetColor()));
+}
+
+TEST_F(VectorFileLayer, AColorThatIsChosenInTheLegendIsTheLayers) {
+    Layer->SetColor(Red);
+    auto* legend = dynamic_cast<TVectorFileLayerLegendControl*>(Layer->GetLegendComponent());
+    ASSERT_TRUE(legend);
+    const QPointer<QWidget> old = legend;
+    tests::TScriptedColorChooser chooser;
+    chooser->Answers = {0xFF123456};
+    legend->ChooseColor();
+    EXPECT_EQ(Layer->GetColor(), 0xFF123456U);
+    EXPECT_NE(Layer->GetLegendComponent(), old.data());
+    EXPECT_EQ(Layer->GetBufferedBitmap(), nullptr);
 }
 
 } // namespace

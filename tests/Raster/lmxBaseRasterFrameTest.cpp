@@ -166,7 +166,9 @@ TEST(BaseRasterFrame, ReadsNothingFromAFrameWithoutCells) {
     for (const auto option : {ioNearestNeighbor, ioBilinear}) {
         EXPECT_EQ(MessageOf<EArgumentException>([&] { noColumns.Read(0, 3, option); }), "Col index is out of range");
         EXPECT_EQ(MessageOf<EArgumentException>([&] { noRows.Read(0, 3, option); }), "Row index is out of range");
-        EXPECT_EQ(MessageOf<EArgumentException>([&] { noArea.Read(0, 0, option); }), "Row index is out of range");
+        EXPECT_EQ(MessageOf<EInvalidOp>([&] { noArea.Read(0, 0, option); }), "Invalid floating point operation")
+            << "0 / 0 is no place";
+        EXPECT_EQ(MessageOf<EArgumentException>([&] { noArea.Read(1, 1, option); }), "Row index is out of range");
     }
 }
 

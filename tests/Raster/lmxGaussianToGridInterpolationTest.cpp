@@ -3,6 +3,7 @@
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Raster/Axes.h>
+#include <tests/Support/AddressSpaceLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <gtest/gtest.h>
@@ -163,6 +164,24 @@ TEST(GaussianToGridInterpolation, RefusesWhatIsNoGridBeforeItTouchesTheCounts) {
     const TSingleGrid ragged{{1, 2}, {3}};
     EXPECT_EQ(MessageOf<EArgumentException>(interpolate(2, 2, 1, short1)), "Grid");
     EXPECT_EQ(MessageOf<EArgumentException>(interpolate(2, 2, 1, ragged)), "Grid");
+    EXPECT_EQ(rows, 77);
+    EXPECT_EQ(columns, 78);
+}
+
+TEST(GaussianToGridInterpolation, NeedsItsMemoryBeforeItTouchesTheCounts) {
+    const auto interpolation = Interpolation({0, 30000}, {0, 30000});
+    std::int32_t rows = 77;
+    std::int32_t columns = 78;
+    const tests::TAddressSpaceLimit limit(256 * 1024 * 1024);
+    EXPECT_EQ(MessageOf<EOutOfMemory>([&] {
+                  interpolation.Interpolate(30000, 30000, 0, 0, 1, {{1, 2}, {3, 4}}, rows, columns);
+              }),
+              "Out of memory");
+    EXPECT_EQ(MessageOf<EOutOfMemory>([&] {
+                  interpolation.Interpolate(2e9F, 0, 0, 0, 1, {{1, 2}, {3, 4}}, rows, columns);
+              }),
+              "Out of memory")
+        << "the samples of an axis without cells";
     EXPECT_EQ(rows, 77);
     EXPECT_EQ(columns, 78);
 }

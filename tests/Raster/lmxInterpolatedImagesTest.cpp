@@ -3,6 +3,7 @@
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Raster/Axes.h>
+#include <tests/Support/AddressSpaceLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <gtest/gtest.h>
@@ -363,6 +364,14 @@ INSTANTIATE_TEST_SUITE_P(Rows, LinearGridAxes,
                                          TRefusalRow{"TooShort", {1, 2}, {1, 2}, {1, 2, 3}, LengthMessage},
                                          TRefusalRow{"TooLong", {1, 2}, {1, 2}, {1, 2, 3, 4, 5}, LengthMessage}),
                          [](const auto& row) { return row.param.Name; });
+
+TEST(InterpolateAndCreateImageFromGrid, NeedsTheMemoryOfGridAndImageFirst) {
+    const TSingleArray axis{0, 0.01F, 60};
+    const tests::TAddressSpaceLimit limit(900'000'000); // enough for the grid of 12,000 by 12,000, and not for both
+    EXPECT_EQ(
+        MessageOf<EOutOfMemory>([&] { InterpolateAndCreateImageFromGrid(axis, axis, Ramp(axis, axis), -9999, false); }),
+        "Out of memory");
+}
 
 } // namespace
 } // namespace lmx

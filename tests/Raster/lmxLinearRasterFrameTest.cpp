@@ -100,5 +100,16 @@ TEST(LinearRasterFrame, CopiesLinearFramesInMemoryOnly) {
     EXPECT_EQ(MessageOf<EInvalidOperation>([] { TLinearRasterFrame frame(nullptr); }), "Source not supported");
 }
 
+TEST(LinearRasterFrame, GivesItsTablesToReadersToo) {
+    TLinearRasterFrame frame({0, 1, 1, 0}, 1, 1, TDataKind::dkInt);
+    frame.GetAttributes().Add("unit", "mm");
+    frame.GetIndexTable().Add(7, "forest");
+    frame.GetRangeTable().Add({1, 2}, "low");
+    const IRasterFrame& reader = frame;
+    EXPECT_EQ(reader.GetAttributes().GetItem("unit"), "mm");
+    EXPECT_EQ(reader.GetIndexTable().GetItem(7), "forest");
+    EXPECT_EQ(reader.GetRangeTable().GetItem({1, 2}), "low");
+}
+
 } // namespace
 } // namespace lmx

@@ -107,6 +107,27 @@ TEST_F(ObjectList, MovesWithoutAReport) {
     EXPECT_TRUE(Diary.empty());
 }
 
+TEST_F(ObjectList, CountsItsChanges) {
+    std::uint64_t last = List->GetChangeCount();
+    const auto expectAChange = [&] {
+        EXPECT_GT(List->GetChangeCount(), last);
+        last = List->GetChangeCount();
+    };
+    Fill({"a", "b", "c"});
+    expectAChange();
+    List->Move(0, 2);
+    expectAChange();
+    List->Remove((*List)[0]);
+    expectAChange();
+    const auto kept = List->Extract((*List)[0]);
+    expectAChange();
+    EXPECT_FALSE(List->Remove(kept.get()));
+    EXPECT_TRUE(List->Contains((*List)[0]));
+    EXPECT_EQ(List->GetChangeCount(), last);
+    List->Clear();
+    expectAChange();
+}
+
 // ---- A callback that changes the list
 
 TEST_F(ObjectList, ItsCallbackMayRemoveAnotherItem) {

@@ -76,34 +76,34 @@ TEST_P(LinesOfAStream, AreTheSameInPiecesOfAnySize) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, LinesOfAStream,
-                         testing::Values(TLinesRow{"LineFeeds", "a\nb\n\nc", {"a", "b", "", "c", "", ""}},
-                                         TLinesRow{"CarriageReturns", "a\rb\r\rc\r", {"a", "b", "", "c", "", ""}},
-                                         TLinesRow{"Both", "a\r\nb\r\n\r\nc", {"a", "b", "", "c", ""}},
-                                         TLinesRow{"Mixed", "a\n\rb\r\r\nc\n", {"a", "", "b", "", "c", ""}},
-                                         TLinesRow{"Nothing", "", {"", "", ""}},
-                                         TLinesRow{"Blanks", "  a \n\t\n", {"  a ", "\t", ""}},
-                                         TLinesRow{"Mark",
-                                                   "\xEF\xBB\xBF"
-                                                   "a\nb",
-                                                   {"a", "b", ""}},
-                                         TLinesRow{"MarkInside",
-                                                   "a\n\xEF\xBB\xBF"
-                                                   "b",
-                                                   {"a", QString(QChar(0xFEFF)) + "b"}},
-                                         TLinesRow{"TwoMarks",
-                                                   "\xEF\xBB\xBF\xEF\xBB\xBF"
-                                                   "a",
-                                                   {QString(QChar(0xFEFF)) + "a", ""}},
-                                         TLinesRow{"PartOfAMark",
-                                                   "\xEF\xBB\n"
-                                                   "a",
-                                                   {QString(QChar(0xFFFD)), "a", ""}},
-                                         TLinesRow{"NothingButPartOfAMark", "\xEF\xBB", {QString(QChar(0xFFFD)), ""}},
-                                         TLinesRow{"OnlyTheMark", "\xEF\xBB\xBF", {"", ""}},
-                                         TLinesRow{"Umlaut", "\xC3\xBC\n", {QString(QChar(0xFC)), ""}},
-                                         TLinesRow{"NotUtf8", "\xFF\n", {QString(QChar(0xFFFD)), ""}}),
-                         [](const auto& row) { return row.param.Name; });
+INSTANTIATE_TEST_SUITE_P(
+    Rows, LinesOfAStream,
+    testing::Values(TLinesRow{"LineFeeds", "a\nb\n\nc", {"a", "b", "", "c", "", ""}},
+                    TLinesRow{"CarriageReturns", "a\rb\r\rc\r", {"a", "b", "", "c", "", ""}},
+                    TLinesRow{"Both", "a\r\nb\r\n\r\nc", {"a", "b", "", "c", ""}},
+                    TLinesRow{"Mixed", "a\n\rb\r\r\nc\n", {"a", "", "b", "", "c", ""}},
+                    TLinesRow{"Nothing", "", {"", "", ""}}, TLinesRow{"Blanks", "  a \n\t\n", {"  a ", "\t", ""}},
+                    TLinesRow{"Mark",
+                              "\xEF\xBB\xBF"
+                              "a\nb",
+                              {"a", "b", ""}},
+                    TLinesRow{"MarkInside",
+                              "a\n\xEF\xBB\xBF"
+                              "b",
+                              {"a", QString(QChar(0xFEFF)) + "b"}},
+                    TLinesRow{"TwoMarks",
+                              "\xEF\xBB\xBF\xEF\xBB\xBF"
+                              "a",
+                              {QString(QChar(0xFEFF)) + "a", ""}},
+                    TLinesRow{"PartOfAMark",
+                              "\xEF\xBB\n"
+                              "a",
+                              {QString(2, QChar(0xFFFD)), "a", ""}},
+                    TLinesRow{"NothingButPartOfAMark", "\xEF\xBB", {QString(2, QChar(0xFFFD)), ""}},
+                    TLinesRow{"OnlyTheMark", "\xEF\xBB\xBF", {"", ""}},
+                    TLinesRow{"Umlaut", "\xC3\xBC\n", {QString(QChar(0xFC)), ""}},
+                    TLinesRow{"NotUtf8", "\xFF\n", {QString(QChar(0xFFFD)), ""}}),
+    [](const auto& row) { return row.param.Name; });
 
 TEST(StreamReader, ReadsLinesLongerThanItsBlock) {
     const QByteArray longLine(200'000, 'x');

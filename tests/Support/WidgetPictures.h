@@ -26,6 +26,12 @@ inline QImage PictureOf(QWidget& widget) {
     return widget.grab().toImage().convertToFormat(QImage::Format_ARGB32);
 }
 
+/// The pixel of a widget's picture that covers the middle of a logical one.
+inline QPoint DevicePixel(const QWidget& widget, QPoint logical) {
+    const QPointF middle = (QPointF(logical) + QPointF(0.5, 0.5)) * widget.devicePixelRatioF();
+    return {static_cast<int>(middle.x()), static_cast<int>(middle.y())};
+}
+
 /// A row or a column of an image as the letters of its colours; `?` for a colour without one.
 inline std::string Letters(const QImage& image, QPoint from, QPoint step, const std::map<QRgb, char>& letters) {
     std::string text;

@@ -4,6 +4,10 @@
 #include <tests/Support/ScriptedServices.h>
 #include <tests/Support/WidgetPictures.h>
 
+#include <QMouseEvent>
+
+#include <memory>
+
 namespace lmx {
 namespace {
 
@@ -64,6 +68,20 @@ TEST_F(ColorShape, KeepsItsColourAfterACancel) {
     tests::ShowActive(Shape);
     QTest::mouseClick(&Shape, Qt::LeftButton);
     EXPECT_EQ(Shape.GetColor(), Orange);
+}
+
+TEST_F(ColorShape, MayGoWhileTheUserChooses) {
+    auto shape = std::make_unique<TColorShape>();
+    Chooser->Answers = {0xFF102030U};
+    Chooser->WhileOpen = [&] { shape.reset(); };
+    shape->SelectColor();
+    EXPECT_EQ(shape, nullptr);
+    shape = std::make_unique<TColorShape>();
+    Chooser->Answers = {0xFF102030U};
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(5, 5), shape->mapToGlobal(QPointF(5, 5)), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(shape.get(), &press);
+    EXPECT_EQ(shape, nullptr);
 }
 
 } // namespace

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <vector>
+
 namespace lmx {
 namespace {
 
@@ -48,6 +51,17 @@ TEST(ImageList, IsReplacedImageByImage) {
     EXPECT_EQ(list.GetCount(), 1);
     EXPECT_EQ(list.GetImage(0, 1, Qt::red).pixel(0, 0), 0xFFFF0000U);
     EXPECT_TRUE(list.Replace(0, nullptr)) << "the former one comes back";
+    EXPECT_TRUE(list.GetImage(0, 1, Qt::red).isNull());
+}
+
+TEST(ImageList, MayReplaceAnImageWhileItIsMade) {
+    TImageList list(TSize(2, 2));
+    const auto large = std::make_shared<std::vector<int>>(1000, 7); // held by the picture alone, once it is taken out
+    list.Add([&list, large](double ratio, const QColor& ink) {
+        list.Replace(0, nullptr);
+        return large->back() == 7 ? Square(ratio, ink) : QImage();
+    });
+    EXPECT_EQ(list.GetImage(0, 1, Qt::red).pixel(0, 0), 0xFFFF0000U);
     EXPECT_TRUE(list.GetImage(0, 1, Qt::red).isNull());
 }
 

@@ -1,14 +1,19 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/Private/lmxFormHeading.h>
+#include <lmx/Widgets/lmxColorShape.h>
 #include <lmx/Widgets/lmxModalDialog.h>
 #include <tests/Support/ModalAnswer.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/ScriptedServices.h>
 #include <tests/Support/WidgetPictures.h>
 
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QToolButton>
 #include <QVBoxLayout>
+
+#include <memory>
 
 namespace lmx {
 namespace {
@@ -19,9 +24,12 @@ public:
         : TModalDialog(QStringLiteral("Caption"), QStringLiteral("Heading"), parent) {
         Edit = new QLineEdit(this);
         More = new QPushButton(QStringLiteral("More"), this);
-        More->setAutoDefault(false);
-        GetContent()->addWidget(Edit);
-        GetContent()->addWidget(More);
+        Color = new TColorShape(this);
+        Bold = new QToolButton(this);
+        Bold->setCheckable(true);
+        for (QWidget* control : {static_cast<QWidget*>(Edit), static_cast<QWidget*>(More), static_cast<QWidget*>(Color),
+                                 static_cast<QWidget*>(Bold)})
+            GetContent()->addWidget(control);
         AddButtons();
     }
     QPushButton* Button(const char* name) { return findChild<QPushButton*>(QString::fromLatin1(name)); }
@@ -29,6 +37,8 @@ public:
     bool Refuses = false;
     QLineEdit* Edit;
     QPushButton* More;
+    TColorShape* Color;
+    QToolButton* Bold;
 
 protected:
     void OkClick() override {
@@ -61,10 +71,66 @@ TEST(ModalDialog, IsConfirmedByItsButtonAndTheEnterKey) {
               TModalResult::mrOk);
     EXPECT_EQ(Shown([](TTestDialog& dialog) { QTest::keyClick(dialog.Edit, Qt::Key_Return); }), TModalResult::mrOk);
     EXPECT_EQ(Shown([](TTestDialog& dialog) {
-                  dialog.More->setFocus();
-                  QTest::keyClick(dialog.More, Qt::Key_Enter);
+                  dialog.Bold->setFocus(Qt::TabFocusReason);
+                  QTest::keyClick(dialog.Bold, Qt::Key_Enter);
               }),
               TModalResult::mrOk);
+}
+
+TEST(ModalDialog, PressesTheButtonThatHasTheKeyboardByTheEnterKey) {
+    EXPECT_EQ(Shown([](TTestDialog& dialog) {
+                  dialog.Button("btnCancel")->setFocus();
+                  QTest::keyClick(dialog.Button("btnCancel"), Qt::Key_Return);
+              }),
+              TModalResult::mrCancel);
+    EXPECT_EQ(Shown([&](TTestDialog& dialog) {
+                  int clicks = 0;
+                  QObject::connect(dialog.More, &QPushButton::clicked, [&] { ++clicks; });
+                  dialog.More->setFocus();
+                  QTest::keyClick(dialog.More, Qt::Key_Enter);
+                  EXPECT_EQ(clicks, 1);
+                  EXPECT_TRUE(dialog.isVisible());
+                  EXPECT_TRUE(dialog.More->isDefault()) << "and it looks so";
+                  dialog.Color->setFocus();
+                  EXPECT_TRUE(dialog.Button("btnOK")->isDefault());
+                  QTest::keyClick(dialog.Color, Qt::Key_Return);
+              }),
+              TModalResult::mrOk);
+}
+
+TEST(ModalDialog, TakesNoNoticeOfAnEnterKeyThatIsStillHeld) {
+    EXPECT_EQ(Shown([](TTestDialog& dialog) {
+                  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+                  QCoreApplication::sendEvent(dialog.Edit, &held);
+                  EXPECT_TRUE(dialog.isVisible());
+                  dialog.reject();
+              }),
+              TModalResult::mrCancel);
+}
+
+TEST(ModalDialog, BeginsWithItsFirstTextSelected) {
+    TTestDialog dialog;
+    dialog.Edit->setText(QStringLiteral("as it was"));
+    tests::ShowActive(dialog);
+    EXPECT_TRUE(dialog.Edit->hasFocus());
+    EXPECT_EQ(dialog.Edit->selectedText(), "as it was");
+    TTestDialog other;
+    other.More->setFocus();
+    tests::ShowActive(other);
+    EXPECT_TRUE(other.More->hasFocus()) << "it was given the keyboard";
+}
+
+TEST(ModalDialog, IsCancelledWhenItIsHiddenOrGoes) {
+    EXPECT_EQ(
+        [] {
+            TTestDialog dialog;
+            const tests::TModalAnswer<TTestDialog> answer([](TTestDialog& shown) { shown.hide(); });
+            return dialog.ShowModal();
+        }(),
+        TModalResult::mrCancel);
+    auto dialog = std::make_unique<TTestDialog>();
+    const tests::TModalAnswer<TTestDialog> answer([&](TTestDialog&) { dialog.reset(); });
+    EXPECT_EQ(dialog->ShowModal(), TModalResult::mrCancel);
 }
 
 TEST(ModalDialog, IsCancelledByItsButtonEscapeAndTheWindow) {
@@ -93,8 +159,9 @@ TEST(ModalDialog, LeadsTheTabKeyThroughItsContentToItsButtons) {
     TTestDialog dialog;
     tests::ShowActive(dialog);
     EXPECT_TRUE(dialog.Edit->hasFocus());
-    for (QWidget* next : {static_cast<QWidget*>(dialog.More), static_cast<QWidget*>(dialog.Button("btnOK")),
-                          static_cast<QWidget*>(dialog.Button("btnCancel"))}) {
+    for (QWidget* next :
+         {static_cast<QWidget*>(dialog.More), static_cast<QWidget*>(dialog.Color), static_cast<QWidget*>(dialog.Bold),
+          static_cast<QWidget*>(dialog.Button("btnOK")), static_cast<QWidget*>(dialog.Button("btnCancel"))}) {
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
         EXPECT_TRUE(next->hasFocus()) << next->objectName().toStdString();
     }

@@ -1,6 +1,12 @@
 #pragma once
 
+#include <lmx/Coordinates/wskMappingTypes.h>
+#include <lmx/Graphics/lmxColor32.h>
+
+#include <QString>
+
 #include <optional>
+#include <vector>
 
 class QWidget;
 
@@ -9,10 +15,24 @@ class QWidget;
 
 namespace lmx {
 
+class TInfoQueryPoint;
 class TRulerItem;
 
 /// Asks for a ruler, beginning with what `present` says, or with a new one's values if it is nil.
 /// @throws EConvertError for a location that is no number.
 std::optional<TRulerItem> AskForRuler(QWidget* parent, const TRulerItem* present);
+
+/// A query point as the user has described it.
+struct TQueryPointAnswer {
+    TMapPoint Point;
+    TColor32 Color = 0;
+    QString Label;
+};
+
+/// Asks for a query point, beginning with `present`, or with a new one's values if it is nil. No form asks for points:
+/// nothing is answered.
+std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget* parent, const TInfoQueryPoint* present);
+/// Asks for any number of points at once; none if it was cancelled. No form asks for them: none is answered.
+std::vector<TQueryPointAnswer> AskForQueryPoints(QWidget* parent);
 
 } // namespace lmx

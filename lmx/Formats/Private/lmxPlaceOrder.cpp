@@ -10,7 +10,8 @@ namespace lmx {
 namespace {
 
 constexpr std::uint32_t GridSize = 65536;
-constexpr std::size_t FewItems = 64; // of which one run of vertices may consist
+constexpr std::size_t FewItems = 64;         // of which one run of vertices may consist
+constexpr std::size_t ComparedSteps = 65536; // of a way; all of a longer one would tell the same
 
 /// The range of a coordinate that holds all but the outermost parts of a sample, and half as much again on both sides.
 struct TRange {
@@ -32,25 +33,57 @@ struct TRange {
     }
 };
 
-// How far along the curve of Hilbert a cell lies: it goes through all cells of the grid, always to a neighbour.
-std::uint32_t WayTo(std::uint32_t cell) {
-    std::uint32_t x = cell >> 16U;
-    std::uint32_t y = cell & 0xFFFFU;
-    std::uint32_t way = 0;
-    for (std::uint32_t half = GridSize / 2; half > 0; half /= 2) {
-        const std::uint32_t right = (x & half) != 0 ? 1 : 0;
-        const std::uint32_t upper = (y & half) != 0 ? 1 : 0;
-        way = way << 2U | ((3 * right) ^ upper);
-        if (upper == 0) { // the lower quarters hold the curve turned, and the right one mirrored as well
-            if (right == 1) {
-                x = ~x;
-                y = ~y;
-            }
-            std::swap(x, y);
-        }
+/// The curve of Hilbert goes through all cells of a grid, always to a neighbour. Each quarter of the grid holds the
+/// same curve, the lower ones turned and the lower right one mirrored as well; so four bits of column and row at a
+/// time, and whether the curve is turned or mirrored there, tell eight bits of how far along it a cell lies.
+class THilbertCurve {
+public:
+    constexpr THilbertCurve() {
+        for (unsigned state = 0; state < 4; ++state)
+            for (unsigned nibbles = 0; nibbles < 256; ++nibbles)
+                FSteps[state][nibbles] = StepOf(state, nibbles >> 4U, nibbles & 15U);
     }
-    return way;
-}
+
+    std::uint32_t WayTo(std::uint32_t cell) const {
+        std::uint32_t way = 0;
+        unsigned state = 0;
+        for (unsigned shift = 16; shift > 0;) {
+            shift -= 4;
+            const TStep step = FSteps[state][(cell >> (16 + shift) & 15U) << 4U | (cell >> shift & 15U)];
+            way = way << 8U | step.Way;
+            state = step.State;
+        }
+        return way;
+    }
+
+private:
+    struct TStep {
+        std::uint8_t Way = 0;
+        std::uint8_t State = 0; ///< of the next four bits: 1 mirrored, 2 turned
+    };
+
+    static constexpr TStep StepOf(unsigned state, unsigned column, unsigned row) {
+        unsigned mirrored = state & 1U;
+        unsigned turned = state >> 1U;
+        unsigned way = 0;
+        for (unsigned bit = 4; bit > 0;) {
+            --bit;
+            unsigned right = (column >> bit & 1U) ^ mirrored;
+            unsigned upper = (row >> bit & 1U) ^ mirrored;
+            if (turned != 0)
+                std::swap(right, upper);
+            way = way << 2U | ((3 * right) ^ upper);
+            if (upper == 0) {
+                mirrored ^= right;
+                turned ^= 1U;
+            }
+        }
+        return {static_cast<std::uint8_t>(way), static_cast<std::uint8_t>(turned << 1U | mirrored)};
+    }
+
+    std::array<std::array<TStep, 256>, 4> FSteps{};
+};
+constexpr THilbertCurve Curve;
 
 std::uint64_t Distance(std::uint32_t a, std::uint32_t b) {
     const auto columns = static_cast<std::int64_t>(a >> 16U) - static_cast<std::int64_t>(b >> 16U);
@@ -97,17 +130,17 @@ std::vector<std::uint32_t> OrderCells(std::span<const std::uint32_t> cells) {
     if (cells.size() <= FewItems)
         return {};
     std::vector<std::uint64_t> ways(cells.size());
-    std::uint64_t given = 0;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        ways[i] = std::uint64_t{WayTo(cells[i])} << 32U | i;
-        given += i > 0 ? Distance(cells[i - 1], cells[i]) : 0;
-    }
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        ways[i] = std::uint64_t{Curve.WayTo(cells[i])} << 32U | i;
     SortByUpperHalf(ways);
     std::vector<std::uint32_t> order(cells.size());
+    std::ranges::transform(ways, order.begin(), [](std::uint64_t way) { return static_cast<std::uint32_t>(way); });
+    const std::size_t step = 1 + cells.size() / ComparedSteps;
+    std::uint64_t given = 0;
     std::uint64_t ordered = 0;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        order[i] = static_cast<std::uint32_t>(ways[i]);
-        ordered += i > 0 ? Distance(cells[order[i - 1]], cells[order[i]]) : 0;
+    for (std::size_t i = 1; i < cells.size(); i += step) {
+        given += Distance(cells[i - 1], cells[i]);
+        ordered += Distance(cells[order[i - 1]], cells[order[i]]);
     }
     if (2 * ordered >= given)
         order.clear();

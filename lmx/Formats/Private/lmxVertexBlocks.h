@@ -61,4 +61,25 @@ std::vector<TVertexBlock> MakeVertexBlocks(std::span<const Vertex> vertices,
     return blocks;
 }
 
+/// The groups of what MakeVertexBlocks gives, and one entry more, without a box, that holds the number of runs.
+inline std::vector<TVertexBlock> MakeBlockGroups(std::span<const TVertexBlock> blocks) {
+    std::vector<TVertexBlock> groups;
+    const std::size_t count = blocks.size() - 1;
+    groups.reserve(count / BlocksOfGroup + 2);
+    for (std::size_t i = 0; i < count; ++i) {
+        const TVertexBlock& block = blocks[i];
+        if (i % BlocksOfGroup == 0) {
+            groups.push_back({static_cast<std::uint32_t>(i), block.XMin, block.YMin, block.XMax, block.YMax});
+            continue;
+        }
+        TVertexBlock& group = groups.back();
+        group.XMin = std::min(group.XMin, block.XMin);
+        group.YMin = std::min(group.YMin, block.YMin);
+        group.XMax = std::max(group.XMax, block.XMax);
+        group.YMax = std::max(group.YMax, block.YMax);
+    }
+    groups.push_back({static_cast<std::uint32_t>(count), 0, 0, 0, 0});
+    return groups;
+}
+
 } // namespace lmx

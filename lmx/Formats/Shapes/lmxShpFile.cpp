@@ -89,7 +89,8 @@ std::size_t TShpFile::GetVertexCount() const {
 
 std::size_t TShpFile::GetMemorySize() const {
     return FData->Points.capacity() * sizeof(TShpPoint) + FData->PointPlaces.capacity() * sizeof(std::uint32_t) +
-           FData->PointRecords.GetMemorySize() + FData->PointBlocks.capacity() * sizeof(TVertexBlock) +
+           FData->PointRecords.GetMemorySize() +
+           (FData->PointBlocks.capacity() + FData->PointBlockGroups.capacity()) * sizeof(TVertexBlock) +
            FData->Polygons.GetMemorySize() + FData->PolyLines.GetMemorySize();
 }
 

@@ -49,6 +49,7 @@ struct TShpData {
     std::vector<std::uint32_t> PointPlaces; ///< index among Points of each point of the file; none if the same
     TRecordNumbers PointRecords;            ///< of the points as in the file
     std::vector<TVertexBlock> PointBlocks;
+    std::vector<TVertexBlock> PointBlockGroups;
     TShpOutlines Polygons;
     TShpOutlines PolyLines;
     std::size_t DamagedRecords = 0;

@@ -17,7 +17,7 @@ TShpPointArr TShpOutlines::GetPart(std::size_t shape, std::size_t part) const {
 std::size_t TShpOutlines::GetMemorySize() const {
     return FVertices.capacity() * sizeof(TShpPoint) +
            (FPartStarts.capacity() + FPartPlaces.capacity() + FShapeStarts.capacity()) * sizeof(std::uint32_t) +
-           FRecords.GetMemorySize() + FBlocks.capacity() * sizeof(TVertexBlock);
+           FRecords.GetMemorySize() + (FBlocks.capacity() + FBlockGroups.capacity()) * sizeof(TVertexBlock);
 }
 
 } // namespace lmx

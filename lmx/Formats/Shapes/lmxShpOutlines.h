@@ -33,6 +33,7 @@ public:
     /// Index of each part's first vertex, ascending; a part without vertices has that of the next one.
     std::span<const std::uint32_t> GetPartStarts() const { return FPartStarts; }
     std::span<const TVertexBlock> GetBlocks() const { return FBlocks; }
+    std::span<const TVertexBlock> GetBlockGroups() const { return FBlockGroups; }
 
     std::size_t GetMemorySize() const; ///< bytes
 
@@ -45,6 +46,7 @@ private:
     std::vector<std::uint32_t> FShapeStarts; ///< indexes of parts, one entry more than shapes; or none
     TRecordNumbers FRecords;
     std::vector<TVertexBlock> FBlocks;
+    std::vector<TVertexBlock> FBlockGroups;
 };
 
 } // namespace lmx

@@ -61,6 +61,7 @@ private:
 template<class Emit>
 void TCoverage::Sweep(Emit tell) {
     std::sort(FEdges.begin(), FEdges.end(), [](const TEdge& a, const TEdge& b) { return a.Top.Y < b.Top.Y; });
+    FActive.reserve(FEdges.size()); // so that nothing is raised once rows are told
     std::size_t next = 0;
     for (std::int32_t y = 0; y < FHeight; ++y) {
         if (FActive.empty()) {

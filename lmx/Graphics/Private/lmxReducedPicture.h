@@ -15,6 +15,7 @@ namespace lmx {
 class TReducedPictures {
 public:
     /// Draws `sourceRect` of `picture` into `destination`. `piece` numbers the pieces of one paint, from 0.
+    /// Without memory for a reduced form the picture itself is drawn.
     void Draw(TBitmap32& target, std::size_t piece, const TWideRect& destination, const TRect& sourceRect,
               const TBitmap32& picture);
 
@@ -25,8 +26,8 @@ private:
     /// How a piece was drawn last, and its reduced form if that is kept.
     struct TPiece {
         TRect SourceRect;
-        std::int64_t Width = 0;
-        std::int64_t Height = 0;
+        std::uint64_t Width = 0;
+        std::uint64_t Height = 0;
         TBitmap32 Reduced;
     };
 

@@ -35,7 +35,10 @@ TFloatPoints DropShortEdges(std::span<const TFloatPoint> points, bool closed) {
 /// Walks along the vertices and writes the points of the contour on the side that the normals point to.
 class TStroker {
 public:
-    TStroker(TFloatPoints vertices, const TStroke& stroke) : FVertices(std::move(vertices)), FStroke(stroke) {
+    TStroker(TFloatPoints vertices, const TStroke& stroke, const TRect& visible)
+        : FVertices(std::move(vertices)),
+          FStroke(stroke),
+          FVisible(visible) {
         for (std::size_t i = 0; i < FVertices.size(); ++i) {
             const TFloatPoint from = FVertices[i];
             const TFloatPoint to = FVertices[(i + 1) % FVertices.size()];
@@ -97,32 +100,64 @@ private:
         Add(vertex, -normal, Half());
     }
 
-    /// The inner points of an arc that begins at `normal` and goes on by `angle`.
+    /// The inner points of an arc that begins at `normal` and goes on by `angle`, at most half a circle.
     void AddArc(TFloatPoint vertex, TFloatPoint normal, double angle) {
         const double full = 2 * std::numbers::pi;
         const int steps = static_cast<int>(std::ceil(angle / full * std::max(CircleSteps(Half()), 8)));
-        for (int i = 1; i < steps; ++i) {
-            const double c = std::cos(angle * i / steps);
-            const double s = std::sin(angle * i / steps);
-            Add(vertex, {normal.X * c - normal.Y * s, normal.X * s + normal.Y * c}, Half());
-        }
+        AddArcPoints({vertex, normal, angle / steps}, 0, steps);
+    }
+
+    /// An arc about a vertex in equal steps.
+    struct TArc {
+        TFloatPoint Vertex;
+        TFloatPoint Normal;
+        double Step; // angle
+    };
+
+    /// The points between two steps of an arc, as far as they can be told from the chord.
+    void AddArcPoints(const TArc& arc, int first, int last) {
+        if (last - first < 2 || !IsSeen(arc, first, last))
+            return;
+        const int middle = first + (last - first) / 2;
+        AddArcPoints(arc, first, middle);
+        Add(arc.Vertex, NormalAt(arc, middle), Half());
+        AddArcPoints(arc, middle, last);
+    }
+
+    static TFloatPoint NormalAt(const TArc& arc, double step) {
+        const double c = std::cos(arc.Step * step);
+        const double s = std::sin(arc.Step * step);
+        return {arc.Normal.X * c - arc.Normal.Y * s, arc.Normal.X * s + arc.Normal.Y * c};
+    }
+
+    /// What lies between an arc and its chord lies in the circle about the arc's middle through its ends.
+    bool IsSeen(const TArc& arc, int first, int last) const {
+        const TFloatPoint ahead = NormalAt(arc, (first + last) / 2.0);
+        const TFloatPoint middle = {arc.Vertex.X + ahead.X * Half(), arc.Vertex.Y + ahead.Y * Half()};
+        const double reach = 2 * Half() * std::sin(arc.Step * (last - first) / 4);
+        const double rounding = 1 + 1e-12 * (Half() + std::abs(arc.Vertex.X) + std::abs(arc.Vertex.Y));
+        const TFloatPoint nearest = {std::clamp<double>(middle.X, FVisible.Left, FVisible.Right),
+                                     std::clamp<double>(middle.Y, FVisible.Top, FVisible.Bottom)};
+        return !(Distance(middle, nearest) > reach + rounding);
     }
 
     TFloatPoints FVertices;
     TFloatPoints FNormals; // of the edge from each vertex to the next
     TStroke FStroke;
+    TRect FVisible;
     TFloatPoints FContour;
 };
 
 } // namespace
 
-std::vector<TFloatPoints> StrokeContours(std::span<const TFloatPoint> points, bool closed, const TStroke& stroke) {
-    if (!(stroke.Width > 0) || !std::all_of(points.begin(), points.end(), TCoverage::IsUsable))
+std::vector<TFloatPoints> StrokeContours(std::span<const TFloatPoint> points, bool closed, const TStroke& stroke,
+                                         const TRect& visible) {
+    if (visible.IsEmpty() || !(stroke.Width > 0) || !std::all_of(points.begin(), points.end(), TCoverage::IsUsable))
         return {};
     TFloatPoints vertices = DropShortEdges(points, closed);
     if (vertices.size() < 2)
         return {};
-    TStroker stroker(std::move(vertices), stroke);
+    TStroker stroker(std::move(vertices), stroke, visible);
     return closed ? stroker.Closed() : stroker.Open();
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <lmx/Graphics/lmxColor32.h>
+#include <lmx/Runtime/lmxEvent.h>
+
 #include <memory>
 
 class QObject;
@@ -11,6 +14,7 @@ namespace lmx {
 
 class IBaseColorCalculator;
 class TBaseLegendControl;
+class TShpFile;
 
 /// The object that a legend control is, to watch whether it still lives.
 QObject* LegendControlObject(TBaseLegendControl* control);
@@ -22,5 +26,17 @@ void FreeLegendControl(TBaseLegendControl* control);
 /// The legend of a raster with that calculator: of a gradient, a basic palette, colour classes or a gradient in parts,
 /// whichever it is first; nil for any other calculator.
 TBaseLegendControl* CreateRasterLegendControl(const std::shared_ptr<IBaseColorCalculator>& calculator);
+
+/// What a legend of one colour tells: itself, and the colour that the user has chosen.
+using TLegendColorEvent = TEvent<TBaseLegendControl*, TColor>;
+
+/// The legend of a shape file.
+TBaseLegendControl* CreateShapeFileLegendControl(TShpFile* shpFile, TColor color, TLegendColorEvent onColorChanged);
+/// What a host has supplied, if it is a legend of shape files, and tells the layer from now on; else nil.
+TBaseLegendControl* TakeShapeFileLegendControl(TBaseLegendControl* supplied, TLegendColorEvent onColorChanged);
+/// The legend of a vector file.
+TBaseLegendControl* CreateVectorFileLegendControl(TColor color, TLegendColorEvent onColorChanged);
+/// Shows a colour in a legend of one colour.
+void ShowLegendColor(TBaseLegendControl* legend, TColor color);
 
 } // namespace lmx

@@ -1,12 +1,34 @@
 #include <lmx/Runtime/Private/lmxMemory.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 
+#if __has_include(<unistd.h>)
+#include <unistd.h>
+#endif
+
 namespace lmx {
 
+namespace {
+
+/// The most bytes that one piece may have: those of the machine's memory, where the system tells.
+std::uint64_t MostMemory() {
+    const auto addressable = static_cast<std::uint64_t>(std::numeric_limits<std::ptrdiff_t>::max());
+#if defined(_SC_PHYS_PAGES) && defined(_SC_PAGESIZE)
+    const long pages = sysconf(_SC_PHYS_PAGES);
+    const long pageSize = sysconf(_SC_PAGESIZE);
+    if (pages > 0 && pageSize > 0)
+        return std::min(addressable, static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize));
+#endif
+    return addressable;
+}
+
+} // namespace
+
 void NeedMemory(std::uint64_t bytes) {
-    if (bytes > static_cast<std::uint64_t>(std::numeric_limits<std::ptrdiff_t>::max()))
+    static const std::uint64_t most = MostMemory();
+    if (bytes > most)
         throw EOutOfMemory();
     void* volatile const piece = std::malloc(static_cast<std::size_t>(bytes)); // volatile, or compilers leave it out
     if (!piece && bytes > 0)

@@ -13,8 +13,9 @@
 
 namespace lmx {
 
-/// Asks the system for so much memory in one piece and gives it back untouched, which takes no time: whether a size
-/// has a chance at all.
+/// Whether a size has a chance at all: asks the system for so much memory in one piece and gives it back untouched,
+/// which takes no time. A system may promise more than it has and end the program that uses the promise, so what is
+/// more than the whole machine has is refused unasked.
 /// @throws EOutOfMemory if it has none.
 void NeedMemory(std::uint64_t bytes);
 

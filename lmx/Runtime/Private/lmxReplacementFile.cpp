@@ -75,11 +75,9 @@ void TReplacementFile::WriteInto() {
     QFile target(FFileName);
     Check(target, target.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
     Check(*FFile, FFile->seek(0));
-    while (!FFile->atEnd()) {
-        const QByteArray block = FFile->read(BlockSize);
-        Check(*FFile, !block.isEmpty());
+    for (QByteArray block = FFile->read(BlockSize); !block.isEmpty(); block = FFile->read(BlockSize))
         Check(target, WriteAll(target, block));
-    }
+    Check(*FFile, FFile->error() == QFileDevice::NoError);
 }
 
 void TReplacementFile::Check(const QFileDevice& file, bool succeeded) const {

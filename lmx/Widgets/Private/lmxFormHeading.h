@@ -10,6 +10,11 @@ class TFormHeading : public QLabel {
 public:
     explicit TFormHeading(const QString& text, QWidget* parent = nullptr);
 
+    QFont HeadingFont() const; ///< the label's own, larger and bold
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 };

@@ -3,6 +3,7 @@
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Formats/ImageFiles.h>
+#include <tests/Support/AddressSpaceLimit.h>
 #include <tests/Support/FileSizeLimit.h>
 #include <tests/Support/Printers.h>
 
@@ -414,6 +415,22 @@ TEST(IdrisiImages, OversizedFilesAreNotReadWhole) {
     TImageHeader header;
     EXPECT_EQ(MessageOf<EFileFormatException>([&] { header.LoadFromFile(folder.Path("a.rst")); }), message);
     EXPECT_EQ(header, TImageHeader());
+}
+
+TEST(IdrisiImages, LargerThanMemoryAreNamed) {
+    const TImageFolder folder;
+    folder.Write("a.rdc", Documentation("byte", "binary", 100'000, 100'000));
+    QFile data(folder.Path("a.rst"));
+    ASSERT_TRUE(data.open(QIODevice::ReadWrite) && data.resize(10'000'000'000)) << "sparse";
+    const QString message = folder.Path("a.rst") + QStringLiteral(": does not fit into memory");
+    {
+        const TAddressSpaceLimit limit(256 * 1024 * 1024);
+        EXPECT_EQ(MessageOf<EFileException>([&] { TImageFactory::Load(folder.Path("a.rst")); }), message);
+        EXPECT_EQ(MessageOf<EFileException>([&] { TByteImage(folder.Path("a.rdc"), true); }), message);
+    }
+    ASSERT_TRUE(data.resize(9'999'999'999));
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { TImageFactory::Load(folder.Path("a.rst")); }),
+              folder.Path("a.rst") + QStringLiteral(": the header claims 10000000000 cells, the data hold 9999999999"));
 }
 
 TEST(IdrisiImages, AreRefusedWhenTheirDataAreDamaged) {

@@ -1,6 +1,7 @@
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Formats/ImageFiles.h>
+#include <tests/Support/AddressSpaceLimit.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/VectorBytes.h>
 
@@ -124,6 +125,17 @@ TEST(Vector, AFailureLeavesItAsItWas) {
     EXPECT_EQ(vector.GetData(), data);
     EXPECT_EQ(vector.GetFileName(), DataFile("lines.vct"));
     EXPECT_EQ(vector.GetHeader().GetRefSystem(), "utm-31n");
+}
+
+TEST(Vector, LargerThanMemoryIsNamed) {
+    const TImageFolder folder;
+    QFile data(folder.Path("a.vct"));
+    ASSERT_TRUE(data.open(QIODevice::ReadWrite) && data.resize(4'000'000'000)) << "sparse";
+    const TAddressSpaceLimit limit(256 * 1024 * 1024);
+    TVector vector;
+    EXPECT_EQ(MessageOf<EFileException>([&] { vector.LoadFromFile(folder.Path("a.vct")); }),
+              folder.Path("a.vct") + QStringLiteral(": does not fit into memory"));
+    EXPECT_EQ(vector.GetFileName(), QString());
 }
 
 TEST(Vector, AStreamCarriesTheFeatures) {

@@ -73,6 +73,25 @@ TEST(VertexBlocks, BoxesAreRoundedOutwards) {
     EXPECT_EQ(blocks[0].YMax, std::numeric_limits<float>::infinity());
 }
 
+TEST(VertexBlocks, GroupsHoldTheBoxesOfTheirRuns) {
+    for (const std::uint32_t count : {0U, 1U, 64U * 32, 64U * 32 + 1, 64U * 100}) {
+        const auto points = Row(count);
+        const auto blocks = MakeVertexBlocks(std::span<const TShpPoint>(points), {});
+        const auto groups = MakeBlockGroups(blocks);
+        const std::size_t runs = blocks.size() - 1;
+        ASSERT_EQ(groups.size(), (runs + BlocksOfGroup - 1) / BlocksOfGroup + 1);
+        ASSERT_EQ(groups.back().First, runs);
+        for (std::size_t i = 0; i + 1 < groups.size(); ++i) {
+            ASSERT_EQ(groups[i].First, i * BlocksOfGroup);
+            const std::size_t last = groups[i + 1].First - 1;
+            EXPECT_EQ(groups[i].XMin, blocks[groups[i].First].XMin);
+            EXPECT_EQ(groups[i].XMax, blocks[last].XMax);
+            EXPECT_EQ(groups[i].YMin, blocks[last].YMin) << "Y falls";
+            EXPECT_EQ(groups[i].YMax, blocks[groups[i].First].YMax);
+        }
+    }
+}
+
 TEST(VertexBlocks, EachVertexIsInOneRunOfAllowedLength) {
     std::mt19937 random(5);
     for (int round = 0; round < 2000; ++round) {

@@ -203,7 +203,7 @@ TEST(CSVReader, ReadsRealFiles) {
     EXPECT_EQ(RowsOf(ReadSample("testnull.csv")),
               (TRows{{"INTCOL", "REALCOL", "INTCOL2", "REALCOL2", "STRINGCOL"}, {"12", "5.7", "foo", "foo", "foo"}}));
     EXPECT_EQ(RowsOf(ReadSample("testquoteheader1.csv")), (TRows{{"test", "2000", "2000.12"}, {"1", "2", "3"}}));
-    EXPECT_EQ(RowsOf(ReadSample("unbalanced_double_quotes.csv")), (TRows{{"id", "txt"}, {"1", "foo\"\n2,bar"}}));
+    EXPECT_EQ(RowsOf(ReadSample("unbalanced_double_quotes.csv")), (TRows{{"id", "txt"}, {"1", "foo\"\n2,bar\n"}}));
 }
 
 struct CSVFile : testing::Test {

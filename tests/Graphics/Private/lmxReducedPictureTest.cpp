@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <random>
 
 namespace lmx {
@@ -91,6 +92,37 @@ TEST(ReducedPicture, EnlargedPiecesAreNotKept) {
     for (int paint = 0; paint < 3; ++paint)
         reduced.Draw(drawn, 0, TWideRect(-1000000, -1000000, 1000008, 1000008), TRect(0, 0, 4, 4), picture);
     ExpectEqual(drawn, expected);
+}
+
+TEST(ReducedPicture, DestinationsMayReachTheEndsOfTheNumbers) {
+    using limits = std::numeric_limits<std::int64_t>;
+    const TBitmap32 picture = NoisePicture(40, 20, TDrawMode::dmOpaque);
+    const TWideRect ends[] = {{limits::min(), limits::min(), limits::max(), limits::max()},
+                              {limits::min(), 0, 8, 8},
+                              {0, 0, limits::max(), limits::max()},
+                              {limits::max(), limits::max(), limits::min(), limits::min()},
+                              {8, 8, limits::min(), limits::min()}};
+    for (const TWideRect& destination : ends) {
+        TReducedPictures reduced;
+        TBitmap32 expected(8, 8);
+        expected.Draw(destination, picture.GetBounds(), picture);
+        for (int paint = 0; paint < 3; ++paint) {
+            TBitmap32 drawn(8, 8);
+            reduced.Draw(drawn, 0, destination, picture.GetBounds(), picture);
+            ExpectEqual(drawn, expected);
+        }
+    }
+}
+
+TEST(ReducedPicture, NothingOfAPictureIsNothing) {
+    const TBitmap32 picture = NoisePicture(4, 4, TDrawMode::dmOpaque);
+    TReducedPictures reduced;
+    TBitmap32 drawn(8, 8);
+    for (int paint = 0; paint < 3; ++paint) {
+        reduced.Draw(drawn, 0, TWideRect(0, 0, 2, 2), TRect(3, 3, 1, 1), picture);
+        reduced.Draw(drawn, 1, TWideRect(4, 0, 4, 2), picture.GetBounds(), picture);
+    }
+    ExpectEqual(drawn, TBitmap32(8, 8));
 }
 
 } // namespace

@@ -1,13 +1,25 @@
 #include <lmx/Graphics/Private/lmxStroke.h>
 
+#include <lmx/Graphics/Private/lmxCoverage.h>
+#include <lmx/Runtime/lmxExtended.h>
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <numbers>
+#include <random>
 
 namespace lmx {
 namespace {
+
+constexpr TRect Everywhere(-PixelLimit, -PixelLimit, PixelLimit, PixelLimit);
+
+std::vector<TFloatPoints> StrokeContours(std::span<const TFloatPoint> points, bool closed, const TStroke& stroke) {
+    return lmx::StrokeContours(points, closed, stroke, Everywhere);
+}
 
 std::string Text(const std::vector<TFloatPoints>& contours) {
     std::string text;
@@ -112,6 +124,75 @@ TEST(Stroke, NoLineGivesNoContour) {
     EXPECT_TRUE(StrokeContours(TFloatPoints{{1, 1}, {nan, 1}}, false, {}).empty());
     for (const double width : {0.0, -1.0, nan})
         EXPECT_TRUE(StrokeContours(TFloatPoints{{1, 1}, {5, 1}}, false, TStroke{width}).empty());
+}
+
+std::size_t CountPoints(const std::vector<TFloatPoints>& contours) {
+    std::size_t count = 0;
+    for (const TFloatPoints& contour : contours)
+        count += contour.size();
+    return count;
+}
+
+TEST(Stroke, ArcsOutsideOfWhatIsVisibleAreChords) {
+    const TStroke stroke = {1e7, TJoinStyle::jsRound, TEndStyle::esRound, 4};
+    const TFloatPoints zigzag = {{0, 0}, {100, 100}, {200, 0}, {300, 100}};
+    EXPECT_GT(CountPoints(StrokeContours(zigzag, false, stroke)), 10000U);
+    EXPECT_LE(CountPoints(lmx::StrokeContours(zigzag, false, stroke, {0, 0, 300, 100})), 20U);
+    EXPECT_TRUE(lmx::StrokeContours(zigzag, false, stroke, {0, 0, 0, 100}).empty());
+}
+
+TEST(Stroke, TheVisiblePartOfAnArcHasItsPoints) {
+    const TStroke stroke = {1e6, TJoinStyle::jsRound, TEndStyle::esRound, 4};
+    const TFloatPoints line = {{-5e5, 0}, {0, 0}};
+    const TRect visible(499000, -5000, 501000, 5000); // around the middle of the end's arc
+    const TFloatPoints whole = StrokeContours(line, false, stroke).at(0);
+    const TFloatPoints seen = lmx::StrokeContours(line, false, stroke, visible).at(0);
+    EXPECT_LT(seen.size(), whole.size() / 10);
+    const auto isVisible = [&](TFloatPoint point) {
+        return point.X >= visible.Left && point.X <= visible.Right && point.Y >= visible.Top &&
+               point.Y <= visible.Bottom;
+    };
+    TFloatPoints wholeVisible;
+    std::copy_if(whole.begin(), whole.end(), std::back_inserter(wholeVisible), isVisible);
+    TFloatPoints seenVisible;
+    std::copy_if(seen.begin(), seen.end(), std::back_inserter(seenVisible), isVisible);
+    EXPECT_GE(wholeVisible.size(), 5U);
+    EXPECT_EQ(seenVisible, wholeVisible);
+}
+
+/// The signed area of each pixel of a grid.
+std::vector<double> CoverageOf(const std::vector<TFloatPoints>& contours, std::int32_t width, std::int32_t height) {
+    TCoverage coverage(width, height);
+    for (const TFloatPoints& contour : contours)
+        coverage.AddContour(contour);
+    std::vector<double> areas(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    coverage.Sweep([&](std::int32_t y, std::int32_t x, std::size_t count, double area) {
+        for (std::size_t i = 0; i < count; ++i)
+            areas[static_cast<std::size_t>(y * width + x) + i] = area;
+    });
+    return areas;
+}
+
+TEST(Stroke, WhatIsVisibleIsCoveredAlike) {
+    std::mt19937 random(5);
+    const auto number = [&](double from, double to) {
+        return std::uniform_real_distribution<double>(from, to)(random);
+    };
+    constexpr std::int32_t width = 37;
+    constexpr std::int32_t height = 23;
+    for (int round = 0; round < 400; ++round) {
+        const double size = std::pow(10, number(0, 5));
+        const TStroke stroke = {size, TJoinStyle::jsRound, TEndStyle::esRound, 4};
+        TFloatPoints points(4);
+        for (TFloatPoint& point : points)
+            point = {number(-size, size), number(-size, size)};
+        const bool closed = round % 2 == 0;
+        const std::vector<double> whole = CoverageOf(StrokeContours(points, closed, stroke), width, height);
+        const std::vector<double> seen =
+            CoverageOf(lmx::StrokeContours(points, closed, stroke, {0, 0, width, height}), width, height);
+        for (std::size_t i = 0; i < whole.size(); ++i)
+            ASSERT_NEAR(seen[i], whole[i], 1e-6) << size << ' ' << i;
+    }
 }
 
 TEST(Stroke, CircleSteps) {

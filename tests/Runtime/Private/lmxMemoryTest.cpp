@@ -18,6 +18,7 @@ TEST(Memory, IsThereOrIsMissing) {
     EXPECT_NO_THROW(NeedMemory(1024 * 1024));
     EXPECT_EQ(MessageOf<EOutOfMemory>([] { NeedMemory(MoreThanAddresses); }), "Out of memory");
     EXPECT_THROW(NeedMemory(std::numeric_limits<std::uint64_t>::max()), EOutOfMemory);
+    EXPECT_THROW(NeedMemory(std::uint64_t{1} << 56), EOutOfMemory) << "more than any machine has";
 }
 
 TEST(Memory, OfManyValuesDoesNotWrapAround) {

@@ -46,41 +46,18 @@ TEST_F(ReplacementFile, LeavesTheOldOneWithoutACommit) {
     EXPECT_EQ(Files(), QStringList{QStringLiteral("a.txt")});
 }
 
-// Its name leaves no room for that of a temporary file: whoever runs the tests, the folder takes none beside it.
-TEST_F(ReplacementFile, IsWrittenIntoWhereItsFolderTakesNoOther) {
-    Name = Folder.filePath(QString(255, u'a'));
-    QFile old(Name);
-    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-    old.write("old and longer");
-    old.close();
-    {
-        TReplacementFile file(Name);
-        file.Write("new");
-        file.Flush();
-        EXPECT_EQ(ReadFile(Name), "old and longer");
-        file.Commit();
-    }
-    EXPECT_EQ(ReadFile(Name), "new");
-    { TReplacementFile(Name).Write("newer"); }
-    EXPECT_EQ(ReadFile(Name), "new") << "without a Commit";
-    const QByteArray large(1'000'000, 'x');
-    WriteFile(Name, large);
-    EXPECT_EQ(ReadFile(Name), large);
-    WriteFile(Name, "");
-    EXPECT_EQ(ReadFile(Name), "");
-    EXPECT_EQ(Files(), QStringList{QString(255, u'a')});
-}
-
 // No folder of processes takes a file of ours, not even from the superuser.
 TEST_F(ReplacementFile, IsWrittenIntoWhereItsFolderCannotBeWritten) {
     const QString threadName = QStringLiteral("/proc/self/comm");
     const QByteArray before = ReadFile(threadName);
+    { TReplacementFile(threadName).Write("never"); }
+    EXPECT_EQ(ReadFile(threadName), before) << "without a Commit";
     WriteFile(threadName, "maps");
     EXPECT_EQ(ReadFile(threadName), "maps\n");
     WriteFile(threadName, before.trimmed());
-    const QString absent = QStringLiteral("/proc/self/absent");
-    EXPECT_EQ(MessageOf<EFileException>([&] { WriteFile(absent, "text"); }),
-              QStringLiteral("/proc/self/absent: cannot be written: No such file or directory"));
+    EXPECT_TRUE(MessageOf<EFileException>([] {
+                    WriteFile(QStringLiteral("/proc/self/absent"), "text");
+                }).startsWith(QStringLiteral("/proc/self/absent: cannot be written: ")));
 }
 
 TEST_F(ReplacementFile, IsNotMadeOfAPipe) {

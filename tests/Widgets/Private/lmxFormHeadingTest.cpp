@@ -11,8 +11,20 @@ TEST(FormHeading, ShowsItsTextLargeAndAsItIs) {
     const TFormHeading heading(QStringLiteral("<b>Ruler</b>"));
     EXPECT_EQ(heading.text(), "<b>Ruler</b>");
     EXPECT_EQ(heading.textFormat(), Qt::PlainText);
-    EXPECT_GT(QFontInfo(heading.font()).pixelSize(), QFontInfo(QLabel().font()).pixelSize());
-    EXPECT_TRUE(heading.font().bold());
+    EXPECT_GT(QFontInfo(heading.HeadingFont()).pixelSize(), QFontInfo(QLabel().font()).pixelSize());
+    EXPECT_TRUE(heading.HeadingFont().bold());
+}
+
+TEST(FormHeading, FollowsTheFontOfItsDialog) {
+    QWidget dialog;
+    const TFormHeading heading(QStringLiteral("Ruler"), &dialog);
+    const QSize before = heading.sizeHint();
+    EXPECT_GE(before.width(), QFontMetrics(heading.HeadingFont()).horizontalAdvance(heading.text()) + 24);
+    QFont large = dialog.font();
+    large.setPixelSize(QFontInfo(large).pixelSize() * 2);
+    dialog.setFont(large);
+    EXPECT_GT(heading.sizeHint().height(), before.height());
+    EXPECT_GT(heading.sizeHint().width(), before.width());
 }
 
 TEST(FormHeading, EndsWithALineOnTheColourOfFields) {

@@ -2,6 +2,7 @@
 
 #include <lmx/Colour/Steps/Private/lmxGradientPosition.h>
 #include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Runtime/Private/lmxAvx2.h>
 #include <lmx/Runtime/Private/lmxBisection.h>
 
 #include <algorithm>
@@ -17,6 +18,13 @@ constexpr std::size_t FewStarts = 2; ///< so many are compared with each in turn
 constexpr std::size_t MostPages = std::size_t{1} << 22;
 constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
 constexpr std::uint64_t Channels = 0x00FF00FF00FF00FFU;
+constexpr std::uint64_t Halves = 0x0080008000800080U; ///< what rounds the sum of each channel
+
+// Doubts about the rounding of a quotient to a 32-bit float.
+constexpr std::uint64_t Middle = std::uint64_t{1} << 28; ///< of the 29 bits that a float has not
+constexpr std::uint64_t Doubt = 16;                      ///< quotients are exact to a few units of their last place
+
+constexpr double Rounder = 0x1.8p52; ///< added to a small number, leaves it rounded to the nearest, ties to even
 
 /// What is no number reaches no start. So where it has another look than the first piece, all pieces come after it.
 bool IsNaNApart(const TColorPieces& pieces) {
@@ -35,8 +43,6 @@ TColor32 Gather(std::uint64_t channels) {
 /// Whether a quotient in double arithmetic lies so near to the middle between two 32-bit floats, or among floats of
 /// fewer bits, that a more exact one could be rounded to another float.
 bool IsRoundingOpen(double quotient) {
-    constexpr std::uint64_t Middle = std::uint64_t{1} << 28; // of the 29 bits that a float has not
-    constexpr std::uint64_t Doubt = 16;                      // the quotient is exact to a few units of its last place
     const std::uint64_t rest = std::bit_cast<std::uint64_t>(quotient) & (2 * Middle - 1);
     const bool isTiny = std::abs(quotient) < std::numeric_limits<float>::min() && quotient != 0;
     return rest - (Middle - Doubt) <= 2 * Doubt || isTiny;
@@ -44,11 +50,88 @@ bool IsRoundingOpen(double quotient) {
 
 /// GradientStep without its division, which has been made: the same roundings of the same numbers.
 std::uint32_t StepAt(float position, double location, double stepsPerPosition) {
-    constexpr double Rounder = 0x1.8p52; // added to a small number, leaves it rounded to the nearest, ties to even
     const double step = (position - location) * stepsPerPosition;
     const double inside = std::min<double>(step > 0 ? step : 0, GradientSteps);
     return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(inside + Rounder));
 }
+
+#ifdef LMX_HAS_AVX2_KERNELS
+/// Four numbers, each from the like place of four rows of four.
+struct TColumns {
+    __m256d Columns[4];
+};
+
+LMX_AVX2 inline TColumns Transposed(const double* a, const double* b, const double* c, const double* d) {
+    const __m256d lowAB = _mm256_unpacklo_pd(_mm256_load_pd(a), _mm256_load_pd(b));
+    const __m256d highAB = _mm256_unpackhi_pd(_mm256_load_pd(a), _mm256_load_pd(b));
+    const __m256d lowCD = _mm256_unpacklo_pd(_mm256_load_pd(c), _mm256_load_pd(d));
+    const __m256d highCD = _mm256_unpackhi_pd(_mm256_load_pd(c), _mm256_load_pd(d));
+    return {{_mm256_permute2f128_pd(lowAB, lowCD, 0x20), _mm256_permute2f128_pd(highAB, highCD, 0x20),
+             _mm256_permute2f128_pd(lowAB, lowCD, 0x31), _mm256_permute2f128_pd(highAB, highCD, 0x31)}};
+}
+
+LMX_AVX2 inline __m256i InAll(std::uint64_t bits) {
+    return _mm256_set1_epi64x(static_cast<long long>(bits));
+}
+
+/// Whether IsRoundingOpen holds for any of four quotients.
+LMX_AVX2 inline bool IsAnyRoundingOpen(__m256d quotients) {
+    const __m256i rest = _mm256_and_si256(_mm256_castpd_si256(quotients), InAll(2 * Middle - 1));
+    const __m256i isNear = _mm256_and_si256(_mm256_cmpgt_epi64(rest, InAll(Middle - Doubt - 1)),
+                                            _mm256_cmpgt_epi64(InAll(Middle + Doubt + 1), rest));
+    const __m256d magnitude = _mm256_andnot_pd(_mm256_set1_pd(-0.0), quotients);
+    const __m256d isTiny =
+        _mm256_and_pd(_mm256_cmp_pd(magnitude, _mm256_set1_pd(std::numeric_limits<float>::min()), _CMP_LT_OQ),
+                      _mm256_cmp_pd(magnitude, _mm256_setzero_pd(), _CMP_GT_OQ));
+    return _mm256_movemask_pd(_mm256_or_pd(_mm256_castsi256_pd(isNear), isTiny)) != 0;
+}
+
+/// ColorOf for four values, each with a piece of its own; false, and nothing is written, where one of the positions has
+/// to be reckoned more exactly.
+template<class Piece>
+LMX_AVX2 inline bool ColorFour(const Piece* const (&pieces)[4], const float* values, TColor32* colors) {
+    const auto [mins, positionsPerValue, locations, stepsPerPosition] =
+        Transposed(&pieces[0]->Min, &pieces[1]->Min, &pieces[2]->Min, &pieces[3]->Min).Columns;
+    const __m256d quotients =
+        _mm256_mul_pd(_mm256_sub_pd(_mm256_cvtps_pd(_mm_loadu_ps(values)), mins), positionsPerValue);
+    if (IsAnyRoundingOpen(quotients)) [[unlikely]]
+        return false;
+    const __m256d positions = _mm256_cvtps_pd(_mm256_cvtpd_ps(quotients));
+    __m256d steps = _mm256_mul_pd(_mm256_sub_pd(positions, locations), stepsPerPosition);
+    steps = _mm256_max_pd(steps, _mm256_setzero_pd()); // the second of the two where the first is no number
+    steps = _mm256_min_pd(steps, _mm256_set1_pd(GradientSteps));
+    const __m256i rounded = _mm256_castpd_si256(_mm256_add_pd(steps, _mm256_set1_pd(Rounder)));
+    const __m256i toEachChannel = _mm256_setr_epi8(0, 1, 0, 1, 0, 1, 0, 1, 8, 9, 8, 9, 8, 9, 8, 9, 0, 1, 0, 1, 0, 1, 0,
+                                                   1, 8, 9, 8, 9, 8, 9, 8, 9);
+    const __m256i upper = _mm256_shuffle_epi8(rounded, toEachChannel);
+    const __m256i lower = _mm256_sub_epi16(_mm256_set1_epi16(GradientSteps), upper);
+    const auto ends = [&](int i) { return _mm_load_si128(reinterpret_cast<const __m128i*>(&pieces[i]->From)); };
+    const __m256i even = _mm256_set_m128i(ends(2), ends(0));
+    const __m256i odd = _mm256_set_m128i(ends(3), ends(1));
+    __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(_mm256_unpacklo_epi64(even, odd), lower),
+                                   _mm256_mullo_epi16(_mm256_unpackhi_epi64(even, odd), upper));
+    sum = _mm256_srli_epi16(_mm256_add_epi16(sum, InAll(Halves)), 8);
+    sum = _mm256_or_si256(sum, _mm256_srli_epi64(sum, 24));
+    const __m256i gathered = _mm256_permutevar8x32_epi32(sum, _mm256_setr_epi32(0, 2, 4, 6, 0, 2, 4, 6));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(colors), _mm256_castsi256_si128(gathered));
+    return true;
+}
+
+/// Colours the values that fill whole fours; gives the first that is left to the rule.
+template<class Piece, class Rule>
+LMX_AVX2 std::size_t ColorFours(const Piece* pieces, const std::uint32_t* places, std::span<const float> values,
+                                TColor32* colors, Rule rule) {
+    const std::size_t count = values.size() / 4 * 4;
+    for (std::size_t i = 0; i < count; i += 4) {
+        const Piece* const four[] = {pieces + places[i], pieces + places[i + 1], pieces + places[i + 2],
+                                     pieces + places[i + 3]};
+        if (!ColorFour(four, &values[i], colors + i)) [[unlikely]]
+            for (std::size_t j = i; j < i + 4; ++j)
+                colors[j] = rule(pieces[places[j]], values[j]);
+    }
+    return count;
+}
+#endif
 
 } // namespace
 
@@ -91,7 +174,6 @@ TColor32 TColorPieceTable::ColorOf(const TPiece& piece, float value) {
     if (IsRoundingOpen(quotient)) [[unlikely]]
         position = GradientPosition(value, piece.SingleMin, piece.SingleMax);
     const std::uint64_t step = StepAt(position, piece.Location, piece.StepsPerPosition);
-    constexpr std::uint64_t Halves = 0x0080008000800080U;
     static_assert(GradientSteps == 256);
     return Gather((piece.From * (256 - step) + piece.To * step + Halves) >> 8 & Channels);
 }
@@ -99,10 +181,21 @@ TColor32 TColorPieceTable::ColorOf(const TPiece& piece, float value) {
 void TColorPieceTable::GetColors(std::span<const float> values, TColor32* colors, std::span<const float>) const {
     std::uint32_t places[BlockSize];
     FCut.Find(values, places);
-    for (std::size_t i = 0; i < values.size(); ++i)
+    for (std::size_t i = 0; i < values.size(); ++i) {
         places[i] = static_cast<std::uint32_t>(FindPiece(places[i], values[i]));
+#ifdef LMX_HAS_AVX2_KERNELS
+        _mm_prefetch(&FPieces[places[i]], _MM_HINT_T0); // while other pieces are searched for
+#endif
+    }
+    std::size_t done = 0;
+#ifdef LMX_HAS_AVX2_KERNELS
+    if (HasAvx2())
+        done = ColorFours(FPieces.data(), places, values, colors, ColorOf);
+#endif
+    for (std::size_t i = done; i < values.size(); ++i)
+        colors[i] = ColorOf(FPieces[places[i]], values[i]);
     for (std::size_t i = 0; i < values.size(); ++i)
-        colors[i] = FOpacity.Fade(ColorOf(FPieces[places[i]], values[i]));
+        colors[i] = FOpacity.Fade(colors[i]);
 }
 
 } // namespace lmx

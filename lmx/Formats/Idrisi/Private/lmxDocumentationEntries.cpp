@@ -26,23 +26,34 @@ bool TryCode(const QString& key, std::int32_t& code) {
 } // namespace
 
 TDocumentationEntries::TDocumentationEntries(const QString& text) {
+    std::int64_t number = 0;
     for (const QString& line : SplitLines(text)) {
+        ++number;
         const qsizetype colon = line.indexOf(u':');
         if (colon > 0)
-            Add(line.first(colon), Trim(line.sliced(colon + 1)));
+            Add(line.first(colon), Trim(line.sliced(colon + 1)), number);
     }
+}
+
+QString TDocumentationEntries::LineOf(const QString& key) const {
+    const auto line = FLines.constFind(key);
+    return line == FLines.cend() ? QString() : QStringLiteral("line ") + IntToStr(*line) + QStringLiteral(": ");
 }
 
 bool TDocumentationEntries::TryNumber(const QString& key, float& value) const {
     return TryStrToFloat(First(key), value, TFormatSettings::Invariant());
 }
 
-void TDocumentationEntries::Add(const QString& key, const QString& text) {
+void TDocumentationEntries::Add(const QString& key, const QString& text, std::int64_t line) {
     std::int32_t code = 0;
-    if (TryCode(Trim(key), code))
+    if (TryCode(Trim(key), code)) {
         FCategories.try_emplace(code, text);
-    else
-        FTexts[BareKey(key)] += text;
+        return;
+    }
+    const QString bareKey = BareKey(key);
+    FTexts[bareKey] += text;
+    if (!FLines.contains(bareKey))
+        FLines.insert(bareKey, line);
 }
 
 } // namespace lmx

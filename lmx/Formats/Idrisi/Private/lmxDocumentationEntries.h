@@ -24,13 +24,17 @@ public:
     QString Lines(const QString& key) const { return FTexts.value(key).join(u'\n'); }
     const TLegendCategories& Categories() const { return FCategories; }
 
+    /// "line 3: " for the message about an entry, empty if it is absent.
+    QString LineOf(const QString& key) const;
+
     /// False, with `value` left alone, if the entry is absent or no number.
     bool TryNumber(const QString& key, float& value) const;
 
 private:
-    void Add(const QString& key, const QString& text);
+    void Add(const QString& key, const QString& text, std::int64_t line);
 
     QHash<QString, QStringList> FTexts;
+    QHash<QString, std::int64_t> FLines; ///< of the first entry of each key, counted from 1
     TLegendCategories FCategories;
 };
 

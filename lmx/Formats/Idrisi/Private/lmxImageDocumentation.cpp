@@ -19,7 +19,7 @@ namespace {
 std::int32_t RequiredCount(const TDocumentationEntries& entries, const QString& key, const QString& fileName) {
     std::int32_t count = 0;
     if (!TryStrToInt(entries.First(key), count) || count < 1)
-        throw EFileFormatException(fileName, QStringLiteral("the number of ") + key +
+        throw EFileFormatException(fileName, entries.LineOf(key) + QStringLiteral("the number of ") + key +
                                                  QStringLiteral(" is missing or not a positive integer"));
     return count;
 }
@@ -27,30 +27,44 @@ std::int32_t RequiredCount(const TDocumentationEntries& entries, const QString& 
 float RequiredBound(const TDocumentationEntries& entries, const QString& key, const QString& fileName) {
     float bound = 0;
     if (!entries.TryNumber(key, bound))
-        throw EFileFormatException(fileName, QStringLiteral("the bound ") + key.first(3) + u' ' + key.back().toUpper() +
-                                                 QStringLiteral(" is missing or not a number"));
+        throw EFileFormatException(fileName, entries.LineOf(key) + QStringLiteral("the bound ") + key.first(3) + u' ' +
+                                                 key.back().toUpper() + QStringLiteral(" is missing or not a number"));
     return bound;
 }
 
-TImageDataType DataTypeOf(const QString& text, const QString& fileName) {
+[[noreturn]] void RefuseType(const TDocumentationEntries& entries, const QString& key, const QString& name,
+                             const QString& fileName) {
+    throw EFileFormatException(fileName, entries.LineOf(key) + QStringLiteral("the ") + name + QStringLiteral(" '") +
+                                             Quotable(entries.First(key)) + QStringLiteral("' is unknown"));
+}
+
+void ReadDataType(const TDocumentationEntries& entries, const QString& fileName, TImageDocumentation& documentation) {
+    const QString key = QStringLiteral("datatype");
+    const QString text = entries.First(key);
+    if (text.isEmpty())
+        return;
     for (std::size_t i = 0; i < DataTypeNames.size(); ++i)
-        if (SameText(text, DataTypeNames[i]))
-            return static_cast<TImageDataType>(i);
-    throw EFileFormatException(fileName,
-                               QStringLiteral("the data type '") + Quotable(text) + QStringLiteral("' is unknown"));
+        if (SameText(text, DataTypeNames[i])) {
+            documentation.Header.SetDataType(static_cast<TImageDataType>(i));
+            documentation.HasDataType = true;
+            return;
+        }
+    RefuseType(entries, key, QStringLiteral("data type"), fileName);
 }
 
 // Only the first word counts: "packed" and "packed binary" are the same, and "ascii GRID format" has been seen.
-TImageFileType FileTypeOf(const QString& text, const QString& fileName) {
+void ReadFileType(const TDocumentationEntries& entries, const QString& fileName, TImageHeader& header) {
+    const QString key = QStringLiteral("filetype");
+    const QString text = entries.First(key);
     const QString word = text.section(u' ', 0, 0);
     if (SameText(word, u"ascii"))
-        return TImageFileType::ftAscii;
-    if (SameText(word, u"binary"))
-        return TImageFileType::ftBinary;
-    if (SameText(word, u"packed"))
-        return TImageFileType::ftPacked;
-    throw EFileFormatException(fileName,
-                               QStringLiteral("the file type '") + Quotable(text) + QStringLiteral("' is unknown"));
+        header.SetFileType(TImageFileType::ftAscii);
+    else if (SameText(word, u"binary"))
+        header.SetFileType(TImageFileType::ftBinary);
+    else if (SameText(word, u"packed"))
+        header.SetFileType(TImageFileType::ftPacked);
+    else if (!text.isEmpty())
+        RefuseType(entries, key, QStringLiteral("file type"), fileName);
 }
 
 float NumberOr(const TDocumentationEntries& entries, const QString& key, float substitute) {
@@ -179,12 +193,8 @@ TImageDocumentation ParseImageDocumentation(const QByteArray& text, const QStrin
     header.SetTitle(title.isEmpty() ? entries.First(QStringLiteral("title")) : title);
     ReadGrid(entries, fileName, header);
     ReadValues(entries, header);
-    if (const QString type = entries.First(QStringLiteral("filetype")); !type.isEmpty())
-        header.SetFileType(FileTypeOf(type, fileName));
-    if (const QString type = entries.First(QStringLiteral("datatype")); !type.isEmpty()) {
-        header.SetDataType(DataTypeOf(type, fileName));
-        documentation.HasDataType = true;
-    }
+    ReadFileType(entries, fileName, header);
+    ReadDataType(entries, fileName, documentation);
     float ignored = 0;
     documentation.HasValueRange = entries.TryNumber(QStringLiteral("minvalue"), ignored) &&
                                   entries.TryNumber(QStringLiteral("maxvalue"), ignored);

@@ -24,7 +24,7 @@ enum class TDocumentationForm { dfWindows, dfDos };
 /// entry the first counts, and a number that is none counts as absent. A number in `flag value` declares a flag unless
 /// the flag's meaning is "none".
 /// @throws EFileFormatException with `fileName` if columns, rows or a bound are missing or unusable, or a type is
-/// unknown.
+/// unknown; it names the line if there is one.
 TImageDocumentation ParseImageDocumentation(const QByteArray& text, const QString& fileName);
 
 /// Settles the data type of documentation without one: real for text, otherwise the type whose cells fill a data file

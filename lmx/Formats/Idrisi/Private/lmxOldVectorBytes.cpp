@@ -30,7 +30,10 @@ void Add(TVectorData& data, double id) {
 
 class TOldTextParser {
 public:
-    TOldTextParser(const QByteArray& bytes, const QString& fileName) : FText(bytes), FFileName(fileName) {
+    TOldTextParser(const QByteArray& bytes, const QString& fileName)
+        : FStart(bytes.constData()),
+          FText(bytes),
+          FFileName(fileName) {
         if (const qsizetype end = bytes.indexOf('\x1A'); end >= 0)
             FText = FText.first(end);
     }
@@ -72,10 +75,16 @@ private:
         }
     }
 
+    // The feature at hand, and the line that has been read up to. Lines may end at CR alone.
     QString Feature() const {
-        return QStringLiteral("feature ") + IntToStr(static_cast<std::int64_t>(FData.Ids.size()));
+        std::int64_t line = 1;
+        for (const char* at = FStart; at != FText.begin(); ++at)
+            line += *at == '\n' || (*at == '\r' && (at + 1 == FText.begin() || at[1] != '\n')) ? 1 : 0;
+        return QStringLiteral("line ") + IntToStr(line) + QStringLiteral(": feature ") +
+               IntToStr(static_cast<std::int64_t>(FData.Ids.size()));
     }
 
+    const char* FStart;
     QByteArrayView FText;
     QString FFileName;
     TVectorData FData;

@@ -99,6 +99,7 @@ TShpData TShpDataLoader::Load() {
     OrderPoints();
     FData.PointRecords.Shrink();
     FData.PointBlocks = MakeVertexBlocks(std::span<const TShpPoint>(FData.Points), {});
+    FData.PointBlockGroups = MakeBlockGroups(FData.PointBlocks);
     return std::move(FData);
 }
 
@@ -196,6 +197,7 @@ void TShpDataLoader::Finish(TShpOutlines& outlines) {
     outlines.FRecords.Shrink();
     OrderParts(outlines);
     outlines.FBlocks = MakeVertexBlocks(outlines.GetVertices(), outlines.GetPartStarts());
+    outlines.FBlockGroups = MakeBlockGroups(outlines.FBlocks);
 }
 
 // Short parts by place, then the other ones as they come: each of those has runs of its own.

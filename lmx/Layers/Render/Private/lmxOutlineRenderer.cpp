@@ -1,5 +1,6 @@
 #include <lmx/Layers/Render/Private/lmxOutlineRenderer.h>
 
+#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 
 #include <algorithm>
@@ -30,6 +31,19 @@ std::span<const TPoint> DistinctPixels(std::span<const TShpPoint> line, const TP
     return pixels.first(count);
 }
 
+// Calls `draw` with the index of each run that may be seen, until it answers false.
+template<class Draw>
+void ForEachVisible(std::span<const TVertexBlock> blocks, std::span<const TVertexBlock> groups, const TReach& reach,
+                    const Draw& draw) {
+    for (std::size_t group = 0; group + 1 < groups.size(); ++group) {
+        if (reach.Misses(groups[group]))
+            continue;
+        for (std::size_t i = groups[group].First; i < groups[group + 1].First; ++i)
+            if (!reach.Misses(blocks[i]) && !draw(i))
+                return;
+    }
+}
+
 } // namespace
 
 TReach::TReach(const TPixelConverter& converter, const TBitmap32& bitmap) {
@@ -43,16 +57,13 @@ TReach::TReach(const TPixelConverter& converter, const TBitmap32& bitmap) {
 
 void DrawOutlines(const TShpOutlines& outlines, const TPixelConverter& converter, TBitmap32& bitmap,
                   const TThreadPoolThread& thread) {
-    const TReach reach(converter, bitmap);
     const auto vertices = outlines.GetVertices();
     const auto partStarts = outlines.GetPartStarts();
     const auto blocks = outlines.GetBlocks();
     std::array<TPoint, LongestVertexBlock + 1> pixels;
-    for (std::size_t i = 0; i + 1 < blocks.size(); ++i) {
+    ForEachVisible(blocks, outlines.GetBlockGroups(), TReach(converter, bitmap), [&](std::size_t i) {
         if (thread.ShouldStop())
-            return;
-        if (reach.Misses(blocks[i]))
-            continue;
+            return false;
         // The lines that begin in a block end in it or at the first vertex of the next one.
         const std::size_t end = std::min<std::size_t>(blocks[i + 1].First + 1, vertices.size());
         auto part = std::upper_bound(partStarts.begin(), partStarts.end(), blocks[i].First);
@@ -66,21 +77,21 @@ void DrawOutlines(const TShpOutlines& outlines, const TPixelConverter& converter
             }
             first = partEnd;
         }
-    }
+        return true;
+    });
 }
 
-void DrawPointSquares(std::span<const TShpPoint> points, std::span<const TVertexBlock> blocks,
-                      const TPixelConverter& converter, TBitmap32& bitmap, const TThreadPoolThread& thread) {
-    const TReach reach(converter, bitmap);
-    for (std::size_t i = 0; i + 1 < blocks.size(); ++i) {
-        if (reach.Misses(blocks[i]))
-            continue;
-        for (const TShpPoint& point : points.subspan(blocks[i].First, blocks[i + 1].First - blocks[i].First)) {
+void DrawPointSquares(const TShpData& data, const TPixelConverter& converter, TBitmap32& bitmap,
+                      const TThreadPoolThread& thread) {
+    const auto& blocks = data.PointBlocks;
+    ForEachVisible(blocks, data.PointBlockGroups, TReach(converter, bitmap), [&](std::size_t i) {
+        for (std::size_t point = blocks[i].First; point < blocks[i + 1].First; ++point) {
             if (thread.ShouldStop())
-                return;
-            DrawPointSquare(converter.ToPixel(point.X, point.Y), bitmap);
+                return false;
+            DrawPointSquare(converter.ToPixel(data.Points[point].X, data.Points[point].Y), bitmap);
         }
-    }
+        return true;
+    });
 }
 
 void DrawPointSquare(TPoint pixel, TBitmap32& bitmap) {

@@ -5,11 +5,10 @@
 #include <lmx/Formats/lmxVertexBlock.h>
 #include <lmx/Runtime/lmxThreadPool.h>
 
-#include <span>
-
 namespace lmx {
 
 class TBitmap32;
+struct TShpData;
 
 /// What a bitmap can show of the map, to be asked of boxes of vertices.
 class TReach {
@@ -37,8 +36,8 @@ void DrawOutlines(const TShpOutlines& outlines, const TPixelConverter& converter
 
 /// Draws every point as a square of 4 x 4 pixels in the bitmap's pen colour, from two pixels left of and above the
 /// point's pixel. Ends at once when the thread is told to stop.
-void DrawPointSquares(std::span<const TShpPoint> points, std::span<const TVertexBlock> blocks,
-                      const TPixelConverter& converter, TBitmap32& bitmap, const TThreadPoolThread& thread);
+void DrawPointSquares(const TShpData& data, const TPixelConverter& converter, TBitmap32& bitmap,
+                      const TThreadPoolThread& thread);
 
 /// The square of DrawPointSquares around one pixel.
 void DrawPointSquare(TPoint pixel, TBitmap32& bitmap);

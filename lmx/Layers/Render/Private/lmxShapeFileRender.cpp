@@ -79,7 +79,7 @@ void TShapeFileLayerRenderThreadHandler::Draw(TBitmap32& bitmap, const TThreadPo
         return;
     }
     const TPixelConverter converter(VPLocal);
-    DrawPointSquares(FData->Points, FData->PointBlocks, converter, bitmap, thread);
+    DrawPointSquares(*FData, converter, bitmap, thread);
     DrawOutlines(FData->Polygons, converter, bitmap, thread);
     DrawOutlines(FData->PolyLines, converter, bitmap, thread);
 }

@@ -95,6 +95,35 @@ TEST(GradientSteps, EqualTheCalculatorForRandomGradientsAndRanges) {
     }
 }
 
+TEST(GradientSteps, ManyStopsAreToldInPieces) {
+    tests::TRandom random(9);
+    for (const int count : {256, 257, 1000, 20000}) {
+        TStops stops = {{NaN, Red}, {HUGE_VAL, Blue}, {-HUGE_VAL, White}};
+        for (int i = 0; i < count; ++i)
+            stops.push_back({random.Below(9) > 0 ? 1.2 * random.Unit() - 0.1 : random.Below(11) / 10.0, random.Bits()});
+        for (const auto& [min, max] : {std::pair(-50.0F, 50.0F), std::pair(1.0F, -0.3F), std::pair(7.0F, 7.0F)}) {
+            const auto calculator = Calculator(min, max, stops);
+            EXPECT_EQ(dynamic_cast<const TStepwiseColorCalculator&>(*calculator).GetColorSteps(), nullptr);
+            const auto values = tests::TellingValues(*calculator, nullptr, 20000, random.Bits());
+            tests::ExpectTheCalculatorsColors(*calculator, values);
+            tests::ExpectPiecesWithTheCalculatorsColors(*calculator, values);
+        }
+    }
+}
+
+TEST(GradientSteps, AreNeverMoreThanTheLimit) {
+    for (const int count : {0, 1, 2, 7, 256}) {
+        TStops stops;
+        for (int i = 0; i < count; ++i)
+            stops.push_back({0.1 + 0.8 * i / std::max(count - 1, 1), i % 2 ? White : 0xFF000000U});
+        const auto calculator = Calculator(0, 1, stops);
+        const auto& stepwise = dynamic_cast<const TStepwiseColorCalculator&>(*calculator);
+        ASSERT_NE(stepwise.GetColorSteps(), nullptr) << count;
+        EXPECT_LE(stepwise.GetColorSteps()->GetCount(), stepwise.GetStepLimit()) << count;
+        EXPECT_LE(stepwise.GetStepLimit(), TStepwiseColorCalculator::MostGradientSteps) << count;
+    }
+}
+
 TEST(GradientSteps, ACollapsedRangeIsOneStep) {
     const auto calculator = Calculator(5, 5, Plain);
     const auto steps = dynamic_cast<const TStepwiseColorCalculator&>(*calculator).GetColorSteps();
@@ -109,6 +138,7 @@ TEST(GradientSteps, BoundsThatAreNoFiniteNumbersAreAskedCellByCell) {
                                    std::pair(-Inf, 0.0F), std::pair(-Inf, Inf)}) {
         const auto calculator = Calculator(min, max, Plain);
         EXPECT_FALSE(dynamic_cast<const TStepwiseColorCalculator&>(*calculator).GetColorSteps());
+        EXPECT_FALSE(dynamic_cast<const TStepwiseColorCalculator&>(*calculator).GetColorPieces());
         tests::ExpectTheCalculatorsColors(*calculator, tests::TellingValues(*calculator, nullptr, 1000, 5));
     }
 }

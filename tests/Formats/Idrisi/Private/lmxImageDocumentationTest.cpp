@@ -307,24 +307,32 @@ void PrintTo(const TDefect& defect, std::ostream* stream) {
     *stream << defect.Name;
 }
 
-const char* const BadColumns = "x.rdc: the number of columns is missing or not a positive integer";
+const char* const NoColumns = "x.rdc: the number of columns is missing or not a positive integer";
+const char* const BadColumns = "x.rdc: line 3: the number of columns is missing or not a positive integer";
 
 const TDefect Defects[] = {
-    {"NoColumns", "columns     : 3\r\n", "", BadColumns},
+    {"NoColumns", "columns     : 3\r\n", "", NoColumns},
     {"ZeroColumns", "columns     : 3\r\n", "columns : 0\r\n", BadColumns},
     {"NegativeColumns", "columns     : 3\r\n", "columns : -3\r\n", BadColumns},
     {"FractionOfAColumn", "columns     : 3\r\n", "columns : 3.5\r\n", BadColumns},
     {"MoreColumnsThanThereAreNumbers", "columns     : 3\r\n", "columns : 99999999999\r\n", BadColumns},
-    {"NoRows", "rows        : 4\r\n", "rows : \r\n", "x.rdc: the number of rows is missing or not a positive integer"},
+    {"NoRows", "rows        : 4\r\n", "rows : \r\n",
+     "x.rdc: line 4: the number of rows is missing or not a positive integer"},
     {"NoWesternBound", "min. X      : 0\r\n", "", "x.rdc: the bound min X is missing or not a number"},
-    {"BoundIsNan", "max. X      : 10\r\n", "max. X : nan\r\n", "x.rdc: the bound max X is missing or not a number"},
+    {"BoundIsNan", "max. X      : 10\r\n", "max. X : nan\r\n",
+     "x.rdc: line 8: the bound max X is missing or not a number"},
     {"BoundIsInfinite", "min. Y      : 0\r\n", "min. Y : 1e39\r\n",
-     "x.rdc: the bound min Y is missing or not a number"},
-    {"BoundIsAWord", "max. Y      : 10\r\n", "max. Y : north\r\n", "x.rdc: the bound max Y is missing or not a number"},
+     "x.rdc: line 9: the bound min Y is missing or not a number"},
+    {"BoundIsAWord", "max. Y      : 10\r\n", "max. Y : north\r\n",
+     "x.rdc: line 10: the bound max Y is missing or not a number"},
     {"UnknownDataType", "data type   : byte\r\n", "data type : longint\r\n",
-     "x.rdc: the data type 'longint' is unknown"},
+     "x.rdc: line 1: the data type 'longint' is unknown"},
     {"UnknownFileType", "file type   : binary\r\n", "file type : zipped\r\n",
-     "x.rdc: the file type 'zipped' is unknown"},
+     "x.rdc: line 2: the file type 'zipped' is unknown"},
+    {"LongDataType", "data type   : byte\r\n", "data type : " + QByteArray(1'000'000, 'x') + "\r\n",
+     "x.rdc: line 1: the data type "
+     "'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"
+     "xxxxxxxxxxxxxxxx\xE2\x80\xA6' is unknown"},
 };
 
 } // namespace
@@ -335,7 +343,7 @@ TEST_P(DocumentationDefect, IsNamed) {
     QByteArray text = Documentation("byte", "binary", 3, 4);
     ASSERT_TRUE(text.contains(GetParam().Original));
     text.replace(GetParam().Original, GetParam().Damaged);
-    EXPECT_EQ(MessageOf<EFileFormatException>([&] { Parse(text); }), QString::fromLatin1(GetParam().Message));
+    EXPECT_EQ(MessageOf<EFileFormatException>([&] { Parse(text); }), QString::fromUtf8(GetParam().Message));
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, DocumentationDefect, testing::ValuesIn(Defects),
@@ -344,7 +352,7 @@ INSTANTIATE_TEST_SUITE_P(Lines, DocumentationDefect, testing::ValuesIn(Defects),
 TEST(ImageDocumentation, RefusesWhatIsNoDocumentation) {
     for (const QByteArray& text :
          {QByteArray(), QByteArray(1000, '\0'), QByteArray(1000, '\xFF'), QByteArray(":::\n::")})
-        EXPECT_EQ(MessageOf<EFileFormatException>([&] { Parse(text); }), QString::fromLatin1(BadColumns));
+        EXPECT_EQ(MessageOf<EFileFormatException>([&] { Parse(text); }), QString::fromLatin1(NoColumns));
 }
 
 } // namespace lmx::tests

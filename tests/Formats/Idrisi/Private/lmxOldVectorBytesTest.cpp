@@ -85,13 +85,16 @@ TEST(OldVectorData, RefusesDamagedText) {
     EXPECT_EQ(FaultOf("1 1\n5"), "x.vec: the file is cut short");
     EXPECT_EQ(FaultOf("1 2\n5 6\n"), "x.vec: the file is cut short");
     EXPECT_EQ(FaultOf("1 1000000000000 5 6"), "x.vec: the file is cut short");
-    EXPECT_EQ(FaultOf("1 1\nfive 6\n"), "x.vec: feature 1 holds no number");
-    EXPECT_EQ(FaultOf("1 1\n5,5 6\n"), "x.vec: feature 1 holds no number");
-    EXPECT_EQ(FaultOf("1 -1\n"), "x.vec: feature 1 has an impossible count");
-    EXPECT_EQ(FaultOf("1 1.5\n5 6\n"), "x.vec: feature 1 has an impossible count");
-    EXPECT_EQ(FaultOf("1 nan\n5 6\n"), "x.vec: feature 1 has an impossible count");
-    EXPECT_EQ(FaultOf("1 1\n5 inf\n"), "x.vec: feature 1 has a coordinate that is no finite number");
-    EXPECT_EQ(FaultOf("1 1\n5 1e39\n"), "x.vec: feature 1 has a coordinate that is no finite number");
+    EXPECT_EQ(FaultOf("1 1\nfive 6\n"), "x.vec: line 2: feature 1 holds no number");
+    EXPECT_EQ(FaultOf("1 1\n5,5 6\n"), "x.vec: line 2: feature 1 holds no number");
+    EXPECT_EQ(FaultOf("1 -1\n"), "x.vec: line 1: feature 1 has an impossible count");
+    EXPECT_EQ(FaultOf("1 1.5\n5 6\n"), "x.vec: line 1: feature 1 has an impossible count");
+    EXPECT_EQ(FaultOf("1 nan\n5 6\n"), "x.vec: line 1: feature 1 has an impossible count");
+    EXPECT_EQ(FaultOf("1 1\n5 inf\n"), "x.vec: line 2: feature 1 has a coordinate that is no finite number");
+    EXPECT_EQ(FaultOf("1 1\n5 1e39\n"), "x.vec: line 2: feature 1 has a coordinate that is no finite number");
+    for (const QByteArray& end : {QByteArray("\n"), QByteArray("\r"), QByteArray("\r\n"), QByteArray(" \n\t")})
+        EXPECT_EQ(FaultOf("1 1" + end + "5 6" + end + end + "2 1" + end + "7 x"),
+                  "x.vec: line 5: feature 2 holds no number");
 }
 
 TEST(OldVectorData, ReadsBinaryInEachLayout) {

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+// What the viewer opens.
+
+enum class TFileKind { IdrisiImage, AsciiGrid, Shapes, IdrisiVectors };
+
+/// The kind of a file by its suffix; a name with any other suffix may be an ASCII grid.
+TFileKind KindOf(const QString& fileName);
+
+/// All kinds in a line: "Idrisi images (.rst, .rdc, .img, .doc), ASCII grids (...), ...".
+QString KnownFiles();
+
+/// The same as the filter of lmx::TFileDialogRequest, beginning with all of them at once and ending with all files.
+QString KnownFilesFilter();

@@ -1,0 +1,321 @@
+#include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
+
+#include <lmx/Controls/Private/lmxControlDialogs.h>
+#include <lmx/Controls/Private/lmxInfoQueryTable.h>
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Widgets/lmxClipboard.h>
+#include <lmx/Widgets/lmxEventGuard.h>
+#include <lmx/Widgets/lmxPngButton.h>
+
+#include <QAction>
+#include <QMenu>
+
+namespace lmx {
+
+namespace {
+
+constexpr int PointWidth = 200;
+constexpr int ValueWidth = 150;
+
+} // namespace
+
+TMapViewInfoQueryListControl::TMapViewInfoQueryListControl(QWidget* parent)
+    : TMapViewInfoQueryListControl(new TDrawnListView, parent) {}
+
+TMapViewInfoQueryListControl::TMapViewInfoQueryListControl(TDrawnListView* list, QWidget* parent)
+    : TListPanel(list, QStringLiteral("Query points"), parent),
+      FTable(std::make_shared<TInfoQueryTable>()),
+      FAddMenu(new QMenu(this)) {
+    list->SetColumns({{QStringLiteral("Point"), PointWidth}});
+    list->SetMultiSelect(true);
+    list->SetRows(FTable);
+    const auto addItem = [this](const QString& text, void (TMapViewInfoQueryListControl::*click)()) {
+        QObject::connect(FAddMenu->addAction(text), &QAction::triggered, this,
+                         [this, click] { GuardEvent(this, [this, click] { (this->*click)(); }); });
+    };
+    addItem(QStringLiteral("Add point..."), &TMapViewInfoQueryListControl::AddSingle_Click);
+    addItem(QStringLiteral("Add multiple points..."), &TMapViewInfoQueryListControl::AddMultiple_Click);
+    AddCommands();
+}
+
+TMapViewInfoQueryListControl::~TMapViewInfoQueryListControl() {
+    StopReceiving();
+}
+
+void TMapViewInfoQueryListControl::AddCommands() {
+    const auto hasLayer = [this] { return GetIQPLayer() != nullptr; };
+    const auto hasPoint = [this] { return HasSelectedPoint(); };
+    FAddButton = AddCommand({QStringLiteral("MapWindowFactory.AddLayer"),
+                             QStringLiteral("Add"),
+                             {Qt::Key_Insert},
+                             [this] { Add_Click(); },
+                             hasLayer});
+    FDeleteButton = AddCommand({QStringLiteral("MapWindowFactory.DeleteLayer"),
+                                QStringLiteral("Delete"),
+                                {Qt::Key_Delete},
+                                [this] { Delete_Click(); },
+                                hasPoint});
+    FEditButton = AddCommand({QStringLiteral("MapWindowFactory.Edit"),
+                              QStringLiteral("Edit"),
+                              {Qt::Key_Return, Qt::Key_Enter, Qt::Key_F2},
+                              [this] { Edit_Click(); },
+                              hasPoint});
+    FCopyButton =
+        AddCommand({QStringLiteral("MapWindowFactory.Copy"), QStringLiteral("Copy"), {}, [this] { Copy_Click(); }, {}});
+    SetDoubleClickButton(FEditButton);
+    auto* copy = new QAction(GetList());
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(copy, &QAction::triggered, FCopyButton, &QAbstractButton::click);
+    GetList()->addAction(copy);
+}
+
+TInfoQueryPointLayer* TMapViewInfoQueryListControl::GetIQPLayer() const {
+    return FIQPLayer.Get();
+}
+
+// Whoever hears of the selection, which goes with its rows, may change all of this.
+void TMapViewInfoQueryListControl::SetIQPLayer(TInfoQueryPointLayer* layer) {
+    TInfoQueryPointLayer* const previous = GetIQPLayer();
+    if (layer == previous)
+        return;
+    if (previous) {
+        previous->GetOnAdded().Remove(this, &TMapViewInfoQueryListControl::IQPLayer_PointAdded);
+        previous->GetOnRemoved().Remove(this, &TMapViewInfoQueryListControl::IQPLayer_PointRemoved);
+        previous->GetOnInvalidated().Remove(this, &TMapViewInfoQueryListControl::IQPLayer_Invalidated);
+    }
+    FIQPLayer = layer;
+    for (int row = FTable->GetCount() - 1; row >= 0; --row)
+        if (FTable->GetPoint(row) != FTable->GetCursor())
+            FTable->RemovePoint(row);
+    if (layer) {
+        layer->GetOnAdded().Add(this, &TMapViewInfoQueryListControl::IQPLayer_PointAdded);
+        layer->GetOnRemoved().Add(this, &TMapViewInfoQueryListControl::IQPLayer_PointRemoved);
+        layer->GetOnInvalidated().Add(this, &TMapViewInfoQueryListControl::IQPLayer_Invalidated);
+        for (TInfoQueryPoint* point : layer->GetPoints())
+            FTable->AddPoint(point);
+    }
+    const TBorrowed self(this);
+    FTable->PopulateAll();
+    if (!self)
+        return;
+    UpdateButtons();
+    GetList()->RowsReset();
+}
+
+void TMapViewInfoQueryListControl::SetLayerManager(const std::shared_ptr<ILayerManager>& manager) {
+    const std::shared_ptr<ILayerManager> previous = GetLayerManager();
+    if (manager == previous)
+        return;
+    if (previous) {
+        previous->GetOnLayerAdded().Remove(this, &TMapViewInfoQueryListControl::LayerManager_LayerAdded);
+        previous->GetOnLayerRemoved().Remove(this, &TMapViewInfoQueryListControl::LayerManager_LayerRemoved);
+        previous->GetOnLayerInvalidated().Remove(this, &TMapViewInfoQueryListControl::LayerManager_LayerInvalidated);
+    }
+    FLayerManager = manager;
+    for (int column = FTable->GetLayerCount(); column > 0; --column) {
+        FTable->RemoveLayer(column - 1);
+        GetList()->RemoveColumn(column);
+    }
+    if (manager) {
+        manager->GetOnLayerAdded().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerAdded);
+        manager->GetOnLayerRemoved().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerRemoved);
+        manager->GetOnLayerInvalidated().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerInvalidated);
+        for (TBaseMapLayer* layer : manager->GetLayers())
+            if (auto* raster = dynamic_cast<TIdrisiMapLayer*>(layer))
+                AddLayer(raster);
+    }
+    RebuildData();
+}
+
+void TMapViewInfoQueryListControl::AddCursorInfoQueryPoint() {
+    if (!FTable->GetCursor())
+        AddPoint(FTable->MakeCursor());
+}
+
+TInfoQueryPoint* TMapViewInfoQueryListControl::GetCursorInfoQueryPoint() const {
+    return FTable->GetCursor();
+}
+
+void TMapViewInfoQueryListControl::SetCursorMapPt(const TMapPoint& point,
+                                                  const std::shared_ptr<IWorldSystem>& worldSystem) {
+    if (point.Equals(FCursorMapPt) && worldSystem == FTable->WorldSystem)
+        return;
+    FCursorMapPt = point;
+    FTable->WorldSystem = worldSystem;
+    if (TInfoQueryPoint* cursor = FTable->GetCursor())
+        cursor->SetPoint(point);
+    if (!FTable->IsCursorRow(0))
+        return;
+    const TBorrowed self(this);
+    FTable->Populate(0);
+    if (self)
+        GetList()->RowsChanged(0);
+}
+
+void TMapViewInfoQueryListControl::AddNewPoint(const TMapPoint& point, TColor32 color, const QString& label) {
+    TInfoQueryPointLayer* layer = GetIQPLayer();
+    if (!layer)
+        return;
+    auto added = std::make_unique<TInfoQueryPoint>(layer, point, color);
+    added->SetPointLabel(label);
+    layer->GetPoints().Add(std::move(added));
+}
+
+void TMapViewInfoQueryListControl::RebuildData() {
+    const TBorrowed self(this);
+    FTable->PopulateAll();
+    if (self)
+        GetList()->RowsChanged(0, FTable->GetCount());
+}
+
+int TMapViewInfoQueryListControl::GetRowCount() const {
+    return FTable->GetCount();
+}
+
+TInfoQueryPoint* TMapViewInfoQueryListControl::GetRowPoint(int row) const {
+    return FTable->GetPoint(row);
+}
+
+TIdrisiMapLayer* TMapViewInfoQueryListControl::GetColumnLayer(int column) const {
+    return FTable->GetLayer(column);
+}
+
+std::optional<TInfoQueryRowDataValue> TMapViewInfoQueryListControl::GetRowValue(int row, int column) const {
+    return FTable->GetValue(row, column);
+}
+
+void TMapViewInfoQueryListControl::AddPoint(TInfoQueryPoint* point) {
+    const TBorrowed self(this);
+    const int row = FTable->AddPoint(point);
+    FTable->Populate(row);
+    if (self && FTable->GetPoint(row) == point)
+        GetList()->RowsInserted(row);
+}
+
+void TMapViewInfoQueryListControl::AddLayer(TIdrisiMapLayer* layer) {
+    FTable->AddLayer(layer, layer->GetLayerName());
+    GetList()->AddColumn({layer->GetLayerName(), ValueWidth});
+}
+
+void TMapViewInfoQueryListControl::RemoveLayer(const TBaseMapLayer* layer) {
+    const int column = FTable->IndexOf(layer);
+    if (column < 0)
+        return;
+    FTable->RemoveLayer(column);
+    GetList()->RemoveColumn(column + 1);
+    RebuildData();
+}
+
+bool TMapViewInfoQueryListControl::HasSelectedPoint() const {
+    for (const int row : GetList()->GetSelectedRows())
+        if (FTable->GetPoint(row) != FTable->GetCursor())
+            return true;
+    return false;
+}
+
+void TMapViewInfoQueryListControl::IQPLayer_PointAdded(TInfoQueryPointLayer*, TInfoQueryPoint* point) {
+    AddPoint(point);
+}
+
+void TMapViewInfoQueryListControl::IQPLayer_PointRemoved(TInfoQueryPointLayer*, TInfoQueryPoint* point) {
+    const int row = FTable->IndexOf(point);
+    if (row < 0)
+        return;
+    FTable->RemovePoint(row);
+    GetList()->RowsRemoved(row);
+}
+
+// A point has another label or colour.
+void TMapViewInfoQueryListControl::IQPLayer_Invalidated(TBaseMapLayer*) {
+    GetList()->viewport()->update();
+}
+
+void TMapViewInfoQueryListControl::LayerManager_LayerAdded(ILayerManager*, TBaseMapLayer* layer) {
+    auto* raster = dynamic_cast<TIdrisiMapLayer*>(layer);
+    if (!raster || FTable->IndexOf(layer) >= 0)
+        return;
+    AddLayer(raster);
+    RebuildData();
+}
+
+void TMapViewInfoQueryListControl::LayerManager_LayerRemoved(ILayerManager*, TBaseMapLayer* layer) {
+    RemoveLayer(layer);
+}
+
+void TMapViewInfoQueryListControl::LayerManager_LayerInvalidated(ILayerManager*, TBaseMapLayer* layer) {
+    if (dynamic_cast<TIdrisiMapLayer*>(layer))
+        RebuildData();
+}
+
+void TMapViewInfoQueryListControl::Add_Click() {
+    FAddMenu->popup(FAddButton->mapToGlobal(FAddButton->rect().bottomLeft()));
+}
+
+// Dialogs are waited for; meanwhile all of this may go.
+
+void TMapViewInfoQueryListControl::AddSingle_Click() {
+    const TBorrowed self(this);
+    if (const auto answer = AskForQueryPoint(this, nullptr); answer && self)
+        AddNewPoint(answer->Point, answer->Color, answer->Label);
+}
+
+void TMapViewInfoQueryListControl::AddMultiple_Click() {
+    const TBorrowed self(this);
+    for (const TQueryPointAnswer& answer : AskForQueryPoints(this)) {
+        if (!self)
+            return;
+        AddNewPoint(answer.Point, answer.Color, answer.Label);
+    }
+}
+
+void TMapViewInfoQueryListControl::Delete_Click() {
+    std::vector<TInfoQueryPoint*> points;
+    for (const int row : GetList()->GetSelectedRows())
+        if (FTable->GetPoint(row) != FTable->GetCursor())
+            points.push_back(FTable->GetPoint(row));
+    const TBorrowed<TInfoQueryPointLayer> layer = FIQPLayer;
+    for (const TInfoQueryPoint* point : points)
+        if (layer)
+            layer->GetPoints().Remove(point); // one that has gone meanwhile is in no list
+}
+
+void TMapViewInfoQueryListControl::Edit_Click() {
+    const std::vector<int> selected = GetList()->GetSelectedRows();
+    if (selected.empty() || FTable->GetPoint(selected.front()) == FTable->GetCursor())
+        return;
+    const QPersistentModelIndex row = GetList()->MarkRow(selected.front());
+    const TBorrowed self(this);
+    const auto answer = AskForQueryPoint(this, FTable->GetPoint(row.row()));
+    const auto point = [&] { return self && row.isValid() ? FTable->GetPoint(row.row()) : nullptr; };
+    if (answer && point())
+        point()->SetPoint(answer->Point);
+    if (answer && point())
+        point()->SetColor(answer->Color);
+    if (answer && point())
+        point()->SetPointLabel(answer->Label);
+    if (!answer || !point())
+        return;
+    FTable->Populate(row.row());
+    if (point())
+        GetList()->RowsChanged(row.row());
+}
+
+void TMapViewInfoQueryListControl::Copy_Click() {
+    const std::vector<int> selected = GetList()->GetSelectedRows();
+    QString text = FTable->CopiedHeading();
+    const auto copy = [&](int row) {
+        if (FTable->GetPoint(row) != FTable->GetCursor())
+            text += FTable->CopiedRow(row);
+    };
+    if (selected.empty())
+        for (int row = 0; row < FTable->GetCount(); ++row)
+            copy(row);
+    for (const int row : selected)
+        copy(row);
+    TClipboard::SetAsText(text);
+}
+
+} // namespace lmx

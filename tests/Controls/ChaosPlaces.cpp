@@ -1,0 +1,305 @@
+#include <lmx/Controls/Legend/lmxBaseLegendControl.h>
+#include <lmx/Controls/lmxRulerListView.h>
+#include <lmx/Coordinates/wskWorldSystem.h>
+#include <lmx/Layers/lmxLayerStackPainter.h>
+#include <lmx/Widgets/lmxEventGuard.h>
+#include <tests/Controls/ChaosTables.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace lmx::tests {
+
+namespace {
+
+// ---- Ways to be called
+
+TArm Hook(const char* name) {
+    return [name](TChaosScene& s, TAction action) { s.Hooks->Set(QString::fromLatin1(name), std::move(action)); };
+}
+
+template<class List>
+void Subscribe(TChaosScene& s, List& list, const TAction& action) {
+    s.Subscriptions.push_back(list.Add([action](auto&&...) { action(); }));
+}
+
+template<class List>
+TArm On(List& (ILayerManager::*event)()) {
+    return [event](TChaosScene& s, const TAction& action) {
+        if (s.Manager)
+            Subscribe(s, (s.Manager.get()->*event)(), action);
+    };
+}
+
+template<class Layer, class Base, class List>
+TArm On(TBorrowed<Layer> TChaosScene::*layer, List& (Base::*event)()) {
+    return [layer, event](TChaosScene& s, const TAction& action) {
+        if (s.*layer)
+            Subscribe(s, ((s.*layer).Get()->*event)(), action);
+    };
+}
+
+template<class Layer, class Base, class List>
+TArm On(Layer* (TChaosScene::*layer)() const, List& (Base::*event)()) {
+    return [layer, event](TChaosScene& s, const TAction& action) {
+        if (Layer* const found = (s.*layer)())
+            Subscribe(s, (found->*event)(), action);
+    };
+}
+
+template<class List>
+TArm OnViewport(List& (TWorldViewport::*event)()) {
+    return [event](TChaosScene& s, const TAction& action) {
+        if (s.View)
+            Subscribe(s, (s.View->GetViewport()->*event)(), action);
+    };
+}
+
+template<class Event>
+TArm Slot(void (TMapViewControl::*set)(Event)) {
+    return [set](TChaosScene& s, const TAction& action) {
+        if (s.View)
+            (s.View.get()->*set)([action](auto&&...) { action(); });
+    };
+}
+
+// ---- What makes the library call
+
+void Repaint(TChaosScene& s) {
+    if (s.View)
+        s.View->RepaintMap();
+    s.Settle();
+}
+
+void RenderBuffered(TChaosScene& s) {
+    if (s.Buffered)
+        s.Buffered->Invalidate(true);
+    s.Settle();
+    EXPECT_TRUE(PumpUntilRendersEnd());
+}
+
+// Confirms the dialog that `open` shows, after the host was called at "Dialog".
+void InDialog(TChaosScene& s, void (TMapViewRulersPanelControl::*open)()) {
+    if (!s.Panel || !s.Panel->GetRulersLayer())
+        return;
+    QTimer::singleShot(0, [hooks = s.Hooks] {
+        GuardEvent(nullptr, [&] { hooks->Call(QStringLiteral("Dialog")); });
+        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+            dialog->accept();
+    });
+    (s.Panel.get()->*open)();
+}
+
+void SelectRuler(TChaosScene& s) {
+    if (s.Panel)
+        s.Panel->GetListView()->SelectRow(0);
+}
+
+void PaintStackAside(TChaosScene& s) {
+    TWorld world(TLatLonWorldSystemFactory::GetObject());
+    TWorldViewport viewport(&world);
+    TBitmap32 bitmap(40, 30);
+    viewport.SetViewSize({40, 30});
+    PaintLayerStack(s.Manager, viewport, bitmap);
+}
+
+} // namespace
+
+const std::vector<TPlace>& ChaosPlaces() {
+    using S = TChaosScene;
+    using I = ILayerManager;
+    using L = TBaseMapLayer;
+    const TUse setMode = View([](auto& v) { v.SetMode(TMapMode::mdPan); });
+    const TUse setCustomMode = View([](auto& v) { v.SetMode(TMapMode::mdCustom); });
+    const TUse pan = View([](auto& v) { v.GetViewport()->SetTranslation({3, 5}); });
+    const TUse hide = With<TChaosLayer>(&S::Layer, [](auto& l) { l.SetIsVisible(false); });
+    const TUse invalidate = With<TChaosLayer>(&S::Layer, [](auto& l) { l.Invalidate(); });
+    const TUse gotoExtent = With<TChaosLayer>(&S::Layer, [](auto& l) { l.GotoExtendMenuItem_Click(); });
+    const TUse addRuler = With<TRulerMapLayer>(&S::Rulers, [](auto& l) { l.Add(std::make_unique<TRulerItem>()); });
+    const TUse clearRulers = With<TRulerMapLayer>(&S::Rulers, [](auto& l) { l.GetHRulers().Clear(); });
+    const TUse addPoint = With<TInfoQueryPointLayer>(
+        &S::Points, [](auto& l) { l.GetPoints().Add(std::make_unique<TInfoQueryPoint>(&l, TMapPoint(1, 2), 1)); });
+    const TUse clearPoints = With<TInfoQueryPointLayer>(&S::Points, [](auto& l) { l.GetPoints().Clear(); });
+    const TUse opacity = With<TIdrisiMapLayer>(&S::Raster, [](auto& l) { l.SetOpacity(77); });
+    const TUse duplicate = [](S& s) {
+        if (s.Raster && s.Manager)
+            s.Raster->Duplicate(s.Manager);
+    };
+    const TUse anotherShape = [](S& s) {
+        if (s.Shape)
+            s.Shape->TakeShpFile(ChaosShpFile());
+    };
+    const TUse color = With<TVectorFileLayer>(&S::Vector, [](auto& l) { l.SetColor(0xFF00FF00); });
+    const TUse legend =
+        With<TChaosLayer>(&S::Layer, [](auto& l) { l.SetLegendComponent(new TBaseLegendControl(nullptr)); });
+    const TUse exportRaster = [](S& s) {
+        std::vector<TLayerMenuItem> items;
+        if (s.Raster)
+            s.Raster->GetContextMenuItems(&items);
+        for (const TLayerMenuItem& item : items)
+            if (item.FEvent)
+                item.FEvent();
+    };
+    const TUse addDialog = [](S& s) { InDialog(s, &TMapViewRulersPanelControl::AddButton_Click); };
+    const TUse editDialog = [](S& s) {
+        SelectRuler(s);
+        InDialog(s, &TMapViewRulersPanelControl::EditButton_Click);
+    };
+    const TUse deleteInPanel = [](S& s) {
+        SelectRuler(s);
+        if (s.Panel)
+            s.Panel->DelButton_Click();
+    };
+    const TUse fault = [](S& s) {
+        ReportFault(QStringLiteral("fault"), s.View.get());
+        s.Settle();
+    };
+    const TUse menuItem = [](S& s) {
+        if (s.View)
+            s.View->AddPopupMenuItem(QStringLiteral("x"), [h = s.Hooks] { h->Call(QStringLiteral("Menu")); })
+                ->trigger();
+    };
+    const TUse clearLayers = Manager([](auto& m) { m.GetLayers().Clear(); });
+    const TUse clearSpecial = Manager([](auto& m) { m.GetSpecialLayers().Clear(); });
+    const TUse select = Manager([](auto& m) { m.SetSelLayer(m.GetLayers().Count() < 2 ? nullptr : m.GetLayers()[1]); });
+    const TUse unselect = Manager([](auto& m) { m.SetSelLayer(nullptr); });
+    const TUse title = Manager([](auto& m) { m.SetTitle(QStringLiteral("other")); });
+    const TUse worldSystem =
+        View([](auto& v) { v.ChangeWorldSystem(TLatLonAntimeridianWorldSystemFactory::GetObject()); });
+    static const std::vector<TPlace> places = {
+        {"Manager.OnLayerAdded first", On(&I::GetOnLayerAdded), AddLayer, true},
+        {"Manager.OnLayerAdded", On(&I::GetOnLayerAdded), AddLayer},
+        {"Manager.OnLayerAdded of another", On(&I::GetOnLayerAdded), ManagerAgain},
+        {"Manager.OnLayerAdded of another, first", On(&I::GetOnLayerAdded), ManagerAgain, true},
+        {"Manager.OnLayerRemoved first", On(&I::GetOnLayerRemoved), RemoveLayer, true},
+        {"Manager.OnLayerRemoved", On(&I::GetOnLayerRemoved), RemoveLayer},
+        {"Manager.OnLayerRemoved by clearing", On(&I::GetOnLayerRemoved), clearLayers},
+        {"Manager.OnLayerRemoved of special", On(&I::GetOnLayerRemoved), clearSpecial},
+        {"Manager.OnLayerRemoved with the manager", On(&I::GetOnLayerRemoved), NoManager},
+        {"Manager.OnLayerRemoved with the manager, first", On(&I::GetOnLayerRemoved), NoManager, true},
+        {"Manager.OnLayerVisibilityChanged", On(&I::GetOnLayerVisibilityChanged), hide},
+        {"Manager.OnLayerVisibilityChanged first", On(&I::GetOnLayerVisibilityChanged), hide, true},
+        {"Manager.OnLayerReadyToDraw", On(&I::GetOnLayerReadyToDraw), invalidate},
+        {"Manager.OnLayerReadyToDraw first", On(&I::GetOnLayerReadyToDraw), invalidate, true},
+        {"Manager.OnLayerInvalidated", On(&I::GetOnLayerInvalidated), invalidate},
+        {"Manager.OnLayerInvalidated of all", On(&I::GetOnLayerInvalidated), worldSystem},
+        {"Manager.OnLayerMoved", On(&I::GetOnLayerMoved), MoveLayer},
+        {"Manager.OnLayerMoved first", On(&I::GetOnLayerMoved), MoveLayer, true},
+        {"Manager.OnSelectedLayerChanged", On(&I::GetOnSelectedLayerChanged), select},
+        {"Manager.OnSelectedLayerChanged to none", On(&I::GetOnSelectedLayerChanged), unselect},
+        {"Manager.OnMapCommand", On(&I::GetOnMapCommand), gotoExtent},
+        {"Manager.OnMapCommand first", On(&I::GetOnMapCommand), gotoExtent, true},
+        {"Manager.OnTitleChanged", On(&I::GetOnTitleChanged), title},
+
+        {"View.OnModeChanged",
+         [](S& s, const TAction& a) {
+             if (s.View)
+                 Subscribe(s, s.View->GetOnModeChanged(), a);
+         },
+         setMode},
+        {"View.OnViewportUpdated", Slot(&TMapViewControl::SetOnViewportUpdated), pan},
+        {"View.OnViewportUpdated by size", Slot(&TMapViewControl::SetOnViewportUpdated),
+         View([](auto& v) { v.resize(90, 70); })},
+        {"View.OnViewportUpdated by zoom", Slot(&TMapViewControl::SetOnViewportUpdated),
+         Clicking(TMapMode::mdZoomToSelection)},
+        {"View.OnViewportUpdated by world", Slot(&TMapViewControl::SetOnViewportUpdated), worldSystem},
+        {"View.OnMouseCursorLocationChanged", Slot(&TMapViewControl::SetOnMouseCursorLocationChanged),
+         Clicking(TMapMode::mdNone)},
+        {"View.OnBeforeLayerManagerChanged", Slot(&TMapViewControl::SetOnBeforeLayerManagerChanged), AnotherManager},
+        {"View.OnAfterLayerManagerChanged", Slot(&TMapViewControl::SetOnAfterLayerManagerChanged), AnotherManager},
+        {"Viewport.OnChanged", OnViewport(&TWorldViewport::GetOnChanged), pan},
+        {"Viewport.OnViewSizeChanged", OnViewport(&TWorldViewport::GetOnViewSizeChanged), View([](auto& v) {
+             v.GetViewport()->SetViewSize({33, 22});
+         })},
+
+        {"Mode.GetCursor", Hook("Mode.GetCursor"), setCustomMode},
+        {"Mode.MouseDown", Hook("Mode.MouseDown"), Clicking(TMapMode::mdCustom)},
+        {"Mode.MouseMove", Hook("Mode.MouseMove"), Clicking(TMapMode::mdCustom)},
+        {"Mode.MouseUp", Hook("Mode.MouseUp"), Clicking(TMapMode::mdCustom)},
+
+        {"Layer.Paint", Hook("Layer.Paint"), Repaint},
+        {"Layer.Paint aside", Hook("Layer.Paint"), PaintStackAside},
+        {"Layer.GetHasContent", Hook("Layer.GetHasContent"), Repaint},
+        {"Layer.Invalidate", Hook("Layer.Invalidate"), worldSystem},
+        {"Layer.GetMouseSupport", Hook("Layer.GetMouseSupport"), Clicking(TMapMode::mdNone)},
+        {"Layer.MouseDown", Hook("Layer.MouseDown"), Clicking(TMapMode::mdNone)},
+        {"Layer.MouseMove", Hook("Layer.MouseMove"), Clicking(TMapMode::mdNone)},
+        {"Layer.MouseUp", Hook("Layer.MouseUp"), Clicking(TMapMode::mdNone)},
+        {"Layer.BeforeLayerManagerRemoved", Hook("Layer.BeforeLayerManagerRemoved"), RemoveLayer},
+        {"Layer.OnVisibilityChanged", On(&S::Layer, &L::GetOnVisibilityChanged), hide},
+        {"Layer.OnReadyToDrawChanged", On(&S::Layer, &L::GetOnReadyToDrawChanged), invalidate},
+        {"Layer.OnInvalidated", On(&S::Layer, &L::GetOnInvalidated), invalidate},
+        {"Layer.OnMapCommand", On(&S::Layer, &L::GetOnMapCommand), gotoExtent},
+        {"Layer.OnLayerNameChanged", On(&S::Layer, &L::GetOnLayerNameChanged),
+         With<TChaosLayer>(&S::Layer, [](auto& l) { l.SetLayerName(QStringLiteral("b")); })},
+        {"Layer.OnLayerAreaChanged", On(&S::Layer, &L::GetOnLayerAreaChanged),
+         With<TChaosLayer>(&S::Layer, [](auto& l) { l.SetLayerArea({}); })},
+        {"Layer.OnLegendComponentChanged", On(&S::Layer, &L::GetOnLegendComponentChanged), legend},
+
+        {"Selection.OnReadyToDrawChanged", On(&S::Selection, &L::GetOnReadyToDrawChanged),
+         Clicking(TMapMode::mdSelection)},
+        {"Selection.OnInvalidated", On(&S::Selection, &L::GetOnInvalidated), Clicking(TMapMode::mdSelection)},
+        {"Selection.OnInvalidated by zoom", On(&S::Selection, &L::GetOnInvalidated),
+         Clicking(TMapMode::mdZoomToSelection)},
+        {"Rulers.OnRulerAdded", On(&S::Rulers, &TRulerMapLayer::GetOnRulerAdded), addRuler},
+        {"Rulers.OnRulerAdded by placing", On(&S::Rulers, &TRulerMapLayer::GetOnRulerAdded),
+         Clicking(TMapMode::mdPlaceRulerV)},
+        {"Rulers.OnRulerAdded by the panel", On(&S::Rulers, &TRulerMapLayer::GetOnRulerAdded), addDialog},
+        {"Rulers.OnRulerRemoved", On(&S::Rulers, &TRulerMapLayer::GetOnRulerRemoved), clearRulers},
+        {"Rulers.OnRulerRemoved by the panel", On(&S::Rulers, &TRulerMapLayer::GetOnRulerRemoved), deleteInPanel},
+        {"Rulers.OnRulerRemoved with the manager", On(&S::Rulers, &TRulerMapLayer::GetOnRulerRemoved), NoManager},
+        {"Rulers.OnInvalidated", On(&S::Rulers, &L::GetOnInvalidated), Clicking(TMapMode::mdPlaceRulerH)},
+        {"Rulers.OnInvalidated by adding", On(&S::Rulers, &L::GetOnInvalidated), addRuler},
+        {"Rulers.OnInvalidated by the panel", On(&S::Rulers, &L::GetOnInvalidated), editDialog},
+        {"Points.OnAdded", On(&S::Points, &TInfoQueryPointLayer::GetOnAdded), addPoint},
+        {"Points.OnAdded by a click", On(&S::Points, &TInfoQueryPointLayer::GetOnAdded),
+         Clicking(TMapMode::mdInfoQuery)},
+        {"Points.OnRemoved", On(&S::Points, &TInfoQueryPointLayer::GetOnRemoved), clearPoints},
+        {"Points.OnInvalidated", On(&S::Points, &L::GetOnInvalidated),
+         With<TInfoQueryPointLayer>(&S::Points, [](auto& l) { l.GetPoints()[0]->SetColor(0xFF654321); })},
+        {"PinRenderer.RenderPin", Hook("PinRenderer.RenderPin"), Repaint},
+
+        {"Raster.OnReadyToDrawChanged", On(&S::Raster, &L::GetOnReadyToDrawChanged), opacity},
+        {"Raster.OnInvalidated", On(&S::Raster, &L::GetOnInvalidated), opacity},
+        {"Raster.OnLegendComponentChanged", On(&S::Raster, &L::GetOnLegendComponentChanged),
+         [](S& s) {
+             if (s.Raster)
+                 s.Raster->SetColorCalc(ChaosCalculator(s.Hooks));
+             if (s.Raster)
+                 s.Raster->SetLegendComponent(new TBaseLegendControl(nullptr));
+         }},
+        {"Raster.OnLayerAreaChanged", On(&S::Raster, &L::GetOnLayerAreaChanged),
+         [](S& s) {
+             auto image = ChaosImage();
+             image->getHeader()->SetMaxX(50);
+             if (s.Raster)
+                 s.Raster->TakeImage(std::move(image));
+         }},
+        {"Calculator.GetColor", Hook("Calculator.GetColor"), opacity},
+        {"Calculator.Clone", Hook("Calculator.Clone"), duplicate},
+        {"FileDialog.Save", Hook("FileDialog.Save"), exportRaster},
+        {"Shape.OnReadyToDrawChanged", On(&S::Shape, &L::GetOnReadyToDrawChanged), anotherShape},
+        {"Shape.OnInvalidated", On(&S::Shape, &L::GetOnInvalidated), anotherShape},
+        {"Vector.OnInvalidated", On(&S::Vector, &L::GetOnInvalidated), color},
+        {"Buffered.RenderBuffer", Hook("Buffered.RenderBuffer"), RenderBuffered},
+        {"Buffered.OnInvalidated", On(&S::Buffered, &L::GetOnInvalidated), RenderBuffered},
+        {"Buffered.OnReadyToDrawChanged by a host's picture", On(&S::Buffered, &L::GetOnReadyToDrawChanged),
+         With<TChaosBufferedLayer>(&S::Buffered, [](auto& l) { l.SetBufferedBitmap(nullptr); })},
+
+        {"MsgBox.Error", Hook("MsgBox.Error"), fault},
+        {"InputBox.Translation", Hook("InputBox.Translation"), View([](auto& v) { v.PopupMenu_DbgTranslation(); })},
+        {"InputBox.Zoom Scale", Hook("InputBox.Zoom Scale"), View([](auto& v) { v.PopupMenu_DbgZoomScale(); })},
+        {"ColorChooser.Execute", Hook("ColorChooser.Execute"),
+         View([](auto& v) { v.PopupMenu_ChangeBackgroundColor_Click(); })},
+        {"Clipboard.SetAsText", Hook("Clipboard.SetAsText"), View([](auto& v) { v.PopupMenu_DbgCopyData(); })},
+        {"Menu", Hook("Menu"), menuItem},
+        {"Dialog of a new ruler", Hook("Dialog"), addDialog},
+        {"Dialog of a ruler", Hook("Dialog"), editDialog},
+    };
+    return places;
+}
+
+} // namespace lmx::tests
