@@ -1,5 +1,5 @@
-// The snippets of the host guide and the README, as code that compiles. guideTest.cpp looks each of them up here, line
-// by line: a snippet that changes there changes here.
+// The snippets of the host guide and the README, as code that compiles. guideTest.cpp looks each of them up here, line by
+// line: a snippet that changes there changes here.
 
 #include <lmx/Climate/lmxClimate.h>
 #include <lmx/Colour/lmxColour.h>
@@ -21,7 +21,8 @@
 #include <utility>
 #include <variant>
 
-// clang-format off: the snippets stand as they do on the page
+// The snippets stand as they do on the page.
+// clang-format off
 namespace {
 
 struct TTrack {
@@ -53,13 +54,13 @@ struct TDots : lmx::TPinMapLayerPinRenderer {
         const double x = static_cast<double>(at.X), y = static_cast<double>(at.Y), r = 4 * bitmap.GetDeviceRatio();
         lmx::PolygonFS(bitmap, lmx::CirclePolygon(x, y, r), 0xFFB01E5A);
         covered = {x - r, y - r, x + r, y + r};
-        return true; // drawn; `covered` goes into GetRenderRects, for hit tests
+        return true;   // drawn; `covered` goes into GetRenderRects, for hit tests
     }
 };
 
 struct TOwnImages : lmx::IExternalResourcesService {
     QImage GetImage(const QString& name, double ratio, const QColor& ink) override {
-        return name == "MapWindowFactory.Edit" ? OwnPen(ratio, ink) : QImage(); // a null image: the library's own
+        return name == "MapWindowFactory.Edit" ? OwnPen(ratio, ink) : QImage();   // a null image: the library's own
     }
 };
 
@@ -67,9 +68,7 @@ class TTrackRender : public lmx::TRenderThreadHandler {
 public:
     TTrackRender(lmx::TSize size, const lmx::TMapArea& area, const lmx::TWorldViewportLocal& viewport,
                  std::shared_ptr<const TTrack> track, lmx::TColor32 color)
-        : TRenderThreadHandler(size, area, viewport),
-          FTrack(std::move(track)),
-          FColor(color) {}
+        : TRenderThreadHandler(size, area, viewport), FTrack(std::move(track)), FColor(color) {}
 
 protected:
     void Draw(lmx::TBitmap32& bitmap, const lmx::TThreadPoolThread& thread) const override {
@@ -113,13 +112,13 @@ struct TQuietMessages : lmx::IMsgBoxService {
     const auto manager = lmx::TLayerManagerFactory::GetObject();
     view.SetLayerManager(manager);
     manager->GetLayers().Add(std::move(layer));
-    view.GetViewport()->ZoomTo(view.GetWorldSystem()->Area()); // the whole world
+    view.GetViewport()->ZoomTo(view.GetWorldSystem()->Area());   // the whole world
 
     overview.SetLayerManager(manager);
     overview.CreateWorldAndViewport(view.GetWorldSystem());
     overview.ZoomTo(raster);
 
-    view.SetLayerManager(nullptr); // the marks that they hold go, too
+    view.SetLayerManager(nullptr);   // the marks that they hold go, too
 }
 
 [[maybe_unused]] void MarksOfAView(QWidget* parent) {
@@ -128,35 +127,32 @@ struct TQuietMessages : lmx::IMsgBoxService {
 
 [[maybe_unused]] void Marks(lmx::TMapViewControl& view, lmx::TSubscription& added, lmx::TPinMapLayer* pins,
                             lmx::TMapViewRulersPanelControl& panel) {
-    view.GetSpRulersLayer()->Add(
-        std::make_unique<lmx::TRulerItem>(lmx::TRulerOrientation::roVertical, -23.44L, 0xFFCC0000));
+    view.GetSpRulersLayer()->Add(std::make_unique<lmx::TRulerItem>(lmx::TRulerOrientation::roVertical, -23.44L, 0xFFCC0000));
     added = view.GetSpInfoQueryPointsLayer()->GetOnAdded().Add(
         [](lmx::TInfoQueryPointLayer*, lmx::TInfoQueryPoint* point) { point->SetPointLabel("Here"); });
 
-    view.SetCustomModeObject(std::make_shared<TMeasure>()); // first the object, then the mode
+    view.SetCustomModeObject(std::make_shared<TMeasure>());   // first the object, then the mode
     view.SetMode(lmx::TMapMode::mdCustom);
 
     static TDots dots;
     pins->GetPins().Add(std::make_unique<lmx::TPin>("Wellington", 174.78L, -41.30L));
-    pins->SetPinRenderer(&dots); // borrowed: it outlives the layer
-    pins->Invalidate();          // changes of pins tell nobody
+    pins->SetPinRenderer(&dots);   // borrowed: it outlives the layer
+    pins->Invalidate();            // changes of pins tell nobody
 
-    panel.SetRulersLayer(
-        view.GetSpRulersLayer()); // borrowed; again when the view has another manager, which makes another layer
+    panel.SetRulersLayer(view.GetSpRulersLayer());   // borrowed; again when the view has another manager, which makes another layer
 
     lmx::TExternalResources::SetService(std::make_shared<TOwnImages>());
-    lmx::TMapViewAssets::GetInstance().GetLayerPanelAssets().Replace(3, OwnPen); // the sign of a visible layer
+    lmx::TMapViewAssets::GetInstance().GetLayerPanelAssets().Replace(3, OwnPen);   // the sign of a visible layer
 
     lmx::TMsgBox::SetService(std::make_shared<TQuietMessages>());
 }
 
-[[maybe_unused]] lmx::TIdrisiMapLayer* Rasters(const std::shared_ptr<lmx::ILayerManager>& manager,
-                                               const QString& fileName,
+[[maybe_unused]] lmx::TIdrisiMapLayer* Rasters(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
                                                const std::shared_ptr<lmx::IBaseColorCalculator>& calculator) {
     auto layer = std::make_unique<lmx::TIdrisiMapLayer>(manager);
-    layer->TakeImage(lmx::TImageFactory::Load(fileName)); // or SetImage, and keep the image yourself
+    layer->TakeImage(lmx::TImageFactory::Load(fileName));     // or SetImage, and keep the image yourself
     layer->SetColorCalc(calculator);
-    layer->Render(); // the first render is yours to ask for
+    layer->Render();                                          // the first render is yours to ask for
     lmx::TIdrisiMapLayer* raster = manager->GetLayers().Add(std::move(layer));
     return raster;
 }
@@ -165,7 +161,7 @@ struct TQuietMessages : lmx::IMsgBoxService {
     auto grid = std::make_shared<lmx::TArcInfoAsciiGridRasterFrame>(fileName, lmx::TDataKind::dkFloat);
     const double here = grid->Read(174.8, -41.3, lmx::TInterpolationOption::ioBilinear);
     for (int row = 0; row < grid->GetHeight(); ++row) {
-        const auto line = std::get<std::span<float>>(grid->ScanLine(row)); // the type follows GetBufferKind
+        const auto line = std::get<std::span<float>>(grid->ScanLine(row));   // the type follows GetBufferKind
         for (float& cell : line)
             cell += 273.15F;
     }
@@ -173,23 +169,23 @@ struct TQuietMessages : lmx::IMsgBoxService {
 }
 
 [[maybe_unused]] void Overlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName) {
-    const auto [kind, converter] = lmx::ConversionOf(fileName); // ckUnknown: say that the place may be wrong
+    const auto [kind, converter] = lmx::ConversionOf(fileName);        // ckUnknown: say that the place may be wrong
     auto coast = std::make_unique<lmx::TShapeFileLayer>(manager);
-    coast->SetColor(0xFF24303C);                                          // set one: 0 shows nothing
-    coast->TakeShpFile(lmx::TShpFile::LoadFromFile(fileName, converter)); // or SetShpFile and SetOwnsShpFile(false)
+    coast->SetColor(0xFF24303C);                                       // set one: 0 shows nothing
+    coast->TakeShpFile(lmx::TShpFile::LoadFromFile(fileName, converter));   // or SetShpFile and SetOwnsShpFile(false)
     manager->GetLayers().Add(std::move(coast));
     static_cast<void>(kind);
 }
 
 [[maybe_unused]] void Attributes(const lmx::TShpFile& file, std::size_t i, const QString& tableName,
                                  void (*show)(const QString& name, const QString& text)) {
-    lmx::TDBFReader table(tableName); // keeps bytes, decodes what is asked for
+    lmx::TDBFReader table(tableName);                                  // keeps bytes, decodes what is asked for
     for (std::size_t field = 0; field < table.GetFields().size(); ++field)
         show(table.GetFields()[field].GetFieldName(), table.GetText(file.GetPolygon(i).GetRecord(), field));
 }
 
 [[maybe_unused]] void Cores() {
-    lmx::TCores::SetCount(0); // all that the machine has; 1, as at start, is the calling thread alone
+    lmx::TCores::SetCount(0);   // all that the machine has; 1, as at start, is the calling thread alone
 }
 
 [[maybe_unused]] void OwnThread(lmx::TBufferedMapLayer* layer, const lmx::TMapArea& area) {
@@ -214,11 +210,10 @@ struct TQuietMessages : lmx::IMsgBoxService {
 struct THost : lmx::TEventReceiver {
     void Layers_Removed(lmx::ILayerManager*, lmx::TBaseMapLayer*) {}
 
-    void Listen(const std::shared_ptr<lmx::ILayerManager>& manager, lmx::TMapViewControl& view,
-                lmx::TBaseMapLayer* raster, lmx::TSubscription& subscription) {
-        subscription =
-            manager->GetOnLayerAdded().Add([](lmx::ILayerManager*, lmx::TBaseMapLayer* layer) { Note(layer); });
-        manager->GetOnLayerRemoved().Add(this, &THost::Layers_Removed); // THost derives from TEventReceiver
+    void Listen(const std::shared_ptr<lmx::ILayerManager>& manager, lmx::TMapViewControl& view, lmx::TBaseMapLayer* raster,
+                lmx::TSubscription& subscription) {
+        subscription = manager->GetOnLayerAdded().Add([](lmx::ILayerManager*, lmx::TBaseMapLayer* layer) { Note(layer); });
+        manager->GetOnLayerRemoved().Add(this, &THost::Layers_Removed);   // THost derives from TEventReceiver
         view.SetOnViewportUpdated([](lmx::TMapViewControl* sender) { ShowScale(sender->GetViewport()->GetScale()); });
 
         lmx::TBorrowed<lmx::TBaseMapLayer> shown = raster;
@@ -237,7 +232,7 @@ struct THost : lmx::TEventReceiver {
     layer->SetColorCalc(lmx::TGradientColorCalculatorFactory::GetObject(layer->GetValueRange(), gradient));
     layer->SetOpacity(190);
     layer->Render();
-    manager->GetLayers().Add(std::move(layer)); // the map appears
+    manager->GetLayers().Add(std::move(layer));     // the map appears
     view.show();
 }
 
