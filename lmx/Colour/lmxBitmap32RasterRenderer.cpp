@@ -165,7 +165,7 @@ void CutOut(const TColor32* colors, std::span<const std::uint8_t> cookies, TColo
 
 /// Rows first .. end - 1 of the same picture from colours that are known in advance.
 void RenderTableRows(TBlockReader reader, const TColorTable& table, std::int32_t first, std::int32_t end,
-                    TBitmap32& image) {
+                     TBitmap32& image) {
     TColor32 colors[TColorTable::BlockSize];
     constexpr auto BlockSize = static_cast<std::int32_t>(TColorTable::BlockSize);
     for (std::int32_t y = first; y < end; ++y) {

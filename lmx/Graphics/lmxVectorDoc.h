@@ -37,11 +37,11 @@ struct TPolygonItem {
 /// One line of text. Sizes below 0 are automatic.
 struct TTextItem {
     QString Text;
-    QString FontName;
+    QString FontName = {};
     double FontSize = -1; ///< height of the font; automatic: the largest whose text fits Width and Height, if any does
-    TFloatPoint Position; ///< of what the alignments name
-    double Width = -1;    ///< automatic: as wide as the text is
-    double Height = -1;   ///< automatic: as high as the document
+    TFloatPoint Position = {}; ///< of what the alignments name
+    double Width = -1;         ///< automatic: as wide as the text is
+    double Height = -1;        ///< automatic: as high as the document
     TColor32 FillColor = 0;
     THAlign HorizontalAlign = THAlign::haLeft;
     TVAlign VerticalAlign = TVAlign::vaTop;

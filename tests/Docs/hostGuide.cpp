@@ -1,5 +1,5 @@
-// The snippets of the host guide and the README, as code that compiles. guideTest.cpp looks each of them up here, line by
-// line: a snippet that changes there changes here.
+// The snippets of the host guide and the README, as code that compiles. guideTest.cpp looks each of them up here, line
+// by line: a snippet that changes there changes here.
 
 #include <lmx/Climate/lmxClimate.h>
 #include <lmx/Colour/lmxColour.h>
