@@ -12,10 +12,6 @@ function(lmx_compile_options target)
     if(LMX_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
-    if(LMX_BUILD_FUZZERS)
-        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link) # coverage guides the fuzzer
-        target_link_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
-    endif()
     if(LMX_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=${LMX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
         target_link_options(${target} PRIVATE -fsanitize=${LMX_SANITIZE})
@@ -24,10 +20,8 @@ endfunction()
 
 # lmx_precompile(<target> <header>...): headers that nearly every source reads, read once.
 function(lmx_precompile target)
-    if(NOT LMX_BUILD_FUZZERS)
-        target_precompile_headers(${target} PRIVATE <QString> <QWidget> <algorithm> <cmath> <functional> <memory> <vector>
-                                  ${ARGN})
-    endif()
+    target_precompile_headers(${target} PRIVATE <QString> <QWidget> <algorithm> <cmath> <functional> <memory> <vector>
+                              ${ARGN})
 endfunction()
 
 # lmx_test_options(<target>): tests take longer to compile than to run. Qt's names of their folders would keep them from
@@ -45,9 +39,7 @@ function(lmx_add_tests folder)
     add_executable(${program} ${sources})
     target_link_libraries(${program} PRIVATE lmxTestSupport)
     lmx_test_options(${program})
-    if(NOT LMX_BUILD_FUZZERS)
-        target_precompile_headers(${program} REUSE_FROM lmxTestSupport)
-    endif()
+    target_precompile_headers(${program} REUSE_FROM lmxTestSupport)
     foreach(unit ${ARGN})
         set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${unit}Test.cpp)
         file(STRINGS ${unit}Test.cpp lines REGEX "^(TEST|TEST_F|TEST_P|TYPED_TEST)\\(")
