@@ -97,9 +97,7 @@ void TMapViewInfoQueryListControl::SetIQPLayer(TInfoQueryPointLayer* layer) {
         for (TInfoQueryPoint* point : layer->GetPoints())
             FTable->AddPoint(point);
     }
-    const TBorrowed self(this);
-    FTable->PopulateAll();
-    if (!self)
+    if (!ReadAllValues())
         return;
     UpdateButtons();
     GetList()->RowsReset();
@@ -149,9 +147,7 @@ void TMapViewInfoQueryListControl::SetCursorMapPt(const TMapPoint& point,
         cursor->SetPoint(point);
     if (!FTable->IsCursorRow(0))
         return;
-    const TBorrowed self(this);
-    FTable->Populate(0);
-    if (self)
+    if (ReadValues(0))
         GetList()->RowsChanged(0);
 }
 
@@ -165,9 +161,7 @@ void TMapViewInfoQueryListControl::AddNewPoint(const TMapPoint& point, TColor32 
 }
 
 void TMapViewInfoQueryListControl::RebuildData() {
-    const TBorrowed self(this);
-    FTable->PopulateAll();
-    if (self)
+    if (ReadAllValues())
         GetList()->RowsChanged(0, FTable->GetCount());
 }
 
@@ -188,11 +182,24 @@ std::optional<TInfoQueryRowDataValue> TMapViewInfoQueryListControl::GetRowValue(
 }
 
 void TMapViewInfoQueryListControl::AddPoint(TInfoQueryPoint* point) {
-    const TBorrowed self(this);
     const int row = FTable->AddPoint(point);
-    FTable->Populate(row);
-    if (self && FTable->GetPoint(row) == point)
+    if (ReadValues(row) && FTable->GetPoint(row) == point)
         GetList()->RowsInserted(row);
+}
+
+// Calculators may be a host's and end this control: the table stays until it has been read.
+bool TMapViewInfoQueryListControl::ReadValues(int row) {
+    const TBorrowed self(this);
+    const std::shared_ptr<TInfoQueryTable> table = FTable;
+    table->Populate(row);
+    return static_cast<bool>(self);
+}
+
+bool TMapViewInfoQueryListControl::ReadAllValues() {
+    const TBorrowed self(this);
+    const std::shared_ptr<TInfoQueryTable> table = FTable;
+    table->PopulateAll();
+    return static_cast<bool>(self);
 }
 
 void TMapViewInfoQueryListControl::AddLayer(TIdrisiMapLayer* layer) {
@@ -298,8 +305,7 @@ void TMapViewInfoQueryListControl::Edit_Click() {
         point()->SetPointLabel(answer->Label);
     if (!answer || !point())
         return;
-    FTable->Populate(row.row());
-    if (point())
+    if (ReadValues(row.row()) && point())
         GetList()->RowsChanged(row.row());
 }
 

@@ -97,6 +97,8 @@ private:
     TMapViewInfoQueryListControl(TDrawnListView* list, QWidget* parent);
     void AddCommands();
     void AddPoint(TInfoQueryPoint* point);
+    bool ReadValues(int row); ///< whether the control is still there after it; so below
+    bool ReadAllValues();
     void AddLayer(TIdrisiMapLayer* layer);
     void RemoveLayer(const TBaseMapLayer* layer);
     bool HasSelectedPoint() const;

@@ -92,11 +92,13 @@ const std::vector<TDeed>& ChaosDeeds() {
         {"delete the view", [](S& s) { s.View.reset(); }, true},
         {"delete the map control", [](S& s) { s.Map.reset(); }, true},
         {"delete the panel", [](S& s) { s.Panel.reset(); }, true},
+        {"delete the table", [](S& s) { s.Table.reset(); }, true},
         {"delete everything",
          [](S& s) {
              s.View.reset();
              s.Map.reset();
              s.Panel.reset();
+             s.Table.reset();
              s.Manager.reset();
          },
          true},

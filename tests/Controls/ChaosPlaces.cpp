@@ -1,4 +1,4 @@
-#include <lmx/Controls/Legend/lmxBaseLegendControl.h>
+#include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/lmxRulerListView.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Layers/lmxLayerStackPainter.h>
@@ -153,6 +153,33 @@ const std::vector<TPlace>& ChaosPlaces() {
         if (s.Panel)
             s.Panel->DelButton_Click();
     };
+    const TUse pointTable = [](S& s) {
+        if (s.Table)
+            s.Table->SetCursorMapPt({6, 6}, TLatLonWorldSystemFactory::GetObject());
+    };
+    const TUse rebuildTable = [](S& s) {
+        if (s.Table)
+            s.Table->RebuildData();
+    };
+    const TUse deleteInTable = [](S& s) {
+        if (s.Table)
+            s.Table->GetList()->SelectRow(1);
+        if (s.Table)
+            s.Table->Delete_Click();
+    };
+    const TUse copyTable = [](S& s) {
+        if (s.Table)
+            s.Table->Copy_Click();
+    };
+    const TUse legendColor = [](S& s) {
+        if (auto* control = dynamic_cast<TColorLegendControl*>(s.Shape ? s.Shape->GetLegendComponent() : nullptr))
+            control->ChooseColor();
+    };
+    const TUse exploreShape = [](S& s) {
+        auto* control = dynamic_cast<TShapeFileLayerLegendControl*>(s.Shape ? s.Shape->GetLegendComponent() : nullptr);
+        if (control)
+            control->ExplorerButton_Click();
+    };
     const TUse fault = [](S& s) {
         ReportFault(QStringLiteral("fault"), s.View.get());
         s.Settle();
@@ -295,6 +322,13 @@ const std::vector<TPlace>& ChaosPlaces() {
         {"ColorChooser.Execute", Hook("ColorChooser.Execute"),
          View([](auto& v) { v.PopupMenu_ChangeBackgroundColor_Click(); })},
         {"Clipboard.SetAsText", Hook("Clipboard.SetAsText"), View([](auto& v) { v.PopupMenu_DbgCopyData(); })},
+        {"Calculator.GetColor for the cursor", Hook("Calculator.GetColor"), pointTable},
+        {"Calculator.GetColor for the table", Hook("Calculator.GetColor"), rebuildTable},
+        {"Points.OnRemoved by the table", On(&S::Points, &TInfoQueryPointLayer::GetOnRemoved), deleteInTable},
+        {"Clipboard.SetAsText by the table", Hook("Clipboard.SetAsText"), copyTable},
+        {"ColorChooser.Execute of a legend", Hook("ColorChooser.Execute"), legendColor},
+        {"Shape.OnLegendComponentChanged", On(&S::Shape, &L::GetOnLegendComponentChanged), legendColor},
+        {"MsgBox.Error of a legend", Hook("MsgBox.Error"), exploreShape},
         {"Menu", Hook("Menu"), menuItem},
         {"Dialog of a new ruler", Hook("Dialog"), addDialog},
         {"Dialog of a ruler", Hook("Dialog"), editDialog},

@@ -131,10 +131,13 @@ TEST_F(BufferedMapLayerInTwoViews, ARenderForOneThatGoesHasTheOtherGoOn) {
 
 TEST_F(BufferedMapLayerInTwoViews, PicturesOfThoseThatHaveGoneGoWithTheNextPaint) {
     PaintBothUntilQuiet();
+    Second->SetTranslation({-5, 0});
+    PaintBothUntilQuiet();
+    ASSERT_EQ(Layer->GetBufferedBitmap()->MapArea, Second->GetVisibleMapArea());
     Second.reset();
     Paint();
     EXPECT_EQ(Layer->GetBufferedBitmap()->MapArea, Viewport->GetVisibleMapArea());
-    EXPECT_EQ(Layer->Renders, 3);
+    EXPECT_EQ(Layer->Renders, 4);
 }
 
 TEST_F(BufferedMapLayerInTwoViews, PicturesOfEightViewsAreKept) {

@@ -8,6 +8,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace lmx {
 namespace {
@@ -26,7 +27,7 @@ struct LayerStackPainter : testing::Test {
     /// Runs `action` in the paint of a layer, after it has written its letter.
     template<class Action>
     void In(TTestLayer* layer, Action action) {
-        layer->OnPaint = [paint = layer->OnPaint, action](TWorld* w, TWorldViewport* v, TBitmap32& b) {
+        layer->OnPaint = [paint = layer->OnPaint, action](TWorld* w, TWorldViewport* v, TBitmap32& b) mutable {
             paint(w, v, b);
             action();
         };

@@ -296,6 +296,7 @@ TChaosScene::~TChaosScene() {
     Hooks->Clear();
     Subscriptions.clear();
     View.reset();
+    Table.reset();
     Panel.reset();
     Map.reset();
     Manager.reset();
@@ -352,9 +353,15 @@ void TChaosScene::ShowWidgets() {
             Rulers()->Add(std::make_unique<TRulerItem>(orientation, at, 0xFFFF8000));
     for (const int at : {5, 10})
         Points()->GetPoints().Add(std::make_unique<TInfoQueryPoint>(Points(), TMapPoint(at, at), 0xFFFF8000));
+    Table = std::make_unique<TMapViewInfoQueryListControl>();
+    Table->AddCursorInfoQueryPoint();
+    Table->SetIQPLayer(Points());
+    Table->SetLayerManager(Manager);
+    Table->SetCursorMapPt({5, 5}, TLatLonWorldSystemFactory::GetObject());
     View->show();
     Map->show();
     Panel->show();
+    Table->show();
     Settle();
 }
 
@@ -395,6 +402,10 @@ void TChaosScene::UseOnceMore() {
         Raster->SetOpacity(100);
     if (Panel && Rulers())
         Rulers()->Add(std::make_unique<TRulerItem>());
+    if (Table)
+        Table->SetCursorMapPt({7, 7}, TLatLonWorldSystemFactory::GetObject());
+    if (Table)
+        Table->RebuildData();
     if (Manager)
         AddLayer();
     Settle();

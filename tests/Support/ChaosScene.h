@@ -3,6 +3,7 @@
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/Controls/lmxMapControl.h>
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
@@ -86,8 +87,8 @@ private:
     TServiceScope<TClipboard> FClipboard;
 };
 
-/// A view, a map control and a rulers panel on one manager with a layer of each kind, shown and painted. Any of them
-/// may be gone; whoever uses one asks first.
+/// A view, a map control, a rulers panel and a table of query points on one manager with a layer of each kind, shown
+/// and painted. Any of them may be gone; whoever uses one asks first.
 struct TChaosScene {
     /// `beforeViews` runs when there is a filled manager and nobody listens to it yet.
     explicit TChaosScene(const std::function<void(TChaosScene&)>& beforeViews = {});
@@ -126,6 +127,7 @@ struct TChaosScene {
     std::unique_ptr<TMapViewControl> View;
     std::unique_ptr<TMapControl> Map;
     std::unique_ptr<TMapViewRulersPanelControl> Panel;
+    std::unique_ptr<TMapViewInfoQueryListControl> Table;
 
 private:
     void FillManager();

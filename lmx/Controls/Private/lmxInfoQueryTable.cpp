@@ -21,11 +21,13 @@ namespace lmx {
 
 namespace {
 
-// What a layer has at a point; nothing where it does not hold the point, or cannot tell.
+// What a layer has at a point; nothing where it does not hold the point, or cannot tell. World systems and calculators
+// may be a host's, and the layer may go while they work: all that is used after asking one is held here.
 std::optional<TInfoQueryRowDataValue> ValueAt(const TIdrisiMapLayer& layer, const IWorldSystem& worldSystem,
                                               const TMapPoint& point) {
-    const TWorldMapArea& area = layer.GetLayerArea();
-    const TAbstractImage* image = layer.GetImage();
+    const TWorldMapArea area = layer.GetLayerArea();
+    const std::shared_ptr<TAbstractImage> image = layer.GetSharedImage();
+    const std::shared_ptr<IBaseColorCalculator> calculator = layer.GetColorCalc();
     if (!image || !area.WorldSystem)
         return std::nullopt;
     const TMapPoint local = area.WorldSystem->ToLocalPoint(worldSystem.Area(), point);
@@ -33,7 +35,6 @@ std::optional<TInfoQueryRowDataValue> ValueAt(const TIdrisiMapLayer& layer, cons
         return std::nullopt;
     try {
         const float value = image->GetValue(static_cast<float>(local.X), static_cast<float>(local.Y));
-        const std::shared_ptr<IBaseColorCalculator> calculator = layer.GetColorCalc();
         if (!calculator)
             return std::nullopt;
         return TInfoQueryRowDataValue{value, calculator->GetColor(value)};
