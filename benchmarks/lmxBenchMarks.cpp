@@ -26,8 +26,8 @@ constexpr int RulerCount = lmx::bench::Sized(1'000);
 constexpr int PinCount = lmx::bench::Sized(10'000);
 constexpr int PointCount = lmx::bench::Sized(1'000);
 constexpr int Repetitions = 15;
-constexpr int FewItems = 2'000;
-constexpr int ManyItems = 100'000;
+constexpr int FewItems = lmx::bench::Sized(2'000);
+constexpr int ManyItems = lmx::bench::Sized(100'000);
 
 /// Pins as a small picture, drawn once and blended at each place: what a host does with many of them.
 class SpriteRenderer : public lmx::TPinMapLayerPinRenderer {
@@ -99,9 +99,9 @@ void MeasureFilling(const TFilling& filling) {
         });
         clear.Measure(filling.Clear);
     };
-    for (int i = 0; i < Repetitions; ++i)
+    for (int i = 0; i < lmx::bench::Sized(Repetitions); ++i)
         measure(FewItems, fillFew, clearFew);
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 2; ++i)
         measure(ManyItems, fillMany, clearMany);
     std::printf("%-34s %8.1f ms %8.1f x 2,000   clearing %8.1f ms %8.1f x\n", filling.Name, fillMany.GetMilliseconds(),
                 fillMany / fillFew, clearMany.GetMilliseconds(), clearMany / clearFew);

@@ -110,7 +110,8 @@ void TRasterMapLayer::UpdateDuplicateRasterMapLayer(TRasterMapLayer* target) con
     UpdateDuplicateBaseMapLayer(target);
     target->FClimateVariable = FClimateVariable;
     target->FValueRange = FValueRange;
-    target->FColorCalc = FColorCalc ? FColorCalc->Clone() : nullptr;
+    const std::shared_ptr<IBaseColorCalculator> colorCalc = FColorCalc; // a host's may put another in its place
+    target->FColorCalc = colorCalc ? colorCalc->Clone() : nullptr;
 }
 
 } // namespace lmx
