@@ -80,10 +80,10 @@ struct TRefusedRow {
 class ReadBeyondTheFrame : public testing::TestWithParam<TRefusedRow> {};
 
 TEST_P(ReadBeyondTheFrame, Refuses) {
-    const auto& [name, option, x, y, axis] = GetParam();
+    const TRefusedRow& row = GetParam();
     const TCountingFrame frame;
-    EXPECT_EQ(MessageOf<EArgumentException>([&] { frame.Read(x, y, option); }),
-              QString::fromLatin1(axis) + QStringLiteral(" index is out of range"));
+    EXPECT_EQ(MessageOf<EArgumentException>([&] { frame.Read(row.X, row.Y, row.Option); }),
+              QString::fromLatin1(row.Axis) + QStringLiteral(" index is out of range"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Nearest, ReadBeyondTheFrame,
@@ -114,9 +114,10 @@ INSTANTIATE_TEST_SUITE_P(Bilinear, ReadBeyondTheFrame,
 TEST(BaseRasterFrame, ReadsNothingAtAPlaceThatIsNone) {
     const TCountingFrame frame;
     for (const TInterpolationOption option : {ioDefault, ioNearestNeighbor, ioBilinear})
-        for (const auto& [x, y] : {std::pair(Nan, 3.0), std::pair(0.0, Nan), std::pair(Nan, Nan), std::pair(9.0, Nan)})
-            EXPECT_EQ(MessageOf<EInvalidOp>([&] { frame.Read(x, y, option); }), "Invalid floating point operation")
-                << x << ' ' << y;
+        for (const auto& place : {std::pair(Nan, 3.0), std::pair(0.0, Nan), std::pair(Nan, Nan), std::pair(9.0, Nan)})
+            EXPECT_EQ(MessageOf<EInvalidOp>([&] { frame.Read(place.first, place.second, option); }),
+                      "Invalid floating point operation")
+                << place.first << ' ' << place.second;
 }
 
 TEST(BaseRasterFrame, ReadsTheNearestCellUnlessToldOtherwise) {

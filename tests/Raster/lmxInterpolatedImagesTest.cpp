@@ -54,10 +54,12 @@ class InterpolateGridArguments : public testing::TestWithParam<TRefusalRow> {};
 TEST_P(InterpolateGridArguments, AreRefusedWhenEmpty) {
     TInterpolatedInfo info;
     info.NumCols = 5;
-    const auto& [name, lats, lons, data, message] = GetParam();
-    EXPECT_EQ(MessageOf<EArgumentException>([&] { InterpolateGrid(lats, lons, data, -9999, false, info); }), message);
-    EXPECT_EQ(MessageOf<EArgumentException>([&] { InterpolateAndCreateImageFromGrid(lats, lons, data, -9999, false); }),
-              message);
+    const TRefusalRow& row = GetParam();
+    EXPECT_EQ(MessageOf<EArgumentException>([&] { InterpolateGrid(row.Lats, row.Lons, row.Data, -9999, false, info); }),
+              row.Message);
+    EXPECT_EQ(MessageOf<EArgumentException>(
+                  [&] { InterpolateAndCreateImageFromGrid(row.Lats, row.Lons, row.Data, -9999, false); }),
+              row.Message);
     EXPECT_EQ(info.NumCols, 5);
 }
 
@@ -74,8 +76,9 @@ class InterpolateGridAxes : public testing::TestWithParam<TRefusalRow> {};
 TEST_P(InterpolateGridAxes, AreRefusedWhenTheyMakeNoGrid) {
     TInterpolatedInfo info;
     info.NumCols = 5;
-    const auto& [name, lats, lons, data, message] = GetParam();
-    EXPECT_EQ(MessageOf<EInvalidOperation>([&] { InterpolateGrid(lats, lons, data, -9999, false, info); }), message);
+    const TRefusalRow& row = GetParam();
+    EXPECT_EQ(MessageOf<EInvalidOperation>([&] { InterpolateGrid(row.Lats, row.Lons, row.Data, -9999, false, info); }),
+              row.Message);
     EXPECT_EQ(info.NumCols, 5);
 }
 
@@ -276,9 +279,10 @@ TEST(CreateImageFromGrid, NeedsAValue) {
 
 TEST(CreateImageFromGrid, NeedsAGridOfTheSizeItIsToldOf) {
     const TSingleGrid grid{{1, 2, 3}, {4, 5, 6}};
-    for (const auto& [columns, rows] : {std::pair{2, 2}, {3, 1}, {3, 3}, {4, 2}, {-3, 2}, {3, -2}})
-        EXPECT_EQ(MessageOf<EArgumentException>([&] { CreateImageFromGrid(0, 0, 1, 1, 1, columns, rows, grid); }),
-                  "Grid");
+    for (const auto& size : {std::pair{2, 2}, {3, 1}, {3, 3}, {4, 2}, {-3, 2}, {3, -2}})
+        EXPECT_EQ(
+            MessageOf<EArgumentException>([&] { CreateImageFromGrid(0, 0, 1, 1, 1, size.first, size.second, grid); }),
+            "Grid");
 }
 
 TEST(InterpolateAndCreateImageFromGrid, PacksTheInterpolatedGrid) {
@@ -344,8 +348,8 @@ TEST(CreateFromLinearGrid, SpacingsMayDifferByAThousandth) {
 class LinearGridAxes : public testing::TestWithParam<TRefusalRow> {};
 
 TEST_P(LinearGridAxes, AreRefusedWhenTheyMakeNoGrid) {
-    const auto& [name, lats, lons, data, message] = GetParam();
-    EXPECT_EQ(MessageOf<EInvalidOperation>([&] { CreateFromLinearGrid(lats, lons, data); }), message);
+    const TRefusalRow& row = GetParam();
+    EXPECT_EQ(MessageOf<EInvalidOperation>([&] { CreateFromLinearGrid(row.Lats, row.Lons, row.Data); }), row.Message);
 }
 
 constexpr const char* MatchMessage = "X and Y resoloutions do not match";
