@@ -185,7 +185,8 @@ bool TLayersPanel::GoToRow(TLayerRow* from, int key) {
 }
 
 bool TLayersPanel::eventFilter(QObject* watched, QEvent* event) {
-    auto* row = static_cast<TLayerRow*>(watched);
+    const bool isInput = dynamic_cast<QInputEvent*>(event) != nullptr;
+    auto* row = isInput ? static_cast<TLayerRow*>(watched) : nullptr; // others may come while it is being destroyed
     if (const auto* mouse = dynamic_cast<QMouseEvent*>(event))
         HandleMouse(row, *mouse);
     if (event->type() == QEvent::KeyPress && HandleKey(row, *static_cast<QKeyEvent*>(event)))

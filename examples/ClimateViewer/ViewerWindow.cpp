@@ -331,9 +331,11 @@ bool TViewerWindow::eventFilter(QObject* watched, QEvent* event) {
         FQueryTable->SetCursorMapPt(
             FView->GetViewport()->PointToMapPoint(lmx::TMapPoint(FView->ToDevicePoint(mouse->position()))),
             FView->GetWorldSystem());
-    const bool isPointing = FView->GetMode() == lmx::TMapMode::mdNone && FView->WorldCreated() &&
-                            !FView->GetViewport()->GetIsPanning(); // by the space bar
-    if (event->type() == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton && isPointing)
+    const auto isPointing = [this] {
+        return FView->GetMode() == lmx::TMapMode::mdNone && FView->WorldCreated() &&
+               !FView->GetViewport()->GetIsPanning(); // by the space bar
+    };
+    if (event->type() == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton && isPointing())
         ShowReading(mouse->position().toPoint());
     return QMainWindow::eventFilter(watched, event);
 }

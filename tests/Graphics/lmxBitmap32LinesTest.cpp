@@ -235,6 +235,8 @@ void DrawSamplesPlainly(TBitmap32& bitmap, TFloatPoint from, TFloatPoint to, TCo
     const auto sample = [&](double distance, double strength) {
         const double x = std::floor((from.X + distance * u.X) * 256 + 0.5);
         const double y = std::floor((from.Y + distance * u.Y) * 256 + 0.5);
+        if (std::isnan(x) || std::isnan(y) || std::isnan(strength))
+            return; // a line without a direction
         const double cellX = std::floor(x / 256);
         const double cellY = std::floor(y / 256);
         for (const int down : {0, 1})

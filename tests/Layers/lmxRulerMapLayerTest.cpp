@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -29,11 +30,11 @@ protected:
         FSubscriptions.push_back(Layer->GetOnInvalidated().Add([this](TBaseMapLayer*) { ++Invalidations; }));
         FSubscriptions.push_back(Layer->GetOnRulerAdded().Add([this](TRulerMapLayer* sender, TRulerItem* ruler) {
             EXPECT_EQ(sender, Sender);
-            Events += QStringLiteral("+%1 ").arg(static_cast<int>(ruler->GetLocation()));
+            Events += QStringLiteral("+%1 ").arg(std::trunc(static_cast<double>(ruler->GetLocation())));
         }));
         FSubscriptions.push_back(Layer->GetOnRulerRemoved().Add([this](TRulerMapLayer* sender, TRulerItem* ruler) {
             EXPECT_EQ(sender, Sender);
-            Events += QStringLiteral("-%1 ").arg(static_cast<int>(ruler->GetLocation()));
+            Events += QStringLiteral("-%1 ").arg(std::trunc(static_cast<double>(ruler->GetLocation())));
         }));
     }
     TRulerItem* AddRuler(TRulerOrientation orientation, extended location, TColor32 color = Red) {

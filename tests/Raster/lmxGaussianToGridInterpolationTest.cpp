@@ -3,7 +3,7 @@
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Raster/Axes.h>
-#include <tests/Support/AddressSpaceLimit.h>
+#include <tests/Support/MemoryLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <gtest/gtest.h>
@@ -172,7 +172,7 @@ TEST(GaussianToGridInterpolation, NeedsItsMemoryBeforeItTouchesTheCounts) {
     const auto interpolation = Interpolation({0, 30000}, {0, 30000});
     std::int32_t rows = 77;
     std::int32_t columns = 78;
-    const tests::TAddressSpaceLimit limit(256 * 1024 * 1024);
+    const tests::TMemoryLimit limit(256 * 1024 * 1024);
     EXPECT_EQ(MessageOf<EOutOfMemory>([&] {
                   interpolation.Interpolate(30000, 30000, 0, 0, 1, {{1, 2}, {3, 4}}, rows, columns);
               }),

@@ -3,7 +3,7 @@
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Raster/Axes.h>
-#include <tests/Support/AddressSpaceLimit.h>
+#include <tests/Support/MemoryLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <gtest/gtest.h>
@@ -371,7 +371,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, LinearGridAxes,
 
 TEST(InterpolateAndCreateImageFromGrid, NeedsTheMemoryOfGridAndImageFirst) {
     const TSingleArray axis{0, 0.01F, 60};
-    const tests::TAddressSpaceLimit limit(900'000'000); // enough for the grid of 12,000 by 12,000, and not for both
+    const tests::TMemoryLimit limit(900'000'000); // enough for the grid of 12,000 by 12,000, and not for both
     EXPECT_EQ(
         MessageOf<EOutOfMemory>([&] { InterpolateAndCreateImageFromGrid(axis, axis, Ramp(axis, axis), -9999, false); }),
         "Out of memory");

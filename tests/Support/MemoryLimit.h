@@ -8,7 +8,7 @@
 namespace lmx::tests {
 
 /// Whether the tools that a program is built with take address space of their own, so that it cannot be limited.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef LMX_SANITIZED
 inline constexpr bool CanLimitMemory = false;
 #else
 inline constexpr bool CanLimitMemory = true;

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef LMX_SANITIZED
 // Tests ask for more memory than there is: malloc says so under a sanitizer, too, instead of ending the program.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() {

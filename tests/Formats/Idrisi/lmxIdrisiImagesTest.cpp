@@ -3,8 +3,8 @@
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Formats/ImageFiles.h>
-#include <tests/Support/AddressSpaceLimit.h>
 #include <tests/Support/FileSizeLimit.h>
+#include <tests/Support/MemoryLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <QBuffer>
@@ -424,7 +424,7 @@ TEST(IdrisiImages, LargerThanMemoryAreNamed) {
     ASSERT_TRUE(data.open(QIODevice::ReadWrite) && data.resize(10'000'000'000)) << "sparse";
     const QString message = folder.Path("a.rst") + QStringLiteral(": does not fit into memory");
     {
-        const TAddressSpaceLimit limit(256 * 1024 * 1024);
+        const TMemoryLimit limit(256 * 1024 * 1024);
         EXPECT_EQ(MessageOf<EFileException>([&] { TImageFactory::Load(folder.Path("a.rst")); }), message);
         EXPECT_EQ(MessageOf<EFileException>([&] { TByteImage(folder.Path("a.rdc"), true); }), message);
     }

@@ -1,7 +1,7 @@
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Formats/ImageFiles.h>
-#include <tests/Support/AddressSpaceLimit.h>
+#include <tests/Support/MemoryLimit.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/VectorBytes.h>
 
@@ -131,7 +131,7 @@ TEST(Vector, LargerThanMemoryIsNamed) {
     const TImageFolder folder;
     QFile data(folder.Path("a.vct"));
     ASSERT_TRUE(data.open(QIODevice::ReadWrite) && data.resize(4'000'000'000)) << "sparse";
-    const TAddressSpaceLimit limit(256 * 1024 * 1024);
+    const TMemoryLimit limit(256 * 1024 * 1024);
     TVector vector;
     EXPECT_EQ(MessageOf<EFileException>([&] { vector.LoadFromFile(folder.Path("a.vct")); }),
               folder.Path("a.vct") + QStringLiteral(": does not fit into memory"));

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -138,7 +139,9 @@ TEST(ShapeFileRenderFastPath, EqualsTheDefinitionOnRandomShapes) {
         const double centreX = between(-100, 100);
         const double centreY = between(-80, 80);
         const TMapArea& area = world.GetWorldSystem()->Area();
-        const auto translate = [&](extended pixels) { return static_cast<std::int32_t>(-pixels); };
+        const auto translate = [&](extended pixels) {
+            return static_cast<std::int32_t>(std::clamp<extended>(-pixels, -2147483000, 2147483000));
+        };
         const TSize size(static_cast<std::int32_t>(between(1, 90)), static_cast<std::int32_t>(between(1, 70)));
         const TWorldViewportLocal viewport(&world, scale,
                                            {translate((centreX - area.Left) * scale) + size.cx / 2,
