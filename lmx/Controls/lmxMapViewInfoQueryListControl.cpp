@@ -42,6 +42,7 @@ TMapViewInfoQueryListControl::TMapViewInfoQueryListControl(TDrawnListView* list,
 
 TMapViewInfoQueryListControl::~TMapViewInfoQueryListControl() {
     StopReceiving();
+    FTable->Clear(); // it may be held while its values are read, and no one tells it of its points any more
 }
 
 void TMapViewInfoQueryListControl::AddCommands() {

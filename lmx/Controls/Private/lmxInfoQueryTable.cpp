@@ -81,6 +81,11 @@ void TInfoQueryTable::RemovePoint(int row) {
     FRows.erase(FRows.begin() + row);
 }
 
+void TInfoQueryTable::Clear() {
+    FRows.clear();
+    FLayers.clear();
+}
+
 void TInfoQueryTable::AddLayer(TIdrisiMapLayer* layer, const QString& name) {
     FLayers.push_back({layer, name});
 }

@@ -32,6 +32,7 @@ public:
     void RemovePoint(int row);
     void AddLayer(TIdrisiMapLayer* layer, const QString& name);
     void RemoveLayer(int column);
+    void Clear(); ///< neither row nor column is left; the cursor stays
 
     // --- Values ----------------------------------------------------------------------------------------------------
 
