@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <iterator>
 #include <list>
 #include <map>
 #include <memory>
@@ -203,10 +204,11 @@ private:
     struct TState {
         std::list<TEntry> Open;                    // told of everything, in order of subscription
         std::multimap<const void*, TEntry> Narrow; // told of one object; equal ones in order of subscription
+        const void* LastAbout = nullptr;           // what the last Send was about
         std::uint64_t LastSerial = 0;
         std::size_t TidyAt = 16;
         int SendDepth = 0;
-        bool HasDead = false;
+        bool HasDead = false; // among the open ones
         bool IsDestroyed = false;
 
         void Append(TEntry entry) {
@@ -244,24 +246,29 @@ private:
             if (SendDepth > 0 || Open.size() + Narrow.size() < TidyAt)
                 return;
             Tidy();
+            std::erase_if(Narrow, [](const auto& each) { return !each.second.IsAlive(); });
             TidyAt = std::max<std::size_t>(16, 2 * (Open.size() + Narrow.size()));
         }
         void Tidy() {
             std::erase_if(Open, [](const TEntry& entry) { return !entry.IsAlive(); });
-            std::erase_if(Narrow, [](const auto& each) { return !each.second.IsAlive(); });
             HasDead = false;
+        }
+        // An object whose going was told is gone by the next news, and its subscriptions with it.
+        void Begin(const void* about) {
+            if (SendDepth++ > 0 || Narrow.empty())
+                return;
+            for (auto [each, end] = Narrow.equal_range(std::exchange(LastAbout, about)); each != end;)
+                each = each->second.IsAlive() ? std::next(each) : Narrow.erase(each);
         }
     };
 
     // One Send: gives the living entries that were there when it began, in order of subscription, until the list goes.
     class TTurns {
     public:
-        TTurns(TState& state, const void* about)
-            : FState(state),
-              FLastSerial(state.LastSerial),
-              FOpen(state.Open.begin()),
-              FNarrow(state.Narrow.equal_range(about)) {
-            ++state.SendDepth;
+        TTurns(TState& state, const void* about) : FState(state), FLastSerial(state.LastSerial) {
+            state.Begin(about);
+            FOpen = state.Open.begin();
+            FNarrow = state.Narrow.equal_range(about);
         }
         TTurns(const TTurns&) = delete;
         TTurns& operator=(const TTurns&) = delete;
@@ -271,10 +278,12 @@ private:
         }
 
         const TEntry* Next() {
-            const TEntry* entry = nullptr;
-            while (!FState.IsDestroyed && (entry = Following()) && !entry->IsAlive())
-                FState.HasDead = true;
-            return FState.IsDestroyed ? nullptr : entry;
+            while (!FState.IsDestroyed) {
+                const TEntry* entry = Following();
+                if (!entry || entry->IsAlive())
+                    return entry;
+            }
+            return nullptr;
         }
 
     private:
@@ -285,10 +294,12 @@ private:
             const TEntry* entry = isNarrow ? narrow : open;
             if (!entry || entry->Serial > FLastSerial)
                 return nullptr;
-            if (isNarrow)
+            if (isNarrow) {
                 ++FNarrow.first;
-            else
+            } else {
                 ++FOpen;
+                FState.HasDead = FState.HasDead || !entry->IsAlive();
+            }
             return entry;
         }
 

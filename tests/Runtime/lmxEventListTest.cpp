@@ -294,6 +294,36 @@ TEST_F(EventListAbout, EndWithTheirReceiver) {
     EXPECT_EQ(Events.Count(), 2);
 }
 
+TEST_F(EventListAbout, OfObjectsThatComeAndGoOnlyTheLivingHear) {
+    const TSubscription open = Events.Add([&](int, TSubject*) { Diary.push_back(0); });
+    Events.AddAbout(&B, &Two, &TListener::OnNews);
+    for (int i = 0; i < 100; ++i) { // one after the other about the same address
+        TListener goes(&Diary, 4);
+        Events.AddAbout(&A, &goes, &TListener::OnNews);
+        Events.Send(1, &A);
+    }
+    EXPECT_EQ(Diary.size(), 200U);
+    Events.AddAbout(&A, &One, &TListener::OnNews);
+    EXPECT_EQ(Events.Count(), 3);
+    Diary.clear();
+    Events.Send(2, &A);
+    Events.Send(3, &B);
+    Events.Send(4, &A);
+    EXPECT_EQ(Diary, (std::vector<int>{0, 12, 0, 23, 0, 14}));
+}
+
+TEST_F(EventListAbout, SendsWithinSendsHearTheirOwn) {
+    Events.AddAbout(&A, &One, &TListener::OnNews);
+    const TSubscription nested = Events.Add([&](int value, TSubject*) {
+        if (value == 1)
+            Events.Send(2, &B);
+    });
+    Events.AddAbout(&B, &Two, &TListener::OnNews);
+    Events.AddAbout(&A, &Three, &TListener::OnNews);
+    Events.Send(1, &A);
+    EXPECT_EQ(Diary, (std::vector<int>{11, 22, 31}));
+}
+
 TEST_F(EventListAbout, WhatJoinsDuringASendWaitsForTheNext) {
     const TSubscription joining = Events.Add([&](int value, TSubject*) {
         if (value == 1)
