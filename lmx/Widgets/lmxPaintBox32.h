@@ -26,8 +26,8 @@ enum class TRepaintMode { rmFull, rmDirect, rmOptimizer };
 ///
 /// Handlers and DoPaintBuffer may raise: the text is shown in an error box after the event, and the program goes on.
 /// A paint that failed is not tried again before the next Invalidate. They may destroy the widget, too, unless somebody
-/// above them on the stack needs it: whoever calls show, resize, repaint or grab keeps it until that returns. A paint
-/// of the buffer inside a paint of the buffer does nothing.
+/// above them on the stack needs it: whoever calls show, resize, repaint, grab or setFocus keeps it until that returns.
+/// A paint of the buffer inside a paint of the buffer does nothing.
 class LMX_EXPORT TPaintBox32 : public QWidget {
 public:
     explicit TPaintBox32(QWidget* parent = nullptr);
