@@ -9,6 +9,7 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QMouseEvent>
+#include <QTemporaryDir>
 #include <QThread>
 
 #include <utility>
@@ -117,14 +118,16 @@ private:
 class TFileDialogs final : public IFileDialogService {
 public:
     explicit TFileDialogs(TSharedHooks hooks) : FHooks(std::move(hooks)) {}
-    bool Save(const TFileDialogRequest&, QString&, QWidget*) override {
+    bool Save(const TFileDialogRequest&, QString& fileName, QWidget*) override {
         FHooks->Call(QStringLiteral("FileDialog.Save"));
-        return false;
+        fileName = FFolder.filePath(QStringLiteral("saved"));
+        return true;
     }
     bool Open(const TFileDialogRequest&, QString&, QWidget*) override { return false; }
 
 private:
     TSharedHooks FHooks;
+    QTemporaryDir FFolder;
 };
 
 class TClipboards final : public IClipboardService {
