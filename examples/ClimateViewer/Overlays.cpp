@@ -95,20 +95,40 @@ struct TOverlayFiles {
     std::unique_ptr<lmx::TShpFile> Shapes;
     std::unique_ptr<lmx::TShpFile> TurnedShapes;
     std::unique_ptr<lmx::TVector> Vectors;
+    QStringList Remarks; ///< what whoever looks at them has to know
 };
 
+void ReadShapes(TOverlayFiles& files, const QString& fileName, const lmx::TShpLoadOptions& options) {
+    const lmx::TShapeConversion conversion = lmx::ConversionOf(fileName);
+    files.Shapes = lmx::TShpFile::LoadFromFile(fileName, conversion.Converter, options);
+    files.TurnedShapes =
+        lmx::TShpFile::LoadFromFile(fileName, std::make_shared<TTurningConverter>(conversion.Converter), options);
+    if (conversion.Kind == lmx::TShapeConversionKind::ckUnknown)
+        files.Remarks += QObject::tr("Nobody knows the coordinates that %1 names, so they were taken as degrees: its "
+                                     "place on the map may be wrong.")
+                             .arg(lmx::ProjectionFileOf(fileName));
+}
+
+/// What can be shown of a file some of whose records are damaged.
+/// @throws as for the whole file if that is nothing.
+void ReadWholeShapes(TOverlayFiles& files, const QString& fileName) {
+    ReadShapes(files, fileName, {.SkipDamagedRecords = true});
+    const std::size_t damaged = files.Shapes->GetDamagedRecordCount();
+    if (damaged == 0)
+        return;
+    if (files.Shapes->GetVertexCount() == 0)
+        lmx::TShpFile::LoadFromFile(fileName, nullptr);
+    files.Remarks += QObject::tr("%1 is damaged. Records that were left out: %2.").arg(fileName).arg(damaged);
+}
+
 /// Any thread.
-TOverlayFiles ReadOverlay(const QString& fileName) {
+TOverlayFiles ReadOverlay(const QString& fileName, void (*readShapes)(TOverlayFiles&, const QString&)) {
     TOverlayFiles files;
     files.Name = QFileInfo(fileName).completeBaseName();
-    if (KindOf(fileName) == TFileKind::Shapes) {
-        const auto converter =
-            lmx::TSHapePointConverterFactory::GetObject(lmx::GetDatum(lmx::ProjectionFileOf(fileName)));
-        files.Shapes = lmx::TShpFile::LoadFromFile(fileName, converter);
-        files.TurnedShapes = lmx::TShpFile::LoadFromFile(fileName, std::make_shared<TTurningConverter>(converter));
-    } else {
+    if (KindOf(fileName) == TFileKind::Shapes)
+        readShapes(files, fileName);
+    else
         files.Vectors = std::make_unique<lmx::TVector>(fileName);
-    }
     return files;
 }
 
@@ -146,26 +166,28 @@ bool IsOverlayName(const QString& fileName) {
 
 lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
                                  lmx::TColor32 color) {
-    return AddFiles(manager, ReadOverlay(fileName), color);
+    const auto readShapes = [](TOverlayFiles& files, const QString& name) { ReadShapes(files, name, {}); };
+    return AddFiles(manager, ReadOverlay(fileName, readShapes), color);
 }
 
 std::shared_ptr<lmx::TThread> OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
-                                          lmx::TColor32 color, QObject* owner,
-                                          const std::function<void(lmx::TBaseShapeLayer* layer)>& added,
+                                          lmx::TColor32 color, QObject* owner, const TOverlayAdded& added,
                                           const std::function<void(const QString& problem)>& failed) {
     const auto read = [=, owner = QPointer(owner)] {
         const auto files = std::make_shared<TOverlayFiles>();
         QString problem;
         try {
-            *files = ReadOverlay(fileName);
+            *files = ReadOverlay(fileName, ReadWholeShapes);
         } catch (const lmx::Exception& failure) {
-            problem = failure.Message();
+            problem = failure.Description();
         }
         lmx::TThread::Synchronize([=] {
             if (owner && !problem.isEmpty())
                 failed(problem);
-            else if (owner)
-                added(AddFiles(manager, std::move(*files), color));
+            if (!owner || !problem.isEmpty())
+                return;
+            const QStringList remarks = files->Remarks;
+            added(AddFiles(manager, std::move(*files), color), remarks);
         });
     };
     auto thread = lmx::TThread::CreateAnonymousThread(read);

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 
 #include <functional>
@@ -28,12 +29,14 @@ bool IsOverlayName(const QString& fileName);
 lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
                                  lmx::TColor32 color);
 
-/// The same in two steps: the file is read on a thread of its own, however large it is, and then the main thread adds
-/// the layer and calls `added`, or `failed` with what is wrong. If the owner is gone by then nothing happens. Gives the
-/// thread, which has to end before the program does.
+/// A file has become a layer; `remarks` are sentences on what of it is not as it should be.
+using TOverlayAdded = std::function<void(lmx::TBaseShapeLayer* layer, const QStringList& remarks)>;
+
+/// The same in two steps, and whatever damaged shape files hold that is whole: the file is read on a thread of its own,
+/// however large it is, and then the main thread adds the layer and calls `added`, or `failed` with what is wrong. If
+/// the owner is gone by then nothing happens. Gives the thread, which has to end before the program does.
 std::shared_ptr<lmx::TThread> OpenOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
-                                          lmx::TColor32 color, QObject* owner,
-                                          const std::function<void(lmx::TBaseShapeLayer* layer)>& added,
+                                          lmx::TColor32 color, QObject* owner, const TOverlayAdded& added,
                                           const std::function<void(const QString& problem)>& failed);
 
 /// Adds the rivers and the coasts of the world.

@@ -275,11 +275,13 @@ void TViewerWindow::OpenOverlayFile(const QString& fileName) {
     statusBar()->showMessage(tr("Opening %1...").arg(fileName));
     FReaders.push_back(OpenOverlay(
         GetLayerManager(), fileName, OverlayColor, this,
-        [=, this](lmx::TBaseShapeLayer* layer) {
+        [=, this](lmx::TBaseShapeLayer* layer, const QStringList& remarks) {
             ended();
             RaisePlaces();
             if (layer->GetLayerArea().WorldSystem) // vectors have no area
                 lmx::GuardEvent(this, [&] { FView->ZoomTo(layer); });
+            if (!remarks.isEmpty())
+                lmx::TMsgBox::Info(remarks.join(QStringLiteral("\n\n")), tr("Open"), this);
         },
         [=, this](const QString& problem) {
             ended();

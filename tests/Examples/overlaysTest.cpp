@@ -3,6 +3,7 @@
 #include "Overlays.h"
 
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
@@ -202,6 +203,33 @@ TEST_F(ViewerOverlays, ADamagedFileIsShownInABox) {
     EXPECT_EQ(boxes->Shown[0].Text, Folder.Path("cut.shp") + ": record 1 is cut short");
     EXPECT_FALSE(window.IsBusy());
     EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 0);
+}
+
+TEST_F(ViewerOverlays, TheRecordsThatAreWholeAreShownAndTheOthersCounted) {
+    Folder.Write("cut.shp", TShapeBytes().Point(1, {1, 1}).Point(1, {2, 2}).File(1).chopped(1));
+    TViewerWindow window(DataFolder);
+    TScriptedMsgBox boxes;
+    window.OpenFile(Folder.Path("cut.shp"));
+    ASSERT_TRUE(PumpUntil([&] { return !boxes->Shown.empty(); }));
+    EXPECT_EQ(boxes->Shown[0].Kind, "Info");
+    EXPECT_EQ(boxes->Shown[0].Text, Folder.Path("cut.shp") + " is damaged. Records that were left out: 1.");
+    ASSERT_EQ(window.GetLayerManager()->GetLayers().Count(), 2);
+    const auto* layer = dynamic_cast<TShapeFileLayer*>(window.GetLayerManager()->GetLayers()[0]);
+    ASSERT_NE(layer, nullptr);
+    EXPECT_EQ(layer->GetShpFile()->GetPointCount(), 1U);
+    EXPECT_TRUE(PumpUntilRendersEnd());
+}
+
+TEST_F(ViewerOverlays, CoordinatesThatNobodyKnowsAreTold) {
+    Folder.Write("line.prj", "PROJCS[\"Nowhere\"]");
+    TViewerWindow window(DataFolder);
+    TScriptedMsgBox boxes;
+    window.OpenFile(Folder.Path("line.shp"));
+    ASSERT_TRUE(PumpUntil([&] { return !boxes->Shown.empty(); }));
+    EXPECT_EQ(boxes->Shown[0].Text, "Nobody knows the coordinates that " + Folder.Path("line.prj") +
+                                        " names, so they were taken as degrees: its place on the map may be wrong.");
+    EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 2);
+    EXPECT_TRUE(PumpUntilRendersEnd());
 }
 
 TEST_F(ViewerOverlays, AWindowMayCloseWhileAFileIsRead) {
