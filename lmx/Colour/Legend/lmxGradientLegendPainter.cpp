@@ -104,6 +104,7 @@ void GradientLegendPainter_Paint(TBitmap32& bitmap, TLegendOrientation orientati
     if (!gradient || ticks.IsEmpty())
         return;
 
+    bitmap.GetFont().Ratio = bitmap.GetDeviceRatio();
     const std::int32_t textHeight = bitmap.TextHeight(LineHeightSample());
     SetLegendFont(bitmap, fontName, fontSize);
     const extended min = gradient->GetMinVal();

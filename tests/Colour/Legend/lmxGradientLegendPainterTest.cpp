@@ -292,5 +292,18 @@ TEST_F(GradientLegend, OnADenseBitmapStrokesAndGapsAreTwiceAsLarge) {
     EXPECT_LE(TextBounds(bitmap, {49, 0, 200, 201}).Left, 48 + 8 + 6);
 }
 
+TEST_F(GradientLegend, OnADenseBitmapTheLineBeforeIsDenseToo) {
+    const TFormatSettingsScope point({u'.'});
+    Ticks = {TTick::tkLow};
+    TBitmap32 bitmap(200, 201);
+    bitmap.SetDeviceRatio(2);
+    TBitmap32 before(1, 1);
+    before.GetFont().Ratio = 2;
+    Paint(bitmap, Vertical, 48);
+    const TRect text = TextBounds(bitmap, {49, 0, 200, 201});
+    EXPECT_GE(text.Top, 200 - before.TextHeight("Wg"));
+    EXPECT_LT(text.Bottom, 201) << "the label stands above the bar's end as a whole";
+}
+
 } // namespace
 } // namespace lmx
