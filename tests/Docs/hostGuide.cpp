@@ -121,6 +121,17 @@ struct TQuietMessages : lmx::IMsgBoxService {
     view.SetLayerManager(nullptr);   // the marks that they hold go, too
 }
 
+[[maybe_unused]] void MakeAPicture(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName) {
+    lmx::TWorld world(lmx::TLatLonWorldSystemFactory::GetObject());
+    lmx::TWorldViewport viewport(&world);
+    viewport.SetViewSize({1920, 960});
+    viewport.ZoomTo(world.GetWorldSystem()->Area());
+    lmx::TBitmap32 picture(1920, 960);
+    picture.Clear(0xFFFFFFFF);
+    lmx::PaintLayerStack(manager, viewport, picture);
+    picture.ToQImage().save(fileName);
+}
+
 [[maybe_unused]] void MarksOfAView(QWidget* parent) {
     lmx::TMapViewControl view(parent, {lmx::TSpecialLayers::slSelection, lmx::TSpecialLayers::slRulers});
 }
