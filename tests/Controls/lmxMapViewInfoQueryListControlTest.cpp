@@ -2,7 +2,6 @@
 #include <lmx/Controls/Private/lmxInfoQueryTable.h>
 #include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
-#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
@@ -13,6 +12,7 @@
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <lmx/Runtime/lmxText.h>
 #include <lmx/Widgets/lmxPngButton.h>
+#include <tests/Support/NumberedImage.h>
 #include <tests/Support/ScriptedServices.h>
 #include <tests/Support/WidgetPictures.h>
 
@@ -26,6 +26,7 @@
 namespace lmx {
 namespace {
 
+using tests::NumberedImage;
 using tests::PictureOf;
 
 /// Says a value by an opaque colour, and raises at 13.
@@ -42,23 +43,6 @@ public:
 
     std::function<void()> Asked;
 };
-
-// Cells of `size` degrees from the top left corner of the area: 10 * row + column, both from 1.
-std::unique_ptr<TRealImage> NumberedImage(int columns, int rows, const TMapArea& area) {
-    TImageHeader header;
-    header.SetWidth(columns);
-    header.SetHeight(rows);
-    header.SetMinX(static_cast<float>(area.Left));
-    header.SetMaxX(static_cast<float>(area.Right));
-    header.SetMinY(static_cast<float>(area.Bottom));
-    header.SetMaxY(static_cast<float>(area.Top));
-    header.SetRefSystem(QStringLiteral("latlong"));
-    auto image = std::make_unique<TRealImage>(QString(), header);
-    for (int row = 1; row <= rows; ++row)
-        for (int column = 1; column <= columns; ++column)
-            image->SetCell(column, row, static_cast<float>(10 * row + column));
-    return image;
-}
 
 /// A table of the points of a layer against the rasters of a manager.
 struct InfoQueryList : testing::Test {

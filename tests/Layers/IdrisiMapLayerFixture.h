@@ -1,10 +1,10 @@
 #pragma once
 
 #include <lmx/Colour/lmxBaseColorCalculator.h>
-#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <tests/Support/NumberedImage.h>
 
 #include <gtest/gtest.h>
 
@@ -14,25 +14,6 @@
 // Image layers whose pictures say the values of their cells.
 
 namespace lmx::tests {
-
-/// An image of `columns` x `rows` whose cell at (column, row) holds 10 * row + column.
-inline std::unique_ptr<TRealImage> NumberedImage(int columns, int rows, const TMapArea& area) {
-    TImageHeader header;
-    header.SetWidth(columns);
-    header.SetHeight(rows);
-    header.SetMinX(static_cast<float>(area.Left));
-    header.SetMaxX(static_cast<float>(area.Right));
-    header.SetMinY(static_cast<float>(area.Bottom));
-    header.SetMaxY(static_cast<float>(area.Top));
-    header.SetRefSystem(QStringLiteral("latlong"));
-    header.SetMinValue(1);
-    header.SetMaxValue(99);
-    auto image = std::make_unique<TRealImage>(QString(), header);
-    for (int row = 1; row <= rows; ++row)
-        for (int column = 1; column <= columns; ++column)
-            image->SetCell(column, row, static_cast<float>(10 * row + column));
-    return image;
-}
 
 /// Says a value by an opaque colour: 0xFF000000 plus the value.
 class TValueAsColor : public IBaseColorCalculator {

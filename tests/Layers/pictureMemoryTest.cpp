@@ -1,8 +1,8 @@
-#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <tests/Layers/IdrisiMapLayerFixture.h>
 #include <tests/Support/Printers.h>
 
 #include <gtest/gtest.h>
@@ -15,42 +15,14 @@
 namespace lmx {
 namespace {
 
-/// An image whose cell at (column, row) holds 10 * row + column.
-std::unique_ptr<TRealImage> NumberedImage(int columns, int rows) {
-    TImageHeader header;
-    header.SetWidth(columns);
-    header.SetHeight(rows);
-    header.SetMaxX(10);
-    header.SetMaxY(10);
-    header.SetRefSystem(QStringLiteral("latlong"));
-    auto image = std::make_unique<TRealImage>(QString(), header);
-    for (int row = 1; row <= rows; ++row)
-        for (int column = 1; column <= columns; ++column)
-            image->SetCell(column, row, static_cast<float>(10 * row + column));
-    return image;
-}
+using namespace tests;
 
-/// Says a value by an opaque colour: 0xFF000000 plus the value.
-class TValueAsColor : public IBaseColorCalculator {
-public:
-    TColor32 GetColor(float value) const override { return 0xFF000000U + static_cast<TColor32>(value); }
-    std::shared_ptr<IBaseColorCalculator> Clone() const override { return std::make_shared<TValueAsColor>(); }
-};
+const TMapArea Area = {0, 10, 10, 0};
 
-class PictureMemory : public testing::Test {
-protected:
-    void AddRendered(std::unique_ptr<TRealImage> image) {
-        Layer.TakeImage(std::move(image));
-        Layer.SetColorCalc(std::make_shared<TValueAsColor>());
-        Layer.Render();
-    }
-
-    std::shared_ptr<ILayerManager> Manager = TLayerManagerFactory::GetObject();
-    TIdrisiMapLayer Layer{Manager};
-};
+class PictureMemory : public TIdrisiMapLayerTest {};
 
 TEST_F(PictureMemory, ANewOpacityIsRenderedIntoTheMemoryOfTheLastPicture) {
-    AddRendered(NumberedImage(2, 1));
+    AddRendered(NumberedImage(2, 1, Area));
     const TBitmap32* const picture = Layer.GetBitmap();
     int told = 0;
     const TSubscription ready = Layer.GetOnReadyToDrawChanged().Add([&](TBaseMapLayer*) {
@@ -65,8 +37,8 @@ TEST_F(PictureMemory, ANewOpacityIsRenderedIntoTheMemoryOfTheLastPicture) {
 }
 
 TEST_F(PictureMemory, APictureOfAnotherSizeIsMadeAnew) {
-    AddRendered(NumberedImage(2, 2));
-    Layer.TakeImage(NumberedImage(3, 1));
+    AddRendered(NumberedImage(2, 2, Area));
+    Layer.TakeImage(NumberedImage(3, 1, Area));
     Layer.SetOpacity(128);
     EXPECT_EQ(Layer.GetBitmap()->GetWidth(), 3);
     EXPECT_EQ(Layer.GetBitmap()->GetHeight(), 1);
@@ -74,7 +46,7 @@ TEST_F(PictureMemory, APictureOfAnotherSizeIsMadeAnew) {
 }
 
 TEST_F(PictureMemory, ABitmapOfTheHostIsNotRenderedInto) {
-    AddRendered(NumberedImage(1, 1));
+    AddRendered(NumberedImage(1, 1, Area));
     auto bitmap = std::make_unique<TBitmap32>(1, 1);
     bitmap->SetDrawMode(TDrawMode::dmTransparent);
     Layer.SetBitmap(std::move(bitmap));
@@ -96,7 +68,7 @@ public:
 
 TEST_F(PictureMemory, AFailureInTheMiddleLeavesNoPicture) {
     const auto calculator = std::make_shared<TFailing>();
-    Layer.TakeImage(NumberedImage(2, 1));
+    Layer.TakeImage(NumberedImage(2, 1, Area));
     Layer.SetColorCalc(calculator);
     Layer.Render();
     calculator->IsFailing = true;
@@ -109,7 +81,7 @@ TEST_F(PictureMemory, AFailureInTheMiddleLeavesNoPicture) {
 }
 
 TEST_F(PictureMemory, ASubscriberMayRenderWhileThePictureIsGivenUp) {
-    AddRendered(NumberedImage(1, 1));
+    AddRendered(NumberedImage(1, 1, Area));
     int told = 0;
     const TSubscription ready = Layer.GetOnReadyToDrawChanged().Add([&](TBaseMapLayer*) {
         if (++told == 1)
@@ -121,7 +93,7 @@ TEST_F(PictureMemory, ASubscriberMayRenderWhileThePictureIsGivenUp) {
 }
 
 TEST_F(PictureMemory, AnInvalidationWithoutACalculatorKeepsNothing) {
-    AddRendered(NumberedImage(1, 1));
+    AddRendered(NumberedImage(1, 1, Area));
     Layer.SetColorCalc(nullptr);
     EXPECT_EQ(Layer.GetBitmap(), nullptr);
     Layer.SetColorCalc(std::make_shared<TValueAsColor>());

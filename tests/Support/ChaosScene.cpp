@@ -2,6 +2,7 @@
 
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <tests/Support/NumberedImage.h>
 #include <tests/Support/ShapeBytes.h>
 #include <tests/Support/TestLayer.h>
 #include <tests/Support/VectorBytes.h>
@@ -251,21 +252,7 @@ TChaosServices::TChaosServices(const TSharedHooks& hooks)
       FClipboard(std::make_shared<TClipboards>(hooks)) {}
 
 std::unique_ptr<TRealImage> ChaosImage() {
-    TImageHeader header;
-    header.SetWidth(8);
-    header.SetHeight(4);
-    header.SetMinX(-10);
-    header.SetMaxX(30);
-    header.SetMinY(-10);
-    header.SetMaxY(10);
-    header.SetRefSystem(QStringLiteral("latlong"));
-    header.SetMinValue(1);
-    header.SetMaxValue(99);
-    auto image = std::make_unique<TRealImage>(QString(), header);
-    for (int row = 1; row <= 4; ++row)
-        for (int column = 1; column <= 8; ++column)
-            image->SetCell(column, row, static_cast<float>(10 * row + column));
-    return image;
+    return NumberedImage(8, 4, {-10, 10, 30, -10});
 }
 
 std::shared_ptr<IBaseColorCalculator> ChaosCalculator(const TSharedHooks& hooks) {
