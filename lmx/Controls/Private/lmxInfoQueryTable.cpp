@@ -25,9 +25,11 @@ namespace {
 // may be a host's, and the layer may go while they work: all that is used after asking one is held here.
 std::optional<TInfoQueryRowDataValue> ValueAt(const TIdrisiMapLayer& layer, const IWorldSystem& worldSystem,
                                               const TMapPoint& point) {
+    // NOLINTBEGIN(performance-unnecessary-copy-initialization)
     const TWorldMapArea area = layer.GetLayerArea();
     const std::shared_ptr<TAbstractImage> image = layer.GetSharedImage();
     const std::shared_ptr<IBaseColorCalculator> calculator = layer.GetColorCalc();
+    // NOLINTEND(performance-unnecessary-copy-initialization)
     if (!image || !area.WorldSystem)
         return std::nullopt;
     const TMapPoint local = area.WorldSystem->ToLocalPoint(worldSystem.Area(), point);
