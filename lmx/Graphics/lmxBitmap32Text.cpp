@@ -1,6 +1,7 @@
 // Text: Qt draws masks of letters, and the masks are blended here.
 
 #include <lmx/Graphics/Private/lmxBlend.h>
+#include <lmx/Graphics/Private/lmxPictureWindow.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxSystemColors.h>
@@ -103,13 +104,27 @@ std::int32_t TBitmap32::TextHeight(const QString&, int aaLevel) const {
 }
 
 void TBitmap32::RenderText(std::int32_t x, std::int32_t y, const QString& text, int aaLevel, TColor32 color) {
-    const QFont font = FontOfLevel(FFont, aaLevel);
-    const QFontMetrics metrics(font);
-    const QSize size(std::min(Advance(font, text), GetWidth()), std::min(metrics.height(), GetHeight()));
-    if (size.isEmpty() || x >= GetWidth() || y >= GetHeight() || x <= -size.width() || y <= -size.height())
+    RenderTextWithin(*this, {x, y}, {GetWidth(), GetHeight()}, text, aaLevel, color);
+}
+
+// The mask is of what is seen alone.
+void RenderTextWithin(TBitmap32& bitmap, TPoint place, TSize largest, const QString& text, int aaLevel,
+                      TColor32 color) {
+    if (place.X >= bitmap.GetWidth() || place.Y >= bitmap.GetHeight() || bitmap.IsEmpty())
         return;
-    CombineMask(*this, x, y,
-                MakeMask(size, font, [&](QPainter& painter) { painter.drawText(0, metrics.ascent(), text); }), color);
+    const QFont font = FontOfLevel(bitmap.GetFont(), aaLevel);
+    const QFontMetrics metrics(font);
+    const std::int64_t right = std::int64_t{place.X} + std::min(Advance(font, text), largest.cx);
+    const std::int64_t bottom = std::int64_t{place.Y} + std::min(metrics.height(), largest.cy);
+    const TRect seen(std::max(place.X, 0), std::max(place.Y, 0),
+                     SaturateToInt32(std::min<std::int64_t>(right, bitmap.GetWidth())),
+                     SaturateToInt32(std::min<std::int64_t>(bottom, bitmap.GetHeight())));
+    if (seen.IsEmpty())
+        return;
+    const QImage mask = MakeMask({seen.GetWidth(), seen.GetHeight()}, font, [&](QPainter& painter) {
+        painter.drawText(QPointF(place.X - 1.0 * seen.Left, place.Y - 1.0 * seen.Top + metrics.ascent()), text);
+    });
+    CombineMask(bitmap, seen.Left, seen.Top, mask, color);
 }
 
 void TBitmap32::Textout(const TRect& rect, unsigned flags, const QString& text) {

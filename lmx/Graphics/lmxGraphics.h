@@ -2,6 +2,7 @@
 
 /// Everything that a host may use of this room: colours, bitmaps, gradients, polygons and fonts.
 
+#include <lmx/Graphics/lmxAlignment.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxBitmap32VecDocRenderer.h>
 #include <lmx/Graphics/lmxCheckerboard.h>

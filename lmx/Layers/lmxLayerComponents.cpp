@@ -78,6 +78,10 @@ TBaseLegendControl* CreateVectorFileLegendControl(TColor color, TLegendColorEven
     return control;
 }
 
+TBaseLegendControl* CreateObjectLegendControl(TObjectMapLayer*) {
+    return nullptr;
+}
+
 void ShowLegendColor(TBaseLegendControl* legend, TColor color) {
     if (auto* control = dynamic_cast<TColorLegendControl*>(legend))
         control->SetShapeColor(color);

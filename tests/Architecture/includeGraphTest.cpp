@@ -45,7 +45,7 @@ const QMap<QString, QStringList>& AllowedRooms() {
             {"Colour", values + QStringList{"Raster", "Colour/Steps"}},
             {"Colour/Legend", values + QStringList{"Raster", "Colour", "Colour/Steps"}},
             {"Layers/Render", pictures},
-            {"Layers", render},
+            {"Layers", render + QStringList{"Layers/Objects"}}, // a layer owns its objects, and they know it
             {"Layers/Objects", render + QStringList{"Layers"}},
             {"Controls/Legend", map},
             {"Controls", map + QStringList{"Controls/Legend"}},

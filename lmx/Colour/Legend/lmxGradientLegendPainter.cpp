@@ -1,6 +1,7 @@
 #include <lmx/Colour/Legend/lmxGradientLegendPainter.h>
 
 #include <lmx/Colour/Legend/Private/lmxLegendDrawing.h>
+#include <lmx/Colour/Legend/Private/lmxLegendPictures.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxGradient.h>
@@ -23,40 +24,43 @@ TColor32 ColorAt(const IGradient& scale, extended t) {
     return scale.GetColor(static_cast<double>(t));
 }
 
-void FillVertical(TBitmap32& bitmap, const TRect& bar, const IGradient& scale) {
-    const std::int32_t rows = std::min(bitmap.GetHeight(), bar.GetHeight());
-    for (std::int32_t y = 0; y < rows; ++y)
-        bitmap.FillRectS(0, y, bar.Right, y + 1, ColorAt(scale, 1.0L - static_cast<extended>(y) / bar.GetHeight()));
+void FillVertical(const TPictureWindow& picture, const TRect& bar, const IGradient& scale) {
+    const TRect& visible = picture.GetVisible();
+    const std::int32_t end = std::min(visible.Bottom, bar.GetHeight());
+    for (std::int32_t y = visible.Top; y < end; ++y)
+        picture.FillRectS({0, y, bar.Right, y + 1}, ColorAt(scale, 1.0L - static_cast<extended>(y) / bar.GetHeight()));
 }
 
-void FillHorizontal(TBitmap32& bitmap, const TRect& bar, const IGradient& scale) {
-    const std::int32_t columns = std::min(bitmap.GetWidth(), bar.GetWidth());
-    for (std::int32_t x = 0; x < columns; ++x)
-        bitmap.FillRectS(x, 0, x + 1, bar.Bottom, ColorAt(scale, static_cast<extended>(x) / bar.GetWidth()));
+void FillHorizontal(const TPictureWindow& picture, const TRect& bar, const IGradient& scale) {
+    const TRect& visible = picture.GetVisible();
+    const std::int32_t end = std::min(visible.Right, bar.GetWidth());
+    for (std::int32_t x = visible.Left; x < end; ++x)
+        picture.FillRectS({x, 0, x + 1, bar.Bottom}, ColorAt(scale, static_cast<extended>(x) / bar.GetWidth()));
 }
 
-void DrawMark(TBitmap32& bitmap, const TRect& bar, bool isVertical, const TGradientLegendMark& mark, extended t) {
+void DrawMark(const TPictureWindow& picture, const TRect& bar, bool isVertical, const TGradientLegendMark& mark,
+              extended t) {
     const auto along = static_cast<double>(t);
     const double width = bar.GetWidth();
     const double height = bar.GetHeight();
     const double x = isVertical ? width / 2 + bar.Left : width * along + bar.Left;
     const double y = isVertical ? bar.Bottom - height * along : height / 2 + bar.Top;
-    const double ratio = bitmap.GetDeviceRatio();
+    const double ratio = picture.GetBitmap().GetDeviceRatio();
     const double radius =
         std::max((isVertical ? width : height) / 2 - static_cast<double>(mark.Spacing), LeastRadius * ratio);
     const TFloatPoints circle = CirclePolygon(x, y, radius);
-    PolygonFS(bitmap, circle, mark.FillColor);
-    PolylineFS(bitmap, circle, mark.StrokeColor, true, ratio, TJoinStyle::jsMiter, TEndStyle::esButt, 4);
+    picture.PolygonFS(circle, mark.FillColor);
+    picture.PolylineFS(circle, mark.StrokeColor, true, {ratio, TJoinStyle::jsMiter, TEndStyle::esButt, 4});
 }
 
 // A range of one value, or of none, has no place for any mark.
-void DrawMarks(TBitmap32& bitmap, const TRect& bar, bool isVertical, const IGradientColorCalculator& gradient,
-               const TGradientLegendMarkArray& marks) {
+void DrawMarks(const TPictureWindow& picture, const TRect& bar, bool isVertical,
+               const IGradientColorCalculator& gradient, const TGradientLegendMarkArray& marks) {
     const float min = gradient.GetMinVal();
     const float max = gradient.GetMaxVal();
     for (const TGradientLegendMark& mark : marks)
         if (min <= mark.Value && mark.Value < max)
-            DrawMark(bitmap, bar, isVertical, mark,
+            DrawMark(picture, bar, isVertical, mark,
                      (static_cast<extended>(mark.Value) - min) / (static_cast<extended>(max) - min));
 }
 
@@ -90,17 +94,26 @@ void GradientLegendPainter_Paint(TBitmap32& bitmap, TLegendOrientation orientati
                                  const IGradientColorCalculator* gradient, TTicks ticks, TColor32 backgroundColor,
                                  TColor32 borderColor, TColor32 textColor, const QString& fontName, int fontSize,
                                  const TGradientLegendMarkArray& marks, const QString& valueFormat) {
+    PaintGradientLegend(TPictureWindow(bitmap), orientation, barSize, gradient, ticks, backgroundColor, borderColor,
+                        textColor, fontName, fontSize, marks, valueFormat);
+}
+
+void PaintGradientLegend(const TPictureWindow& picture, TLegendOrientation orientation, std::int32_t barSize,
+                         const IGradientColorCalculator* gradient, TTicks ticks, TColor32 backgroundColor,
+                         TColor32 borderColor, TColor32 textColor, const QString& fontName, int fontSize,
+                         const TGradientLegendMarkArray& marks, const QString& valueFormat) {
+    TBitmap32& bitmap = picture.GetBitmap();
     if (backgroundColor != 0)
-        bitmap.Clear(backgroundColor);
+        picture.Clear(backgroundColor);
     const bool isVertical = orientation == TLegendOrientation::loVertical;
     const TRect bar =
-        isVertical ? TRect(0, 0, barSize, bitmap.GetHeight() - 1) : TRect(0, 0, bitmap.GetWidth() - 1, barSize);
+        isVertical ? TRect(0, 0, barSize, picture.GetHeight() - 1) : TRect(0, 0, picture.GetWidth() - 1, barSize);
     const auto scale = gradient ? gradient->GetGradient() : nullptr;
     if (scale && bar.GetWidth() > 0 && bar.GetHeight() > 0)
-        isVertical ? FillVertical(bitmap, bar, *scale) : FillHorizontal(bitmap, bar, *scale);
+        isVertical ? FillVertical(picture, bar, *scale) : FillHorizontal(picture, bar, *scale);
     if (gradient)
-        DrawMarks(bitmap, bar, isVertical, *gradient, marks);
-    OutlineRect(bitmap, bar, borderColor);
+        DrawMarks(picture, bar, isVertical, *gradient, marks);
+    OutlineRect(picture, bar, borderColor);
     if (!gradient || ticks.IsEmpty())
         return;
 
@@ -116,7 +129,7 @@ void GradientLegendPainter_Paint(TBitmap32& bitmap, TLegendOrientation orientati
     for (const TTick tick : {TTick::tkLow, TTick::tkHigh, TTick::tkMid, TTick::tkLowMid, TTick::tkMidHigh}) {
         const TLabel& label = labels[static_cast<std::size_t>(tick)];
         if (ticks.Contains(tick))
-            bitmap.RenderText(label.X, label.Y, label.Text, 0, textColor);
+            picture.RenderText(label.X, label.Y, label.Text, textColor);
     }
 }
 

@@ -1,6 +1,7 @@
 #include <lmx/Colour/Legend/lmxPaletteLegendPainter.h>
 
 #include <lmx/Colour/Legend/Private/lmxLegendDrawing.h>
+#include <lmx/Colour/Legend/Private/lmxLegendPictures.h>
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Colour/lmxColorClassCalculator.h>
 #include <lmx/Colour/lmxColorKey.h>
@@ -26,10 +27,10 @@ TRows KeptRows(std::span<const TPaletteValueColorItem> items, const TPalettePain
     return rows;
 }
 
-void DrawBox(TBitmap32& bitmap, const TRect& box, TColor32 color, TColor32 frameColor) {
-    bitmap.FillRectS(box, color);
-    for (std::int32_t inset = 0; inset < std::max(1, ToDevicePixels(1, bitmap)); ++inset)
-        bitmap.FrameRectS(box.Left + inset, box.Top + inset, box.Right - inset, box.Bottom - inset, frameColor);
+void DrawBox(const TPictureWindow& picture, const TRect& box, TColor32 color, TColor32 frameColor) {
+    picture.FillRectS(box, color);
+    for (std::int32_t inset = 0; inset < std::max(1, ToDevicePixels(1, picture.GetBitmap())); ++inset)
+        picture.FrameRectS({box.Left + inset, box.Top + inset, box.Right - inset, box.Bottom - inset}, frameColor);
 }
 
 /// The sizes and colours of a legend.
@@ -42,38 +43,38 @@ struct TStyle {
     TColor32 TextColor;
 };
 
-void PaintVertical(TBitmap32& bitmap, const TRows& rows, const TStyle& style) {
+void PaintVertical(const TPictureWindow& picture, const TRows& rows, const TStyle& style) {
     const extended itemHeight = PaletteLegendPainter_GetItemHeight(style.BoxSize, style.Margin, style.ItemSpacing);
-    const std::int32_t textHeight = bitmap.TextHeight(LineHeightSample());
+    const std::int32_t textHeight = picture.GetBitmap().TextHeight(LineHeightSample());
     const std::int32_t textTop = RoundToPixel(style.BoxSize / 2.0L - textHeight / 2.0L);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const std::int32_t top = RoundToPixel(itemHeight * static_cast<extended>(i) + style.Margin);
-        if (itemHeight > 0 && top >= bitmap.GetHeight() && top + textTop >= bitmap.GetHeight())
+        if (itemHeight > 0 && top >= picture.GetVisible().Bottom && top + textTop >= picture.GetVisible().Bottom)
             break; // the rows below show nothing either
         const TRect box(style.Margin, top, style.Margin + style.BoxSize, top + style.BoxSize);
-        DrawBox(bitmap, box, rows[i]->Color, style.FrameColor);
-        bitmap.RenderText(box.Right + style.TextGap, top + textTop, rows[i]->Text, 0, style.TextColor);
+        DrawBox(picture, box, rows[i]->Color, style.FrameColor);
+        picture.RenderText(box.Right + style.TextGap, top + textTop, rows[i]->Text, style.TextColor);
     }
 }
 
-void PaintHorizontal(TBitmap32& bitmap, const TRows& rows, const TStyle& style) {
-    const std::int32_t boxTop = bitmap.TextHeight(LineHeightSample()) + style.Margin;
+void PaintHorizontal(const TPictureWindow& picture, const TRows& rows, const TStyle& style) {
+    const std::int32_t boxTop = picture.GetBitmap().TextHeight(LineHeightSample()) + style.Margin;
     const std::int32_t boxBottom = boxTop + style.BoxSize;
     std::int32_t widest = style.BoxSize;
     for (const TPaletteValueColorItem* row : rows)
-        widest = std::max(widest, bitmap.TextWidth(row->Text));
+        widest = std::max(widest, picture.GetBitmap().TextWidth(row->Text));
     const extended cell = static_cast<extended>(widest) + style.ItemSpacing;
     const extended count = static_cast<extended>(rows.size());
-    const extended start = RoundToPixel(bitmap.GetWidth() / 2.0L - count * cell / 2);
+    const extended start = RoundToPixel(picture.GetWidth() / 2.0L - count * cell / 2);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const extended offset = static_cast<extended>(i) * cell;
         const std::int32_t left = RoundToPixel(start + RoundToPixel(offset + cell / 2 - style.BoxSize / 2.0L));
         const std::int32_t textLeft = RoundToPixel(start + offset);
-        if (std::min(left, textLeft) >= bitmap.GetWidth())
+        if (std::min(left, textLeft) >= picture.GetVisible().Right)
             break; // and so are the cells to the right
-        DrawBox(bitmap, {left, boxTop, left + style.BoxSize, boxBottom}, rows[i]->Color, style.FrameColor);
+        DrawBox(picture, {left, boxTop, left + style.BoxSize, boxBottom}, rows[i]->Color, style.FrameColor);
         const std::int32_t textTop = i % 2 == 0 ? 0 : boxBottom + style.Margin;
-        bitmap.RenderText(textLeft, textTop, rows[i]->Text, 0, style.TextColor);
+        picture.RenderText(textLeft, textTop, rows[i]->Text, style.TextColor);
     }
 }
 
@@ -124,15 +125,23 @@ void PaletteLegendPainter_Paint(TBitmap32* bitmap, TLegendOrientation orientatio
                                 const TPalettePainterFilterCallback& filter) {
     if (!bitmap)
         throw EExArgumentNilException(QStringLiteral("PaletteLegendPainter_Paint"), QStringLiteral("Bitmap"));
+    PaintPaletteLegend(TPictureWindow(*bitmap), orientation, items, boxSize, textGap, itemSpacing, margin, frameColor,
+                       fontName, fontSize, textColor, filter);
+}
+
+void PaintPaletteLegend(const TPictureWindow& picture, TLegendOrientation orientation,
+                        std::span<const TPaletteValueColorItem> items, std::int32_t boxSize, std::int32_t textGap,
+                        std::int32_t itemSpacing, std::int32_t margin, TColor32 frameColor, const QString& fontName,
+                        int fontSize, TColor32 textColor, const TPalettePainterFilterCallback& filter) {
     const TRows rows = KeptRows(items, filter);
     if (rows.empty())
         return;
-    SetLegendFont(*bitmap, fontName, fontSize);
+    SetLegendFont(picture.GetBitmap(), fontName, fontSize);
     const TStyle style{boxSize, textGap, itemSpacing, margin, frameColor, textColor};
     if (orientation == TLegendOrientation::loVertical)
-        PaintVertical(*bitmap, rows, style);
+        PaintVertical(picture, rows, style);
     else
-        PaintHorizontal(*bitmap, rows, style);
+        PaintHorizontal(picture, rows, style);
 }
 
 } // namespace lmx

@@ -8,12 +8,13 @@ namespace lmx {
 
 namespace {
 
-constexpr double GrabberSide = 8;
-constexpr double GrabberReach = 2; // around a grabber
-constexpr double SmallestSide = 26;
+constexpr std::int32_t GrabberSide = 8;
+constexpr std::int32_t GrabberReach = 2; // around a grabber
+constexpr std::int32_t SmallestSide = 26;
 
-std::int32_t Scaled(double length, double ratio) {
-    return RoundToPixel(static_cast<extended>(length) * static_cast<extended>(ratio));
+std::int32_t RoundSaturated(extended value) {
+    constexpr extended beyondEveryRect = 0x1p40L;
+    return SaturateToInt32(Round(std::clamp(value, -beyondEveryRect, beyondEveryRect)));
 }
 
 std::int32_t Sum(std::int32_t a, std::int32_t b) {
@@ -85,9 +86,8 @@ TMovedEdges MovedEdges(TSelectedElement element) {
 }
 
 std::int32_t WidthInProportion(const TRect& rect, const TRect& proportions) {
-    constexpr extended beyondEveryRect = 0x1p40L;
     const extended aspect = static_cast<extended>(proportions.GetWidth()) / proportions.GetHeight();
-    return SaturateToInt32(Round(std::clamp(rect.GetHeight() * aspect, -beyondEveryRect, beyondEveryRect)));
+    return RoundSaturated(rect.GetHeight() * aspect);
 }
 
 TRect Moved(const TRect& rect, TPoint topLeft) {
@@ -96,8 +96,12 @@ TRect Moved(const TRect& rect, TPoint topLeft) {
 
 } // namespace
 
+std::int32_t ScaledPixels(std::int32_t pixels, double factor) {
+    return RoundSaturated(pixels * static_cast<extended>(factor));
+}
+
 TRect GrabberArea(const TRect& rect, double ratio) {
-    const std::int32_t smallest = Scaled(SmallestSide, ratio);
+    const std::int32_t smallest = ScaledPixels(SmallestSide, ratio);
     TRect area = rect;
     area.SetWidth(std::max(smallest, rect.GetWidth()));
     area.SetHeight(std::max(smallest, rect.GetHeight()));
@@ -105,7 +109,7 @@ TRect GrabberArea(const TRect& rect, double ratio) {
 }
 
 TGrabberRects PlaceGrabbers(const TRect& area, double ratio) {
-    const std::int32_t side = Scaled(GrabberSide, ratio);
+    const std::int32_t side = ScaledPixels(GrabberSide, ratio);
     const std::int32_t right = Sum(area.Right, -side);
     const std::int32_t bottom = Sum(area.Bottom, -side);
     const std::int32_t centerX = MiddleOf(area.Left, area.GetWidth(), side);
@@ -131,7 +135,7 @@ TSelectedElement ElementAt(const TRect& rect, const TGrabberRects& grabbers, TGr
         return TSelectedElement::soNone;
     if (!options.Contains(TGrabberOption::goResizable))
         return TSelectedElement::soObject;
-    const std::int32_t reach = Scaled(GrabberReach, ratio);
+    const std::int32_t reach = ScaledPixels(GrabberReach, ratio);
     const auto holdsPoint = [&](const TGrabber& grabber) {
         return Inflated(grabbers.*grabber.Rect, reach).Contains(point);
     };

@@ -4,6 +4,8 @@
 #include <lmx/Runtime/lmxGeometry.h>
 #include <lmx/Runtime/lmxSet.h>
 
+#include <cstdint>
+
 // Where the grabbers of an annotation stand, what a press of the mouse takes hold of, and what a drag makes of its
 // rectangle. Everything in pixels of the view's buffer; `ratio` is the number of them that make one pixel to the eye,
 // and sizes that are fixed to the eye are multiplied by it and rounded. Rectangles may lie anywhere, sums saturate.
@@ -43,6 +45,9 @@ struct TGrabberRects {
 
     friend bool operator==(const TGrabberRects&, const TGrabberRects&) = default;
 };
+
+/// A length or a position at another ratio, rounded to the nearest even; saturates.
+LMX_EXPORT std::int32_t ScaledPixels(std::int32_t pixels, double factor);
 
 /// `rect`, made at least 26 pixels wide and high to the right and downwards, so that its grabbers have room.
 LMX_EXPORT TRect GrabberArea(const TRect& rect, double ratio = 1);

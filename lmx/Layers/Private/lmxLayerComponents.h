@@ -14,6 +14,7 @@ namespace lmx {
 
 class IBaseColorCalculator;
 class TBaseLegendControl;
+class TObjectMapLayer;
 class TShpFile;
 
 /// The object that a legend control is, to watch whether it still lives.
@@ -36,6 +37,8 @@ TBaseLegendControl* CreateShapeFileLegendControl(TShpFile* shpFile, TColor color
 TBaseLegendControl* TakeShapeFileLegendControl(TBaseLegendControl* supplied, TLegendColorEvent onColorChanged);
 /// The legend of a vector file.
 TBaseLegendControl* CreateVectorFileLegendControl(TColor color, TLegendColorEvent onColorChanged);
+/// The legend of an object layer, in which its annotations are edited; nil where there is none of that kind.
+TBaseLegendControl* CreateObjectLegendControl(TObjectMapLayer* layer);
 /// Shows a colour in a legend of one colour.
 void ShowLegendColor(TBaseLegendControl* legend, TColor color);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lmx/Graphics/Private/lmxPictureWindow.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Runtime/lmxExtended.h>
 
@@ -32,15 +33,13 @@ inline void SetLegendFont(TBitmap32& bitmap, const QString& name, int size) {
 
 /// A line one pixel to the eye thick through the corners of the rectangle, right and bottom ones included, and inwards
 /// from them.
-inline void OutlineRect(TBitmap32& bitmap, const TRect& rect, TColor32 color) {
-    bitmap.SetPenColor(color);
-    for (std::int32_t inset = 0; inset < std::max(1, ToDevicePixels(1, bitmap)); ++inset) {
+inline void OutlineRect(const TPictureWindow& picture, const TRect& rect, TColor32 color) {
+    for (std::int32_t inset = 0; inset < std::max(1, ToDevicePixels(1, picture.GetBitmap())); ++inset) {
         const TRect line(rect.Left + inset, rect.Top + inset, rect.Right - inset, rect.Bottom - inset);
-        bitmap.MoveTo(line.Left, line.Top);
-        bitmap.LineToS(line.Right, line.Top);
-        bitmap.LineToS(line.Right, line.Bottom);
-        bitmap.LineToS(line.Left, line.Bottom);
-        bitmap.LineToS(line.Left, line.Top);
+        picture.LineS({line.Left, line.Top}, {line.Right, line.Top}, color);
+        picture.LineS({line.Right, line.Top}, {line.Right, line.Bottom}, color);
+        picture.LineS({line.Right, line.Bottom}, {line.Left, line.Bottom}, color);
+        picture.LineS({line.Left, line.Bottom}, {line.Left, line.Top}, color);
     }
 }
 
