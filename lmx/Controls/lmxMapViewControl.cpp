@@ -9,6 +9,7 @@
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerStackPainter.h>
+#include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
@@ -121,12 +122,27 @@ void TMapViewControl::RegisterSpecialLayers(const std::shared_ptr<ILayerManager>
         FSpecialLayers->Remove(manager);
         return;
     }
-    const bool allowLegends = !FSpecialLayerAccess.Contains(TSpecialLayers::slDisableObjectLegendControlOption);
-    FSpecialLayers->Add(manager, FSpecialLayerAccess, [&] { return CreateObjectLayer(manager, allowLegends); });
+    FSpecialLayers->Add(manager, FSpecialLayerAccess, [&] { return MakeObjectLayer(manager); });
 }
 
-std::unique_ptr<TBaseMapLayer> TMapViewControl::CreateObjectLayer(const std::shared_ptr<ILayerManager>&, bool) {
-    return nullptr;
+// The ratio comes before the layer is in the stack: what is put into it from then on has the right size.
+std::unique_ptr<TObjectMapLayer> TMapViewControl::MakeObjectLayer(const std::shared_ptr<ILayerManager>& manager) {
+    const TBorrowed self(this); // a host's override may do anything
+    const bool allowLegends = !FSpecialLayerAccess.Contains(TSpecialLayers::slDisableObjectLegendControlOption);
+    auto layer = CreateObjectLayer(manager, allowLegends);
+    if (self && layer)
+        layer->SetDeviceRatio(GetDeviceRatio());
+    return layer;
+}
+
+std::unique_ptr<TObjectMapLayer> TMapViewControl::CreateObjectLayer(const std::shared_ptr<ILayerManager>& manager,
+                                                                    bool allowLegendControlOption) {
+    return std::make_unique<TObjectMapLayer>(manager, allowLegendControlOption);
+}
+
+void TMapViewControl::TellDeviceRatio() const {
+    if (TObjectMapLayer* objects = GetSpObjectLayer())
+        objects->SetDeviceRatio(GetDeviceRatio());
 }
 
 TSelectionMapLayer* TMapViewControl::GetSpSelectionLayer() const {
@@ -141,7 +157,7 @@ TInfoQueryPointLayer* TMapViewControl::GetSpInfoQueryPointsLayer() const {
     return FSpecialLayers->GetPoints();
 }
 
-TBaseMapLayer* TMapViewControl::GetSpObjectLayer() const {
+TObjectMapLayer* TMapViewControl::GetSpObjectLayer() const {
     return FSpecialLayers->GetObjects();
 }
 
@@ -227,7 +243,8 @@ TWorldViewport& TMapViewControl::RequireViewport() const {
 // destroy the view.
 TWorldViewport* TMapViewControl::GetViewport() const {
     const TBorrowed self(this);
-    if (FViewport)
+    TellDeviceRatio(); // first, for annotations are laid out in the new size
+    if (self && FViewport)
         FViewport->SetViewSize(GetDeviceSize());
     return self ? FViewport.get() : nullptr;
 }
@@ -236,8 +253,12 @@ void TMapViewControl::UpdateViewSize() {
     GetViewport();
 }
 
-void TMapViewControl::Viewport_Changed(TWorldViewport*) {
+void TMapViewControl::Viewport_Changed(TWorldViewport* viewport) {
     const TBorrowed self(this);
+    if (TObjectMapLayer* objects = GetSpObjectLayer())
+        objects->UpdateLayouts(viewport);
+    if (!self)
+        return;
     RepaintMap();
     if (self)
         FOnViewportUpdated(this);

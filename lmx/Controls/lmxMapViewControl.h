@@ -23,6 +23,7 @@ class TCrosshair;
 class TInfoQueryPointLayer;
 class TMapCheckerboard;
 class TMapMouse;
+class TObjectMapLayer;
 class TRulerMapLayer;
 class TSelectionMapLayer;
 class TSpecialLayerSet;
@@ -59,7 +60,7 @@ public:
     TSelectionMapLayer* GetSpSelectionLayer() const;
     TRulerMapLayer* GetSpRulersLayer() const;
     TInfoQueryPointLayer* GetSpInfoQueryPointsLayer() const;
-    TBaseMapLayer* GetSpObjectLayer() const; ///< what CreateObjectLayer made
+    TObjectMapLayer* GetSpObjectLayer() const;
 
     bool WorldCreated() const { return FWorld != nullptr; }
     TWorld* GetWorld() const { return FWorld.get(); } ///< nil until a world exists
@@ -154,9 +155,9 @@ public:
     void UpdateViewSize();
 
 protected:
-    /// Makes the layer of annotations for a manager, or nil. Here: nil, no such layer exists yet.
-    virtual std::unique_ptr<TBaseMapLayer> CreateObjectLayer(const std::shared_ptr<ILayerManager>& manager,
-                                                             bool allowLegendControlOption);
+    /// Makes the layer of annotations for a manager; nil: the view has none. The view tells it the device ratio.
+    virtual std::unique_ptr<TObjectMapLayer> CreateObjectLayer(const std::shared_ptr<ILayerManager>& manager,
+                                                               bool allowLegendControlOption);
 
     void MouseDown(TMouseButton button, TPoint point) override;
     void MouseMove(TPoint point) override;
@@ -183,6 +184,8 @@ private:
     void LayerManager_OnMapCommand(TBaseMapLayer* layer, TLayerMapCommand command, void* data);
     void Viewport_Changed(TWorldViewport* viewport);
     TWorldViewport& RequireViewport() const;
+    std::unique_ptr<TObjectMapLayer> MakeObjectLayer(const std::shared_ptr<ILayerManager>& manager);
+    void TellDeviceRatio() const;
     void ZoomBy(float share);
     template<class Value>
     void Store(Value& present, const Value& value);

@@ -6,6 +6,7 @@
 #include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>

@@ -48,7 +48,7 @@ TEST_F(MapViewClosing, AfterItsManagerHasChanged) {
     const auto next = TLayerManagerFactory::GetObject();
     View->SetLayerManager(next);
     EXPECT_EQ(View, nullptr);
-    EXPECT_EQ(next->GetSpecialLayers().Count(), 3);
+    EXPECT_EQ(next->GetSpecialLayers().Count(), 4);
     EXPECT_TRUE(Manager->GetSpecialLayers().IsEmpty());
 }
 
@@ -104,7 +104,7 @@ TEST_F(MapViewClosing, WhenASpecialLayerComesOrGoes) {
         Manager->GetOnLayerRemoved().Add([this](ILayerManager*, TBaseMapLayer*) { View.reset(); });
     View->SetLayerManager(nullptr);
     EXPECT_EQ(View, nullptr);
-    EXPECT_EQ(Manager->GetSpecialLayers().Count(), 2);
+    EXPECT_EQ(Manager->GetSpecialLayers().Count(), 3);
 }
 
 TEST_F(MapViewClosing, WhenTheFirstLayerMakesTheWorld) {
@@ -219,7 +219,7 @@ TEST(MapViewReplacing, AManagerSetWhileTheLayersOfTheLastOneGoStays) {
     EXPECT_EQ(view.GetLayerManager(), third);
     EXPECT_TRUE(first->GetSpecialLayers().IsEmpty());
     EXPECT_TRUE(second->GetSpecialLayers().IsEmpty());
-    EXPECT_EQ(third->GetSpecialLayers().Count(), 3);
+    EXPECT_EQ(third->GetSpecialLayers().Count(), 4);
     EXPECT_EQ(view.GetSpRulersLayer(), third->GetSpecialLayers()[1]);
     EXPECT_EQ(changes, 0);
 }

@@ -17,6 +17,7 @@ namespace {
 
 using tests::TObjectView;
 using tests::TTestLayer;
+using tests::TTestObjectLayer;
 
 /// A view in which the logical pixel (x, y) shows longitude x - 180 and latitude 90 - y. Positions in the tests are
 /// even, so that they are whole device pixels at a ratio of 1.5, too.
@@ -458,7 +459,7 @@ protected:
     MapViewLayerMouse() { Shown.Manager->SetSelLayer(Selected); }
 
     TTestLayer* Selected = Shown.AddReadyLayer();
-    TTestLayer* Objects = static_cast<TTestLayer*>(Shown.View.GetSpObjectLayer());
+    TTestObjectLayer* Objects = static_cast<TTestObjectLayer*>(Shown.View.GetSpObjectLayer());
 
     QString At(int x, int y) const {
         const double ratio = Shown.View.GetDeviceRatio();

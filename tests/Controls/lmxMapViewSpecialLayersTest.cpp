@@ -20,6 +20,7 @@ namespace {
 using tests::TObjectView;
 using tests::TShownView;
 using tests::TTestLayer;
+using tests::TTestObjectLayer;
 
 constexpr TColor32 White = 0xFFFFFFFF;
 constexpr TColor32 Cyan = 0xFF00FFFF;
@@ -40,11 +41,11 @@ TEST(MapViewSpecialLayers, AreMadeInOrderOnTheManager) {
     EXPECT_EQ(view.GetSpRulersLayer(), nullptr);
     view.SetLayerManager(manager);
     EXPECT_EQ(SpecialLayersOf(*manager),
-              (QStringList{"SelectionMapLayer", "RulerMapLayer", "InfoQueryPointLayer", "TestLayer"}));
+              (QStringList{"SelectionMapLayer", "RulerMapLayer", "InfoQueryPointLayer", "TestObjectLayer"}));
     EXPECT_EQ(manager->GetSpecialLayers()[0], view.GetSpSelectionLayer());
     EXPECT_EQ(manager->GetSpecialLayers()[1], view.GetSpRulersLayer());
     EXPECT_EQ(manager->GetSpecialLayers()[2], view.GetSpInfoQueryPointsLayer());
-    EXPECT_EQ(manager->GetSpecialLayers()[3], view.GetSpObjectLayer());
+    EXPECT_EQ(manager->GetSpecialLayers()[3], static_cast<TBaseMapLayer*>(view.GetSpObjectLayer()));
     EXPECT_EQ(manager->GetSpecialLayerWithType(QStringLiteral("RulerMapLayer")), view.GetSpRulersLayer());
     for (const TBaseMapLayer* layer : manager->GetSpecialLayers())
         EXPECT_TRUE(layer->GetFlags().Contains(TLayerFlag::lfSpecial)) << layer->GetLayerClassName().toStdString();
@@ -52,12 +53,14 @@ TEST(MapViewSpecialLayers, AreMadeInOrderOnTheManager) {
     view.SetLayerManager(nullptr);
 }
 
-TEST(MapViewSpecialLayers, AViewWithoutASetHasAllKindsThatThereAre) {
+TEST(MapViewSpecialLayers, AViewWithoutASetHasAllKinds) {
     const auto manager = TLayerManagerFactory::GetObject();
     TMapViewControl view;
     view.SetLayerManager(manager);
-    EXPECT_EQ(SpecialLayersOf(*manager), (QStringList{"SelectionMapLayer", "RulerMapLayer", "InfoQueryPointLayer"}));
-    EXPECT_EQ(view.GetSpObjectLayer(), nullptr);
+    EXPECT_EQ(SpecialLayersOf(*manager),
+              (QStringList{"SelectionMapLayer", "RulerMapLayer", "InfoQueryPointLayer", "ObjectMapLayer"}));
+    EXPECT_EQ(manager->GetSpecialLayers()[3], static_cast<TBaseMapLayer*>(view.GetSpObjectLayer()));
+    EXPECT_TRUE(view.GetSpObjectLayer()->GetUseLegendControl());
     view.SetLayerManager(nullptr);
 }
 
@@ -82,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, SpecialLayerAccess,
                                          TAccessRow{{TSpecialLayers::slSelection}, {"SelectionMapLayer"}},
                                          TAccessRow{{TSpecialLayers::slRulers}, {"RulerMapLayer"}},
                                          TAccessRow{{TSpecialLayers::slInfoQueryPointLayer}, {"InfoQueryPointLayer"}},
-                                         TAccessRow{{TSpecialLayers::slObject}, {"TestLayer"}},
+                                         TAccessRow{{TSpecialLayers::slObject}, {"TestObjectLayer"}},
                                          TAccessRow{{TSpecialLayers::slDisableObjectLegendControlOption}, {}},
                                          TAccessRow{
                                              {TSpecialLayers::slInfoQueryPointLayer, TSpecialLayers::slSelection},
@@ -106,7 +109,7 @@ TEST(MapViewSpecialLayers, AreFlaggedBeforeTheManagerTells) {
     });
     TMapViewControl view;
     view.SetLayerManager(manager);
-    EXPECT_EQ(special, 3);
+    EXPECT_EQ(special, 4);
     EXPECT_FALSE(view.WorldCreated());
     view.SetLayerManager(nullptr);
 }
@@ -143,7 +146,7 @@ TEST(MapViewSpecialLayers, AnotherManagerTakesNothingOfTheOldOneAlong) {
     view.SetLayerManager(second);
     EXPECT_EQ(removed, 1);
     EXPECT_TRUE(first->GetSpecialLayers().IsEmpty());
-    EXPECT_EQ(second->GetSpecialLayers().Count(), 3);
+    EXPECT_EQ(second->GetSpecialLayers().Count(), 4);
     EXPECT_TRUE(view.GetSpRulersLayer()->GetVRulers().IsEmpty());
     EXPECT_FALSE(view.GetSpRulersLayer()->GetIsPlacing());
     EXPECT_FALSE(view.GetSpSelectionLayer()->GetEnabled());
@@ -177,11 +180,11 @@ TEST(MapViewSpecialLayers, TwoViewsOfOneManagerHaveTheirOwn) {
     {
         TMapViewControl second;
         second.SetLayerManager(manager);
-        EXPECT_EQ(manager->GetSpecialLayers().Count(), 6);
+        EXPECT_EQ(manager->GetSpecialLayers().Count(), 8);
         EXPECT_NE(first.GetSpRulersLayer(), second.GetSpRulersLayer());
         second.SetLayerManager(nullptr);
     }
-    EXPECT_EQ(manager->GetSpecialLayers().Count(), 3);
+    EXPECT_EQ(manager->GetSpecialLayers().Count(), 4);
     EXPECT_EQ(manager->GetSpecialLayers()[1], first.GetSpRulersLayer());
     first.SetLayerManager(nullptr);
 }
@@ -191,7 +194,7 @@ TEST(MapViewSpecialLayers, AViewThatIsDestroyedLeavesItsLayersToTheManager) {
     auto view = std::make_unique<TMapViewControl>();
     view->SetLayerManager(manager);
     view.reset();
-    EXPECT_EQ(manager->GetSpecialLayers().Count(), 3);
+    EXPECT_EQ(manager->GetSpecialLayers().Count(), 4);
     manager.reset(); // and they go with it, silently
 }
 
@@ -200,12 +203,12 @@ TEST(MapViewSpecialLayers, RegisteringTwiceMakesTwoSets) {
     TMapViewControl view;
     view.RegisterSpecialLayers(manager, true);
     view.RegisterSpecialLayers(manager, true);
-    EXPECT_EQ(manager->GetSpecialLayers().Count(), 6);
+    EXPECT_EQ(manager->GetSpecialLayers().Count(), 8);
     view.RegisterSpecialLayers(manager, false); // takes its own, the later ones
-    EXPECT_EQ(manager->GetSpecialLayers().Count(), 3);
+    EXPECT_EQ(manager->GetSpecialLayers().Count(), 4);
     EXPECT_EQ(view.GetSpRulersLayer(), nullptr);
     view.RegisterSpecialLayers(manager, false);
-    EXPECT_EQ(manager->GetSpecialLayers().Count(), 3);
+    EXPECT_EQ(manager->GetSpecialLayers().Count(), 4);
 }
 
 TEST(MapViewSpecialLayers, TheirChangesRepaintTheView) {
@@ -245,7 +248,7 @@ TEST(MapViewSpecialLayers, LieOnTheStackInOrder) {
     EXPECT_EQ(shown.PixelAt(98, 40), 0xFFFF0000U); // the query point on it
     EXPECT_EQ(shown.PixelAt(100, 40), clBlack32);  // the ruler on the point
     EXPECT_EQ(shown.PixelAt(100, 90), clBlack32);
-    auto& objects = dynamic_cast<TTestLayer&>(*shown.View.GetSpObjectLayer());
+    auto& objects = dynamic_cast<TTestObjectLayer&>(*shown.View.GetSpObjectLayer());
     objects.OnPaint = [](TWorld*, TWorldViewport*, TBitmap32& bitmap) {
         bitmap.FillRectS(95, 35, 105, 45, 0xFF00FF00);
     };
@@ -297,7 +300,7 @@ TEST(MapViewSpecialLayers, ArePaintedWhateverTheirFlagsSay) {
         layer->SetIsVisible(false);
         layer->SetIsReadyToDraw(false);
     }
-    auto& objects = dynamic_cast<TTestLayer&>(*shown.View.GetSpObjectLayer());
+    auto& objects = dynamic_cast<TTestObjectLayer&>(*shown.View.GetSpObjectLayer());
     objects.HasContent = false;
     objects.Paints = 0;
     shown.View.RepaintMap();
@@ -308,7 +311,7 @@ TEST(MapViewSpecialLayers, ArePaintedWhateverTheirFlagsSay) {
 
 TEST(MapViewSpecialLayers, AreNotPaintedWithoutAWorld) {
     tests::TShownViewOf<TObjectView> shown;
-    auto& objects = dynamic_cast<TTestLayer&>(*shown.View.GetSpObjectLayer());
+    auto& objects = dynamic_cast<TTestObjectLayer&>(*shown.View.GetSpObjectLayer());
     shown.View.GetSpRulersLayer()->StartPlacing(TPlacingMode::pmVertical, 0);
     shown.View.RepaintMap();
     EXPECT_EQ(shown.PixelAt(50, 50), White);

@@ -11,10 +11,11 @@
 
 namespace lmx::tests {
 
-/// A layer that says what happens to it.
-class TTestLayer : public TBaseLayerManagerLayer {
+/// A layer that says what happens to it, and does nothing else.
+template<class Base>
+class TTestLayerOf : public Base {
 public:
-    using TBaseLayerManagerLayer::TBaseLayerManagerLayer;
+    using Base::Base;
 
     QString GetLayerTypeName() const override { return QStringLiteral("Test"); }
     TMouseSupport GetMouseSupport() const override { return MouseSupport; }
@@ -42,6 +43,11 @@ public:
 
 private:
     static QString At(TPoint point) { return QStringLiteral("%1,%2").arg(point.X).arg(point.Y); }
+};
+
+class TTestLayer : public TTestLayerOf<TBaseLayerManagerLayer> {
+public:
+    using TTestLayerOf::TTestLayerOf;
 };
 
 inline TWorldMapArea LatLonArea(const TMapArea& area) {

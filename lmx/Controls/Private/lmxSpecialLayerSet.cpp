@@ -2,6 +2,7 @@
 
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
 

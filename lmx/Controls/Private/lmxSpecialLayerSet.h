@@ -9,8 +9,8 @@
 namespace lmx {
 
 class ILayerManager;
-class TBaseMapLayer;
 class TInfoQueryPointLayer;
+class TObjectMapLayer;
 class TRulerMapLayer;
 class TSelectionMapLayer;
 
@@ -19,7 +19,7 @@ class TSelectionMapLayer;
 class TSpecialLayerSet {
 public:
     /// Makes the layer of annotations, or nil.
-    using TObjectLayerMaker = std::function<std::unique_ptr<TBaseMapLayer>()>;
+    using TObjectLayerMaker = std::function<std::unique_ptr<TObjectMapLayer>()>;
 
     void Add(const std::shared_ptr<ILayerManager>& manager, TSpecialLayerAccess kinds,
              const TObjectLayerMaker& makeObjectLayer);
@@ -29,7 +29,7 @@ public:
     TSelectionMapLayer* GetSelection() const { return FSelection.Get(); }
     TRulerMapLayer* GetRulers() const { return FRulers.Get(); }
     TInfoQueryPointLayer* GetPoints() const { return FPoints.Get(); }
-    TBaseMapLayer* GetObjects() const { return FObjects.Get(); }
+    TObjectMapLayer* GetObjects() const { return FObjects.Get(); }
 
 private:
     /// Begins an adding or removing, which ends every earlier one; answers whether it may still go on.
@@ -38,7 +38,7 @@ private:
     TBorrowed<TSelectionMapLayer> FSelection;
     TBorrowed<TRulerMapLayer> FRulers;
     TBorrowed<TInfoQueryPointLayer> FPoints;
-    TBorrowed<TBaseMapLayer> FObjects;
+    TBorrowed<TObjectMapLayer> FObjects;
     int FTurn = 0;
     TLifetime FLifetime;
 };

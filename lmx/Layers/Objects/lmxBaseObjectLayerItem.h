@@ -128,7 +128,6 @@ private:
     bool FIsVisible = true;
     TGrabberOptions FGrabberOptions;
     TSelectedElement FSelectedElement = TSelectedElement::soNone;
-    TPoint FMouseDownPt;
     TRect FMouseDownRect;
     TPoint FMouseDownRectOffset;
     bool FUpdating = false;

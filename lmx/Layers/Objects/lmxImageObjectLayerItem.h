@@ -15,10 +15,10 @@ public:
     QString GetObjectClassType() const override; ///< empty
 
     TBitmap32* GetImage() const { return FImage; } ///< or nil
-    /// Takes the image's width and height for the rectangle; grabbers and distances stay as they are. The image that it
-    /// had is left to whoever has it.
+    /// Takes the image's width and height for the rectangle; grabbers and distances stay as they are. The image before
+    /// is freed if it is owned.
     void SetImage(TBitmap32* image);
-    bool GetOwnsImage() const { return FOwnsImage; } ///< whether the image goes with the annotation; true at first
+    bool GetOwnsImage() const { return FOwnsImage; } ///< whether it frees its image; true at first
     void SetOwnsImage(bool owns) { FOwnsImage = owns; }
 
 private:

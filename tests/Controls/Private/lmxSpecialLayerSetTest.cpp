@@ -1,9 +1,9 @@
 #include <lmx/Controls/Private/lmxSpecialLayerSet.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
-#include <tests/Support/TestLayer.h>
 
 #include <gtest/gtest.h>
 
@@ -16,9 +16,7 @@ using enum TSpecialLayers;
 
 struct SpecialLayerSet : testing::Test {
     void Add(TSpecialLayerAccess kinds = {slSelection, slRulers, slInfoQueryPointLayer, slObject}) {
-        Layers->Add(Manager, kinds, [this]() -> std::unique_ptr<TBaseMapLayer> {
-            return std::make_unique<tests::TTestLayer>(Manager);
-        });
+        Layers->Add(Manager, kinds, [this] { return std::make_unique<TObjectMapLayer>(Manager, false); });
     }
     int Count() const { return Manager->GetSpecialLayers().Count(); }
     void ExpectNone() const {
@@ -51,7 +49,7 @@ TEST_F(SpecialLayerSet, MakesWhatIsAskedForInOrder) {
     EXPECT_EQ(Manager->GetSpecialLayers()[0], Layers->GetSelection());
     EXPECT_EQ(Manager->GetSpecialLayers()[1], Layers->GetRulers());
     EXPECT_EQ(Manager->GetSpecialLayers()[2], Layers->GetPoints());
-    EXPECT_EQ(Manager->GetSpecialLayers()[3], Layers->GetObjects());
+    EXPECT_EQ(Manager->GetSpecialLayers()[3], static_cast<TBaseMapLayer*>(Layers->GetObjects()));
     for (TBaseMapLayer* layer : Manager->GetSpecialLayers())
         EXPECT_TRUE(layer->GetFlags().Contains(TLayerFlag::lfSpecial));
     Layers->Remove(Manager);
