@@ -166,6 +166,20 @@ const std::vector<TDeed>& ChaosDeeds() {
          }},
         {"a ruler", With<TRulerMapLayer>(&S::Rulers, [](auto& l) { l.Add(std::make_unique<TRulerItem>()); })},
         {"no points", With<TInfoQueryPointLayer>(&S::Points, [](auto& l) { l.GetPoints().Clear(); })},
+        {"no annotations", With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.GetObjects().Clear(); })},
+        {"no topmost annotation", With<TObjectMapLayer>(&S::Objects,
+                                                        [](auto& l) {
+                                                            if (!l.GetObjects().IsEmpty())
+                                                                l.GetObjects().Remove(
+                                                                    l.GetObjects()[l.GetObjects().Count() - 1]);
+                                                        })},
+        {"an annotation",
+         [](S& s) {
+             if (s.Objects())
+                 s.Objects()->GetObjects().Add(std::make_unique<TChaosItem>(s.Objects(), s.Hooks));
+         }},
+        {"no selected annotation", With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.SetSelectedObject(nullptr); })},
+        {"another ratio", With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.SetDeviceRatio(1.5); })},
         {"no legend", With<TChaosLayer>(&S::Layer, [](auto& l) { l.SetLegendComponent(nullptr); })},
         {"a panel without a layer",
          [](S& s) {

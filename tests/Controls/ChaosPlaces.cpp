@@ -1,3 +1,5 @@
+#include <lmx/Colour/lmxColorClassCalculator.h>
+#include <lmx/Colour/lmxColorClassList.h>
 #include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/lmxRulerListView.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
@@ -98,6 +100,21 @@ void SelectRuler(TChaosScene& s) {
         s.Panel->GetListView()->SelectRow(0);
 }
 
+// A click that the selected layer does not take.
+void ClickObjects(TChaosScene& s) {
+    if (s.Manager)
+        s.Manager->SetSelLayer(nullptr);
+    Clicking(TMapMode::mdNone)(s);
+}
+
+// Gives the raster classes, whose legend asks its filter.
+void PaintLegendRows(TChaosScene& s) {
+    if (s.Raster)
+        s.Raster->SetColorCalc(
+            TColorClassCalculatorFactory::GetObject({TColorClass(QStringLiteral("a"), 0, 50, 0xFF8B4513)}));
+    Repaint(s);
+}
+
 void PaintStackAside(TChaosScene& s) {
     TWorld world(TLatLonWorldSystemFactory::GetObject());
     TWorldViewport viewport(&world);
@@ -123,6 +140,12 @@ const std::vector<TPlace>& ChaosPlaces() {
     const TUse addPoint = With<TInfoQueryPointLayer>(
         &S::Points, [](auto& l) { l.GetPoints().Add(std::make_unique<TInfoQueryPoint>(&l, TMapPoint(1, 2), 1)); });
     const TUse clearPoints = With<TInfoQueryPointLayer>(&S::Points, [](auto& l) { l.GetPoints().Clear(); });
+    const TUse addItem = With<TObjectMapLayer>(&S::Objects, [](auto& l) {
+        l.GetObjects().Add(std::make_unique<TChaosItem>(&l, std::make_shared<TChaosHooks>()));
+    });
+    const TUse clearItems = With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.GetObjects().Clear(); });
+    const TUse selectItem = With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.SetSelectedObject(l.GetObjects()[0]); });
+    const TUse ratio = With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.SetDeviceRatio(2); });
     const TUse opacity = With<TIdrisiMapLayer>(&S::Raster, [](auto& l) { l.SetOpacity(77); });
     const TUse duplicate = [](S& s) {
         if (s.Raster && s.Manager)
@@ -287,6 +310,21 @@ const std::vector<TPlace>& ChaosPlaces() {
         {"Points.OnRemoved", On(&S::Points, &TInfoQueryPointLayer::GetOnRemoved), clearPoints},
         {"Points.OnInvalidated", On(&S::Points, &L::GetOnInvalidated),
          With<TInfoQueryPointLayer>(&S::Points, [](auto& l) { l.GetPoints()[0]->SetColor(0xFF654321); })},
+        {"Objects.OnObjectAdded", On(&S::Objects, &TObjectMapLayer::GetOnObjectAdded), addItem},
+        {"Objects.OnObjectRemoved", On(&S::Objects, &TObjectMapLayer::GetOnObjectRemoved), clearItems},
+        {"Objects.OnObjectRemoved with the manager", On(&S::Objects, &TObjectMapLayer::GetOnObjectRemoved), NoManager},
+        {"Objects.OnObjectChanged", On(&S::Objects, &TObjectMapLayer::GetOnObjectChanged), ClickObjects},
+        {"Objects.OnObjectChanged by selecting", On(&S::Objects, &TObjectMapLayer::GetOnObjectChanged), selectItem},
+        {"Objects.OnObjectSelected", On(&S::Objects, &TObjectMapLayer::GetOnObjectSelected), ClickObjects},
+        {"Objects.OnObjectSelected by selecting", On(&S::Objects, &TObjectMapLayer::GetOnObjectSelected), selectItem},
+        {"Objects.OnInvalidated", On(&S::Objects, &L::GetOnInvalidated), ClickObjects},
+        {"Item.Paint", Hook("Item.Paint"), Repaint},
+        {"Item.MouseDown", Hook("Item.MouseDown"), ClickObjects},
+        {"Item.MouseMove", Hook("Item.MouseMove"), ClickObjects},
+        {"Item.SetRect by a drag", Hook("Item.SetRect"), ClickObjects},
+        {"Item.SetRect by a layout", Hook("Item.SetRect"), pan},
+        {"Item.SetRect by a ratio", Hook("Item.SetRect"), ratio},
+        {"Legend.Filter", Hook("Legend.Filter"), PaintLegendRows},
         {"PinRenderer.RenderPin", Hook("PinRenderer.RenderPin"), Repaint},
 
         {"Raster.OnReadyToDrawChanged", On(&S::Raster, &L::GetOnReadyToDrawChanged), opacity},

@@ -3,6 +3,12 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <tests/Support/NumberedImage.h>
+#include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxImageObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxLegendObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxRectangleObjectTypeItem.h>
+#include <lmx/Layers/Objects/lmxShapeLegendObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxTextBoxObjectLayerItem.h>
 #include <tests/Support/ShapeBytes.h>
 #include <tests/Support/TestLayer.h>
 #include <tests/Support/VectorBytes.h>
@@ -244,6 +250,41 @@ void TChaosBufferedLayer::RenderBuffer(TSize viewSize, const TMapArea& visibleMa
         TTestBufferedLayer::RenderBuffer(viewSize, visibleMapArea, vpLocal);
 }
 
+TChaosItem::TChaosItem(TObjectMapLayer* layer, TSharedHooks hooks)
+    : TBaseObjectLayerItem(layer),
+      FHooks(std::move(hooks)) {
+    SetGrabberOptions({TGrabberOption::goResizable});
+    TBaseObjectLayerItem::SetRect({0, 0, 50, 35});
+}
+
+bool TChaosItem::Survives(const char* operation) const {
+    const TBorrowed self(this);
+    const TSharedHooks hooks = FHooks;
+    hooks->Call(QStringLiteral("Item.") + QLatin1String(operation));
+    return static_cast<bool>(self);
+}
+
+void TChaosItem::SetRect(const TRect& rect) {
+    if (Survives("SetRect"))
+        TBaseObjectLayerItem::SetRect(rect);
+}
+
+void TChaosItem::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) {
+    TBaseObjectLayerItem::Paint(world, viewport, bitmap);
+    PaintGrabbers(bitmap);
+    Survives("Paint");
+}
+
+void TChaosItem::MouseDown(TWorldViewport* viewport, TPoint point) {
+    if (Survives("MouseDown"))
+        TBaseObjectLayerItem::MouseDown(viewport, point);
+}
+
+void TChaosItem::MouseMove(TWorldViewport* viewport, TPoint point, bool isDown) {
+    if (Survives("MouseMove"))
+        TBaseObjectLayerItem::MouseMove(viewport, point, isDown);
+}
+
 TChaosServices::TChaosServices(const TSharedHooks& hooks)
     : FMsgBox(std::make_shared<TMsgBoxes>(hooks)),
       FInputBox(std::make_shared<TInputBoxes>(hooks)),
@@ -343,6 +384,7 @@ void TChaosScene::ShowWidgets() {
             Rulers()->Add(std::make_unique<TRulerItem>(orientation, at, 0xFFFF8000));
     for (const int at : {5, 10})
         Points()->GetPoints().Add(std::make_unique<TInfoQueryPoint>(Points(), TMapPoint(at, at), 0xFFFF8000));
+    AddAnnotations();
     Table = std::make_unique<TMapViewInfoQueryListControl>();
     Table->AddCursorInfoQueryPoint();
     Table->SetIQPLayer(Points());
@@ -353,6 +395,25 @@ void TChaosScene::ShowWidgets() {
     Panel->show();
     Table->show();
     Settle();
+}
+
+// One of each kind, and above them two of the host's own.
+void TChaosScene::AddAnnotations() {
+    TObjectMapLayer* layer = Objects();
+    TObjectList<TBaseObjectLayerItem>& items = layer->GetObjects();
+    auto* legend =
+        items.Add(std::make_unique<TLegendObjectLayerItem>(layer, Raster.Get(), TLegendOrientation::loVertical));
+    legend->SetPalettePainterFilterCallback([hooks = Hooks](int, const TPaletteValueColorItem&) {
+        hooks->Call(QStringLiteral("Legend.Filter"));
+        return true;
+    });
+    items.Add(std::make_unique<TShapeLegendObjectLayerItem>(layer));
+    items.Add(std::make_unique<TImageObjectLayerItem>(layer))->SetImage(new TBitmap32(10, 10));
+    items.Add(std::make_unique<TCompassRoseObjectLayerItem>(layer))->SetRect({5, 5, 35, 35});
+    items.Add(std::make_unique<TTextBoxObjectLayerItem>(layer))->SetText(QStringLiteral("chaos"));
+    items.Add(std::make_unique<TRectangleObjectTypeItem>(layer))->SetRect({5, 5, 20, 20});
+    for (int i = 0; i < 2; ++i)
+        items.Add(std::make_unique<TChaosItem>(layer, Hooks));
 }
 
 void TChaosScene::Settle() {
@@ -396,6 +457,8 @@ void TChaosScene::UseOnceMore() {
         Table->SetCursorMapPt({7, 7}, TLatLonWorldSystemFactory::GetObject());
     if (Table)
         Table->RebuildData();
+    if (Objects() && !Objects()->GetObjects().IsEmpty())
+        Objects()->SetSelectedObject(Objects()->GetObjects()[0]);
     if (Manager)
         AddLayer();
     Settle();

@@ -11,6 +11,7 @@
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxPinMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
@@ -75,6 +76,24 @@ private:
     TSharedHooks FHooks;
 };
 
+/// An annotation of the host's own that calls "Item.Paint" and so on.
+class TChaosItem final : public TBaseObjectLayerItem {
+public:
+    TChaosItem(TObjectMapLayer* layer, TSharedHooks hooks);
+
+    QString GetObjectType() const override { return QStringLiteral("Chaos"); }
+    QString GetObjectClassType() const override { return {}; }
+    void SetRect(const TRect& rect) override;
+    void Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) override;
+    void MouseDown(TWorldViewport* viewport, TPoint point) override;
+    void MouseMove(TWorldViewport* viewport, TPoint point, bool isDown) override;
+
+private:
+    bool Survives(const char* operation) const;
+
+    TSharedHooks FHooks;
+};
+
 /// One answer to every question, after `place` was called.
 struct TChaosServices {
     explicit TChaosServices(const TSharedHooks& hooks);
@@ -105,6 +124,7 @@ struct TChaosScene {
     TRulerMapLayer* Rulers() const { return View ? View->GetSpRulersLayer() : nullptr; }
     TInfoQueryPointLayer* Points() const { return View ? View->GetSpInfoQueryPointsLayer() : nullptr; }
     TSelectionMapLayer* Selection() const { return View ? View->GetSpSelectionLayer() : nullptr; }
+    TObjectMapLayer* Objects() const { return View ? View->GetSpObjectLayer() : nullptr; }
 
     TSharedHooks Hooks = std::make_shared<TChaosHooks>();
     TChaosServices Services{Hooks};
@@ -131,6 +151,7 @@ struct TChaosScene {
 
 private:
     void FillManager();
+    void AddAnnotations();
     void ShowWidgets();
 };
 
