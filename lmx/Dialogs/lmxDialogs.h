@@ -2,4 +2,9 @@
 
 /// Everything that a host may use of this room: the forms that edit what is on a map.
 
+#include <lmx/Dialogs/lmxCompassRoseObjectDialog.h>
+#include <lmx/Dialogs/lmxGeneralOptionsObjectDialog.h>
+#include <lmx/Dialogs/lmxLegendObjectDialog.h>
+#include <lmx/Dialogs/lmxObjectDialog.h>
 #include <lmx/Dialogs/lmxRulerDialog.h>
+#include <lmx/Dialogs/lmxTextObjectDialog.h>

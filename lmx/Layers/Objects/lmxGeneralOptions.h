@@ -2,6 +2,7 @@
 
 #include <lmx/Graphics/lmxColor32.h>
 #include <lmx/Runtime/lmxExport.h>
+#include <lmx/Runtime/lmxLifetime.h>
 
 namespace lmx {
 
@@ -28,6 +29,8 @@ public:
     bool GetIsVisible() const { return FIsVisible; }
     void SetIsVisible(bool isVisible) { FIsVisible = isVisible; }
 
+    const TLifetime& GetLifetime() const { return FLifetime; }
+
 private:
     bool FShowBg = true;
     bool FLockObject = false;
@@ -35,6 +38,7 @@ private:
     TColor32 FBorderColor = Color32(0, 0, 0, 200);
     bool FShowBorder = false;
     bool FIsVisible = true;
+    TLifetime FLifetime;
 };
 
 } // namespace lmx
