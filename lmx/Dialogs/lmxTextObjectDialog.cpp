@@ -164,7 +164,6 @@ void TTextObjectDialog::SetText(const QString& text) {
     FGivenText = text;
     FText->setPlainText(text);
     FText->document()->setModified(false);
-    FText->moveCursor(QTextCursor::End);
 }
 
 QString TTextObjectDialog::GetFontName() const {
@@ -235,42 +234,62 @@ void TTextObjectDialog::SetTextAlign(TAlignment align) {
 }
 
 void TTextObjectDialog::FontChange() {
-    TFont32 chosen;
-    chosen.Name = GetFontName();
     QFont shown = FText->font();
-    shown.setFamilies(MakeFont(chosen, TFontSmoothing::fsGrey).families());
+    TakeName(shown);
     FText->setFont(shown);
 }
 
-// While it is typed a size may be no number; then the text keeps the one it has.
 void TTextObjectDialog::FontSizeChange() {
-    const auto size = TypedSize();
-    if (!size)
-        return;
     QFont shown = FText->font();
-    shown.setPixelSize(FontPixels(*size));
+    TakeSize(shown);
     FText->setFont(shown);
 }
 
 void TTextObjectDialog::UpdateFont() {
-    const TFontStyles styles = GetFontStyles();
     QFont shown = FText->font();
-    shown.setBold(styles.Contains(TFontStyle::fsBold));
-    shown.setItalic(styles.Contains(TFontStyle::fsItalic));
-    shown.setUnderline(styles.Contains(TFontStyle::fsUnderline));
+    TakeStyles(shown);
     FText->setFont(shown);
+    TakeAlignment();
+}
+
+void TTextObjectDialog::TakeName(QFont& font) const {
+    TFont32 chosen;
+    chosen.Name = GetFontName();
+    font.setFamilies(MakeFont(chosen, TFontSmoothing::fsGrey).families());
+}
+
+// While it is typed a size may be no number; then the text keeps the one it has.
+void TTextObjectDialog::TakeSize(QFont& font) const {
+    if (const auto size = TypedSize())
+        font.setPixelSize(FontPixels(*size));
+}
+
+void TTextObjectDialog::TakeStyles(QFont& font) const {
+    const TFontStyles styles = GetFontStyles();
+    font.setBold(styles.Contains(TFontStyle::fsBold));
+    font.setItalic(styles.Contains(TFontStyle::fsItalic));
+    font.setUnderline(styles.Contains(TFontStyle::fsUnderline));
+}
+
+void TTextObjectDialog::TakeAlignment() {
     const TAlignment align = FRight->GetSelected()    ? TAlignment::taRightJustify
                              : FCenter->GetSelected() ? TAlignment::taCenter
                                                       : TAlignment::taLeftJustify;
     QTextOption option = FText->document()->defaultTextOption();
+    if (option.alignment() == ToQt(align))
+        return;
     option.setAlignment(ToQt(align));
     FText->document()->setDefaultTextOption(option);
 }
 
+// One change of the font, since each lays a long text out anew.
 void TTextObjectDialog::showEvent(QShowEvent* event) {
-    FontChange();
-    FontSizeChange();
-    UpdateFont();
+    QFont shown = FText->font();
+    TakeName(shown);
+    TakeSize(shown);
+    TakeStyles(shown);
+    FText->setFont(shown);
+    TakeAlignment();
     TObjectDialog::showEvent(event);
 }
 

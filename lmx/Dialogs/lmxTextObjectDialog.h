@@ -13,6 +13,7 @@
 
 QT_BEGIN_NAMESPACE
 class QComboBox;
+class QFont;
 class QLayout;
 class QPlainTextEdit;
 QT_END_NAMESPACE
@@ -69,6 +70,10 @@ private:
     void FontChange();
     void FontSizeChange();
     void UpdateFont();
+    void TakeName(QFont& font) const;
+    void TakeSize(QFont& font) const;
+    void TakeStyles(QFont& font) const;
+    void TakeAlignment();
     void Refuse(const QString& message, const QString& title, QComboBox* box);
 
     std::unique_ptr<TScreenFonts> FScreenFonts;
