@@ -11,6 +11,7 @@
 #include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
 #include <lmx/Controls/Legend/lmxMapViewPaletteValueControl.h>
 #include <lmx/Controls/Legend/lmxMapViewShapeExplorerControl.h>
+#include <lmx/Controls/Legend/lmxObjectLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxPaletteLegendControl.h>
 #include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>

@@ -43,6 +43,13 @@ QComboBox* MakeBox(const char* name, int letters, QWidget* parent) {
     return box;
 }
 
+/// Tells nobody. The list opens at the text, if it is in there.
+void SetBoxText(QComboBox& box, const QString& text) {
+    const QSignalBlocker silence(box);
+    box.setCurrentIndex(box.findText(text, Qt::MatchFixedString));
+    box.setEditText(text);
+}
+
 QLabel* MakeLabel(const QString& text, QWidget* target, QWidget* parent) {
     auto* label = new QLabel(text, parent);
     label->setBuddy(target);
@@ -144,7 +151,7 @@ void TTextObjectDialog::FillFonts() {
     FFont->setMaxVisibleItems(16);
     if (auto* list = qobject_cast<QListView*>(FFont->view()))
         list->setUniformItemSizes(true);
-    FFont->setEditText(FScreenFonts->NameOf(font()));
+    SetBoxText(*FFont, FScreenFonts->NameOf(font()));
 }
 
 // Without completion: who types 1 does not mean 10.
@@ -153,7 +160,7 @@ void TTextObjectDialog::FillSizes() {
         FFontSize->addItem(IntToStr(size));
     FFontSize->setMaxVisibleItems(static_cast<int>(std::size(OfferedSizes)));
     FFontSize->setCompleter(nullptr);
-    FFontSize->setEditText(QStringLiteral("14"));
+    SetBoxText(*FFontSize, QStringLiteral("14"));
 }
 
 QString TTextObjectDialog::GetText() const {
@@ -172,8 +179,7 @@ QString TTextObjectDialog::GetFontName() const {
 }
 
 void TTextObjectDialog::SetFontName(const QString& name) {
-    const QSignalBlocker silence(FFont);
-    FFont->setEditText(name);
+    SetBoxText(*FFont, name);
 }
 
 std::optional<int> TTextObjectDialog::TypedSize() const {
@@ -190,8 +196,7 @@ int TTextObjectDialog::GetFontSize() const {
 }
 
 void TTextObjectDialog::SetFontSize(int size) {
-    const QSignalBlocker silence(FFontSize);
-    FFontSize->setEditText(IntToStr(size));
+    SetBoxText(*FFontSize, IntToStr(size));
 }
 
 TFontStyles TTextObjectDialog::GetFontStyles() const {

@@ -10,6 +10,7 @@
 #include <lmx/Controls/Legend/lmxMapViewClassPaletteLegendControl.h>
 #include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
 #include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
+#include <lmx/Controls/Legend/lmxObjectLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
 
@@ -78,8 +79,8 @@ TBaseLegendControl* CreateVectorFileLegendControl(TColor color, TLegendColorEven
     return control;
 }
 
-TBaseLegendControl* CreateObjectLegendControl(TObjectMapLayer*) {
-    return nullptr;
+TBaseLegendControl* CreateObjectLegendControl(TObjectMapLayer* layer) {
+    return CanHaveControls() ? TObjectLayerLegendControl::CreateComp(nullptr, layer) : nullptr;
 }
 
 void ShowLegendColor(TBaseLegendControl* legend, TColor color) {

@@ -91,6 +91,20 @@ TEST_F(TextObjectDialog, OffersTheFontsOfTheScreenAndTwelveSizes) {
     EXPECT_EQ(sizes, (QStringList{"8", "10", "12", "14", "16", "18", "22", "26", "32", "40", "46", "52"}));
 }
 
+TEST_F(TextObjectDialog, OpensItsListsAtWhatTheySay) {
+    EXPECT_EQ(Box("cbFont").itemText(Box("cbFont").currentIndex()), FormFont());
+    EXPECT_EQ(Box("cbFontSize").currentIndex(), 3);
+    Dialog->SetFontName(TScreenFonts().GetNames().last());
+    Dialog->SetFontSize(26);
+    EXPECT_EQ(Box("cbFont").currentIndex(), Box("cbFont").count() - 1);
+    EXPECT_EQ(Box("cbFontSize").currentIndex(), 7);
+    Dialog->SetFontName(NoSuchFont);
+    Dialog->SetFontSize(27);
+    EXPECT_EQ(Box("cbFont").currentIndex(), -1);
+    EXPECT_EQ(Box("cbFont").currentText(), NoSuchFont);
+    EXPECT_EQ(Box("cbFontSize").currentText(), "27");
+}
+
 // With a thousand fonts on the screen: no row is measured or drawn in letters of its own.
 TEST_F(TextObjectDialog, ShowsFontNamesInTheLettersOfTheForm) {
     QComboBox& box = Box("cbFont");

@@ -36,6 +36,12 @@ void LinesAtRight(TGlyphPainter& glyph) {
     glyph.Polyline({{9, 14}, {16, 14}});
 }
 
+/// Three parts of one colour and one of another.
+QColor Mix(const QColor& most, const QColor& rest) {
+    const auto mix = [](int a, int b) { return (3 * a + b) / 4; };
+    return {mix(most.red(), rest.red()), mix(most.green(), rest.green()), mix(most.blue(), rest.blue())};
+}
+
 bool IsLetter(TFace face) {
     return face == TFace::Bold || face == TFace::Italic || face == TFace::Underline;
 }
@@ -70,12 +76,10 @@ void TTextStyleButton::RenderToggleState(QPainter& canvas, bool state) {
     IsLetter(FFace) ? PaintLetter(canvas) : PaintLines(canvas);
 }
 
-// A frame too, so that the state does not show by the colour alone.
+// A frame too, so that the state does not show by the colour alone; and a ground on which any ink is read.
 void TTextStyleButton::PaintPressed(QPainter& canvas) const {
     const QColor frame = palette().color(QPalette::Active, QPalette::Highlight);
-    QColor ground = frame;
-    ground.setAlpha(60);
-    DrawBoxOnGrid(canvas, rect().adjusted(2, 2, -2, -2), frame, ground);
+    DrawBoxOnGrid(canvas, rect().adjusted(2, 2, -2, -2), frame, Mix(palette().color(QPalette::Window), frame));
 }
 
 void TTextStyleButton::PaintLetter(QPainter& canvas) const {
