@@ -1,4 +1,5 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
+#include <lmx/Layers/Objects/lmxRectangleObjectTypeItem.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Controls/ChaosTables.h>
 
@@ -93,12 +94,14 @@ const std::vector<TDeed>& ChaosDeeds() {
         {"delete the map control", [](S& s) { s.Map.reset(); }, true},
         {"delete the panel", [](S& s) { s.Panel.reset(); }, true},
         {"delete the table", [](S& s) { s.Table.reset(); }, true},
+        {"delete the list of annotations", [](S& s) { s.ObjectList.reset(); }, true},
         {"delete everything",
          [](S& s) {
              s.View.reset();
              s.Map.reset();
              s.Panel.reset();
              s.Table.reset();
+             s.ObjectList.reset();
              s.Manager.reset();
          },
          true},
@@ -113,7 +116,7 @@ const std::vector<TDeed>& ChaosDeeds() {
                  s.View->ZoomTo(s.Layer.Get());
          }},
         {"resize", View([](auto& v) { v.resize(75, 55); })},
-        {"repaint at once", View([](auto& v) { v.repaint(); })},
+        {"repaint at once", View([](auto& v) { v.repaint(); }), true},
         {"grab", View([](auto& v) { v.grab(); })},
         {"handle events", [](S&) { QCoreApplication::processEvents(); }},
         {"click",
@@ -180,6 +183,16 @@ const std::vector<TDeed>& ChaosDeeds() {
          }},
         {"no selected annotation", With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.SetSelectedObject(nullptr); })},
         {"another ratio", With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.SetDeviceRatio(1.5); })},
+        {"no annotations", With<TObjectMapLayer>(&S::Annotations, [](auto& l) { l.GetObjects().Clear(); })},
+        {"an annotation at the bottom",
+         With<TObjectMapLayer>(
+             &S::Annotations,
+             [](auto& l) { l.GetObjects().Insert(0, std::make_unique<TRectangleObjectTypeItem>(&l)); })},
+        {"remove the object layer",
+         [](S& s) {
+             if (s.Manager && s.Annotations)
+                 s.Manager->GetLayers().Remove(s.Annotations.Get());
+         }},
         {"no legend", With<TChaosLayer>(&S::Layer, [](auto& l) { l.SetLegendComponent(nullptr); })},
         {"a panel without a layer",
          [](S& s) {

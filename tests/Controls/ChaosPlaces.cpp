@@ -3,12 +3,17 @@
 #include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/lmxRulerListView.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
+#include <lmx/Dialogs/lmxLegendObjectDialog.h>
 #include <lmx/Layers/lmxLayerStackPainter.h>
+#include <lmx/Widgets/lmxDrawnListView.h>
 #include <lmx/Widgets/lmxEventGuard.h>
+#include <lmx/Widgets/lmxPngButton.h>
 #include <tests/Controls/ChaosTables.h>
 
 #include <QApplication>
 #include <QDialog>
+#include <QMenu>
+#include <QPointer>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -83,16 +88,65 @@ void RenderBuffered(TChaosScene& s) {
     EXPECT_TRUE(PumpUntilRendersEnd());
 }
 
-// Confirms the dialog that `open` shows, after the host was called at "Dialog".
+// Has the next dialog confirmed, after the host was called at "Dialog" and the dialog was used; one that does not close
+// is cancelled.
+void ConfirmNext(TChaosScene& s, const std::function<void(QDialog&)>& use = {}) {
+    QTimer::singleShot(0, [hooks = s.Hooks, use] {
+        GuardEvent(nullptr, [&] { hooks->Call(QStringLiteral("Dialog")); });
+        const QPointer<QDialog> dialog(qobject_cast<QDialog*>(QApplication::activeModalWidget()));
+        if (dialog && use)
+            use(*dialog);
+        if (auto* ok = dialog ? dialog->findChild<QAbstractButton*>(QStringLiteral("btnOK")) : nullptr)
+            ok->click();
+        if (dialog && dialog->isVisible())
+            dialog->reject();
+    });
+}
+
 void InDialog(TChaosScene& s, void (TMapViewRulersPanelControl::*open)()) {
     if (!s.Panel || !s.Panel->GetRulersLayer())
         return;
-    QTimer::singleShot(0, [hooks = s.Hooks] {
-        GuardEvent(nullptr, [&] { hooks->Call(QStringLiteral("Dialog")); });
-        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-            dialog->accept();
-    });
+    ConfirmNext(s);
     (s.Panel.get()->*open)();
+}
+
+// Adds an annotation of a kind by the menu.
+TUse AddingObject(int kind) {
+    return [kind](TChaosScene& s) {
+        if (!s.ObjectList || !s.ObjectList->GetLayer())
+            return;
+        ConfirmNext(s);
+        s.ObjectList->GetAddMenu()->actions()[kind]->trigger();
+    };
+}
+
+// Edits one of the annotations with which the scene begins, by its row.
+TUse EditingObject(int row, const std::function<void(QDialog&)>& use = {}) {
+    return [row, use](TChaosScene& s) {
+        if (s.ObjectList)
+            s.ObjectList->GetLayerList()->SelectRow(row);
+        if (!s.ObjectList || !s.ObjectList->GetEditButton()->isEnabled())
+            return;
+        ConfirmNext(s, use);
+        s.ObjectList->EditButton_OnClick();
+    };
+}
+
+void DeleteInObjectList(TChaosScene& s) {
+    if (s.ObjectList)
+        s.ObjectList->GetLayerList()->SelectRow(1);
+    if (s.ObjectList)
+        s.ObjectList->DelButton_OnClick();
+}
+
+void ChooseColor(QDialog& dialog) {
+    if (auto* button = dialog.findChild<QAbstractButton*>(QStringLiteral("bgColorBtn")))
+        button->click();
+}
+
+void MissLayer(QDialog& dialog) {
+    if (auto* legend = dynamic_cast<TLegendObjectDialog*>(&dialog))
+        legend->SetLayers({});
 }
 
 void SelectRuler(TChaosScene& s) {
@@ -129,6 +183,7 @@ const std::vector<TPlace>& ChaosPlaces() {
     using S = TChaosScene;
     using I = ILayerManager;
     using L = TBaseMapLayer;
+    using O = TObjectMapLayer;
     const TUse setMode = View([](auto& v) { v.SetMode(TMapMode::mdPan); });
     const TUse setCustomMode = View([](auto& v) { v.SetMode(TMapMode::mdCustom); });
     const TUse pan = View([](auto& v) { v.GetViewport()->SetTranslation({3, 5}); });
@@ -368,6 +423,19 @@ const std::vector<TPlace>& ChaosPlaces() {
         {"Shape.OnLegendComponentChanged", On(&S::Shape, &L::GetOnLegendComponentChanged), legendColor},
         {"MsgBox.Error of a legend", Hook("MsgBox.Error"), exploreShape},
         {"Menu", Hook("Menu"), menuItem},
+        {"Objects.OnObjectAdded by the list", On(&S::Annotations, &O::GetOnObjectAdded), AddingObject(4)},
+        {"Objects.OnObjectAdded by a dialog", On(&S::Annotations, &O::GetOnObjectAdded), AddingObject(1)},
+        {"Objects.OnObjectRemoved by the list", On(&S::Annotations, &O::GetOnObjectRemoved), DeleteInObjectList},
+        {"Objects.OnObjectSelected by the list", On(&S::Annotations, &O::GetOnObjectSelected), DeleteInObjectList},
+        {"Objects.OnObjectChanged by a dialog", On(&S::Annotations, &O::GetOnObjectChanged), EditingObject(1)},
+        {"Objects.OnInvalidated by a dialog", On(&S::Annotations, &L::GetOnInvalidated), EditingObject(2)},
+        {"ColorChooser.Execute of a dialog", Hook("ColorChooser.Execute"), EditingObject(3, ChooseColor)},
+        {"MsgBox.Info of a dialog", Hook("MsgBox.Info"), EditingObject(1, MissLayer)},
+        {"Dialog of a new text box", Hook("Dialog"), AddingObject(1)},
+        {"Dialog of a text box", Hook("Dialog"), EditingObject(0)},
+        {"Dialog of a legend", Hook("Dialog"), EditingObject(1)},
+        {"Dialog of a compass rose", Hook("Dialog"), EditingObject(2)},
+        {"Dialog of a rectangle", Hook("Dialog"), EditingObject(3)},
         {"Dialog of a new ruler", Hook("Dialog"), addDialog},
         {"Dialog of a ruler", Hook("Dialog"), editDialog},
     };

@@ -36,6 +36,8 @@ private:
         if (FNext == FDeeds.size() || FIsActing || (FDeeds[FNext]->EndsWidget && scene.PlatformCalls > 0))
             return;
         const TDeed& deed = *FDeeds[FNext++];
+        if (qEnvironmentVariableIsSet("LMX_CHAOS_TRACE"))
+            std::cerr << "  " << deed.Name << '\n';
         FIsActing = true;
         struct TEnd {
             bool& IsActing;
@@ -61,8 +63,11 @@ public:
         TChaosScene scene([this](TChaosScene& s) { Arm(s, true); });
         Arm(scene, false);
         FIsSetUp = true;
-        for (const TPlace* place : triggered)
+        for (const TPlace* place : triggered) {
+            if (qEnvironmentVariableIsSet("LMX_CHAOS_TRACE"))
+                std::cerr << " at " << place->Name << '\n';
             GuardEvent(nullptr, [&] { place->Trigger(scene); });
+        }
         scene.Settle();
         GuardEvent(nullptr, [&] { scene.UseOnceMore(); });
     }

@@ -5,16 +5,19 @@
 #include <tests/Support/NumberedImage.h>
 #include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxImageObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxLegendObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxRectangleObjectTypeItem.h>
 #include <lmx/Layers/Objects/lmxShapeLegendObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxTextBoxObjectLayerItem.h>
+#include <lmx/Widgets/lmxDrawnListView.h>
 #include <tests/Support/ShapeBytes.h>
 #include <tests/Support/TestLayer.h>
 #include <tests/Support/VectorBytes.h>
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QFontDatabase>
 #include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QThread>
@@ -75,7 +78,7 @@ class TMsgBoxes final : public IMsgBoxService {
 public:
     explicit TMsgBoxes(TSharedHooks hooks) : FHooks(std::move(hooks)) {}
     void Error(const QString&, const QString&, QWidget*) override { FHooks->Call(QStringLiteral("MsgBox.Error")); }
-    void Info(const QString&, const QString&, QWidget*) override {}
+    void Info(const QString&, const QString&, QWidget*) override { FHooks->Call(QStringLiteral("MsgBox.Info")); }
     bool YesNo(const QString&, const QString&, QWidget*) override { return true; }
     void ShowMessage(const QString&) override { FHooks->Call(QStringLiteral("MsgBox.ShowMessage")); }
 
@@ -327,6 +330,7 @@ TChaosScene::~TChaosScene() {
     Hooks->Clear();
     Subscriptions.clear();
     View.reset();
+    ObjectList.reset();
     Table.reset();
     Panel.reset();
     Map.reset();
@@ -360,11 +364,24 @@ void TChaosScene::FillManager() {
     Vector->SetVectorFile(ChaosVector());
     Buffered = Manager->GetLayers().Add(std::make_unique<TChaosBufferedLayer>(Manager, Hooks));
     Buffered->SetColor(0xFF808080);
+    FillAnnotations();
     for (TBaseMapLayer* layer : {static_cast<TBaseMapLayer*>(Shape.Get()), static_cast<TBaseMapLayer*>(Vector.Get()),
                                  static_cast<TBaseMapLayer*>(Buffered.Get())})
         layer->SetIsReadyToDraw(true);
     Manager->SetSelLayer(Layer.Get());
     Mode = std::make_shared<TChaosMode>(Hooks);
+}
+
+void TChaosScene::FillAnnotations() {
+    Annotations = Manager->GetLayers().Add(std::make_unique<TObjectMapLayer>(Manager, true));
+    TObjectMapLayer* const layer = Annotations.Get();
+    const auto add = [&](auto item) { layer->GetObjects().Add(std::move(item)); };
+    add(std::make_unique<TTextBoxObjectLayerItem>(layer, QStringLiteral("a"), QFontDatabase::families().value(0), 10,
+                                                  clBlack, TFontStyles(), TAlignment::taCenter));
+    add(std::make_unique<TLegendObjectLayerItem>(layer, Raster.Get(), TLegendOrientation::loVertical));
+    add(std::make_unique<TCompassRoseObjectLayerItem>(layer));
+    add(std::make_unique<TRectangleObjectTypeItem>(layer));
+    add(std::make_unique<TShapeLegendObjectLayerItem>(layer));
 }
 
 void TChaosScene::ShowWidgets() {
@@ -394,6 +411,8 @@ void TChaosScene::ShowWidgets() {
     Map->show();
     Panel->show();
     Table->show();
+    ObjectList.reset(TObjectLayerLegendControl::CreateComp(nullptr, Annotations.Get()));
+    ObjectList->show();
     Settle();
 }
 
@@ -459,6 +478,10 @@ void TChaosScene::UseOnceMore() {
         Table->RebuildData();
     if (Objects() && !Objects()->GetObjects().IsEmpty())
         Objects()->SetSelectedObject(Objects()->GetObjects()[0]);
+    if (Annotations)
+        Annotations->GetObjects().Add(std::make_unique<TRectangleObjectTypeItem>(Annotations.Get()));
+    if (ObjectList)
+        ObjectList->GetLayerList()->SelectRow(0);
     if (Manager)
         AddLayer();
     Settle();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Colour/lmxBaseColorCalculator.h>
+#include <lmx/Controls/Legend/lmxObjectLayerLegendControl.h>
 #include <lmx/Controls/lmxMapControl.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
@@ -106,8 +107,8 @@ private:
     TServiceScope<TClipboard> FClipboard;
 };
 
-/// A view, a map control, a rulers panel and a table of query points on one manager with a layer of each kind, shown
-/// and painted. Any of them may be gone; whoever uses one asks first.
+/// A view, a map control, a rulers panel, a table of query points and a list of annotations on one manager with a layer
+/// of each kind, shown and painted. Any of them may be gone; whoever uses one asks first.
 struct TChaosScene {
     /// `beforeViews` runs when there is a filled manager and nobody listens to it yet.
     explicit TChaosScene(const std::function<void(TChaosScene&)>& beforeViews = {});
@@ -141,6 +142,7 @@ struct TChaosScene {
     TBorrowed<TShapeFileLayer> Shape;
     TBorrowed<TVectorFileLayer> Vector;
     TBorrowed<TChaosBufferedLayer> Buffered;
+    TBorrowed<TObjectMapLayer> Annotations;
 
     /// Above 0 while the platform stands in the middle of painting, showing or resizing the view, which must then stay.
     int PlatformCalls = 0;
@@ -148,10 +150,12 @@ struct TChaosScene {
     std::unique_ptr<TMapControl> Map;
     std::unique_ptr<TMapViewRulersPanelControl> Panel;
     std::unique_ptr<TMapViewInfoQueryListControl> Table;
+    std::unique_ptr<TObjectLayerLegendControl> ObjectList;
 
 private:
     void FillManager();
     void AddAnnotations();
+    void FillAnnotations();
     void ShowWidgets();
 };
 
