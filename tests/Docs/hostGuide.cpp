@@ -158,6 +158,20 @@ struct TQuietMessages : lmx::IMsgBoxService {
     lmx::TMsgBox::SetService(std::make_shared<TQuietMessages>());
 }
 
+[[maybe_unused]] lmx::TObjectLayerLegendControl* Annotations(lmx::TMapViewControl& view, lmx::TTextBoxObjectLayerItem* box,
+                                                             QWidget* parent) {
+    auto* annotations = lmx::TObjectLayerLegendControl::CreateComp(parent, view.GetSpObjectLayer());
+
+    lmx::TTextObjectDialog dialog(parent);
+    dialog.SetText(box->GetText());
+    dialog.GetGeneralOptions().UpdateOptions(box);   // what "More options..." edits
+    if (dialog.ShowModal() == lmx::TModalResult::mrOk) {
+        box->SetText(dialog.GetText());
+        dialog.GetGeneralOptions().UpdateObject(box);
+    }
+    return annotations;
+}
+
 [[maybe_unused]] lmx::TIdrisiMapLayer* Rasters(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
                                                const std::shared_ptr<lmx::IBaseColorCalculator>& calculator) {
     auto layer = std::make_unique<lmx::TIdrisiMapLayer>(manager);
