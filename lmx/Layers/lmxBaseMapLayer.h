@@ -79,6 +79,7 @@ public:
     /// The extent and the world system in which it is to be read; all zero and no world system until set.
     const TWorldMapArea& GetLayerArea() const { return FLayerArea; }
     void SetLayerArea(const TWorldMapArea& area);
+    void StoreLayerArea(const TWorldMapArea& area) { FLayerArea = area; } ///< tells nobody; for documents
     /// The legend control, or nil. Replacing frees the old one. The host's form owns a control that has a parent; one
     /// without goes with its layer.
     TBaseLegendControl* GetLegendComponent() const;

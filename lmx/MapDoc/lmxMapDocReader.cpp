@@ -1,0 +1,153 @@
+#include <lmx/MapDoc/lmxMapDocReader.h>
+
+#include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Layers/lmxLayerFactory.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRasterMapLayer.h>
+#include <lmx/MapDoc/Private/lmxManifest.h>
+#include <lmx/MapDoc/lmxMapDocResourcePersist.h>
+#include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxNumberText.h>
+
+#include <utility>
+
+namespace lmx {
+
+namespace {
+
+void CheckVersion(int version) {
+    if (version > MapDocVersion)
+        throw EMapDocReaderError(QStringLiteral("MapDoc version error"));
+}
+
+/// Calls `load` for each `layer` element that has all that a layer needs, whatever becomes of the others.
+template<class Load>
+void ForEachLayer(TXmlNode list, Load&& load) {
+    for (const TXmlNode node : list.GetChildren()) {
+        if (node.GetName() != Manifest::Layer || !HasDefaultLayerProperties(node))
+            continue;
+        try {
+            load(node);
+        } catch (...) { // a layer that cannot be read is missing from the map, and the map is still worth having
+        }
+    }
+}
+
+void ShowPlace(TMapViewControl& control, extended zoom, const TMapPoint& center) {
+    const TBorrowed self(&control);
+    if (!control.WorldCreated())
+        throw EInvalidOperation(QStringLiteral("World not created"));
+    control.GetViewport()->SetScale(zoom);
+    if (self && control.WorldCreated())
+        control.SetCenter(center);
+}
+
+} // namespace
+
+TMapDocReader::TMapDocReader(QString documentTypeID, std::shared_ptr<ILayerFactory> layerFactory,
+                             std::shared_ptr<IMapDocLayerPersistFactory> layerPersistFactory)
+    : FDocumentTypeID(std::move(documentTypeID)),
+      FLayerFactory(std::move(layerFactory)),
+      FLayerPersistFactory(std::move(layerPersistFactory)) {
+    if (!FLayerFactory)
+        throw EArgumentException(QStringLiteral("LayerFactory"));
+    if (!FLayerPersistFactory)
+        throw EArgumentNilException(QStringLiteral("LayerPersistFactory"));
+}
+
+void TMapDocReader::Read(const QString& fileName, TMapViewControl* control) {
+    RequireLayerManager(control);
+    TMapDocResourcePersist resources(fileName, TMapDocPersistMode::pmRead);
+    resources.SetMostBytes(FLimits.EntryBytes);
+    Read(resources, control);
+}
+
+void TMapDocReader::Read(TMapDocResourcePersist& resources, TMapViewControl* control) {
+    const std::shared_ptr<ILayerManager> manager = RequireLayerManager(control);
+    const TXmlDocument document = ReadManifest(resources, FLimits.ManifestBytes, FLimits.Depth);
+    const TXmlNode root = document.GetRoot();
+    int version = 0;
+    QString documentTypeID;
+    QString title;
+    QString refSystem;
+    extended zoom = 0;
+    TMapPoint center;
+    ProcessRoot(root, version, documentTypeID, title, refSystem, zoom, center);
+
+    const TBorrowed self(control); // whoever hears of a layer may close the map
+    if (const auto system = TWorldSystemFactory::GetObject(refSystem))
+        control->CreateWorldAndViewport(system);
+    manager->SetTitle(title);
+    LoadLayers(version, root.Child(Manifest::Layers), manager, resources);
+    LoadSpecialLayers(version, root.Child(Manifest::SpecialLayers), manager, resources);
+    if (self)
+        ShowPlace(*control, zoom, center);
+}
+
+void TMapDocReader::ProcessRoot(TXmlNode root, int& version, QString& documentTypeID, QString& title,
+                                QString& refSystem, extended& zoom, TMapPoint& center) const {
+    if (root.IsEmpty())
+        throw EMapDocReaderError(QStringLiteral("MapDoc root node is null"));
+    for (const QString& name : {Manifest::Version, Manifest::DocTypeID, Manifest::MapTitle, Manifest::RefSystem,
+                                Manifest::ZoomScale, Manifest::Center})
+        if (!root.HasAttribute(name))
+            throw Exception(QStringLiteral("One or more required attributes is missing"));
+    version = StrToInt(root.GetAttribute(Manifest::Version));
+    documentTypeID = root.GetAttribute(Manifest::DocTypeID);
+    title = root.GetAttribute(Manifest::MapTitle);
+    refSystem = root.GetAttribute(Manifest::RefSystem);
+    zoom = StrToFloat(root.GetAttribute(Manifest::ZoomScale));
+    center = {};
+    if (version < MapDocVersion)
+        throw EMapDocReaderError(
+            QStringLiteral("This file has been saved using a more recent version of the application."));
+    if (documentTypeID != FDocumentTypeID)
+        throw EMapDocReaderError(QStringLiteral("Invalid DocTypeID"));
+}
+
+void TMapDocReader::LoadLayers(int version, TXmlNode layers, const std::shared_ptr<ILayerManager>& manager,
+                               TMapDocResourcePersist& resources) {
+    CheckVersion(version);
+    ForEachLayer(layers, [&](TXmlNode node) { LoadLayer(node, manager, resources); });
+}
+
+void TMapDocReader::LoadSpecialLayers(int version, TXmlNode specialLayers,
+                                      const std::shared_ptr<ILayerManager>& manager,
+                                      TMapDocResourcePersist& resources) {
+    CheckVersion(version);
+    ForEachLayer(specialLayers, [&](TXmlNode node) { LoadSpecialLayer(node, manager, resources); });
+}
+
+void TMapDocReader::LoadLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,
+                              TMapDocResourcePersist& resources) {
+    const QString type = node.GetAttribute(Manifest::Type);
+    const auto persist = FLayerPersistFactory->GetPersist(type);
+    if (!persist)
+        return;
+    auto layer = FLayerFactory->CreateLayer(type, manager);
+    const TXmlNode data = node.Child(Manifest::Data);
+    if (!layer || data.IsEmpty())
+        return;
+    ReadDefaultLayerProperties(node, layer.get());
+    persist->ReadLayer(resources, layer.get(), data);
+    if (auto* const raster = dynamic_cast<TRasterMapLayer*>(layer.get()))
+        raster->Render();
+    manager->GetLayers().Add(std::move(layer));
+}
+
+void TMapDocReader::LoadSpecialLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,
+                                     TMapDocResourcePersist& resources) {
+    const QString type = node.GetAttribute(Manifest::Type);
+    const auto persist = FLayerPersistFactory->GetPersist(type);
+    if (!persist)
+        return;
+    const TBorrowed layer(manager->GetSpecialLayerWithType(type));
+    const TXmlNode data = node.Child(Manifest::Data);
+    if (!layer || data.IsEmpty())
+        return;
+    ReadDefaultLayerProperties(node, layer.Get());
+    if (layer)
+        persist->ReadLayer(resources, layer.Get(), data);
+}
+
+} // namespace lmx
