@@ -9,6 +9,7 @@
 #include <lmx/Formats/lmxFormats.h>
 #include <lmx/Graphics/lmxGraphics.h>
 #include <lmx/Layers/lmxLayers.h>
+#include <lmx/MapDoc/lmxMapDoc.h>
 #include <lmx/Raster/lmxRaster.h>
 #include <lmx/Runtime/lmxRuntime.h>
 #include <lmx/Widgets/lmxWidgets.h>
@@ -246,6 +247,27 @@ struct THost : lmx::TEventReceiver {
             shown->Invalidate();
     }
 };
+
+[[maybe_unused]] void Documents(const QString& fileName, lmx::TMapViewControl& view, lmx::TMapViewControl& freshView) {
+    const auto keepers = lmx::TMapDocLayerPersistFactory::GetSingleton();
+    lmx::TMapDocLayerPersistFactory::PopulateDefault(keepers);
+
+    lmx::TMapDocWriter writer("ClimateMap", keepers);
+    writer.Write(fileName, &view, lmx::TMapDocExternalResourcePolicy::erpEmbedIfPossible);
+
+    lmx::TMapDocReader reader("ClimateMap", lmx::TLayerFactory::GetSingleton(), keepers);
+    reader.Read(fileName, &freshView);   // it only adds: a fresh manager gets the map and nothing else
+}
+
+struct TTrackLayerPersist : lmx::IMapDocLayerPersist {
+    void ReadLayer(lmx::TMapDocResourcePersist& resources, lmx::TBaseMapLayer* layer, lmx::TXmlNode data) override;
+    void WriteLayer(lmx::TMapDocResourcePersist& resources, const lmx::TBaseMapLayer* layer, lmx::TXmlNode data,
+                    lmx::TMapDocExternalResourcePolicy policy) override;
+};
+
+[[maybe_unused]] void TTrackLayerPersist::ReadLayer(lmx::TMapDocResourcePersist&, lmx::TBaseMapLayer*, lmx::TXmlNode) {}
+[[maybe_unused]] void TTrackLayerPersist::WriteLayer(lmx::TMapDocResourcePersist&, const lmx::TBaseMapLayer*, lmx::TXmlNode,
+                                                     lmx::TMapDocExternalResourcePolicy) {}
 
 [[maybe_unused]] void Readme(const std::shared_ptr<lmx::IGradient>& gradient) {
     const auto manager = lmx::TLayerManagerFactory::GetObject();
