@@ -195,6 +195,12 @@ QRect TDrawnListView::RowRect(int row) const {
     return cell.isEmpty() ? QRect() : QRect(0, cell.top(), viewport()->width(), cell.height());
 }
 
+// A tree asks all changed rows for their heights, and the first one for its texts. Here all are as high as the font
+// says.
+void TDrawnListView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) {
+    QAbstractItemView::dataChanged(topLeft, bottomRight, roles); // NOLINT(bugprone-parent-virtual-call)
+}
+
 bool TDrawnListView::event(QEvent* event) {
     if (!Selects(event->type()))
         return QTreeView::event(event);

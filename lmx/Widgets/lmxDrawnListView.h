@@ -69,6 +69,9 @@ public:
 
     const TLifetime& GetLifetime() const { return FLifetime; }
 
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                     const QList<int>& roles = QList<int>()) override;
+
 protected:
     bool event(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;

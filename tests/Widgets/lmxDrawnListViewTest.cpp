@@ -356,6 +356,32 @@ TEST_F(DrawnListView, ShowsAFailureOfDrawingOnceUntilRowsChange) {
     EXPECT_EQ(Messages->Shown.size(), 2U);
 }
 
+TEST_F(DrawnListView, AsksForNothingBeforeAChangedRowIsSeen) {
+    for (int i = 0; i < 1000; ++i)
+        Rows->Names.append("more");
+    List->RowsReset();
+    Show();
+    tests::PictureOf(*List);
+    Rows->Asked = 0;
+    Rows->Drawn = 0;
+    List->RowsChanged(0, 1004);
+    List->RowsChanged(0);
+    EXPECT_EQ(Rows->Asked, 0) << "telling of a change makes no text";
+    const int seen = List->viewport()->height() / List->RowRect(0).height() + 1;
+    QTRY_VERIFY(Rows->Drawn > 0);
+    EXPECT_LE(Rows->Drawn, seen);
+    EXPECT_LE(Rows->Asked, 2 * seen) << "and a text is made of each cell that is seen";
+}
+
+TEST_F(DrawnListView, PaintsNothingButTheRowThatHasChanged) {
+    Show();
+    QCoreApplication::processEvents();
+    Rows->Drawn = 0;
+    List->RowsChanged(2);
+    QTRY_VERIFY(Rows->Drawn > 0);
+    EXPECT_EQ(Rows->Drawn, 1);
+}
+
 TEST_F(DrawnListView, LeavesACellEmptyThatCannotBeRead) {
     Rows->TextRaises = true;
     EXPECT_EQ(Text(0, 0), "");
