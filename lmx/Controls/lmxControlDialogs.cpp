@@ -15,6 +15,13 @@
 #include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Dialogs/lmxAddMultipleInfoQueryPointDialog.h>
+#include <lmx/Dialogs/lmxInfoQueryPointDialog.h>
+#include <lmx/Dialogs/lmxRulerDialog.h>
+#include <lmx/Graphics/lmxSystemColors.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
+#include <lmx/Layers/lmxRulerMapLayer.h>
+#include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Widgets/lmxOwnedDialog.h>
 
 #include <memory>
@@ -166,10 +173,31 @@ void EditAnnotation(QWidget* parent, TRectangleObjectTypeItem& item) {
 
 std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget*, const TInfoQueryPoint*) {
     return std::nullopt;
+std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget* parent, const TInfoQueryPoint* present) {
+    TOwnedDialog<TInfoQueryPointDialog> dialog(parent);
+    if (present) {
+        dialog->SetPointX(present->GetPoint().X);
+        dialog->SetPointY(present->GetPoint().Y);
+        dialog->SetPointColor(present->GetColor());
+        dialog->SetPointLabel(present->GetPointLabel());
+    }
+    if (dialog.Execute() != static_cast<int>(TModalResult::mrOk))
+        return std::nullopt;
+    return TQueryPointAnswer{
+        {dialog->GetPointX(), dialog->GetPointY()}, dialog->GetPointColor(), dialog->GetPointLabel()};
 }
 
-std::vector<TQueryPointAnswer> AskForQueryPoints(QWidget*) {
-    return {};
+std::vector<TQueryPointAnswer> AskForQueryPoints(QWidget* parent) {
+    TOwnedDialog<TAddMultipleInfoQueryPointDialog> dialog(parent);
+    if (dialog.Execute() != static_cast<int>(TModalResult::mrOk))
+        return {};
+    std::vector<TQueryPointAnswer> answers;
+    for (const TIQPAItem& item : dialog->GetItems()) {
+        TMapPoint point;
+        if (TryStrToFloat(item.X, point.X) && TryStrToFloat(item.Y, point.Y))
+            answers.push_back({point, Color32(item.Color), item.Label});
+    }
+    return answers;
 }
 
 } // namespace lmx

@@ -142,14 +142,28 @@ void FocusFirst(QWidget& form) {
             return next->setFocus(Qt::TabFocusReason);
 }
 
-/// The controls in the order in which the tab key comes to them.
+/// The control that a widget with the keyboard belongs to: a field in which a list is edited is the list's.
+QWidget* ControlOf(QWidget* focused) {
+    for (QWidget* above = focused; above && !above->isWindow(); above = above->parentWidget())
+        if (qobject_cast<QAbstractItemView*>(above))
+            return above;
+    return focused;
+}
+
+/// The controls in the order in which the tab key comes to them. It may stop several times in a list.
 TWidgets TabStops(QWidget& form) {
+    constexpr int mostKeysInControl = 50;
     TWidgets stops;
     FocusFirst(form);
-    for (QWidget* at = form.focusWidget(); at && std::find(stops.begin(), stops.end(), at) == stops.end();
-         at = form.focusWidget()) {
-        stops.push_back(at);
-        QTest::keyClick(at, Qt::Key_Tab);
+    for (int keys = 0; form.focusWidget() && keys < mostKeysInControl; ++keys) {
+        QWidget* const stop = ControlOf(form.focusWidget());
+        if (stops.empty() || stop != stops.back()) {
+            if (std::find(stops.begin(), stops.end(), stop) != stops.end())
+                break;
+            stops.push_back(stop);
+            keys = 0;
+        }
+        QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
     }
     return stops;
 }

@@ -29,10 +29,10 @@ struct TQueryPointAnswer {
     QString Label;
 };
 
-/// Asks for a query point, beginning with `present`, or with a new one's values if it is nil. No form asks for points:
-/// nothing is answered.
+/// Asks for a query point, beginning with `present`, or with empty texts if it is nil.
 std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget* parent, const TInfoQueryPoint* present);
-/// Asks for any number of points at once; none if it was cancelled. No form asks for them: none is answered.
+/// Asks for any number of points at once; none if it was cancelled. Those whose coordinates are no numbers are left
+/// out.
 std::vector<TQueryPointAnswer> AskForQueryPoints(QWidget* parent);
 
 } // namespace lmx
