@@ -100,6 +100,12 @@ void ConfirmNext(TChaosScene& s, const std::function<void(QDialog&)>& use = {}) 
             ok->click();
         if (dialog && dialog->isVisible())
             dialog->reject();
+// Confirms the dialog that comes up next, after the host was called at "Dialog".
+void ConfirmDialog(TChaosScene& s) {
+    QTimer::singleShot(0, [hooks = s.Hooks] {
+        GuardEvent(nullptr, [&] { hooks->Call(QStringLiteral("Dialog")); });
+        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+            dialog->accept();
     });
 }
 
@@ -147,6 +153,16 @@ void ChooseColor(QDialog& dialog) {
 void MissLayer(QDialog& dialog) {
     if (auto* legend = dynamic_cast<TLegendObjectDialog*>(&dialog))
         legend->SetLayers({});
+    ConfirmDialog(s);
+    (s.Panel.get()->*open)();
+}
+
+void InDialog(TChaosScene& s, void (TMapViewInfoQueryListControl::*open)()) {
+    if (!s.Table || !s.Table->GetIQPLayer() || s.Table->GetRowCount() < 2)
+        return;
+    s.Table->GetList()->SelectRow(1);
+    ConfirmDialog(s);
+    (s.Table.get()->*open)();
 }
 
 void SelectRuler(TChaosScene& s) {
@@ -438,6 +454,12 @@ const std::vector<TPlace>& ChaosPlaces() {
         {"Dialog of a rectangle", Hook("Dialog"), EditingObject(3)},
         {"Dialog of a new ruler", Hook("Dialog"), addDialog},
         {"Dialog of a ruler", Hook("Dialog"), editDialog},
+        {"Dialog of a new query point", Hook("Dialog"),
+         [](S& s) { InDialog(s, &TMapViewInfoQueryListControl::AddSingle_Click); }},
+        {"Dialog of a query point", Hook("Dialog"),
+         [](S& s) { InDialog(s, &TMapViewInfoQueryListControl::Edit_Click); }},
+        {"Dialog of many query points", Hook("Dialog"),
+         [](S& s) { InDialog(s, &TMapViewInfoQueryListControl::AddMultiple_Click); }},
     };
     return places;
 }

@@ -140,14 +140,14 @@ void TIQPAItemsControl::SetPressed(const QModelIndex& index) {
     viewport()->update();
 }
 
-// A colour is chosen as the button goes down, a row is removed as it goes up.
+// A colour is chosen as any button goes down, a row is removed as it goes up.
 void TIQPAItemsControl::mousePressEvent(QMouseEvent* event) {
     const QPersistentModelIndex index = indexAt(event->pos());
     QTableView::mousePressEvent(event);
+    if (index.isValid() && index.column() == TIQPAItems::clColor)
+        return Press(index);
     if (!index.isValid() || event->button() != Qt::LeftButton)
         return;
-    if (index.column() == TIQPAItems::clColor)
-        return Press(index);
     if (index.column() == TIQPAItems::clRemove) {
         FHeld = index;
         return SetPressed(index);

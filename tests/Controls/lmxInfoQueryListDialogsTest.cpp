@@ -1,0 +1,201 @@
+#include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
+#include <lmx/Coordinates/wskWorldSystem.h>
+#include <lmx/Dialogs/lmxAddMultipleInfoQueryPointDialog.h>
+#include <lmx/Dialogs/lmxAddMultipleInfoQueryPointPasteDialog.h>
+#include <lmx/Dialogs/lmxInfoQueryPointDialog.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Runtime/lmxFormatSettings.h>
+#include <lmx/Widgets/lmxPngButton.h>
+#include <tests/Support/ModalAnswer.h>
+#include <tests/Support/ScriptedServices.h>
+#include <tests/Support/WidgetPictures.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+
+namespace lmx {
+namespace {
+
+using tests::TModalAnswer;
+using TOne = TInfoQueryPointDialog;
+using TMany = TAddMultipleInfoQueryPointDialog;
+using TPaste = TAddMultipleInfoQueryPointPasteDialog;
+
+/// The table of a layer's points, whose dialogs are answered.
+struct InfoQueryListDialogs : testing::Test {
+    InfoQueryListDialogs() {
+        Table->SetIQPLayer(Points.get());
+        tests::ShowActive(*Table);
+    }
+    TInfoQueryPoint* AddPoint(extended x, extended y, const QString& label) {
+        auto point = std::make_unique<TInfoQueryPoint>(Points.get(), TMapPoint(x, y), 0x80FF0000);
+        point->SetPointLabel(label);
+        return Points->GetPoints().Add(std::move(point));
+    }
+    static void Press(QDialog& dialog, const char* button) {
+        QTest::mouseClick(dialog.findChild<QPushButton*>(QString::fromLatin1(button)), Qt::LeftButton);
+    }
+    static void Fill(TOne& dialog, const char* x, const char* y, const char* label) {
+        dialog.findChild<QLineEdit*>("edPointX")->setText(x);
+        dialog.findChild<QLineEdit*>("edPointY")->setText(y);
+        dialog.findChild<QLineEdit*>("edPointLabel")->setText(label);
+    }
+    void Edit(int row) {
+        Table->GetList()->SelectRow(row);
+        Table->GetEditButton()->click();
+    }
+    QString Told(int row) const {
+        const TInfoQueryPoint& point = *Table->GetRowPoint(row);
+        return point.GetPoint().ToString() + '|' + point.GetPointLabel();
+    }
+
+    const TFormatSettingsScope Point{TFormatSettings{u'.'}};
+    std::shared_ptr<ILayerManager> Manager = TLayerManagerFactory::GetObject();
+    std::unique_ptr<TInfoQueryPointLayer> Points = std::make_unique<TInfoQueryPointLayer>(Manager);
+    std::unique_ptr<TMapViewInfoQueryListControl> Table = std::make_unique<TMapViewInfoQueryListControl>();
+};
+
+TEST_F(InfoQueryListDialogs, AddsAPoint) {
+    const TModalAnswer<TOne> answer([](TOne& dialog) {
+        Fill(dialog, "5.5", "-15", "Here");
+        dialog.SetPointColor(0xFF00FF00);
+        Press(dialog, "btnOK");
+    });
+    Table->GetAddMenu()->actions()[0]->trigger();
+    ASSERT_EQ(Table->GetRowCount(), 1);
+    EXPECT_EQ(Told(0), "5.500, -15.000|Here");
+    EXPECT_EQ(Table->GetRowPoint(0)->GetColor(), 0xFF00FF00U);
+    EXPECT_EQ(Table->GetRowPoint(0)->GetLayer(), Points.get());
+    EXPECT_FALSE(Table->findChild<TOne*>()) << "the dialog is gone";
+}
+
+TEST_F(InfoQueryListDialogs, AddsNothingIfThatIsCancelled) {
+    const TModalAnswer<TOne> answer([](TOne& dialog) {
+        Fill(dialog, "5", "5", "");
+        Press(dialog, "btnCancel");
+    });
+    Table->GetAddMenu()->actions()[0]->trigger();
+    EXPECT_EQ(Table->GetRowCount(), 0);
+}
+
+TEST_F(InfoQueryListDialogs, EditsTheFirstSelectedPoint) {
+    AddPoint(1.234567L, 2, "old");
+    const TModalAnswer<TOne> answer([](TOne& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>("edPointX")->text(), "1.23457");
+        EXPECT_EQ(dialog.findChild<QLineEdit*>("edPointY")->text(), "2.00000");
+        EXPECT_EQ(dialog.GetPointLabel(), "old");
+        EXPECT_EQ(dialog.GetPointColor(), 0xFFFF0000U);
+        dialog.SetPointLabel("new");
+        Press(dialog, "btnOK");
+    });
+    Edit(0);
+    EXPECT_EQ(Told(0), "1.235, 2.000|new");
+    EXPECT_EQ(Table->GetRowPoint(0)->GetPoint().X, 1.23457L) << "what was shown";
+    EXPECT_EQ(Table->GetRowPoint(0)->GetColor(), 0xFFFF0000U) << "opaque";
+}
+
+TEST_F(InfoQueryListDialogs, LeavesAPointAsItIsIfThatIsCancelled) {
+    AddPoint(1.234567L, 2, "old");
+    const TModalAnswer<TOne> answer([](TOne& dialog) {
+        Fill(dialog, "9", "9", "new");
+        Press(dialog, "btnCancel");
+    });
+    Edit(0);
+    EXPECT_EQ(Told(0), "1.235, 2.000|old");
+    EXPECT_EQ(Table->GetRowPoint(0)->GetColor(), 0x80FF0000U);
+}
+
+TEST_F(InfoQueryListDialogs, SurvivesPointsLayersAndTablesThatGoMeanwhile) {
+    TInfoQueryPoint* point = AddPoint(1, 2, "a");
+    AddPoint(3, 4, "b");
+    {
+        const TModalAnswer<TOne> answer([&](TOne& dialog) {
+            Fill(dialog, "9", "9", "new");
+            Points->GetPoints().Remove(point);
+            Press(dialog, "btnOK");
+        });
+        Edit(0);
+        ASSERT_EQ(Table->GetRowCount(), 1);
+        EXPECT_EQ(Told(0), "3.000, 4.000|b");
+    }
+    {
+        const TModalAnswer<TOne> answer([&](TOne& dialog) {
+            Fill(dialog, "9", "9", "new");
+            Points.reset();
+            Press(dialog, "btnOK");
+        });
+        Table->AddSingle_Click();
+        EXPECT_EQ(Table->GetRowCount(), 0);
+    }
+    const TModalAnswer<TOne> answer([&](TOne&) { Table.reset(); });
+    Table->AddSingle_Click();
+    EXPECT_EQ(Table, nullptr);
+}
+
+TEST_F(InfoQueryListDialogs, AddsTheRowsWhoseCoordinatesAreNumbers) {
+    const tests::TScriptedClipboard clipboard;
+    clipboard->Text = "x\ty\tname\n1\t2\tA\nabc\t2\tB\n3\t\tC\n1e5000\t1\tD\nnan\t1\tE\n -5 \t6.25\t\n";
+    std::vector<TIQPAItem> items;
+    const TModalAnswer<TMany> answer([&](TMany& dialog) {
+        const TModalAnswer<TPaste> paste([](TPaste& inner) {
+            inner.findChild<QComboBox*>("cbX")->setCurrentIndex(1);
+            inner.findChild<QComboBox*>("cbY")->setCurrentIndex(2);
+            inner.findChild<QComboBox*>("cbLabel")->setCurrentIndex(3);
+            Press(inner, "btnOK");
+        });
+        Press(dialog, "Button4");
+        items = dialog.GetItems();
+        Press(dialog, "btnOK");
+    });
+    Table->GetAddMenu()->actions()[1]->trigger();
+    ASSERT_EQ(items.size(), 7U) << "the empty row and those of the text";
+    ASSERT_EQ(Table->GetRowCount(), 2);
+    EXPECT_EQ(Told(0), "1.000, 2.000|A");
+    EXPECT_EQ(Table->GetRowPoint(0)->GetColor(), Color32(items[1].Color));
+    EXPECT_EQ(Told(1), "-5.000, 6.250|");
+    EXPECT_EQ(Table->GetRowPoint(1)->GetColor(), Color32(items[6].Color));
+}
+
+TEST_F(InfoQueryListDialogs, AddsNoneOfManyIfThatIsCancelled) {
+    const TModalAnswer<TMany> answer([](TMany& dialog) {
+        QTest::keyClicks(dialog.focusWidget(), "1");
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+        QTest::keyClicks(dialog.focusWidget(), "2");
+        Press(dialog, "btnCancel");
+    });
+    Table->AddMultiple_Click();
+    EXPECT_EQ(Table->GetRowCount(), 0);
+}
+
+TEST_F(InfoQueryListDialogs, StopsAddingWhenALayerOrTheTableGoes) {
+    const tests::TScriptedClipboard clipboard;
+    clipboard->Text = "x,y\n1,2\n3,4\n";
+    const auto addMany = [&] {
+        const TModalAnswer<TMany> answer([&](TMany& dialog) {
+            const TModalAnswer<TPaste> paste([](TPaste& inner) {
+                inner.findChild<QComboBox*>("cbX")->setCurrentIndex(1);
+                inner.findChild<QComboBox*>("cbY")->setCurrentIndex(2);
+                Press(inner, "btnOK");
+            });
+            Press(dialog, "Button4");
+            Press(dialog, "btnOK");
+        });
+        Table->AddMultiple_Click();
+    };
+    TSubscription removing = Points->GetOnAdded().Add([&](auto*, auto*) { Table->SetIQPLayer(nullptr); });
+    addMany();
+    EXPECT_EQ(Points->GetPoints().Count(), 1);
+    removing = {};
+    Table->SetIQPLayer(Points.get());
+    removing = Points->GetOnAdded().Add([&](auto*, auto*) { Table.reset(); });
+    addMany();
+    EXPECT_EQ(Points->GetPoints().Count(), 2);
+    EXPECT_EQ(Table, nullptr);
+}
+
+} // namespace
+} // namespace lmx
