@@ -8,6 +8,7 @@
 #include <lmx/Colour/lmxColorClassList.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>

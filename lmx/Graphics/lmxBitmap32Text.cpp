@@ -3,6 +3,7 @@
 #include <lmx/Graphics/Private/lmxBlend.h>
 #include <lmx/Graphics/Private/lmxPictureWindow.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
+#include <lmx/Graphics/Private/lmxTextCache.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -93,14 +94,52 @@ int QtTextFlags(unsigned flags) {
     return result;
 }
 
+/// Not of TTextFlags: one line, as RenderText draws it.
+constexpr unsigned OneLine = 1U << 31;
+
+TTextMeasures Measures(const TFont32& font, int aaLevel, const QString& text) {
+    return TextMeasuresOf(font, aaLevel, text, [&] {
+        const QFont qtFont = FontOfLevel(font, aaLevel);
+        const QFontMetrics metrics(qtFont);
+        return TTextMeasures{Advance(qtFont, text), metrics.height(), metrics.ascent()};
+    });
+}
+
+/// `seen` and the corner of the box in pixels of the bitmap.
+TTextKey KeyOf(const QString& text, const TFont32& font, int aaLevel, unsigned flags, TSize box, const TRect& seen,
+               TPoint corner) {
+    const auto from = [](std::int32_t position, std::int32_t origin) {
+        return SaturateToInt32(std::int64_t{position} - origin);
+    };
+    TTextKey key{text,
+                 font,
+                 aaLevel,
+                 flags,
+                 box,
+                 TRect(from(seen.Left, corner.X), from(seen.Top, corner.Y), from(seen.Right, corner.X),
+                       from(seen.Bottom, corner.Y))};
+    key.Font.Color = clBlack;
+    return key;
+}
+
+/// Combines the colour with the pixels of `seen` under the letters of a text.
+template<class DrawLetters>
+void DrawText(TBitmap32& bitmap, const TTextKey& key, const TRect& seen, TColor32 color, DrawLetters drawLetters) {
+    const TTextMask mask = TextMaskOf(key, [&] {
+        return MakeMask({seen.GetWidth(), seen.GetHeight()}, FontOfLevel(key.Font, key.Level), drawLetters);
+    });
+    if (!mask.Cover.isNull())
+        CombineMask(bitmap, seen.Left + mask.Place.X, seen.Top + mask.Place.Y, mask.Cover, color);
+}
+
 } // namespace
 
 std::int32_t TBitmap32::TextWidth(const QString& text, int aaLevel) const {
-    return Advance(FontOfLevel(FFont, aaLevel), text);
+    return Measures(FFont, aaLevel, text).Width;
 }
 
 std::int32_t TBitmap32::TextHeight(const QString&, int aaLevel) const {
-    return QFontMetrics(FontOfLevel(FFont, aaLevel)).height();
+    return Measures(FFont, aaLevel, QString()).Height;
 }
 
 void TBitmap32::RenderText(std::int32_t x, std::int32_t y, const QString& text, int aaLevel, TColor32 color) {
@@ -112,19 +151,19 @@ void RenderTextWithin(TBitmap32& bitmap, TPoint place, TSize largest, const QStr
                       TColor32 color) {
     if (place.X >= bitmap.GetWidth() || place.Y >= bitmap.GetHeight() || bitmap.IsEmpty())
         return;
-    const QFont font = FontOfLevel(bitmap.GetFont(), aaLevel);
-    const QFontMetrics metrics(font);
-    const std::int64_t right = std::int64_t{place.X} + std::min(Advance(font, text), largest.cx);
-    const std::int64_t bottom = std::int64_t{place.Y} + std::min(metrics.height(), largest.cy);
+    const TTextMeasures measures = Measures(bitmap.GetFont(), aaLevel, text);
+    const auto end = [](std::int32_t begin, std::int32_t length, std::int32_t limit) {
+        return static_cast<std::int32_t>(std::min(std::int64_t{begin} + length, std::int64_t{limit}));
+    };
     const TRect seen(std::max(place.X, 0), std::max(place.Y, 0),
-                     SaturateToInt32(std::min<std::int64_t>(right, bitmap.GetWidth())),
-                     SaturateToInt32(std::min<std::int64_t>(bottom, bitmap.GetHeight())));
+                     end(place.X, std::min(measures.Width, largest.cx), bitmap.GetWidth()),
+                     end(place.Y, std::min(measures.Height, largest.cy), bitmap.GetHeight()));
     if (seen.IsEmpty())
         return;
-    const QImage mask = MakeMask({seen.GetWidth(), seen.GetHeight()}, font, [&](QPainter& painter) {
-        painter.drawText(QPointF(place.X - 1.0 * seen.Left, place.Y - 1.0 * seen.Top + metrics.ascent()), text);
+    const TTextKey key = KeyOf(text, bitmap.GetFont(), aaLevel, OneLine, {}, seen, place);
+    DrawText(bitmap, key, seen, color, [&](QPainter& painter) {
+        painter.drawText(QPointF(-1.0 * key.Seen.Left, measures.Ascent - 1.0 * key.Seen.Top), text);
     });
-    CombineMask(bitmap, seen.Left, seen.Top, mask, color);
 }
 
 void TBitmap32::Textout(const TRect& rect, unsigned flags, const QString& text) {
@@ -136,16 +175,14 @@ void TBitmap32::Textout(const TRect& rect, unsigned flags, const QString& text) 
     if (visible.IsEmpty() || rect.IsEmpty())
         return;
     const TRect box(Saturated(rect.Left), Saturated(rect.Top), Saturated(rect.Right), Saturated(rect.Bottom));
-    QString lines = text;
-    lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
-    const QFont font = FontOfLevel(FFont, SmoothLevel);
-    CombineMask(*this, visible.Left, visible.Top,
-                MakeMask({visible.GetWidth(), visible.GetHeight()}, font,
-                         [&](QPainter& painter) {
-                             painter.translate(-visible.Left, -visible.Top);
-                             painter.drawText(box.ToQRect(), QtTextFlags(flags), lines);
-                         }),
-                Color32(FFont.Color));
+    const TSize size(box.GetWidth(), box.GetHeight());
+    const TTextKey key = KeyOf(text, FFont, SmoothLevel, flags, size, visible, {box.Left, box.Top});
+    DrawText(*this, key, visible, Color32(FFont.Color), [&](QPainter& painter) {
+        QString lines = text;
+        lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
+        painter.translate(-key.Seen.Left, -key.Seen.Top);
+        painter.drawText(TRect(0, 0, size.cx, size.cy).ToQRect(), QtTextFlags(flags), lines);
+    });
 }
 
 } // namespace lmx

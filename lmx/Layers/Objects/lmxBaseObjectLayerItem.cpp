@@ -104,11 +104,11 @@ void TBaseObjectLayerItem::InvalidateLayer() const {
 void TBaseObjectLayerItem::Paint(TWorld*, TWorldViewport*, TBitmap32& bitmap) {
     if (!FIsVisible)
         return;
-    const auto corners = CornersOf(FRect);
     if (FShowBackground)
-        PolygonFS(bitmap, corners, FBackgroundColor, TPolyFillMode::pfAlternate);
+        FillCorners(bitmap, FRect, FBackgroundColor);
     if (FShowBorder)
-        PolylineFS(bitmap, corners, FBorderColor, true, GetDeviceRatio(), TJoinStyle::jsMiter, TEndStyle::esButt, 4);
+        PolylineFS(bitmap, CornersOf(FRect), FBorderColor, true, GetDeviceRatio(), TJoinStyle::jsMiter,
+                   TEndStyle::esButt, 4);
 }
 
 void TBaseObjectLayerItem::PaintGrabbers(TBitmap32& bitmap) const {

@@ -1,6 +1,5 @@
 #include <lmx/Layers/Objects/lmxShapeLegendObjectLayerItem.h>
 
-#include <lmx/Graphics/lmxPolygons.h>
 #include <lmx/Layers/Objects/Private/lmxItemPicture.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
@@ -92,7 +91,7 @@ void TShapeLegendObjectLayerItem::Paint(TWorld* world, TWorldViewport* viewport,
     TBaseObjectLayerItem::Paint(world, viewport, bitmap);
     const TRect place = InsetRect(GetRect(), ToDevicePixels(ContentInset));
     if (!place.IsEmpty()) {
-        PolygonFS(bitmap, CornersOf(GetRect()), PlateColor);
+        FillCorners(bitmap, GetRect(), PlateColor);
         const auto layers = GetLayersToRender();
         TItemPicture content(place, bitmap, GetDeviceRatio(), TDrawMode::dmBlend);
         if (!layers.empty() && content.IsSeen()) {

@@ -22,6 +22,11 @@ std::array<TFloatPoint, 4> CornersOf(const TRect& rect) {
     return {TFloatPoint{left, top}, TFloatPoint{right, top}, TFloatPoint{right, bottom}, TFloatPoint{left, bottom}};
 }
 
+void FillCorners(TBitmap32& bitmap, const TRect& rect, TColor32 color) {
+    bitmap.FillRectTS(std::min(rect.Left, rect.Right), std::min(rect.Top, rect.Bottom), std::max(rect.Left, rect.Right),
+                      std::max(rect.Top, rect.Bottom), color);
+}
+
 TRect InsetRect(const TRect& rect, std::int32_t by) {
     return {SaturateToInt32(std::int64_t{rect.Left} + by), SaturateToInt32(std::int64_t{rect.Top} + by),
             SaturateToInt32(std::int64_t{rect.Right} - by), SaturateToInt32(std::int64_t{rect.Bottom} - by)};

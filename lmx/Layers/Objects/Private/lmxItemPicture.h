@@ -13,6 +13,9 @@ namespace lmx {
 /// Clockwise from the top left one.
 std::array<TFloatPoint, 4> CornersOf(const TRect& rect);
 
+/// Fills the polygon of the corners: whole corners fill their pixels whole, so that it is a rectangle.
+void FillCorners(TBitmap32& bitmap, const TRect& rect, TColor32 color);
+
 /// `rect`, smaller by `by` on every side; saturates.
 TRect InsetRect(const TRect& rect, std::int32_t by);
 
