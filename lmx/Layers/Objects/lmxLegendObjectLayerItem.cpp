@@ -151,7 +151,7 @@ void TLegendObjectLayerItem::Paint(TWorld* world, TWorldViewport* viewport, TBit
     const TBorrowed self(this);
     const TBorrowed view(viewport);
     TBaseObjectLayerItem::Paint(world, viewport, bitmap);
-    TItemPicture content(InsetRect(GetRect(), ToDevicePixels(ContentInset)), bitmap, GetDeviceRatio(),
+    TItemPicture content(InsetRect(GetRect(), ToDevicePixels(ContentInset)), bitmap.GetBounds(), GetDeviceRatio(),
                          TDrawMode::dmTransparent);
     if (content.IsSeen()) {
         PaintContent(content.GetPicture());

@@ -7,6 +7,7 @@
 #include <lmx/Runtime/lmxExtended.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace lmx {
 
@@ -19,6 +20,13 @@ constexpr int FontSize = 10;
 constexpr int RowGap = 4;
 constexpr int LineLength = 50;
 constexpr int NameLeft = 60;
+
+TFont32 KeyFont(double deviceRatio) {
+    TFont32 font;
+    font.Size = FontSize;
+    font.Ratio = deviceRatio;
+    return font;
+}
 
 } // namespace
 
@@ -92,21 +100,32 @@ void TShapeLegendObjectLayerItem::Paint(TWorld* world, TWorldViewport* viewport,
     const TRect place = InsetRect(GetRect(), ToDevicePixels(ContentInset));
     if (!place.IsEmpty()) {
         FillCorners(bitmap, GetRect(), PlateColor);
-        const auto layers = GetLayersToRender();
-        TItemPicture content(place, bitmap, GetDeviceRatio(), TDrawMode::dmBlend);
-        if (!layers.empty() && content.IsSeen()) {
-            PaintKey(content.GetPicture(), layers);
-            content.DrawTo(bitmap);
-        }
+        if (const auto layers = GetLayersToRender(); !layers.empty())
+            PaintKey(place, layers, bitmap);
     }
     PaintGrabbers(bitmap);
 }
 
-void TShapeLegendObjectLayerItem::PaintKey(const TPictureWindow& picture,
-                                           std::span<TBaseShapeLayer* const> layers) const {
+// Below the last row there is nothing to draw.
+void TShapeLegendObjectLayerItem::PaintKey(const TRect& place, std::span<TBaseShapeLayer* const> layers,
+                                           TBitmap32& bitmap) const {
+    TBitmap32 sample;
+    sample.SetFont(KeyFont(GetDeviceRatio()));
+    const std::int32_t textHeight = sample.TextHeight(QStringLiteral("Wg"));
+    const std::int64_t rows = std::int64_t{textHeight + ToDevicePixels(RowGap)} * (std::ssize(layers) + 1);
+    TRect visible = bitmap.GetBounds();
+    visible.Bottom = std::min(visible.Bottom, SaturateToInt32(place.Top + rows));
+    TItemPicture content(place, visible, GetDeviceRatio(), TDrawMode::dmBlend);
+    if (!content.IsSeen())
+        return;
+    PaintRows(content.GetPicture(), layers, textHeight);
+    content.DrawTo(bitmap);
+}
+
+void TShapeLegendObjectLayerItem::PaintRows(const TPictureWindow& picture, std::span<TBaseShapeLayer* const> layers,
+                                            std::int32_t textHeight) const {
     TFont32& font = picture.GetBitmap().GetFont();
-    font.Size = FontSize;
-    const std::int32_t textHeight = picture.GetBitmap().TextHeight(QStringLiteral("Wg"));
+    font = KeyFont(GetDeviceRatio());
     const std::int32_t rowHeight = textHeight + ToDevicePixels(RowGap);
     const auto textTop = static_cast<std::int32_t>(Round(rowHeight / 2.0L - textHeight / 2.0L));
     const std::int32_t thickness = std::max(1, ToDevicePixels(1));

@@ -3,6 +3,7 @@
 #include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Runtime/lmxExport.h>
 
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <vector>
@@ -37,7 +38,9 @@ public:
 
 private:
     void LayerManager_LayersChanged(ILayerManager* manager, TBaseMapLayer* layer);
-    void PaintKey(const TPictureWindow& picture, std::span<TBaseShapeLayer* const> layers) const;
+    void PaintKey(const TRect& place, std::span<TBaseShapeLayer* const> layers, TBitmap32& bitmap) const;
+    void PaintRows(const TPictureWindow& picture, std::span<TBaseShapeLayer* const> layers,
+                   std::int32_t textHeight) const;
 
     std::vector<TBorrowed<TBaseShapeLayer>> FLayers;
     bool FShowAll = true;

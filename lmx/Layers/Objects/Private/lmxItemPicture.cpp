@@ -32,9 +32,9 @@ TRect InsetRect(const TRect& rect, std::int32_t by) {
             SaturateToInt32(std::int64_t{rect.Right} - by), SaturateToInt32(std::int64_t{rect.Bottom} - by)};
 }
 
-TItemPicture::TItemPicture(const TRect& place, const TBitmap32& target, double deviceRatio, TDrawMode drawMode)
+TItemPicture::TItemPicture(const TRect& place, const TRect& visible, double deviceRatio, TDrawMode drawMode)
     : FPlace(place),
-      FSeen(Common(place, target.GetBounds())),
+      FSeen(Common(place, visible)),
       FBitmap(FSeen.GetWidth(), FSeen.GetHeight()) {
     FBitmap.SetDeviceRatio(deviceRatio);
     FBitmap.GetFont().Ratio = deviceRatio;

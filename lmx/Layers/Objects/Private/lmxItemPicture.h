@@ -23,8 +23,8 @@ TRect InsetRect(const TRect& rect, std::int32_t by);
 /// no more of it than is seen there.
 class TItemPicture {
 public:
-    /// For `place` on `target`.
-    TItemPicture(const TRect& place, const TBitmap32& target, double deviceRatio, TDrawMode drawMode);
+    /// For `place` on a bitmap of which `visible` is seen.
+    TItemPicture(const TRect& place, const TRect& visible, double deviceRatio, TDrawMode drawMode);
 
     bool IsSeen() const { return !FBitmap.IsEmpty(); } ///< whether there is anything to draw
     TPictureWindow GetPicture() { return {FBitmap, {FPlace.GetWidth(), FPlace.GetHeight()}, Origin()}; }
