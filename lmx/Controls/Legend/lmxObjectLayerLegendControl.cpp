@@ -18,6 +18,7 @@
 #include <QMenu>
 #include <QVBoxLayout>
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 
@@ -38,6 +39,11 @@ bool Is(const TItem* item) {
 bool HasEditor(const TItem* item) {
     return Is<TTextBoxObjectLayerItem>(item) || Is<TLegendObjectLayerItem>(item) ||
            Is<TCompassRoseObjectLayerItem>(item) || Is<TRectangleObjectTypeItem>(item);
+}
+
+template<class Item>
+void AddNew(TObjectMapLayer& layer) {
+    layer.GetObjects().Add(std::make_unique<Item>(&layer));
 }
 
 template<class Item>
@@ -123,17 +129,17 @@ void TObjectLayerLegendControl::CreateCommands() {
 
 void TObjectLayerLegendControl::CreateAddMenu() {
     FAddMenu = new QMenu(this);
-    const auto add = [this](const QString& text, const std::function<void(TObjectMapLayer&)>& work) {
+    const auto add = [this](const QString& text, std::function<void(TObjectMapLayer&)> work) {
         connect(FAddMenu->addAction(text), &QAction::triggered, this, [this, work] {
             if (GetLayer())
                 GuardEvent(this, [&] { work(*GetLayer()); });
         });
     };
-    add(QStringLiteral("Compass rose"), [this](auto&) { AddItem<TCompassRoseObjectLayerItem>(); });
+    add(QStringLiteral("Compass rose"), AddNew<TCompassRoseObjectLayerItem>);
     add(QStringLiteral("Text box"), [this](auto& layer) { AddTextBox(this, layer); });
     add(QStringLiteral("Legend"), [this](auto& layer) { AddLegend(this, layer); });
-    add(QStringLiteral("Shape key"), [this](auto&) { AddItem<TShapeLegendObjectLayerItem>(); });
-    add(QStringLiteral("Rectangle"), [this](auto&) { AddItem<TRectangleObjectTypeItem>(); });
+    add(QStringLiteral("Shape key"), AddNew<TShapeLegendObjectLayerItem>);
+    add(QStringLiteral("Rectangle"), AddNew<TRectangleObjectTypeItem>);
 }
 
 // The editor is as large as the room allows, up to its own size.
@@ -198,18 +204,19 @@ void TObjectLayerLegendControl::UpdateLayerList() {
         FRows->Changes = layer->GetObjects().GetChangeCount();
     }
     const TBorrowed self(this);
-    FPanel->UpdateButtons();
     FLayerList->RowsReset(); // whoever is told of the selection may do anything
-    if (self)
-        FLayerList->SelectRow(FRows->RowOf(selected));
+    if (!self)
+        return;
+    FPanel->UpdateButtons();
+    FLayerList->SelectRow(FRows->RowOf(selected));
 }
 
-bool TObjectLayerLegendControl::FollowsFrom(std::uint64_t changes) {
-    return GetLayer() && GetLayer()->GetObjects().GetChangeCount() == changes + 1;
+bool TObjectLayerLegendControl::IsOneChangeBehind() const {
+    return GetLayer() && GetLayer()->GetObjects().GetChangeCount() == FRows->Changes + 1;
 }
 
 void TObjectLayerLegendControl::Layer_OnObjectAdded(TObjectMapLayer* layer, TItem* item) {
-    if (!FollowsFrom(FRows->Changes))
+    if (!IsOneChangeBehind())
         return UpdateLayerList();
     const int row = layer->GetObjects().IndexOf(item);
     FRows->Items.insert(FRows->Items.begin() + row, item);
@@ -219,7 +226,7 @@ void TObjectLayerLegendControl::Layer_OnObjectAdded(TObjectMapLayer* layer, TIte
 
 void TObjectLayerLegendControl::Layer_OnObjectRemoved(TObjectMapLayer*, TItem* item) {
     const int row = FRows->RowOf(item);
-    if (row < 0 || !FollowsFrom(FRows->Changes))
+    if (row < 0 || !IsOneChangeBehind())
         return UpdateLayerList();
     FRows->Items.erase(FRows->Items.begin() + row);
     ++FRows->Changes;
@@ -233,8 +240,8 @@ void TObjectLayerLegendControl::Layer_OnObjectChanged(TObjectMapLayer*, TItem*) 
 
 void TObjectLayerLegendControl::Layer_OnObjectSelected(TObjectMapLayer*, TItem* item) {
     const int row = FRows->RowOf(item);
-    if (row >= 0 && !FLayerList->IsRowSelected(row))
-        FLayerList->SelectRow(row);
+    if (!FLayerList->IsRowSelected(row))
+        FLayerList->SelectRow(row); // one that is not listed does nothing
 }
 
 void TObjectLayerLegendControl::LayerList_SelectionChanged() {
@@ -263,11 +270,6 @@ TItem* TObjectLayerLegendControl::GetSelectedObjectItem() const {
 void TObjectLayerLegendControl::AddButton_OnClick() {
     if (GetLayer())
         FAddMenu->popup(FAddButton->mapToGlobal(QPoint(0, FAddButton->height())));
-}
-
-template<class Item>
-void TObjectLayerLegendControl::AddItem() {
-    GetLayer()->GetObjects().Add(std::make_unique<Item>(GetLayer()));
 }
 
 void TObjectLayerLegendControl::DelButton_OnClick() {

@@ -5,7 +5,6 @@
 #include <lmx/Runtime/lmxEventList.h>
 #include <lmx/Runtime/lmxExport.h>
 
-#include <cstdint>
 #include <memory>
 
 QT_BEGIN_NAMESPACE
@@ -79,11 +78,9 @@ private:
     void CreateCommands();
     void CreateAddMenu();
     void CreateAnchorsPanel();
-    template<class Item>
-    void AddItem();
 
     void RegisterLayerEvents(bool registering);
-    bool FollowsFrom(std::uint64_t changes); ///< whether one change has led from the rows to the layer's list
+    bool IsOneChangeBehind() const; ///< whether one change has led from the rows to the layer's list
     void UpdateLayerList();
     void Layer_OnObjectAdded(TObjectMapLayer* layer, TBaseObjectLayerItem* item);
     void Layer_OnObjectRemoved(TObjectMapLayer* layer, TBaseObjectLayerItem* item);
