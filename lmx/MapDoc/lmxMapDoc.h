@@ -6,7 +6,9 @@
 #include <lmx/MapDoc/lmxColorCalcPersist.h>
 #include <lmx/MapDoc/lmxIdrisiMapLayerPersist.h>
 #include <lmx/MapDoc/lmxInfoQueryPointLayerPersist.h>
+#include <lmx/MapDoc/lmxMapDocInspector.h>
 #include <lmx/MapDoc/lmxMapDocLayerPersist.h>
+#include <lmx/MapDoc/lmxMapDocLoadReport.h>
 #include <lmx/MapDoc/lmxMapDocReader.h>
 #include <lmx/MapDoc/lmxMapDocResourcePersist.h>
 #include <lmx/MapDoc/lmxMapDocWriter.h>
@@ -15,3 +17,4 @@
 #include <lmx/MapDoc/lmxRulerMapLayerPersist.h>
 #include <lmx/MapDoc/lmxShapeFileLayerPersist.h>
 #include <lmx/MapDoc/lmxVectorFileLayerPersist.h>
+#include <lmx/MapDoc/lmxVerifiedMapDocWriter.h>

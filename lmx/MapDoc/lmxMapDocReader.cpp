@@ -5,10 +5,12 @@
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRasterMapLayer.h>
 #include <lmx/MapDoc/Private/lmxManifest.h>
+#include <lmx/MapDoc/lmxMapDocLoadReport.h>
 #include <lmx/MapDoc/lmxMapDocResourcePersist.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
+#include <exception>
 #include <utility>
 
 namespace lmx {
@@ -20,18 +22,25 @@ void CheckVersion(int version) {
         throw EMapDocReaderError(QStringLiteral("MapDoc version error"));
 }
 
-/// Calls `load` for each `layer` element that has all that a layer needs, whatever becomes of the others.
+/// Why a layer is left out, or nothing. What is raised stays here, whatever its kind: a map without one of its layers
+/// is still worth having.
 template<class Load>
-void ForEachLayer(TXmlNode list, Load&& load) {
-    for (const TXmlNode node : list.GetChildren()) {
-        if (node.GetName() != Manifest::Layer || !HasDefaultLayerProperties(node))
-            continue;
-        try {
-            load(node);
-        } catch (...) { // a layer that cannot be read is missing from the map, and the map is still worth having
-        }
+QString ReasonOf(TXmlNode node, Load&& load) {
+    if (!HasDefaultLayerProperties(node))
+        return QStringLiteral("an attribute is missing");
+    try {
+        return load(node);
+    } catch (const Exception& failure) {
+        return failure.Description();
+    } catch (const std::exception& failure) {
+        return QString::fromUtf8(failure.what());
+    } catch (...) {
+        return QStringLiteral("unknown failure");
     }
 }
+
+const QString UnknownType = QStringLiteral("the type is unknown");
+const QString NoData = QStringLiteral("it has no data");
 
 void ShowPlace(TMapViewControl& control, extended zoom, const TMapPoint& center) {
     const TBorrowed self(&control);
@@ -78,6 +87,7 @@ void TMapDocReader::Read(TMapDocResourcePersist& resources, TMapViewControl* con
     if (const auto system = TWorldSystemFactory::GetObject(refSystem))
         control->CreateWorldAndViewport(system);
     manager->SetTitle(title);
+    StartReport(root);
     LoadLayers(version, root.Child(Manifest::Layers), manager, resources);
     LoadSpecialLayers(version, root.Child(Manifest::SpecialLayers), manager, resources);
     if (self)
@@ -105,49 +115,83 @@ void TMapDocReader::ProcessRoot(TXmlNode root, int& version, QString& documentTy
         throw EMapDocReaderError(QStringLiteral("Invalid DocTypeID"));
 }
 
+QString TMapDocReader::LoadLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,
+                                 TMapDocResourcePersist& resources) {
+    const QString type = node.GetAttribute(Manifest::Type);
+    const auto persist = FLayerPersistFactory->GetPersist(type);
+    if (!persist)
+        return UnknownType;
+    auto layer = FLayerFactory->CreateLayer(type, manager);
+    if (!layer)
+        return UnknownType;
+    const TXmlNode data = node.Child(Manifest::Data);
+    if (data.IsEmpty())
+        return NoData;
+    ReadDefaultLayerProperties(node, layer.get());
+    persist->ReadLayer(resources, layer.get(), data);
+    if (auto* const raster = dynamic_cast<TRasterMapLayer*>(layer.get()))
+        raster->Render();
+    manager->GetLayers().Add(std::move(layer));
+    return {};
+}
+
+QString TMapDocReader::LoadSpecialLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,
+                                        TMapDocResourcePersist& resources) {
+    const QString type = node.GetAttribute(Manifest::Type);
+    const auto persist = FLayerPersistFactory->GetPersist(type);
+    if (!persist)
+        return UnknownType;
+    const TBorrowed layer(manager->GetSpecialLayerWithType(type));
+    if (!layer)
+        return QStringLiteral("the map has no such layer");
+    const TXmlNode data = node.Child(Manifest::Data);
+    if (data.IsEmpty())
+        return NoData;
+    ReadDefaultLayerProperties(node, layer.Get());
+    if (layer)
+        persist->ReadLayer(resources, layer.Get(), data);
+    return {};
+}
+
+template<class Load>
+void TMapDocReader::ForEachLayer(TXmlNode list, bool isSpecial, Load&& load) {
+    const auto report = FReport;
+    for (const TXmlNode node : list.GetChildren()) {
+        if (node.GetName() != Manifest::Layer)
+            continue;
+        const QString reason = ReasonOf(node, load);
+        if (!report)
+            continue;
+        if (!reason.isEmpty())
+            report->FLostLayers.push_back({node.GetAttribute(Manifest::Type), node.GetAttribute(QStringLiteral("name")),
+                                           node.GetAttribute(QStringLiteral("id")), isSpecial, reason});
+        ++report->FDoneCount;
+        report->FOnProgress(*report);
+    }
+}
+
 void TMapDocReader::LoadLayers(int version, TXmlNode layers, const std::shared_ptr<ILayerManager>& manager,
                                TMapDocResourcePersist& resources) {
     CheckVersion(version);
-    ForEachLayer(layers, [&](TXmlNode node) { LoadLayer(node, manager, resources); });
+    ForEachLayer(layers, false, [&](TXmlNode node) { return LoadLayer(node, manager, resources); });
 }
 
 void TMapDocReader::LoadSpecialLayers(int version, TXmlNode specialLayers,
                                       const std::shared_ptr<ILayerManager>& manager,
                                       TMapDocResourcePersist& resources) {
     CheckVersion(version);
-    ForEachLayer(specialLayers, [&](TXmlNode node) { LoadSpecialLayer(node, manager, resources); });
+    ForEachLayer(specialLayers, true, [&](TXmlNode node) { return LoadSpecialLayer(node, manager, resources); });
 }
 
-void TMapDocReader::LoadLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,
-                              TMapDocResourcePersist& resources) {
-    const QString type = node.GetAttribute(Manifest::Type);
-    const auto persist = FLayerPersistFactory->GetPersist(type);
-    if (!persist)
+void TMapDocReader::StartReport(TXmlNode root) {
+    if (!FReport)
         return;
-    auto layer = FLayerFactory->CreateLayer(type, manager);
-    const TXmlNode data = node.Child(Manifest::Data);
-    if (!layer || data.IsEmpty())
-        return;
-    ReadDefaultLayerProperties(node, layer.get());
-    persist->ReadLayer(resources, layer.get(), data);
-    if (auto* const raster = dynamic_cast<TRasterMapLayer*>(layer.get()))
-        raster->Render();
-    manager->GetLayers().Add(std::move(layer));
-}
-
-void TMapDocReader::LoadSpecialLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,
-                                     TMapDocResourcePersist& resources) {
-    const QString type = node.GetAttribute(Manifest::Type);
-    const auto persist = FLayerPersistFactory->GetPersist(type);
-    if (!persist)
-        return;
-    const TBorrowed layer(manager->GetSpecialLayerWithType(type));
-    const TXmlNode data = node.Child(Manifest::Data);
-    if (!layer || data.IsEmpty())
-        return;
-    ReadDefaultLayerProperties(node, layer.Get());
-    if (layer)
-        persist->ReadLayer(resources, layer.Get(), data);
+    FReport->FLostLayers.clear();
+    FReport->FDoneCount = 0;
+    FReport->FLayerCount = 0;
+    for (const QString& list : {Manifest::Layers, Manifest::SpecialLayers})
+        for (const TXmlNode node : root.Child(list).GetChildren())
+            FReport->FLayerCount += node.GetName() == Manifest::Layer ? 1 : 0;
 }
 
 } // namespace lmx

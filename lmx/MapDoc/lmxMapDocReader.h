@@ -11,11 +11,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace lmx {
 
 class ILayerFactory;
 class ILayerManager;
+class TMapDocLoadReport;
 class TMapDocResourcePersist;
 class TMapViewControl;
 
@@ -45,6 +47,10 @@ public:
     const TMapDocLimits& GetLimits() const { return FLimits; }
     void SetLimits(const TMapDocLimits& limits) { FLimits = limits; }
 
+    /// From now on each Read tells the report which layers did not arrive, and how far it is; nil for none. Nothing
+    /// else changes by it.
+    void SetReport(std::shared_ptr<TMapDocLoadReport> report) { FReport = std::move(report); }
+
     /// @throws EArgumentException "MapControl", EArgumentNilException "MapControl.LayerManager" for what is nil.
     /// @throws EFileException, EFileFormatException, EMapDocResourceNotFoundException, EXmlException, EConvertError,
     /// Exception "One or more required attributes is missing" and EMapDocReaderError for what is no such document; all
@@ -68,14 +74,19 @@ public:
                            TMapDocResourcePersist& resources);
 
 private:
-    void LoadLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager, TMapDocResourcePersist& resources);
-    void LoadSpecialLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,
-                          TMapDocResourcePersist& resources);
+    // Each gives the reason why the layer is left out, or nothing.
+    QString LoadLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager, TMapDocResourcePersist& resources);
+    QString LoadSpecialLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,
+                             TMapDocResourcePersist& resources);
+    template<class Load>
+    void ForEachLayer(TXmlNode list, bool isSpecial, Load&& load);
+    void StartReport(TXmlNode root);
 
     QString FDocumentTypeID;
     std::shared_ptr<ILayerFactory> FLayerFactory;
     std::shared_ptr<IMapDocLayerPersistFactory> FLayerPersistFactory;
     TMapDocLimits FLimits;
+    std::shared_ptr<TMapDocLoadReport> FReport;
 };
 
 } // namespace lmx

@@ -68,6 +68,11 @@ bool TMapDocResourcePersist::Has(const QString& folder, const QString& name) con
     return Reader().IndexOf(FormatName(folder, name)) >= 0;
 }
 
+std::uint64_t TMapDocResourcePersist::GetSize(const QString& folder, const QString& name) const {
+    const qsizetype index = Reader().IndexOf(FormatName(folder, name));
+    return index < 0 ? 0 : Reader().GetEntries()[static_cast<std::size_t>(index)].Size;
+}
+
 QByteArray TMapDocResourcePersist::Read(const QString& folder, const QString& name, std::uint64_t mostBytes) const {
     const qsizetype index = Reader().IndexOf(FormatName(folder, name));
     if (index < 0)

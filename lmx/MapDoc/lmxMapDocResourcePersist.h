@@ -50,6 +50,8 @@ public:
     void SetMostBytes(std::uint64_t bytes) { FMostBytes = bytes; }
 
     bool Has(const QString& folder, const QString& name) const; ///< whether there is such an entry to read
+    /// Bytes of an entry as the archive claims; 0 if there is none.
+    std::uint64_t GetSize(const QString& folder, const QString& name) const;
     /// The content of an entry, of at most `mostBytes` and GetMostBytes. The name is found exactly, else with the slash
     /// and the backslash taken as equal, else without regard to the case of A to Z; of equal names the first counts.
     /// @throws EMapDocResourceNotFoundException; EFileFormatException if the entry is damaged, larger, encrypted or

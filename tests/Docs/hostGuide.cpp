@@ -257,6 +257,17 @@ struct THost : lmx::TEventReceiver {
 
     lmx::TMapDocReader reader("ClimateMap", lmx::TLayerFactory::GetSingleton(), keepers);
     reader.Read(fileName, &freshView);   // it only adds: a fresh manager gets the map and nothing else
+
+    const auto report = std::make_shared<lmx::TMapDocLoadReport>();
+    reader.SetReport(report);
+    reader.Read(fileName, &freshView);
+    if (!report->GetLostLayers().empty())
+        lmx::TMsgBox::Info(report->ToText(), "Not everything could be read");
+
+    const auto policy = lmx::TMapDocExternalResourcePolicy::erpEmbedIfPossible;
+    const QStringList problems = lmx::TMapDocInspector(keepers).ProblemsOfSaving(&view, policy);
+    if (problems.isEmpty() || lmx::TMsgBox::YesNo(problems.join('\n'), "Save all the same?"))
+        lmx::TVerifiedMapDocWriter("ClimateMap", keepers).Write(fileName, &view, policy);
 }
 
 struct TTrackLayerPersist : lmx::IMapDocLayerPersist {
