@@ -10,6 +10,7 @@
 #include <lmx/MapDoc/lmxMapDocLayerPersist.h>
 #include <lmx/MapDoc/lmxMapDocLoadReport.h>
 #include <lmx/MapDoc/lmxMapDocReader.h>
+#include <lmx/MapDoc/lmxMapDocRelinker.h>
 #include <lmx/MapDoc/lmxMapDocResourcePersist.h>
 #include <lmx/MapDoc/lmxMapDocWriter.h>
 #include <lmx/MapDoc/lmxObjectLayerTypeItemPersist.h>
