@@ -50,6 +50,7 @@ TAddMultipleInfoQueryPointPasteDialog::TAddMultipleInfoQueryPointPasteDialog(QWi
     FView->setWordWrap(false);
     FView->verticalHeader()->hide();
     FView->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    FView->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     FView->horizontalHeader()->setHighlightSections(false);
     FTopRowHeader->setObjectName(QStringLiteral("cbTopRowHeader"));
     FTopRowHeader->setChecked(true);

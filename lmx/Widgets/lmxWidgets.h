@@ -15,6 +15,8 @@
 #include <lmx/Widgets/lmxFileDialog.h>
 #include <lmx/Widgets/lmxFlatButton.h>
 #include <lmx/Widgets/lmxGlyphPainter.h>
+#include <lmx/Widgets/lmxGradientEditor.h>
+#include <lmx/Widgets/lmxGradientStops.h>
 #include <lmx/Widgets/lmxImageList.h>
 #include <lmx/Widgets/lmxInputBox.h>
 #include <lmx/Widgets/lmxListKeys.h>

@@ -95,6 +95,12 @@ const std::vector<TDeed>& ChaosDeeds() {
         {"delete the panel", [](S& s) { s.Panel.reset(); }, true},
         {"delete the table", [](S& s) { s.Table.reset(); }, true},
         {"delete the list of annotations", [](S& s) { s.ObjectList.reset(); }, true},
+        {"delete the gradient editor", [](S& s) { s.Gradient.reset(); }},
+        {"no stops",
+         [](S& s) {
+             if (s.Gradient)
+                 s.Gradient->Clear();
+         }},
         {"delete everything",
          [](S& s) {
              s.View.reset();
@@ -102,6 +108,7 @@ const std::vector<TDeed>& ChaosDeeds() {
              s.Panel.reset();
              s.Table.reset();
              s.ObjectList.reset();
+             s.Gradient.reset();
              s.Manager.reset();
          },
          true},

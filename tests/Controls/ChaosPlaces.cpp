@@ -73,6 +73,14 @@ TArm Slot(void (TMapViewControl::*set)(Event)) {
     };
 }
 
+template<class Event>
+TArm Slot(void (TGradientEditor::*set)(Event)) {
+    return [set](TChaosScene& s, const TAction& action) {
+        if (s.Gradient)
+            (s.Gradient.get()->*set)([action](auto&&...) { action(); });
+    };
+}
+
 // ---- What makes the library call
 
 void Repaint(TChaosScene& s) {
@@ -200,6 +208,7 @@ const std::vector<TPlace>& ChaosPlaces() {
     using I = ILayerManager;
     using L = TBaseMapLayer;
     using O = TObjectMapLayer;
+    const auto pressInGradient = [](Qt::Key key) { return [key](S& s) { s.PressInGradient(key); }; };
     const TUse setMode = View([](auto& v) { v.SetMode(TMapMode::mdPan); });
     const TUse setCustomMode = View([](auto& v) { v.SetMode(TMapMode::mdCustom); });
     const TUse pan = View([](auto& v) { v.GetViewport()->SetTranslation({3, 5}); });
@@ -454,6 +463,9 @@ const std::vector<TPlace>& ChaosPlaces() {
         {"Dialog of a rectangle", Hook("Dialog"), EditingObject(3)},
         {"Dialog of a new ruler", Hook("Dialog"), addDialog},
         {"Dialog of a ruler", Hook("Dialog"), editDialog},
+        {"Gradient.OnSelectionChanged", Slot(&TGradientEditor::SetOnSelectionChanged), pressInGradient(Qt::Key_Right)},
+        {"Gradient.OnChanged", Slot(&TGradientEditor::SetOnChanged), pressInGradient(Qt::Key_Insert)},
+        {"Gradient.OnQueryColor", Slot(&TGradientEditor::SetOnQueryColor), pressInGradient(Qt::Key_Insert)},
         {"Dialog of a new query point", Hook("Dialog"),
          [](S& s) { InDialog(s, &TMapViewInfoQueryListControl::AddSingle_Click); }},
         {"Dialog of a query point", Hook("Dialog"),

@@ -134,9 +134,13 @@ TEST(ChaosOfSeveral, MayComeInAnyOrder) {
         std::vector<const TPlace*> triggered;
         for (int i = 0; i < 4; ++i) {
             const TPlace* place = pick(ChaosPlaces());
-            chaos.Add(*place, {pick(ChaosDeeds()), pick(ChaosDeeds()), pick(ChaosDeeds())});
+            const std::vector<const TDeed*> deeds = {pick(ChaosDeeds()), pick(ChaosDeeds()), pick(ChaosDeeds())};
+            chaos.Add(*place, deeds);
             triggered.push_back(place);
             triggered.push_back(pick(ChaosPlaces()));
+            if (qEnvironmentVariableIsSet("LMX_CHAOS_TRACE"))
+                std::cerr << place->Name << ": " << deeds[0]->Name << ", " << deeds[1]->Name << ", " << deeds[2]->Name
+                          << "; then " << triggered.back()->Name << '\n';
         }
         chaos.Run(triggered);
     }

@@ -233,6 +233,15 @@ struct TQuietMessages : lmx::IMsgBoxService {
     });
 }
 
+[[maybe_unused]] void Gradients(lmx::TGradientEditor& editor, const std::shared_ptr<lmx::IGradient>& gradient,
+                                lmx::TIdrisiMapLayer* raster) {
+    editor.SetValueRange(-30, 45);
+    editor.SetGradient(gradient);   // takes its stops; GetGradient gives a new one
+    editor.SetOnChanged([raster](lmx::TGradientEditor* changed, lmx::TGrabber) {
+        raster->SetColorCalc(lmx::TGradientColorCalculatorFactory::GetObject(changed));
+    });
+}
+
 struct THost : lmx::TEventReceiver {
     void Layers_Removed(lmx::ILayerManager*, lmx::TBaseMapLayer*) {}
 

@@ -332,6 +332,7 @@ TChaosScene::~TChaosScene() {
     View.reset();
     ObjectList.reset();
     Table.reset();
+    Gradient.reset();
     Panel.reset();
     Map.reset();
     Manager.reset();
@@ -407,7 +408,11 @@ void TChaosScene::ShowWidgets() {
     Table->SetIQPLayer(Points());
     Table->SetLayerManager(Manager);
     Table->SetCursorMapPt({5, 5}, TLatLonWorldSystemFactory::GetObject());
+    Gradient = std::make_unique<TGradientEditor>();
+    for (const double location : {0.0, 0.5, 1.0})
+        Gradient->Add(0xFFFF8000, location);
     View->show();
+    Gradient->show();
     Map->show();
     Panel->show();
     Table->show();
@@ -449,6 +454,13 @@ void TChaosScene::SendMouse(QEvent::Type type, QPoint at, Qt::MouseButton button
     QCoreApplication::sendEvent(View.get(), &event);
 }
 
+void TChaosScene::PressInGradient(Qt::Key key) {
+    if (!Gradient)
+        return;
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(Gradient.get(), &event);
+}
+
 void TChaosScene::Click(QPoint at) {
     SendMouse(QEvent::MouseButtonPress, at);
     SendMouse(QEvent::MouseMove, at + QPoint(4, 3));
@@ -482,6 +494,8 @@ void TChaosScene::UseOnceMore() {
         Annotations->GetObjects().Add(std::make_unique<TRectangleObjectTypeItem>(Annotations.Get()));
     if (ObjectList)
         ObjectList->GetLayerList()->SelectRow(0);
+    PressInGradient(Qt::Key_Insert);
+    PressInGradient(Qt::Key_Right);
     if (Manager)
         AddLayer();
     Settle();

@@ -19,6 +19,7 @@
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Widgets/lmxGradientEditor.h>
 #include <tests/Support/ScriptedServices.h>
 #include <tests/Support/TestBufferedLayer.h>
 
@@ -109,6 +110,8 @@ private:
 
 /// A view, a map control, a rulers panel, a table of query points and a list of annotations on one manager with a layer
 /// of each kind, shown and painted. Any of them may be gone; whoever uses one asks first.
+/// A view, a map control, a rulers panel, a table of query points on one manager with a layer of each kind, and a
+/// gradient editor, shown and painted. Any of them may be gone; whoever uses one asks first.
 struct TChaosScene {
     /// `beforeViews` runs when there is a filled manager and nobody listens to it yet.
     explicit TChaosScene(const std::function<void(TChaosScene&)>& beforeViews = {});
@@ -120,6 +123,7 @@ struct TChaosScene {
 
     void SendMouse(QEvent::Type type, QPoint at, Qt::MouseButton button = Qt::LeftButton);
     void Click(QPoint at);
+    void PressInGradient(Qt::Key key);
     TChaosLayer* AddLayer();
     /// The special layers of the view; nil if there is no view, or none of that kind.
     TRulerMapLayer* Rulers() const { return View ? View->GetSpRulersLayer() : nullptr; }
@@ -151,6 +155,7 @@ struct TChaosScene {
     std::unique_ptr<TMapViewRulersPanelControl> Panel;
     std::unique_ptr<TMapViewInfoQueryListControl> Table;
     std::unique_ptr<TObjectLayerLegendControl> ObjectList;
+    std::unique_ptr<TGradientEditor> Gradient;
 
 private:
     void FillManager();
