@@ -1,8 +1,9 @@
 #include <lmx/Layers/lmxObjectMapLayer.h>
 
 #include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxObjectGeometry.h>
 #include <lmx/Layers/Private/lmxLayerComponents.h>
-#include <lmx/Runtime/lmxBorrowed.h>
 
 #include <utility>
 #include <vector>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExport.h>
 #include <lmx/Runtime/lmxGeometry.h>
 #include <lmx/Runtime/lmxObjectList.h>
@@ -10,6 +10,7 @@
 
 namespace lmx {
 
+class TBaseObjectLayerItem;
 class TObjectMapLayer;
 
 /// The parts of an annotation by name, for hosts that tell of them. What the mouse holds is a TSelectedElement.

@@ -45,7 +45,7 @@ const QMap<QString, QStringList>& AllowedRooms() {
             {"Colour", values + QStringList{"Raster", "Colour/Steps"}},
             {"Colour/Legend", values + QStringList{"Raster", "Colour", "Colour/Steps"}},
             {"Layers/Render", pictures},
-            {"Layers", render + QStringList{"Layers/Objects"}}, // a layer owns its objects, and they know it
+            {"Layers", render},
             {"Layers/Objects", render + QStringList{"Layers"}},
             {"Controls/Legend", map},
             {"Controls", map + QStringList{"Controls/Legend"}},
@@ -56,11 +56,12 @@ const QMap<QString, QStringList>& AllowedRooms() {
     return allowed;
 }
 
-// The deliberate ways back. A layer has its legend control and its property pages made, and a control opens the dialogs
-// of what it lists; each through one source, its door.
+// The deliberate ways back. A layer has its legend control and its property pages made, the layer of annotations calls
+// them, and a control opens the dialogs of what it lists; each through one source, its door.
 const QMap<QString, QStringList>& Doors() {
     static const QMap<QString, QStringList> doors{
         {"lmx/Layers/lmxLayerComponents.cpp", {"Controls/Legend", "Dialogs"}},
+        {"lmx/Layers/lmxObjectMapLayer.cpp", {"Layers/Objects"}},
         {"lmx/Controls/lmxControlDialogs.cpp", {"Dialogs"}},
     };
     return doors;

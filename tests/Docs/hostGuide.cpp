@@ -137,6 +137,15 @@ struct TQuietMessages : lmx::IMsgBoxService {
     lmx::TMapViewControl view(parent, {lmx::TSpecialLayers::slSelection, lmx::TSpecialLayers::slRulers});
 }
 
+[[maybe_unused]] void Annotations(lmx::TMapViewControl& view, lmx::TBaseMapLayer* raster) {
+    lmx::TObjectMapLayer* objects = view.GetSpObjectLayer();
+    auto* legend = objects->GetObjects().Add(
+        std::make_unique<lmx::TLegendObjectLayerItem>(objects, raster, lmx::TLegendOrientation::loVertical));
+    legend->SetShowBackground(true);
+    legend->SetRect({20, 20, 140, 320});
+    legend->SetAnchors({lmx::TAnchorKind::akLeft, lmx::TAnchorKind::akBottom});
+}
+
 [[maybe_unused]] void Marks(lmx::TMapViewControl& view, lmx::TSubscription& added, lmx::TPinMapLayer* pins,
                             lmx::TMapViewRulersPanelControl& panel) {
     view.GetSpRulersLayer()->Add(std::make_unique<lmx::TRulerItem>(lmx::TRulerOrientation::roVertical, -23.44L, 0xFFCC0000));

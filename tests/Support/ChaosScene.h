@@ -9,6 +9,7 @@
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
