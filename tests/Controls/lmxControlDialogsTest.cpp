@@ -407,6 +407,22 @@ TEST_F(ControlDialogs, AddNothingForAControlThatHasGone) {
     EXPECT_EQ(Layer->GetObjects().Count(), 0);
 }
 
+TEST_F(ControlDialogs, AddNothingForAControlThatGoesBehindItsMenu) {
+    Control->AddButton_OnClick();
+    QMenu* menu = Control->GetAddMenu();
+    ASSERT_TRUE(menu->isVisible());
+    EditWhile(
+        *Control,
+        [&](auto&) {
+            const QRect text = menu->actionGeometry(menu->actions()[1]);
+            QTest::mouseMove(menu, text.center());
+            QTest::mouseClick(menu, Qt::LeftButton, {}, text.center());
+        },
+        [&] { Control.reset(); });
+    EXPECT_EQ(Control, nullptr);
+    EXPECT_EQ(Layer->GetObjects().Count(), 0);
+}
+
 TEST_F(ControlDialogs, MayLoseEverythingWhenAnAdditionIsTold) {
     const TSubscription subscription = Layer->GetOnObjectAdded().Add([&](TObjectMapLayer*, TBaseObjectLayerItem*) {
         Control.reset();

@@ -97,6 +97,8 @@ TObjectLayerLegendControl::TObjectLayerLegendControl(QWidget* parent)
 
 TObjectLayerLegendControl::~TObjectLayerLegendControl() {
     StopReceiving();
+    if (FMenuRuns > 0)
+        FAddMenu->setParent(nullptr);
 }
 
 TObjectLayerLegendControl* TObjectLayerLegendControl::CreateComp(QWidget* owner, TObjectMapLayer* layer) {
@@ -130,16 +132,27 @@ void TObjectLayerLegendControl::CreateCommands() {
 void TObjectLayerLegendControl::CreateAddMenu() {
     FAddMenu = new QMenu(this);
     const auto add = [this](const QString& text, std::function<void(TObjectMapLayer&)> work) {
-        connect(FAddMenu->addAction(text), &QAction::triggered, this, [this, work] {
-            if (GetLayer())
-                GuardEvent(this, [&] { work(*GetLayer()); });
-        });
+        connect(FAddMenu->addAction(text), &QAction::triggered, this, [this, work] { RunFromMenu(work); });
     };
     add(QStringLiteral("Compass rose"), AddNew<TCompassRoseObjectLayerItem>);
     add(QStringLiteral("Text box"), [this](auto& layer) { AddTextBox(this, layer); });
     add(QStringLiteral("Legend"), [this](auto& layer) { AddLegend(this, layer); });
     add(QStringLiteral("Shape key"), AddNew<TShapeLegendObjectLayerItem>);
     add(QStringLiteral("Rectangle"), AddNew<TRectangleObjectTypeItem>);
+}
+
+// What is done may take this control away, and Qt goes on with the menu afterwards: then the menu goes last.
+void TObjectLayerLegendControl::RunFromMenu(const std::function<void(TObjectMapLayer&)>& work) {
+    if (!GetLayer())
+        return;
+    const TBorrowed self(this);
+    QMenu* const menu = FAddMenu;
+    const bool isOutermost = FMenuRuns++ == 0;
+    GuardEvent(this, [&] { work(*GetLayer()); });
+    if (self)
+        --FMenuRuns;
+    else if (isOutermost)
+        menu->deleteLater();
 }
 
 // The editor is as large as the room allows, up to its own size.

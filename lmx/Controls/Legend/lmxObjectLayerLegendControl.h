@@ -5,6 +5,7 @@
 #include <lmx/Runtime/lmxEventList.h>
 #include <lmx/Runtime/lmxExport.h>
 
+#include <functional>
 #include <memory>
 
 QT_BEGIN_NAMESPACE
@@ -78,6 +79,7 @@ private:
     void CreateCommands();
     void CreateAddMenu();
     void CreateAnchorsPanel();
+    void RunFromMenu(const std::function<void(TObjectMapLayer&)>& work);
 
     void RegisterLayerEvents(bool registering);
     bool IsOneChangeBehind() const; ///< whether one change has led from the rows to the layer's list
@@ -96,6 +98,7 @@ private:
     TPngButton* FDelButton = nullptr;
     TPngButton* FEditButton = nullptr;
     QMenu* FAddMenu = nullptr;
+    int FMenuRuns = 0; ///< of its actions that are under way
     QFrame* FAnchorsPanel = nullptr;
     TAnchorEditor* FAnchorsEditor = nullptr;
     TBorrowed<TObjectMapLayer> FLayer;
