@@ -44,11 +44,14 @@ const QString NoData = QStringLiteral("it has no data");
 
 void ShowPlace(TMapViewControl& control, extended zoom, const TMapPoint& center) {
     const TBorrowed self(&control);
-    if (!control.WorldCreated())
+    const TBorrowed viewport(control.GetViewport()); // which may tell of a size
+    if (!self)
+        return;
+    if (!viewport)
         throw EInvalidOperation(QStringLiteral("World not created"));
-    control.GetViewport()->SetScale(zoom);
-    if (self && control.WorldCreated())
-        control.SetCenter(center);
+    viewport->SetScale(zoom);
+    if (viewport)
+        viewport->SetCenter(center);
 }
 
 } // namespace

@@ -21,14 +21,17 @@ std::shared_ptr<ILayerManager> RequireMap(TMapViewControl* control) {
 }
 
 void WriteRoot(TXmlNode root, const QString& documentTypeID, const TMapViewControl& control, const QString& title) {
-    const TWorldViewport& viewport = *control.GetViewport();
-    const TMapPoint center = control.GetWorldSystem() ? viewport.GetCenter() : TMapPoint(); // nowhere without a system
+    const TWorldViewport* const viewport = control.GetViewport();
+    if (!viewport) // gone with whoever heard of its size
+        throw EInvalidOperation(QStringLiteral("World not created"));
+    const auto& system = control.GetWorldSystem();
+    const TMapPoint center = system ? viewport->GetCenter() : TMapPoint(); // nowhere without a system
     root.SetAttribute(Manifest::Version, IntToStr(MapDocVersion));
     root.SetAttribute(Manifest::DocTypeID, documentTypeID);
     root.SetAttribute(Manifest::MapTitle, title);
-    root.SetAttribute(Manifest::ZoomScale, FloatToStr(viewport.GetScale()));
+    root.SetAttribute(Manifest::ZoomScale, FloatToStr(viewport->GetScale()));
     root.SetAttribute(Manifest::Center, center.ToString(false));
-    root.SetAttribute(Manifest::RefSystem, WorldSystemToText(control.GetWorldSystem()));
+    root.SetAttribute(Manifest::RefSystem, WorldSystemToText(system));
 }
 
 } // namespace
