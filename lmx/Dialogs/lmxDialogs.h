@@ -6,8 +6,12 @@
 #include <lmx/Dialogs/lmxGeneralOptionsObjectDialog.h>
 #include <lmx/Dialogs/lmxLegendObjectDialog.h>
 #include <lmx/Dialogs/lmxObjectDialog.h>
+#include <lmx/Dialogs/lmxAddBasicPaletteColorDialog.h>
+#include <lmx/Dialogs/lmxAddColorClassDialog.h>
+#include <lmx/Dialogs/lmxAddMPGradientDialog.h>
 #include <lmx/Dialogs/lmxAddMultipleInfoQueryPointDialog.h>
 #include <lmx/Dialogs/lmxAddMultipleInfoQueryPointPasteDialog.h>
+#include <lmx/Dialogs/lmxGradientEditorFrame.h>
 #include <lmx/Dialogs/lmxInfoQueryPointDialog.h>
 #include <lmx/Dialogs/lmxRulerDialog.h>
 #include <lmx/Dialogs/lmxTextObjectDialog.h>

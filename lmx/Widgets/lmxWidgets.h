@@ -5,6 +5,7 @@
 #include <lmx/Widgets/lmxAnchorEditor.h>
 #include <lmx/Widgets/lmxBaseToggleButton.h>
 #include <lmx/Widgets/lmxClipboard.h>
+#include <lmx/Widgets/lmxClipboardEnvelope.h>
 #include <lmx/Widgets/lmxColor32Button.h>
 #include <lmx/Widgets/lmxColorChooser.h>
 #include <lmx/Widgets/lmxColorShape.h>

@@ -145,6 +145,7 @@ public:
     explicit TClipboards(TSharedHooks hooks) : FHooks(std::move(hooks)) {}
     QString GetAsText() const override { return {}; }
     void SetAsText(const QString&) override { FHooks->Call(QStringLiteral("Clipboard.SetAsText")); }
+    void SetData(const QString&, const QByteArray&) override { FHooks->Call(QStringLiteral("Clipboard.SetData")); }
 
 private:
     TSharedHooks FHooks;

@@ -14,6 +14,7 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -175,7 +176,19 @@ class TClipboardScript final : public IClipboardService {
 public:
     QString Text;
     QString GetAsText() const override { return Text; }
-    void SetAsText(const QString& text) override { Text = text; }
+    void SetAsText(const QString& text) override {
+        Data.clear();
+        Text = text;
+    }
+    std::map<QString, QByteArray> Data; ///< by MIME type
+    std::optional<QByteArray> GetData(const QString& mimeType) const override {
+        const auto found = Data.find(mimeType);
+        return found == Data.end() ? std::nullopt : std::optional(found->second);
+    }
+    void SetData(const QString& mimeType, const QByteArray& data) override {
+        Text.clear();
+        Data = {{mimeType, data}};
+    }
 };
 using TScriptedClipboard = TScripted<TClipboard, TClipboardScript>;
 

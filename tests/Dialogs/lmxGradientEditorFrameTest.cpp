@@ -1,0 +1,195 @@
+#include <lmx/Dialogs/lmxGradientEditorFrame.h>
+#include <lmx/Runtime/lmxFormatSettings.h>
+#include <lmx/Widgets/lmxClipboardEnvelope.h>
+#include <lmx/Widgets/lmxColor32Button.h>
+#include <lmx/Widgets/lmxGradientEditor.h>
+#include <tests/Support/DialogChecks.h>
+#include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
+#include <tests/Support/WidgetPictures.h>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace lmx {
+namespace {
+
+constexpr TColor32 Blue = 0xFF0000FF;
+constexpr TColor32 Red = 0x80FF0000;
+
+struct GradientEditorFrame : testing::Test {
+    GradientEditorFrame() {
+        Low = Editor.Add(Blue, 0);
+        High = Editor.Add(Red, 1);
+        Frame->SetValueRange(-30, 45);
+    }
+    template<class Widget>
+    Widget& Find(const char* name) {
+        return *Frame->findChild<Widget*>(QString::fromLatin1(name));
+    }
+    void Show() { tests::ShowActive(*Frame); }
+    void Click(const char* name) { QTest::mouseClick(&Find<QPushButton>(name), Qt::LeftButton); }
+    void Type(QLineEdit& edit, const QString& text) {
+        edit.setFocus();
+        edit.selectAll();
+        QTest::keyClicks(&edit, text);
+    }
+    QString Text() const { return Editor.GetGradient()->ToString(); }
+
+    const TFormatSettingsScope Point{TFormatSettings{u'.'}};
+    const tests::TScriptedColorChooser Chooser; // there before the frame makes its own
+    std::unique_ptr<TGradientEditorFrame> Frame = std::make_unique<TGradientEditorFrame>();
+    TGradientEditor& Editor = *Frame->GetGradEdit();
+    TColor32Button& Color = Find<TColor32Button>("shpColor");
+    QLineEdit& Location = Find<QLineEdit>("edLoc");
+    QLineEdit& Value = Find<QLineEdit>("edVal");
+    TGrabber Low, High;
+};
+
+TEST_F(GradientEditorFrame, SaysWhatItShows) {
+    QStringList labels;
+    for (const QLabel* label : Frame->findChildren<QLabel*>())
+        labels += QString(label->text()).remove(u'&') + (label->buddy() ? label->buddy()->objectName() : QString());
+    EXPECT_EQ(labels, (QStringList{"Color:shpColor", "Location:edLoc", "%", "Value:edVal"}));
+    const std::pair<const char*, const char*> buttons[] = {{"btnPrev", "<"},     {"btnNext", ">"},
+                                                           {"btnDel", "Delete"}, {"btnClear", "Clear all"},
+                                                           {"btnCopy", "Copy"},  {"btnPaste", "Paste"}};
+    for (const auto& [name, text] : buttons)
+        EXPECT_EQ(QString(Find<QPushButton>(name).text()).remove(u'&'), text);
+    EXPECT_EQ(Find<QPushButton>("btnPrev").toolTip(), "Previous color");
+    EXPECT_EQ(Find<QPushButton>("btnNext").toolTip(), "Next color");
+    EXPECT_EQ(Color.GetColor(), 0xFFFFFFFFU);
+    EXPECT_FALSE(Location.isEnabled());
+    EXPECT_FALSE(Value.isEnabled());
+}
+
+TEST_F(GradientEditorFrame, ShowsTheSelectedStop) {
+    Show();
+    Click("btnNext");
+    Click("btnNext");
+    EXPECT_EQ(Editor.GetSelected(), High);
+    EXPECT_TRUE(Location.isEnabled());
+    EXPECT_EQ(Location.text(), "100.00");
+    EXPECT_EQ(Value.text(), "45.0000");
+    EXPECT_EQ(Color.GetColor(), Red);
+    Click("btnPrev");
+    EXPECT_EQ(Location.text(), "0.00");
+    EXPECT_EQ(Value.text(), "-30.0000");
+    QTest::keyClick(&Editor, Qt::Key_Right);
+    EXPECT_EQ(Location.text(), "1.00") << "and follows it";
+    EXPECT_EQ(Value.text(), "-29.2500");
+    Frame->SetValueRange(0, 1);
+    EXPECT_EQ(Value.text(), "0.0100");
+    Editor.Select({});
+    EXPECT_FALSE(Location.isEnabled());
+    EXPECT_EQ(Location.text(), "1.00") << "the last one's, which nobody can change";
+}
+
+TEST_F(GradientEditorFrame, MovesAStopWhileItsPlaceIsTyped) {
+    Show();
+    Editor.Select(Low);
+    Type(Location, "2");
+    EXPECT_EQ(Low.GetLocation(), 0.02);
+    EXPECT_EQ(Location.text(), "2") << "never rewritten under the cursor";
+    EXPECT_EQ(Value.text(), "-28.5000");
+    QTest::keyClicks(&Location, "5");
+    EXPECT_EQ(Low.GetLocation(), 0.25);
+    QTest::keyClicks(&Location, "x");
+    EXPECT_EQ(Low.GetLocation(), 0.25) << "no number, no change";
+    Type(Location, "250");
+    EXPECT_EQ(Low.GetLocation(), 1) << "the nearest place";
+    EXPECT_EQ(Location.text(), "250");
+}
+
+TEST_F(GradientEditorFrame, MovesAStopWhileItsValueIsTyped) {
+    Show();
+    Editor.Select(High);
+    Type(Value, "-");
+    EXPECT_EQ(High.GetLocation(), 1) << "half a number is none";
+    QTest::keyClicks(&Value, "15");
+    EXPECT_EQ(High.GetLocation(), 0.2);
+    EXPECT_EQ(Value.text(), "-15");
+    EXPECT_EQ(Location.text(), "20.00");
+    for (const char* bad : {"", "1e400", "nan", "1 2", "abc"}) {
+        Type(Value, "-15");
+        Value.setText(bad);
+        EXPECT_EQ(High.GetLocation(), 0.2) << bad;
+    }
+}
+
+TEST_F(GradientEditorFrame, GivesAStopAnotherColor) {
+    Show();
+    Editor.Select(High);
+    Chooser->Answers = {0x40123456U, std::nullopt, 0xFF00FF00U, 0x11223344U};
+    QTest::mouseClick(&Color, Qt::LeftButton);
+    EXPECT_EQ(High.GetColor(), 0x40123456U);
+    QTest::mouseClick(&Color, Qt::LeftButton); // and cancel
+    EXPECT_EQ(High.GetColor(), 0x40123456U);
+    QTest::keyClick(&Editor, Qt::Key_Space);
+    EXPECT_EQ(High.GetColor(), 0xFF00FF00U);
+    EXPECT_EQ(Color.GetColor(), 0xFF00FF00U);
+    EXPECT_EQ(Chooser->Shown, (std::vector<TColor32>{Red, 0x40123456U, 0xFF123456U})) << "the editor's wish, opaque";
+    EXPECT_EQ(Chooser->Made, std::vector<TColorChooserDialogOptions>{{TColorChooserDialogOption::coColor32}});
+    Editor.Select({});
+    QTest::mouseClick(&Color, Qt::LeftButton);
+    EXPECT_EQ(Color.GetColor(), 0x11223344U) << "that of the next stop";
+    EXPECT_EQ(Text(), "(0:#FF0000FF),(1:#FF00FF00)");
+    QTest::mouseDClick(&Editor, Qt::LeftButton, {}, Editor.BarRect().center());
+    EXPECT_EQ(Editor.GetSelected().GetColor(), 0x11223344U);
+}
+
+TEST_F(GradientEditorFrame, DeletesOneAndAll) {
+    Show();
+    Click("btnDel");
+    EXPECT_EQ(Editor.GetCount(), 2) << "none is selected";
+    Editor.Select(Low);
+    Click("btnDel");
+    EXPECT_EQ(Text(), "(1:#80FF0000)");
+    EXPECT_EQ(Location.text(), "100.00") << "the neighbour's";
+    Click("btnClear");
+    EXPECT_EQ(Editor.GetCount(), 0);
+    EXPECT_FALSE(Location.isEnabled());
+}
+
+TEST_F(GradientEditorFrame, ExchangesGradientsByTheClipboard) {
+    const tests::TScriptedClipboard clipboard;
+    Show();
+    Click("btnPaste");
+    EXPECT_EQ(Editor.GetCount(), 2) << "nothing there";
+    TClipboardEnvelope::SetText("CLASSIFIED", "x");
+    Click("btnPaste");
+    EXPECT_EQ(Editor.GetCount(), 2) << "nothing of that kind";
+    Click("btnCopy");
+    EXPECT_EQ(TClipboardEnvelope::GetText("GRADIENT"), "(0:#FF0000FF),(1:#80FF0000)");
+    Click("btnClear");
+    Click("btnPaste");
+    EXPECT_EQ(Text(), "(0:#FF0000FF),(1:#80FF0000)");
+    const tests::TScriptedMsgBox messages;
+    TClipboardEnvelope::SetText("GRADIENT", "(0:#FF00");
+    Click("btnPaste");
+    QCoreApplication::processEvents();
+    ASSERT_EQ(messages->Shown.size(), 1U);
+    EXPECT_EQ(messages->Shown[0].Text, "Invalid gradient text");
+    EXPECT_EQ(Editor.GetCount(), 2) << "nothing is lost";
+}
+
+TEST_F(GradientEditorFrame, SurvivesItsEndWhileAColorIsChosen) {
+    Show();
+    Editor.Select(Low);
+    Chooser->Answers = {0xFF123456U};
+    Chooser->WhileOpen = [this] { Frame.reset(); };
+    QTest::keyClick(&Editor, Qt::Key_Space);
+    EXPECT_EQ(Frame, nullptr);
+}
+
+TEST_F(GradientEditorFrame, IsReadAndOperatedAtEveryFontSize) {
+    tests::CheckForm([] {
+        auto frame = std::make_unique<TGradientEditorFrame>();
+        frame->GetGradEdit()->SelectNextGrabber();
+        return frame;
+    });
+}
+
+} // namespace
+} // namespace lmx
