@@ -68,7 +68,7 @@ public:
         return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this) : nullptr;
     }
     QVariant currentValue() const override { return FStop.GetValue(); }
-    void setCurrentValue(const QVariant& value) override { FStop.SetValue(value.toDouble()); }
+    void setCurrentValue(const QVariant& value) override { FStop.SetValue(qvariant_cast<double>(value)); }
     QVariant minimumValue() const override { return Ends().first; }
     QVariant maximumValue() const override { return Ends().second; }
     QVariant minimumStepSize() const override { return std::abs(Ends().second - Ends().first) / 1000; }
