@@ -13,5 +13,11 @@
 #include <lmx/Dialogs/lmxAddMultipleInfoQueryPointPasteDialog.h>
 #include <lmx/Dialogs/lmxGradientEditorFrame.h>
 #include <lmx/Dialogs/lmxInfoQueryPointDialog.h>
+#include <lmx/Dialogs/lmxLayerAttributeDialog.h>
+#include <lmx/Dialogs/lmxLayerPropertiesAttributesFrame.h>
+#include <lmx/Dialogs/lmxLayerPropertiesBoundsFrame.h>
+#include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
+#include <lmx/Dialogs/lmxLayerPropertiesImageHeaderFrame.h>
+#include <lmx/Dialogs/lmxOptionFrame.h>
 #include <lmx/Dialogs/lmxRulerDialog.h>
 #include <lmx/Dialogs/lmxTextObjectDialog.h>

@@ -63,7 +63,12 @@ void TBaseMapLayer::GetContextMenuItems(std::vector<TLayerMenuItem>* list) {
         list->emplace_back(QStringLiteral("&Goto Extent"), true, MenuEvent([this] { GotoExtendMenuItem_Click(); }));
 }
 
-void TBaseMapLayer::InitPropertiesDialog(TLayerPropertiesDialog*) {}
+void TBaseMapLayer::InitPropertiesDialog(TLayerPropertiesDialog* dialog) {
+    if (!dialog)
+        throw EExArgumentNilException(QStringLiteral("TBaseMapLayer.InitPropertiesDialog"), QStringLiteral("Dialog"));
+    AddBoundsPage(*dialog, *this);
+    AddAttributesPage(*dialog, *this);
+}
 
 void TBaseMapLayer::MouseDown(TWorldViewport*, TPoint) {}
 

@@ -57,8 +57,8 @@ public:
     /// Appends the layer's menu entries: "&Goto Extent" if the layer's area is not all zero.
     /// @throws EExArgumentNilException if `list` is nil.
     virtual void GetContextMenuItems(std::vector<TLayerMenuItem>* list);
-    /// Appends the layer's pages to its properties dialog. Here: nothing; the pages of bounds and attributes come with
-    /// the dialog.
+    /// Appends the layer's pages to its properties dialog. Here: "Extent" and "Layer attributes".
+    /// @throws EExArgumentNilException if `dialog` is nil.
     virtual void InitPropertiesDialog(TLayerPropertiesDialog* dialog);
     /// Mouse events, in device pixels; only those of GetMouseSupport arrive. Here: nothing.
     virtual void MouseDown(TWorldViewport* viewport, TPoint point);

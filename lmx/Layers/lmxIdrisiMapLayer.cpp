@@ -211,7 +211,14 @@ void TIdrisiMapLayer::DoExport(const QString& description, const QString& extens
         exporter.Export(*image, fileName);
 }
 
-void TIdrisiMapLayer::InitPropertiesDialog(TLayerPropertiesDialog*) {}
+void TIdrisiMapLayer::InitPropertiesDialog(TLayerPropertiesDialog* dialog) {
+    if (!dialog)
+        throw EExArgumentNilException(QStringLiteral("TIdrisiMapLayer.InitPropertiesDialog"), QStringLiteral("Dialog"));
+    AddBoundsPage(*dialog, *this);
+    if (FImage)
+        AddImageHeaderPage(*dialog, *FImage->getHeader());
+    AddAttributesPage(*dialog, *this);
+}
 
 std::unique_ptr<TBaseLayerManagerLayer>
 TIdrisiMapLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const {

@@ -43,6 +43,7 @@ public:
     QString GetLayerTypeName() const override; ///< "Idrisi Image (Raster)"
     /// The base's entries and the three exports, enabled if there is an image.
     void GetContextMenuItems(std::vector<TLayerMenuItem>* list) override;
+    /// "Extent", "Image header" if there is an image, and "Layer attributes".
     void InitPropertiesDialog(TLayerPropertiesDialog* dialog) override;
     using TRasterMapLayer::Duplicate;
     /// A layer with a copy of the image, which it owns, rendered, with opacity 255.

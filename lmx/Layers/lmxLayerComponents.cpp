@@ -13,6 +13,11 @@
 #include <lmx/Controls/Legend/lmxObjectLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
+#include <lmx/Dialogs/lmxLayerPropertiesAttributesFrame.h>
+#include <lmx/Dialogs/lmxLayerPropertiesBoundsFrame.h>
+#include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
+#include <lmx/Dialogs/lmxLayerPropertiesImageHeaderFrame.h>
+#include <lmx/Layers/lmxBaseMapLayer.h>
 
 #include <QApplication>
 #include <QPointer>
@@ -86,6 +91,19 @@ TBaseLegendControl* CreateObjectLegendControl(TObjectMapLayer* layer) {
 void ShowLegendColor(TBaseLegendControl* legend, TColor color) {
     if (auto* control = dynamic_cast<TColorLegendControl*>(legend))
         control->SetShapeColor(color);
+}
+
+void AddBoundsPage(TLayerPropertiesDialog& dialog, TBaseMapLayer& layer) {
+    dialog.AddOptionFrame(std::make_unique<TLayerPropertiesBoundsOptionFrame>(&layer));
+}
+
+void AddAttributesPage(TLayerPropertiesDialog& dialog, TBaseMapLayer& layer) {
+    dialog.AddOptionFrame(
+        std::make_unique<TLayerPropertiesAttributesOptionFrame>(&layer.GetAttributes(), layer.GetLifetime().Watch()));
+}
+
+void AddImageHeaderPage(TLayerPropertiesDialog& dialog, const TImageHeader& header) {
+    dialog.AddOptionFrame(std::make_unique<TLayerPropertiesImageHeaderOptionFrame>(header));
 }
 
 } // namespace lmx

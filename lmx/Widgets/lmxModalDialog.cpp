@@ -80,22 +80,24 @@ void TModalDialog::showEvent(QShowEvent* event) {
     SelectText(start);
 }
 
-void TModalDialog::AddButtons() {
-    auto* ok = new QPushButton(QStringLiteral("&OK"), this);
-    ok->setObjectName(QStringLiteral("btnOK"));
+QHBoxLayout* TModalDialog::AddButtons(const QString& okName, const QString& cancelName) {
+    auto* actions = new QWidget(this);
+    auto* ok = new QPushButton(QStringLiteral("&OK"), actions);
+    ok->setObjectName(okName);
     ok->setDefault(true);
-    auto* cancel = new QPushButton(QStringLiteral("&Cancel"), this);
-    cancel->setObjectName(QStringLiteral("btnCancel"));
+    auto* cancel = new QPushButton(QStringLiteral("&Cancel"), actions);
+    cancel->setObjectName(cancelName);
     GuardClick(ok, [this] { OkClick(); });
     GuardClick(cancel, [this] { reject(); });
 
-    auto* row = new QHBoxLayout;
+    auto* row = new QHBoxLayout(actions);
     row->setContentsMargins(Margin, 0, Margin, Margin);
     row->setSpacing(Spacing);
     row->addStretch();
     row->addWidget(ok);
     row->addWidget(cancel);
-    static_cast<QBoxLayout*>(layout())->addLayout(row);
+    layout()->addWidget(actions);
+    return row;
 }
 
 } // namespace lmx

@@ -6,6 +6,7 @@
 #include <QString>
 
 QT_BEGIN_NAMESPACE
+class QHBoxLayout;
 class QVBoxLayout;
 QT_END_NAMESPACE
 
@@ -34,7 +35,9 @@ protected:
     TModalDialog(const QString& caption, const QString& heading, QWidget* parent);
 
     QVBoxLayout* GetContent() const { return FContent; }
-    void AddButtons();
+    /// Adds the row of buttons below the content, "&OK" and "&Cancel" at its right end, and gives it for further ones.
+    QHBoxLayout* AddButtons(const QString& okName = QStringLiteral("btnOK"),
+                            const QString& cancelName = QStringLiteral("btnCancel"));
     /// The OK button was pressed. Here: closes with mrOk. What an override raises is shown, and the dialog stays.
     virtual void OkClick() { accept(); }
 

@@ -15,6 +15,7 @@ public:
     TOwnedDialog& operator=(const TOwnedDialog&) = delete;
     ~TOwnedDialog() { delete FDialog; }
 
+    Dialog* Get() const { return FDialog; } ///< nil once it is gone
     Dialog* operator->() const { return FDialog; }
 
     /// Shows it until it is closed, and gives its answer; QDialog::Rejected if it is gone.

@@ -14,7 +14,10 @@ namespace lmx {
 
 class IBaseColorCalculator;
 class TBaseLegendControl;
-class TObjectMapLayer;
+class TBaseMapLayer;
+class TImageHeader;
+class TLayerPropertiesDialog;
+class TRasterMapLayer;
 class TShpFile;
 
 /// The object that a legend control is, to watch whether it still lives.
@@ -41,5 +44,10 @@ TBaseLegendControl* CreateVectorFileLegendControl(TColor color, TLegendColorEven
 TBaseLegendControl* CreateObjectLegendControl(TObjectMapLayer* layer);
 /// Shows a colour in a legend of one colour.
 void ShowLegendColor(TBaseLegendControl* legend, TColor color);
+
+/// Append a page about a layer to its properties dialog. A page whose layer has gone applies nothing.
+void AddBoundsPage(TLayerPropertiesDialog& dialog, TBaseMapLayer& layer);
+void AddAttributesPage(TLayerPropertiesDialog& dialog, TBaseMapLayer& layer);
+void AddImageHeaderPage(TLayerPropertiesDialog& dialog, const TImageHeader& header);
 
 } // namespace lmx

@@ -1,0 +1,114 @@
+#include <lmx/Dialogs/lmxLayerAttributeDialog.h>
+#include <lmx/Widgets/Private/lmxFormHeading.h>
+#include <tests/Dialogs/PropertiesDialogFixture.h>
+#include <tests/Support/DialogChecks.h>
+#include <tests/Support/ModalAnswer.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace lmx {
+namespace {
+
+using tests::Click;
+using tests::Find;
+using tests::TShownMessage;
+
+struct LayerAttributeDialog : testing::Test {
+    /// Types a value of a type and presses OK; whether the dialog closes.
+    bool Accepts(TAttributeDataType type, const QString& value) {
+        TLayerAttributeDialog dialog;
+        dialog.SetAttribute(QStringLiteral("Name"), {type, QString()});
+        tests::ShowActive(dialog);
+        Find<QLineEdit>(dialog, "edVal").setFocus();
+        QTest::keyClicks(dialog.focusWidget(), value);
+        Click(dialog, "Button1");
+        EXPECT_EQ(dialog.GetModalResult() == TModalResult::mrOk, !dialog.isVisible());
+        return !dialog.isVisible();
+    }
+
+    tests::TScriptedMsgBox Messages;
+};
+
+TEST_F(LayerAttributeDialog, SaysWhatItAsksFor) {
+    const TLayerAttributeDialog dialog;
+    EXPECT_EQ(dialog.windowTitle(), "Attribute");
+    EXPECT_EQ(dialog.findChild<TFormHeading*>()->text(), "Layer attribute");
+    QStringList labels;
+    for (const QLabel* label : dialog.findChildren<QLabel*>())
+        if (label->buddy())
+            labels.append(label->text() + label->buddy()->objectName());
+    EXPECT_EQ(labels, (QStringList{"Name: edName", "Data type:cbDataType", "Value:edVal"}));
+    const auto& types = Find<QComboBox>(dialog, "cbDataType");
+    EXPECT_FALSE(types.isEditable());
+    EXPECT_EQ(types.count(), 3);
+    EXPECT_EQ(types.itemText(0), "String");
+    EXPECT_EQ(types.itemText(1), "Float");
+    EXPECT_EQ(types.itemText(2), "Integer");
+    EXPECT_EQ(Find<QPushButton>(dialog, "Button1").text(), "&OK");
+    EXPECT_EQ(Find<QPushButton>(dialog, "Button2").text(), "&Cancel");
+}
+
+TEST_F(LayerAttributeDialog, GivesBackWhatItWasGiven) {
+    TLayerAttributeDialog dialog;
+    for (const auto type :
+         {TAttributeDataType::adtInteger, TAttributeDataType::adtFloat, TAttributeDataType::adtString}) {
+        dialog.SetAttribute(QStringLiteral(" Depth "), {type, QStringLiteral(" 7 ")});
+        QString name;
+        TAttributeData data;
+        dialog.GetAttribute(name, data);
+        EXPECT_EQ(name, " Depth ");
+        EXPECT_EQ(data, TAttributeData(type, QStringLiteral(" 7 ")));
+    }
+}
+
+TEST_F(LayerAttributeDialog, WantsAValueOfTheType) {
+    EXPECT_TRUE(Accepts(TAttributeDataType::adtString, QStringLiteral("letters")));
+    EXPECT_TRUE(Accepts(TAttributeDataType::adtString, QString()));
+    EXPECT_TRUE(Accepts(TAttributeDataType::adtFloat, tests::Local("-1.5")));
+    EXPECT_TRUE(Accepts(TAttributeDataType::adtInteger, QStringLiteral("-2147483648")));
+    EXPECT_TRUE(Messages->Shown.empty());
+    for (const char* text : {"letters", "", "1e400", "NaN", "1 2"})
+        EXPECT_FALSE(Accepts(TAttributeDataType::adtFloat, QString::fromLatin1(text))) << text;
+    for (const char* text : {"letters", "", "1.5", "1,5", "2147483648"})
+        EXPECT_FALSE(Accepts(TAttributeDataType::adtInteger, QString::fromLatin1(text))) << text;
+    ASSERT_EQ(Messages->Shown.size(), 10U);
+    for (const TShownMessage& shown : Messages->Shown) {
+        EXPECT_EQ(shown.Kind, "Error");
+        EXPECT_EQ(shown.Text, "The specified value is not compatible with the specified data type.");
+        EXPECT_EQ(shown.Title, "Data type");
+    }
+}
+
+TEST_F(LayerAttributeDialog, TakesAnEmptyName) {
+    TLayerAttributeDialog dialog;
+    dialog.SetAttribute(QString(), TAttributeData::Empty());
+    tests::ShowActive(dialog);
+    Click(dialog, "Button1");
+    EXPECT_EQ(dialog.GetModalResult(), TModalResult::mrOk);
+}
+
+TEST_F(LayerAttributeDialog, BeginsWithTheNameToBeTypedOver) {
+    TLayerAttributeDialog dialog;
+    dialog.SetAttribute(QStringLiteral("Name"), TAttributeData::Empty());
+    tests::ShowActive(dialog);
+    auto& name = Find<QLineEdit>(dialog, "edName");
+    EXPECT_TRUE(name.hasFocus());
+    EXPECT_EQ(name.selectedText(), "Name");
+    QTest::keyClick(&name, Qt::Key_Escape);
+    EXPECT_EQ(dialog.GetModalResult(), TModalResult::mrCancel);
+}
+
+TEST_F(LayerAttributeDialog, HasOneSize) {
+    TLayerAttributeDialog dialog;
+    tests::ShowActive(dialog);
+    EXPECT_EQ(dialog.minimumSize(), dialog.maximumSize());
+}
+
+TEST_F(LayerAttributeDialog, IsReadAndOperatedAtEveryFontSize) {
+    tests::CheckForm([] { return std::make_unique<TLayerAttributeDialog>(); });
+}
+
+} // namespace
+} // namespace lmx
