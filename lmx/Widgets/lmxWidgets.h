@@ -28,5 +28,6 @@
 #include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxPaintBox32.h>
 #include <lmx/Widgets/lmxPngButton.h>
+#include <lmx/Widgets/lmxResBrowser.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 #include <lmx/Widgets/lmxToggleButtonBar.h>

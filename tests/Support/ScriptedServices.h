@@ -6,6 +6,7 @@
 #include <lmx/Widgets/lmxFileDialog.h>
 #include <lmx/Widgets/lmxInputBox.h>
 #include <lmx/Widgets/lmxMsgBox.h>
+#include <lmx/Widgets/lmxResBrowser.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 
 #include <QString>
@@ -191,5 +192,39 @@ public:
     }
 };
 using TScriptedClipboard = TScripted<TClipboard, TClipboardScript>;
+
+class TResBrowserScript final : public IResBrowserService {
+public:
+    std::vector<std::vector<QString>> Shown;      ///< names of the sources with which each was run
+    std::deque<std::optional<TResource>> Answers; ///< nothing: cancelled
+    std::function<void()> WhileOpen;              ///< what goes on meanwhile, if anything
+
+    std::shared_ptr<IResBrowser> CreateResBrowser() override { return std::make_shared<TBrowser>(*this); }
+
+private:
+    class TBrowser final : public IResBrowser {
+    public:
+        explicit TBrowser(TResBrowserScript& script) : FScript(script) {}
+        void AddSource(const std::shared_ptr<IResBrowserSource>& source) override {
+            if (source)
+                FNames.push_back(source->GetName());
+        }
+        bool Execute(QWidget*) override {
+            FScript.Shown.push_back(FNames);
+            if (FScript.WhileOpen)
+                FScript.WhileOpen();
+            const auto answer = TakeAnswer(FScript.Answers, "a resource", std::optional<TResource>());
+            FResource = answer.value_or(TResource());
+            return answer.has_value();
+        }
+        TResource GetResource() const override { return FResource; }
+
+    private:
+        TResBrowserScript& FScript;
+        std::vector<QString> FNames;
+        TResource FResource;
+    };
+};
+using TScriptedResBrowser = TScripted<TResBrowserFactory, TResBrowserScript>;
 
 } // namespace lmx::tests
