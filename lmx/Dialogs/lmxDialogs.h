@@ -17,6 +17,7 @@
 #include <lmx/Dialogs/lmxLayerPropertiesAttributesFrame.h>
 #include <lmx/Dialogs/lmxLayerPropertiesBoundsFrame.h>
 #include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
+#include <lmx/Dialogs/lmxLayerPropertiesDisplayFrame.h>
 #include <lmx/Dialogs/lmxLayerPropertiesImageHeaderFrame.h>
 #include <lmx/Dialogs/lmxOptionFrame.h>
 #include <lmx/Dialogs/lmxRulerDialog.h>

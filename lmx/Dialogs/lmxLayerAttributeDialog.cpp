@@ -23,7 +23,7 @@ TLayerAttributeDialog::TLayerAttributeDialog(QWidget* parent)
     for (const QStringView name : AttributeTypeNames)
         FDataType->addItem(name.toString());
     auto* form = new QFormLayout;
-    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     form->addRow(QStringLiteral("Name: "), FName);
     form->addRow(QStringLiteral("Data type:"), FDataType);
     form->addRow(QStringLiteral("Value:"), FValue);

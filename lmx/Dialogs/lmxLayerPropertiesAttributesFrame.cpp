@@ -82,6 +82,7 @@ TLayerPropertiesAttributesFrame::TLayerPropertiesAttributesFrame(QWidget* parent
     buttons->addWidget(FDelete);
     buttons->addStretch();
     auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(FList);
     column->addLayout(buttons);
     UpdateButtons();

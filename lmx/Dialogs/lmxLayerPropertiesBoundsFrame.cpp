@@ -20,6 +20,7 @@ TLayerPropertiesBoundsFrame::TLayerPropertiesBoundsFrame(const TBaseMapLayer& la
     type->addWidget(typeName, 1);
 
     auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
     column->addLayout(type);
     column->addWidget(new TBoundsContainerPanel(layer.GetLayerArea().Area, this));
     column->addStretch();

@@ -72,6 +72,7 @@ TLayerPropertiesImageHeaderFrame::TLayerPropertiesImageHeaderFrame(QWidget* pare
     FValueList->SetColumns({{QStringLiteral("Property"), 150}, {QStringLiteral("Value"), 100, true}});
     FValueList->SetRows(FRows);
     auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(FValueList);
 }
 

@@ -215,6 +215,7 @@ void TIdrisiMapLayer::InitPropertiesDialog(TLayerPropertiesDialog* dialog) {
     if (!dialog)
         throw EExArgumentNilException(QStringLiteral("TIdrisiMapLayer.InitPropertiesDialog"), QStringLiteral("Dialog"));
     AddBoundsPage(*dialog, *this);
+    AddDisplayPage(*dialog, *this);
     if (FImage)
         AddImageHeaderPage(*dialog, *FImage->getHeader());
     AddAttributesPage(*dialog, *this);

@@ -43,7 +43,8 @@ public:
     QString GetLayerTypeName() const override; ///< "Idrisi Image (Raster)"
     /// The base's entries and the three exports, enabled if there is an image.
     void GetContextMenuItems(std::vector<TLayerMenuItem>* list) override;
-    /// "Extent", "Image header" if there is an image, and "Layer attributes".
+    /// "Extent", "Raster display", "Image header" if there is an image, and "Layer attributes".
+    /// @throws EArgumentException "ColorCalc is null" without a calculator, when the first page is there.
     void InitPropertiesDialog(TLayerPropertiesDialog* dialog) override;
     using TRasterMapLayer::Duplicate;
     /// A layer with a copy of the image, which it owns, rendered, with opacity 255.

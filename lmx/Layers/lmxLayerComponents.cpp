@@ -16,6 +16,7 @@
 #include <lmx/Dialogs/lmxLayerPropertiesAttributesFrame.h>
 #include <lmx/Dialogs/lmxLayerPropertiesBoundsFrame.h>
 #include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
+#include <lmx/Dialogs/lmxLayerPropertiesDisplayFrame.h>
 #include <lmx/Dialogs/lmxLayerPropertiesImageHeaderFrame.h>
 #include <lmx/Layers/lmxBaseMapLayer.h>
 
@@ -100,6 +101,10 @@ void AddBoundsPage(TLayerPropertiesDialog& dialog, TBaseMapLayer& layer) {
 void AddAttributesPage(TLayerPropertiesDialog& dialog, TBaseMapLayer& layer) {
     dialog.AddOptionFrame(
         std::make_unique<TLayerPropertiesAttributesOptionFrame>(&layer.GetAttributes(), layer.GetLifetime().Watch()));
+}
+
+void AddDisplayPage(TLayerPropertiesDialog& dialog, TRasterMapLayer& layer) {
+    dialog.AddOptionFrame(std::make_unique<TLayerPropertiesDisplayOptionFrame>(&layer));
 }
 
 void AddImageHeaderPage(TLayerPropertiesDialog& dialog, const TImageHeader& header) {

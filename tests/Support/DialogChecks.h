@@ -22,6 +22,7 @@ QStringList FaultsOf(QWidget& form);
 
 /// FaultsOf at fonts of 9 to 14 points, and again with all texts twice as long; each time on a form made anew. A dialog
 /// is also cancelled by Escape.
-void CheckForm(const std::function<std::unique_ptr<QWidget>()>& make);
+/// `sharedKeys` are access keys ("Alt+C") that several of its texts are meant to have.
+void CheckForm(const std::function<std::unique_ptr<QWidget>()>& make, const QStringList& sharedKeys = {});
 
 } // namespace lmx::tests

@@ -48,6 +48,7 @@ void ShowLegendColor(TBaseLegendControl* legend, TColor color);
 /// Append a page about a layer to its properties dialog. A page whose layer has gone applies nothing.
 void AddBoundsPage(TLayerPropertiesDialog& dialog, TBaseMapLayer& layer);
 void AddAttributesPage(TLayerPropertiesDialog& dialog, TBaseMapLayer& layer);
+void AddDisplayPage(TLayerPropertiesDialog& dialog, TRasterMapLayer& layer); ///< raises without a calculator
 void AddImageHeaderPage(TLayerPropertiesDialog& dialog, const TImageHeader& header);
 
 } // namespace lmx

@@ -1,0 +1,197 @@
+#include <lmx/Dialogs/lmxLayerPropertiesDisplayFrame.h>
+
+#include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
+#include <lmx/Colour/lmxColorClassCalculator.h>
+#include <lmx/Colour/lmxMultipartGradient.h>
+#include <lmx/Dialogs/Private/lmxBasicPalettePage.h>
+#include <lmx/Dialogs/Private/lmxColorClassesPage.h>
+#include <lmx/Dialogs/Private/lmxGradientPage.h>
+#include <lmx/Dialogs/Private/lmxMultipartGradientPage.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxRasterMapLayer.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxNumberText.h>
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSlider>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace lmx {
+
+namespace {
+
+constexpr int MaxOpacity = 255;
+
+void WantColors(bool isEmpty) {
+    if (isEmpty)
+        throw Exception(QStringLiteral("Please specify one or more colors"));
+}
+
+} // namespace
+
+TLayerPropertiesDisplayFrame::TLayerPropertiesDisplayFrame(QWidget* parent)
+    : QWidget(parent),
+      FPages(new QTabWidget(this)),
+      FGradientPage(new TGradientPage),
+      FMultipartGradientPage(new TMultipartGradientPage),
+      FClassifiedPage(new TColorClassesPage),
+      FBasicPalPage(new TBasicPalettePage) {
+    FPages->setObjectName(QStringLiteral("Pages"));
+    FPages->setUsesScrollButtons(false); // the tabs are always all in sight
+    AddPage(FGradientPage, "GradientPage", QStringLiteral("Gradient"));
+    AddPage(FMultipartGradientPage, "MultipartGradientPage", QStringLiteral("Multipart gradient"));
+    AddPage(FClassifiedPage, "ClassifiedPage", QStringLiteral("Classified"));
+    AddPage(FBasicPalPage, "BasicPalPage", QStringLiteral("Basic palette"));
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(FPages, 1);
+    column->addWidget(BuildOpacity());
+}
+
+template<class Page>
+void TLayerPropertiesDisplayFrame::AddPage(Page* page, const char* name, const QString& caption) {
+    page->setObjectName(QString::fromLatin1(name));
+    FPages->addTab(page, caption);
+}
+
+QWidget* TLayerPropertiesDisplayFrame::BuildOpacity() {
+    auto* strip = new QWidget(this);
+    FOpacity = new QSlider(Qt::Horizontal, strip);
+    FOpacityEdit = new QLineEdit(strip);
+    auto* label = new QLabel(QStringLiteral("Opacity:"), strip);
+    label->setBuddy(FOpacity);
+    FOpacity->setObjectName(QStringLiteral("rbOpacity"));
+    FOpacity->setRange(0, MaxOpacity);
+    FOpacity->setPageStep(16);
+    FOpacity->setValue(MaxOpacity);
+    FOpacityEdit->setObjectName(QStringLiteral("edOpacity"));
+    FOpacityEdit->setAccessibleName(QStringLiteral("Opacity"));
+    FOpacityEdit->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+    FOpacityEdit->setText(IntToStr(MaxOpacity));
+    connect(FOpacity, &QSlider::valueChanged, this, [this] { rbOpacityChange(); });
+    connect(FOpacityEdit, &QLineEdit::textChanged, this, [this] { edOpacityChange(); });
+    auto* row = new QHBoxLayout(strip);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(label);
+    row->addWidget(FOpacity, 4);
+    row->addWidget(FOpacityEdit, 1);
+    return strip;
+}
+
+void TLayerPropertiesDisplayFrame::SetData(const TValueRange& valueRange,
+                                           const std::shared_ptr<IBaseColorCalculator>& colorCalc, std::uint8_t opacity,
+                                           const std::shared_ptr<ILayerManagerConfig>& config) {
+    if (!colorCalc)
+        throw EArgumentException(QStringLiteral("ColorCalc is null"));
+    FGradientPage->SetValueRange(valueRange);
+    FMultipartGradientPage->SetValueRange(valueRange);
+    FClassifiedPage->SetValueRange(valueRange);
+    FClassifiedPage->SetConfig(config);
+    FBasicPalPage->SetValueRange(valueRange);
+    FBasicPalPage->SetConfig(config);
+    FOpacity->setValue(opacity);
+    ShowCalculator(colorCalc);
+}
+
+void TLayerPropertiesDisplayFrame::ShowCalculator(const std::shared_ptr<IBaseColorCalculator>& colorCalc) {
+    if (const auto* palette = dynamic_cast<const IBasicPaletteColorCalculator*>(colorCalc.get())) {
+        FBasicPalPage->SetBasicPalette(*palette);
+        FPages->setCurrentWidget(FBasicPalPage);
+    } else if (const auto* classes = dynamic_cast<const IColorClassCalculator*>(colorCalc.get())) {
+        FClassifiedPage->SetColorClasses(*classes);
+        FPages->setCurrentWidget(FClassifiedPage);
+    } else if (const auto* gradient = dynamic_cast<const IGradientColorCalculator*>(colorCalc.get())) {
+        FGradientPage->SetGradient(*gradient);
+        FPages->setCurrentWidget(FGradientPage);
+    } else if (const auto* parts = dynamic_cast<const IMultipartGradientColorCalculator*>(colorCalc.get())) {
+        FMultipartGradientPage->SetMultipartGradient(*parts);
+        FPages->setCurrentWidget(FMultipartGradientPage);
+    } else {
+        throw EArgumentException(QStringLiteral("Unsupported ColorCalc"));
+    }
+}
+
+std::shared_ptr<IGradientColorCalculator> TLayerPropertiesDisplayFrame::CreateGradientColorCalc() const {
+    return FGradientPage->CreateColorCalc();
+}
+
+std::shared_ptr<IMultipartGradientColorCalculator>
+TLayerPropertiesDisplayFrame::CreateMultipartGradientColorCalc() const {
+    return FMultipartGradientPage->CreateColorCalc();
+}
+
+std::shared_ptr<IColorClassCalculator> TLayerPropertiesDisplayFrame::CreateClassifiedColorCalc() const {
+    return FClassifiedPage->CreateColorCalc();
+}
+
+std::shared_ptr<IBasicPaletteColorCalculator> TLayerPropertiesDisplayFrame::CreateBasicPaletteColorCalc() const {
+    return FBasicPalPage->CreateColorCalc();
+}
+
+std::shared_ptr<IBaseColorCalculator> TLayerPropertiesDisplayFrame::CreateColorCalc() const {
+    const QWidget* const page = FPages->currentWidget();
+    if (page == FGradientPage)
+        return CreateGradientColorCalc();
+    if (page == FMultipartGradientPage)
+        return CreateMultipartGradientColorCalc();
+    if (page == FClassifiedPage) {
+        WantColors(FClassifiedPage->IsEmpty());
+        return CreateClassifiedColorCalc();
+    }
+    if (page == FBasicPalPage) {
+        WantColors(FBasicPalPage->IsEmpty());
+        return CreateBasicPaletteColorCalc();
+    }
+    throw ENotImplemented(QStringLiteral("Unable to apply changes for the specified raster type"));
+}
+
+std::uint8_t TLayerPropertiesDisplayFrame::GetOpacity() const {
+    return static_cast<std::uint8_t>(FOpacity->value());
+}
+
+void TLayerPropertiesDisplayFrame::rbOpacityChange() {
+    FOpacityEdit->setText(IntToStr(FOpacity->value()));
+}
+
+// Of a number beyond the bar the nearer end counts, and the edit says so.
+void TLayerPropertiesDisplayFrame::edOpacityChange() {
+    std::int32_t typed = 0;
+    if (!TryStrToInt(FOpacityEdit->text(), typed))
+        return;
+    const int opacity = std::clamp(static_cast<int>(typed), 0, MaxOpacity);
+    FOpacity->setValue(opacity);
+    if (opacity != typed)
+        FOpacityEdit->setText(IntToStr(opacity));
+}
+
+TLayerPropertiesDisplayOptionFrame::TLayerPropertiesDisplayOptionFrame(TRasterMapLayer* layer)
+    : TOptionFrame(QStringLiteral("Raster display")),
+      FLayer(layer) {
+    if (!layer)
+        throw EExArgumentNilException(QStringLiteral("TLayerPropertiesDisplayOptionFrame.Create"),
+                                      QStringLiteral("Layer"));
+    FFrame = new TLayerPropertiesDisplayFrame;
+    TakeFrame(FFrame);
+    const auto manager = layer->GetLayerManager();
+    FFrame->SetData(layer->GetValueRange(), layer->GetColorCalc(), layer->GetOpacity(),
+                    manager ? manager->GetConfig() : nullptr);
+}
+
+// Whoever is told of the new calculator may end the layer, and the dialog with this page.
+void TLayerPropertiesDisplayOptionFrame::Apply() {
+    TOptionFrame::Apply();
+    const TBorrowed<TRasterMapLayer> layer = FLayer;
+    if (!layer || !FFrame)
+        return;
+    const std::uint8_t opacity = FFrame->GetOpacity();
+    layer->SetColorCalc(FFrame->CreateColorCalc());
+    if (layer)
+        layer->SetOpacity(opacity);
+}
+
+} // namespace lmx
