@@ -1,26 +1,23 @@
-
 #include <lmx/Controls/Private/lmxControlDialogs.h>
 
 #include <lmx/Controls/Legend/Private/lmxObjectItemDialogs.h>
+#include <lmx/Dialogs/lmxAddMultipleInfoQueryPointDialog.h>
 #include <lmx/Dialogs/lmxCompassRoseObjectDialog.h>
 #include <lmx/Dialogs/lmxGeneralOptionsObjectDialog.h>
+#include <lmx/Dialogs/lmxInfoQueryPointDialog.h>
 #include <lmx/Dialogs/lmxLegendObjectDialog.h>
 #include <lmx/Dialogs/lmxRulerDialog.h>
 #include <lmx/Dialogs/lmxTextObjectDialog.h>
+#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxLegendObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxRectangleObjectTypeItem.h>
 #include <lmx/Layers/Objects/lmxTextBoxObjectLayerItem.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
-#include <lmx/Dialogs/lmxAddMultipleInfoQueryPointDialog.h>
-#include <lmx/Dialogs/lmxInfoQueryPointDialog.h>
-#include <lmx/Dialogs/lmxRulerDialog.h>
-#include <lmx/Graphics/lmxSystemColors.h>
-#include <lmx/Layers/lmxInfoQueryPointLayer.h>
-#include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Widgets/lmxOwnedDialog.h>
 
@@ -171,8 +168,6 @@ void EditAnnotation(QWidget* parent, TRectangleObjectTypeItem& item) {
         options.UpdateObject(&item);
 }
 
-std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget*, const TInfoQueryPoint*) {
-    return std::nullopt;
 std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget* parent, const TInfoQueryPoint* present) {
     TOwnedDialog<TInfoQueryPointDialog> dialog(parent);
     if (present) {
@@ -181,7 +176,7 @@ std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget* parent, const TInfoQu
         dialog->SetPointColor(present->GetColor());
         dialog->SetPointLabel(present->GetPointLabel());
     }
-    if (dialog.Execute() != static_cast<int>(TModalResult::mrOk))
+    if (!IsConfirmed(dialog))
         return std::nullopt;
     return TQueryPointAnswer{
         {dialog->GetPointX(), dialog->GetPointY()}, dialog->GetPointColor(), dialog->GetPointLabel()};
@@ -189,7 +184,7 @@ std::optional<TQueryPointAnswer> AskForQueryPoint(QWidget* parent, const TInfoQu
 
 std::vector<TQueryPointAnswer> AskForQueryPoints(QWidget* parent) {
     TOwnedDialog<TAddMultipleInfoQueryPointDialog> dialog(parent);
-    if (dialog.Execute() != static_cast<int>(TModalResult::mrOk))
+    if (!IsConfirmed(dialog))
         return {};
     std::vector<TQueryPointAnswer> answers;
     for (const TIQPAItem& item : dialog->GetItems()) {

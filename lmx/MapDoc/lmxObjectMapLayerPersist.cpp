@@ -1,5 +1,6 @@
 #include <lmx/MapDoc/lmxObjectMapLayerPersist.h>
 
+#include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/MapDoc/Private/lmxMapDocTexts.h>
 #include <lmx/MapDoc/lmxObjectLayerTypeItemPersist.h>

@@ -190,16 +190,9 @@ const std::vector<TDeed>& ChaosDeeds() {
          }},
         {"no selected annotation", With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.SetSelectedObject(nullptr); })},
         {"another ratio", With<TObjectMapLayer>(&S::Objects, [](auto& l) { l.SetDeviceRatio(1.5); })},
-        {"no annotations", With<TObjectMapLayer>(&S::Annotations, [](auto& l) { l.GetObjects().Clear(); })},
         {"an annotation at the bottom",
          With<TObjectMapLayer>(
-             &S::Annotations,
-             [](auto& l) { l.GetObjects().Insert(0, std::make_unique<TRectangleObjectTypeItem>(&l)); })},
-        {"remove the object layer",
-         [](S& s) {
-             if (s.Manager && s.Annotations)
-                 s.Manager->GetLayers().Remove(s.Annotations.Get());
-         }},
+             &S::Objects, [](auto& l) { l.GetObjects().Insert(0, std::make_unique<TRectangleObjectTypeItem>(&l)); })},
         {"no legend", With<TChaosLayer>(&S::Layer, [](auto& l) { l.SetLegendComponent(nullptr); })},
         {"a panel without a layer",
          [](S& s) {

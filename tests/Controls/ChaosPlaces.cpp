@@ -4,6 +4,7 @@
 #include <lmx/Controls/lmxRulerListView.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Dialogs/lmxLegendObjectDialog.h>
+#include <lmx/Dialogs/lmxTextObjectDialog.h>
 #include <lmx/Layers/lmxLayerStackPainter.h>
 #include <lmx/Widgets/lmxDrawnListView.h>
 #include <lmx/Widgets/lmxEventGuard.h>
@@ -108,12 +109,6 @@ void ConfirmNext(TChaosScene& s, const std::function<void(QDialog&)>& use = {}) 
             ok->click();
         if (dialog && dialog->isVisible())
             dialog->reject();
-// Confirms the dialog that comes up next, after the host was called at "Dialog".
-void ConfirmDialog(TChaosScene& s) {
-    QTimer::singleShot(0, [hooks = s.Hooks] {
-        GuardEvent(nullptr, [&] { hooks->Call(QStringLiteral("Dialog")); });
-        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-            dialog->accept();
     });
 }
 
@@ -122,6 +117,14 @@ void InDialog(TChaosScene& s, void (TMapViewRulersPanelControl::*open)()) {
         return;
     ConfirmNext(s);
     (s.Panel.get()->*open)();
+}
+
+void InDialog(TChaosScene& s, void (TMapViewInfoQueryListControl::*open)()) {
+    if (!s.Table || !s.Table->GetIQPLayer() || s.Table->GetRowCount() < 2)
+        return;
+    s.Table->GetList()->SelectRow(1);
+    ConfirmNext(s);
+    (s.Table.get()->*open)();
 }
 
 // Adds an annotation of a kind by the menu.
@@ -134,8 +137,11 @@ TUse AddingObject(int kind) {
     };
 }
 
-// Edits one of the annotations with which the scene begins, by its row.
-TUse EditingObject(int row, const std::function<void(QDialog&)>& use = {}) {
+// The rows of annotations with which the scene begins.
+enum TObjectRow { LegendRow, ShapeKeyRow, ImageRow, RoseRow, TextRow, RectangleRow };
+
+// Edits one of them.
+TUse EditingObject(TObjectRow row, const std::function<void(QDialog&)>& use = {}) {
     return [row, use](TChaosScene& s) {
         if (s.ObjectList)
             s.ObjectList->GetLayerList()->SelectRow(row);
@@ -148,7 +154,7 @@ TUse EditingObject(int row, const std::function<void(QDialog&)>& use = {}) {
 
 void DeleteInObjectList(TChaosScene& s) {
     if (s.ObjectList)
-        s.ObjectList->GetLayerList()->SelectRow(1);
+        s.ObjectList->GetLayerList()->SelectRow(ShapeKeyRow);
     if (s.ObjectList)
         s.ObjectList->DelButton_OnClick();
 }
@@ -158,19 +164,14 @@ void ChooseColor(QDialog& dialog) {
         button->click();
 }
 
+void TakeExistingFont(QDialog& dialog) {
+    if (auto* text = dynamic_cast<TTextObjectDialog*>(&dialog))
+        text->SetFontName(text->GetFontName());
+}
+
 void MissLayer(QDialog& dialog) {
     if (auto* legend = dynamic_cast<TLegendObjectDialog*>(&dialog))
         legend->SetLayers({});
-    ConfirmDialog(s);
-    (s.Panel.get()->*open)();
-}
-
-void InDialog(TChaosScene& s, void (TMapViewInfoQueryListControl::*open)()) {
-    if (!s.Table || !s.Table->GetIQPLayer() || s.Table->GetRowCount() < 2)
-        return;
-    s.Table->GetList()->SelectRow(1);
-    ConfirmDialog(s);
-    (s.Table.get()->*open)();
 }
 
 void SelectRuler(TChaosScene& s) {
@@ -207,7 +208,6 @@ const std::vector<TPlace>& ChaosPlaces() {
     using S = TChaosScene;
     using I = ILayerManager;
     using L = TBaseMapLayer;
-    using O = TObjectMapLayer;
     const auto pressInGradient = [](Qt::Key key) { return [key](S& s) { s.PressInGradient(key); }; };
     const TUse setMode = View([](auto& v) { v.SetMode(TMapMode::mdPan); });
     const TUse setCustomMode = View([](auto& v) { v.SetMode(TMapMode::mdCustom); });
@@ -448,19 +448,22 @@ const std::vector<TPlace>& ChaosPlaces() {
         {"Shape.OnLegendComponentChanged", On(&S::Shape, &L::GetOnLegendComponentChanged), legendColor},
         {"MsgBox.Error of a legend", Hook("MsgBox.Error"), exploreShape},
         {"Menu", Hook("Menu"), menuItem},
-        {"Objects.OnObjectAdded by the list", On(&S::Annotations, &O::GetOnObjectAdded), AddingObject(4)},
-        {"Objects.OnObjectAdded by a dialog", On(&S::Annotations, &O::GetOnObjectAdded), AddingObject(1)},
-        {"Objects.OnObjectRemoved by the list", On(&S::Annotations, &O::GetOnObjectRemoved), DeleteInObjectList},
-        {"Objects.OnObjectSelected by the list", On(&S::Annotations, &O::GetOnObjectSelected), DeleteInObjectList},
-        {"Objects.OnObjectChanged by a dialog", On(&S::Annotations, &O::GetOnObjectChanged), EditingObject(1)},
-        {"Objects.OnInvalidated by a dialog", On(&S::Annotations, &L::GetOnInvalidated), EditingObject(2)},
-        {"ColorChooser.Execute of a dialog", Hook("ColorChooser.Execute"), EditingObject(3, ChooseColor)},
-        {"MsgBox.Info of a dialog", Hook("MsgBox.Info"), EditingObject(1, MissLayer)},
+        {"Objects.OnObjectAdded by the list", On(&S::Objects, &TObjectMapLayer::GetOnObjectAdded), AddingObject(4)},
+        {"Objects.OnObjectAdded by a dialog", On(&S::Objects, &TObjectMapLayer::GetOnObjectAdded), AddingObject(1)},
+        {"Objects.OnObjectRemoved by the list", On(&S::Objects, &TObjectMapLayer::GetOnObjectRemoved),
+         DeleteInObjectList},
+        {"Objects.OnObjectSelected by the list", On(&S::Objects, &TObjectMapLayer::GetOnObjectSelected),
+         DeleteInObjectList},
+        {"Objects.OnObjectChanged by a dialog", On(&S::Objects, &TObjectMapLayer::GetOnObjectChanged),
+         EditingObject(LegendRow)},
+        {"Objects.OnInvalidated by a dialog", On(&S::Objects, &L::GetOnInvalidated), EditingObject(RoseRow)},
+        {"ColorChooser.Execute of a dialog", Hook("ColorChooser.Execute"), EditingObject(RectangleRow, ChooseColor)},
+        {"MsgBox.Info of a dialog", Hook("MsgBox.Info"), EditingObject(LegendRow, MissLayer)},
         {"Dialog of a new text box", Hook("Dialog"), AddingObject(1)},
-        {"Dialog of a text box", Hook("Dialog"), EditingObject(0)},
-        {"Dialog of a legend", Hook("Dialog"), EditingObject(1)},
-        {"Dialog of a compass rose", Hook("Dialog"), EditingObject(2)},
-        {"Dialog of a rectangle", Hook("Dialog"), EditingObject(3)},
+        {"Dialog of a text box", Hook("Dialog"), EditingObject(TextRow, TakeExistingFont)},
+        {"Dialog of a legend", Hook("Dialog"), EditingObject(LegendRow)},
+        {"Dialog of a compass rose", Hook("Dialog"), EditingObject(RoseRow)},
+        {"Dialog of a rectangle", Hook("Dialog"), EditingObject(RectangleRow)},
         {"Dialog of a new ruler", Hook("Dialog"), addDialog},
         {"Dialog of a ruler", Hook("Dialog"), editDialog},
         {"Gradient.OnSelectionChanged", Slot(&TGradientEditor::SetOnSelectionChanged), pressInGradient(Qt::Key_Right)},

@@ -2,22 +2,20 @@
 
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <tests/Support/NumberedImage.h>
 #include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxImageObjectLayerItem.h>
-#include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxLegendObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxRectangleObjectTypeItem.h>
 #include <lmx/Layers/Objects/lmxShapeLegendObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxTextBoxObjectLayerItem.h>
 #include <lmx/Widgets/lmxDrawnListView.h>
+#include <tests/Support/NumberedImage.h>
 #include <tests/Support/ShapeBytes.h>
 #include <tests/Support/TestLayer.h>
 #include <tests/Support/VectorBytes.h>
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QFontDatabase>
 #include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QThread>
@@ -366,24 +364,11 @@ void TChaosScene::FillManager() {
     Vector->SetVectorFile(ChaosVector());
     Buffered = Manager->GetLayers().Add(std::make_unique<TChaosBufferedLayer>(Manager, Hooks));
     Buffered->SetColor(0xFF808080);
-    FillAnnotations();
     for (TBaseMapLayer* layer : {static_cast<TBaseMapLayer*>(Shape.Get()), static_cast<TBaseMapLayer*>(Vector.Get()),
                                  static_cast<TBaseMapLayer*>(Buffered.Get())})
         layer->SetIsReadyToDraw(true);
     Manager->SetSelLayer(Layer.Get());
     Mode = std::make_shared<TChaosMode>(Hooks);
-}
-
-void TChaosScene::FillAnnotations() {
-    Annotations = Manager->GetLayers().Add(std::make_unique<TObjectMapLayer>(Manager, true));
-    TObjectMapLayer* const layer = Annotations.Get();
-    const auto add = [&](auto item) { layer->GetObjects().Add(std::move(item)); };
-    add(std::make_unique<TTextBoxObjectLayerItem>(layer, QStringLiteral("a"), QFontDatabase::families().value(0), 10,
-                                                  clBlack, TFontStyles(), TAlignment::taCenter));
-    add(std::make_unique<TLegendObjectLayerItem>(layer, Raster.Get(), TLegendOrientation::loVertical));
-    add(std::make_unique<TCompassRoseObjectLayerItem>(layer));
-    add(std::make_unique<TRectangleObjectTypeItem>(layer));
-    add(std::make_unique<TShapeLegendObjectLayerItem>(layer));
 }
 
 void TChaosScene::ShowWidgets() {
@@ -417,7 +402,7 @@ void TChaosScene::ShowWidgets() {
     Map->show();
     Panel->show();
     Table->show();
-    ObjectList.reset(TObjectLayerLegendControl::CreateComp(nullptr, Annotations.Get()));
+    ObjectList.reset(TObjectLayerLegendControl::CreateComp(nullptr, Objects()));
     ObjectList->show();
     Settle();
 }
@@ -491,10 +476,8 @@ void TChaosScene::UseOnceMore() {
         Table->RebuildData();
     if (Objects() && !Objects()->GetObjects().IsEmpty())
         Objects()->SetSelectedObject(Objects()->GetObjects()[0]);
-    if (Annotations)
-        Annotations->GetObjects().Add(std::make_unique<TRectangleObjectTypeItem>(Annotations.Get()));
     if (ObjectList)
-        ObjectList->GetLayerList()->SelectRow(0);
+        ObjectList->GetLayerList()->SelectRow(1);
     PressInGradient(Qt::Key_Insert);
     PressInGradient(Qt::Key_Right);
     if (Manager)

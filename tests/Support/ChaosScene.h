@@ -110,9 +110,7 @@ private:
 };
 
 /// A view, a map control, a rulers panel, a table of query points and a list of annotations on one manager with a layer
-/// of each kind, shown and painted. Any of them may be gone; whoever uses one asks first.
-/// A view, a map control, a rulers panel, a table of query points on one manager with a layer of each kind, and a
-/// gradient editor, shown and painted. Any of them may be gone; whoever uses one asks first.
+/// of each kind, and a gradient editor, shown and painted. Any of them may be gone; whoever uses one asks first.
 struct TChaosScene {
     /// `beforeViews` runs when there is a filled manager and nobody listens to it yet.
     explicit TChaosScene(const std::function<void(TChaosScene&)>& beforeViews = {});
@@ -147,7 +145,6 @@ struct TChaosScene {
     TBorrowed<TShapeFileLayer> Shape;
     TBorrowed<TVectorFileLayer> Vector;
     TBorrowed<TChaosBufferedLayer> Buffered;
-    TBorrowed<TObjectMapLayer> Annotations;
 
     /// Above 0 while the platform stands in the middle of painting, showing or resizing the view, which must then stay.
     int PlatformCalls = 0;
@@ -161,7 +158,6 @@ struct TChaosScene {
 private:
     void FillManager();
     void AddAnnotations();
-    void FillAnnotations();
     void ShowWidgets();
 };
 

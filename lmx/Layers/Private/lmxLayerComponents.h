@@ -17,6 +17,7 @@ class TBaseLegendControl;
 class TBaseMapLayer;
 class TImageHeader;
 class TLayerPropertiesDialog;
+class TObjectMapLayer;
 class TRasterMapLayer;
 class TShpFile;
 

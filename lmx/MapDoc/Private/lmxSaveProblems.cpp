@@ -5,6 +5,7 @@
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>

@@ -352,7 +352,7 @@ TEST_F(ObjectLayerLegendControl, HasNothingToEditInAShapeKey) {
 
 TEST_F(ObjectLayerLegendControl, EditsByADoubleClickAndByEnter) {
     AddText("a");
-    const auto edit = [this](const QString& letter) {
+    const auto edit = [](const QString& letter) {
         return [letter](TTextObjectDialog& dialog) {
             dialog.SetText(dialog.GetText() + letter);
             dialog.SetFontName(dialog.GetFontName()); // one that there is
