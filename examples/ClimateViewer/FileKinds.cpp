@@ -16,7 +16,8 @@ struct TFileKindEntry {
     const char* Suffixes;
 };
 
-constexpr std::array<TFileKindEntry, 4> Kinds = {{
+constexpr std::array<TFileKindEntry, 5> Kinds = {{
+    {TFileKind::Document, "Map documents", "lmx"},
     {TFileKind::IdrisiImage, "Idrisi images", "rst rdc img doc"},
     {TFileKind::AsciiGrid, "ASCII grids", "asc grd txt"},
     {TFileKind::Shapes, "Shape files", "shp"},
@@ -33,6 +34,8 @@ QString SuffixesOf(const TFileKindEntry& entry, const QString& before, const QSt
 
 } // namespace
 
+const QString DocumentSuffix = QStringLiteral(".lmx");
+
 TFileKind KindOf(const QString& fileName) {
     const QString suffix = QFileInfo(fileName).suffix();
     for (const TFileKindEntry& entry : Kinds)
@@ -47,6 +50,10 @@ QString KnownFiles() {
     for (const TFileKindEntry& entry : Kinds)
         kinds += QString::fromLatin1(entry.Name) + " (" + SuffixesOf(entry, ".", ", ") + ')';
     return kinds.join(", ");
+}
+
+QString DocumentsFilter() {
+    return QString::fromLatin1(Kinds[0].Name) + '|' + SuffixesOf(Kinds[0], "*.", ";");
 }
 
 QString KnownFilesFilter() {

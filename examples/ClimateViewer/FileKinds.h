@@ -4,10 +4,16 @@
 
 // What the viewer opens.
 
-enum class TFileKind { IdrisiImage, AsciiGrid, Shapes, IdrisiVectors };
+enum class TFileKind { Document, IdrisiImage, AsciiGrid, Shapes, IdrisiVectors };
+
+/// The suffix of documents, with its point.
+extern const QString DocumentSuffix;
 
 /// The kind of a file by its suffix; a name with any other suffix may be an ASCII grid.
 TFileKind KindOf(const QString& fileName);
+
+/// The same for documents alone.
+QString DocumentsFilter();
 
 /// All kinds in a line: "Idrisi images (.rst, .rdc, .img, .doc), ASCII grids (...), ...".
 QString KnownFiles();

@@ -11,7 +11,9 @@
 #include <memory>
 
 namespace lmx {
+class ILayerFactory;
 class ILayerManager;
+class IMapDocLayerPersistFactory;
 class TBaseShapeLayer;
 class TMapViewControl;
 class TThread;
@@ -42,6 +44,10 @@ std::shared_ptr<lmx::TThread> OpenOverlay(const std::shared_ptr<lmx::ILayerManag
 /// Adds the rivers and the coasts of the world.
 /// @throws lmx::EFileException if a file of `folder` is missing or damaged.
 void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder);
+
+// Documents keep which layer is drawn on the other side of the prime meridian, too.
+void RegisterOverlays(lmx::ILayerFactory& makers);
+void RegisterOverlays(lmx::IMapDocLayerPersistFactory& keepers);
 
 /// Whether any layer is being drawn in the background.
 bool IsDrawing(lmx::ILayerManager& manager);

@@ -3,6 +3,8 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxPolygons.h>
+#include <lmx/Layers/lmxLayerFactory.h>
+#include <lmx/MapDoc/lmxMapDocLayerPersist.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -15,6 +17,8 @@
 
 namespace {
 
+const QString ClassName = QStringLiteral("PlacesLayer");
+const QString FileNode = QStringLiteral("filename");
 constexpr double DotRadius = 3.5;
 constexpr double RingWidth = 1.5;
 constexpr double LabelGap = 3;
@@ -72,6 +76,17 @@ std::unique_ptr<lmx::TPin> ReadPlace(const QString& line) {
     return pin;
 }
 
+class TPlacesLayerPersist : public lmx::IMapDocLayerPersist {
+public:
+    void ReadLayer(lmx::TMapDocResourcePersist&, lmx::TBaseMapLayer* layer, lmx::TXmlNode data) override {
+        dynamic_cast<TPlacesLayer&>(*layer).Load(data.Child(FileNode).GetText());
+    }
+    void WriteLayer(lmx::TMapDocResourcePersist&, const lmx::TBaseMapLayer* layer, lmx::TXmlNode data,
+                    lmx::TMapDocExternalResourcePolicy) override {
+        data.AddChild(FileNode).SetText(dynamic_cast<const TPlacesLayer&>(*layer).GetFileName());
+    }
+};
+
 } // namespace
 
 bool TPlaceRenderer::RenderPin(lmx::TBitmap32& bitmap, lmx::TPinMapLayer* layer, lmx::TPin* pin,
@@ -128,7 +143,12 @@ void TPlacesLayer::Load(const QString& fileName) {
     }
     for (auto& place : places)
         GetPins().Add(std::move(place));
+    FFileName = fileName;
     Invalidate();
+}
+
+QString TPlacesLayer::GetLayerClassName() const {
+    return ClassName;
 }
 
 void TPlacesLayer::FoldInto(const lmx::IWorldSystem& world) {
@@ -142,4 +162,12 @@ const lmx::TPin* TPlacesLayer::PlaceAt(const lmx::TMapPoint& pixel) const {
         if (pixel.X >= rect.Left && pixel.X < rect.Right && pixel.Y >= rect.Top && pixel.Y < rect.Bottom)
             return pin;
     return nullptr;
+}
+
+void RegisterPlaces(lmx::ILayerFactory& makers) {
+    makers.Register(ClassName, [](const auto& manager) { return std::make_unique<TPlacesLayer>(manager); });
+}
+
+void RegisterPlaces(lmx::IMapDocLayerPersistFactory& keepers) {
+    keepers.Register(ClassName, std::make_shared<TPlacesLayerPersist>());
 }

@@ -9,6 +9,8 @@
 #include <vector>
 
 namespace lmx {
+class ILayerFactory;
+class IMapDocLayerPersistFactory;
 class IWorldSystem;
 } // namespace lmx
 
@@ -36,6 +38,9 @@ public:
     /// line is no place.
     void Load(const QString& fileName);
 
+    const QString& GetFileName() const { return FFileName; } ///< of the places that were loaded last
+    QString GetLayerClassName() const override;
+
     /// Writes every longitude as the world does, so that each place is inside of it.
     void FoldInto(const lmx::IWorldSystem& world);
 
@@ -44,4 +49,9 @@ public:
 
 private:
     TPlaceRenderer FRenderer;
+    QString FFileName;
 };
+
+// Documents keep the name of the file.
+void RegisterPlaces(lmx::ILayerFactory& makers);
+void RegisterPlaces(lmx::IMapDocLayerPersistFactory& keepers);

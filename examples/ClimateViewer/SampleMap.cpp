@@ -4,15 +4,27 @@
 #include <lmx/Colour/lmxColorKey.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxValueRange.h>
+#include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxLegendObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxTextBoxObjectLayerItem.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxObjectMapLayer.h>
 
+#include <QRectF>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
 #include <vector>
 
 namespace {
+
+const QString TemperatureName = QStringLiteral("Sea surface temperature, January");
 
 // Seventeen bands of 1000 m from -10000 to 7000, so that a band begins at sea level.
 std::shared_ptr<lmx::IBaseColorCalculator> ReliefColors() {
@@ -52,9 +64,65 @@ void AddLayer(const std::shared_ptr<lmx::ILayerManager>& manager, const QString&
     manager->GetLayers().Add(std::move(layer));
 }
 
+/// Puts annotations on a view, at places in whole pixels to the eye, in which documents keep them.
+class TSheet {
+public:
+    explicit TSheet(lmx::TMapViewControl& view) : FObjects(*view.GetSpObjectLayer()), FRatio(view.GetDeviceRatio()) {}
+
+    template<class Item>
+    void Add(std::unique_ptr<Item> item, QRectF place, lmx::TAnchors anchors) {
+        const auto pixel = [this](double value) { return static_cast<int>(std::lround(std::round(value) * FRatio)); };
+        item->SetRect({pixel(place.left()), pixel(place.top()), pixel(place.right()), pixel(place.bottom())});
+        item->SetAnchors(anchors);
+        FObjects.GetObjects().Add(std::move(item));
+    }
+    void AddText(const QString& text, int size, lmx::TFontStyles styles, QRectF place, lmx::TAnchors anchors,
+                 lmx::TAlignment align = lmx::TAlignment::taCenter) {
+        Add(std::make_unique<lmx::TTextBoxObjectLayerItem>(&FObjects, text, "Tahoma", size, lmx::clBlack, styles,
+                                                           align),
+            place, anchors);
+    }
+    lmx::TObjectMapLayer* GetLayer() const { return &FObjects; }
+
+private:
+    lmx::TObjectMapLayer& FObjects;
+    double FRatio;
+};
+
 } // namespace
 
 void AddSampleLayers(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder) {
     AddLayer(manager, folder + "/relief20.rst", "Relief", ReliefColors(), 255);
-    AddLayer(manager, folder + "/sst_january.rst", "Sea surface temperature, January", TemperatureColors(), 215);
+    AddLayer(manager, folder + "/sst_january.rst", TemperatureName, TemperatureColors(), 215);
+}
+
+void ComposeSampleMap(lmx::TMapViewControl& view) {
+    using enum lmx::TAnchorKind;
+    constexpr double Side = 150;  // on the left and the right of the map, where labels of places reach into
+    constexpr double Above = 60;  // and below
+    constexpr double Legend = 88; // with a margin
+    constexpr double Rose = 110;
+    const double width = view.width();
+    const double height = view.height();
+    const double scale = std::min((width - 2 * Side) / 360, (height - 2 * Above) / 180);
+    lmx::TWorldViewport& viewport = *view.GetViewport();
+    const lmx::extended percent = std::floor(std::max(scale, 0.1) * view.GetDeviceRatio() * 100);
+    viewport.SetScale(percent / 100); // to the last digit what its text says
+    viewport.SetCenter({0, 0});
+
+    const double map = 180 * static_cast<double>(viewport.GetScale()) / view.GetDeviceRatio();
+    const double top = (height - map) / 2;
+    TSheet sheet(view);
+    sheet.AddText(QStringLiteral("Sea surface temperature in January"), 20, {lmx::TFontStyle::fsBold},
+                  {0, top - 52, width, 40}, {akLeft, akTop, akRight});
+    sheet.AddText(QStringLiteral("\u00B0C"), 9, {}, {width - Legend + 3, top, 60, 20}, {akTop, akRight},
+                  lmx::TAlignment::taLeftJustify);
+    sheet.Add(std::make_unique<lmx::TLegendObjectLayerItem>(sheet.GetLayer(),
+                                                            view.GetLayerManager()->FindLayer(TemperatureName),
+                                                            lmx::TLegendOrientation::loVertical),
+              {width - Legend, top + 20, Legend - 4, map - 40}, {akTop, akRight});
+    sheet.Add(std::make_unique<lmx::TCompassRoseObjectLayerItem>(sheet.GetLayer()), {20, top + map - Rose, Rose, Rose},
+              {akLeft, akBottom});
+    sheet.AddText(QStringLiteral("Relief and temperature: NOAA. Coasts, rivers and places: Natural Earth."), 8, {},
+                  {0, top + map + 10, width, 20}, {akLeft, akBottom, akRight});
 }

@@ -1,5 +1,6 @@
 #include "ViewerWindow.h"
 
+#include <lmx/Controls/Legend/lmxObjectLayerLegendControl.h>
 #include <lmx/Controls/lmxMapControl.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
@@ -15,6 +16,7 @@
 #include <lmx/Widgets/lmxMsgBox.h>
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -29,6 +31,7 @@
 
 #include "ColorSchemes.h"
 #include "CursorReadout.h"
+#include "DocumentActions.h"
 #include "ElidedLabel.h"
 #include "FileKinds.h"
 #include "GaussianField.h"
@@ -59,12 +62,14 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
       FDataFolder(dataFolder),
       FLayers(new TLayersPanel(dataFolder, this)),
       FRulers(new lmx::TMapViewRulersPanelControl(this)),
+      FAnnotations(new lmx::TObjectLayerLegendControl(this)),
       FQueryTable(new lmx::TMapViewInfoQueryListControl(this)),
       FHint(new QLabel(this)),
       FPlace(new QLabel(this)),
       FValues(new TElidedLabel(Qt::ElideRight, this)),
       FReadout(new TCursorReadout(FView, FPlace, FValues)) {
     setWindowTitle(tr("Climate Viewer"));
+    FDocuments = new TDocumentActions(FView, this, [this] { FoldPlaces(); });
     MakeMap();
     setCentralWidget(FMap);
     setAcceptDrops(true);
@@ -73,7 +78,7 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
     MakeMenus();
     MakeToolBar();
     MakeStatusBar();
-    FView->SetLayerManager(lmx::TLayerManagerFactory::GetObject());
+    FDocuments->GetDocument().New();
     FView->SetMode(lmx::TMapMode::mdPan);
 }
 
@@ -110,7 +115,9 @@ void TViewerWindow::MakeDocks() {
     };
     QDockWidget* layers = add(tr("Layers"), FLayers);
     QDockWidget* rulers = add(tr("Rulers"), FRulers);
-    resizeDocks({layers, rulers}, {3, 1}, Qt::Vertical);
+    QDockWidget* annotations = add(tr("Annotations"), FAnnotations);
+    tabifyDockWidget(rulers, annotations);
+    resizeDocks({layers, annotations}, {3, 1}, Qt::Vertical);
     resizeDocks({layers}, {FLayers->sizeHint().width()}, Qt::Horizontal);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
     FQueryTable->AddCursorInfoQueryPoint(); // before any point: it follows the mouse as the first row
@@ -147,7 +154,9 @@ void TViewerWindow::MakeActions() {
 void TViewerWindow::MakeMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
     file->addAction(tr("&Open..."), QKeySequence::Open, this, [this] { AskForFile(); });
-    file->addAction(tr("Add &model field"), this, [this] { AddModelField(); });
+    file->addAction(tr("Add model &field"), this, [this] { AddModelField(); });
+    file->addSeparator();
+    FDocuments->AddTo(*file);
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
     QMenu* modes = menuBar()->addMenu(tr("&Mode"));
@@ -165,6 +174,7 @@ void TViewerWindow::MakeMenus() {
     connect(strips, &QAction::toggled, this, [this](bool show) { ShowTickStrips(show); });
     for (const auto* dock : findChildren<QDockWidget*>())
         view->addAction(dock->toggleViewAction());
+    menuBar()->addMenu(tr("&Annotation"))->addActions(FAnnotations->GetAddMenu()->actions());
     menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), QKeySequence::HelpContents, this, [this] { ShowAbout(); });
 }
 
@@ -181,6 +191,7 @@ void TViewerWindow::MakeToolBar() {
 void TViewerWindow::FollowManager() {
     FLayers->SetLayerManager(GetLayerManager());
     FRulers->SetRulersLayer(FView->GetSpRulersLayer());
+    FAnnotations->SetLayer(FView->GetSpObjectLayer());
     FReadout->SetLayerManager(GetLayerManager());
     FQueryTable->SetLayerManager(GetLayerManager());
     FQueryTable->SetIQPLayer(FView->GetSpInfoQueryPointsLayer());
@@ -195,8 +206,7 @@ void TViewerWindow::FollowWorld() {
     FQueryTable->SetCursorMapPt(FView->GetViewport()->GetCenter(), FWorld); // until the mouse says where it is
     FQueryTable->RebuildData();
     FoldMarks(*FView, *FWorld);
-    if (FPlaces)
-        FPlaces->FoldInto(*FWorld);
+    FoldPlaces();
 }
 
 void TViewerWindow::RemoveAllMarks() {
@@ -231,13 +241,26 @@ void TViewerWindow::AddPlaces(const QString& fileName) {
     places->Load(fileName);
     if (FWorld)
         places->FoldInto(*FWorld);
-    FPlaces = GetLayerManager()->GetLayers().Add(std::move(places));
+    GetLayerManager()->GetLayers().Add(std::move(places));
+}
+
+TPlacesLayer* TViewerWindow::FindPlaces() const {
+    for (lmx::TBaseMapLayer* layer : GetLayerManager()->GetLayers())
+        if (auto* places = dynamic_cast<TPlacesLayer*>(layer))
+            return places;
+    return nullptr;
+}
+
+void TViewerWindow::FoldPlaces() {
+    TPlacesLayer* places = FWorld && GetLayerManager() ? FindPlaces() : nullptr;
+    if (places)
+        places->FoldInto(*FWorld);
 }
 
 void TViewerWindow::RaisePlaces() {
     auto& layers = GetLayerManager()->GetLayers();
-    if (FPlaces)
-        GetLayerManager()->MoveLayer(layers.IndexOf(FPlaces.Get()), layers.Count() - 1);
+    if (TPlacesLayer* places = FindPlaces())
+        GetLayerManager()->MoveLayer(layers.IndexOf(places), layers.Count() - 1);
 }
 
 lmx::TBaseMapLayer* TViewerWindow::AddRaster(std::unique_ptr<lmx::TIdrisiMapLayer> raster) {
@@ -258,6 +281,10 @@ void TViewerWindow::AskForFile() {
 }
 
 void TViewerWindow::OpenFile(const QString& fileName) {
+    if (KindOf(fileName) == TFileKind::Document) {
+        FDocuments->Open(fileName);
+        return;
+    }
     if (IsOverlayName(fileName)) {
         OpenOverlayFile(fileName);
         return;
@@ -302,6 +329,10 @@ void TViewerWindow::AddModelField() {
         layer->Render();
         AddRaster(std::move(layer));
     });
+}
+
+void TViewerWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(FDocuments->MayDiscard());
 }
 
 void TViewerWindow::dragEnterEvent(QDragEnterEvent* event) {

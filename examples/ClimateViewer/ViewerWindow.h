@@ -1,7 +1,6 @@
 #pragma once
 
 #include <lmx/Controls/lmxMapViewTypes.h>
-#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxEventList.h>
 
 #include <QMainWindow>
@@ -12,6 +11,7 @@
 
 class QLabel;
 class TCursorReadout;
+class TDocumentActions;
 class TLayersPanel;
 class TMeasureMode;
 class TModeActions;
@@ -27,12 +27,13 @@ class TMapControl;
 class TMapViewControl;
 class TMapViewInfoQueryListControl;
 class TMapViewRulersPanelControl;
+class TObjectLayerLegendControl;
 class TThread;
 } // namespace lmx
 
-/// The window of the viewer: the map with its modes, its layers, its rulers, the table
-/// of its query points, and a status bar with what the present
-/// mode does and the place and the values under the cursor. It follows its view to whatever manager and world the view
+/// The window of the viewer: the map with its modes, its layers, its rulers, its annotations, the table of its query
+/// points, and a status bar with what the present mode does and the place and the values under the cursor. Maps are
+/// kept as documents. It follows its view to whatever manager and world the view
 /// is given.
 class TViewerWindow : public QMainWindow {
 public:
@@ -44,6 +45,8 @@ public:
     const std::shared_ptr<lmx::ILayerManager>& GetLayerManager() const;
     lmx::TMapViewControl* GetView() const { return FView; }
     lmx::TMapControl* GetMap() const { return FMap; }
+    TDocumentActions* GetDocuments() const { return FDocuments; }
+    lmx::TObjectLayerLegendControl* GetAnnotations() const { return FAnnotations; }
     lmx::TMapViewInfoQueryListControl* GetQueryTable() const { return FQueryTable; }
 
     /// Shows the whole world as large as it fits.
@@ -54,12 +57,14 @@ public:
     /// @throws lmx::EFileException, lmx::EFileFormatException
     void AddPlaces(const QString& fileName);
     /// Adds a file's raster on top of the rasters, or its shapes or vectors below the places, and zooms to it; shapes
-    /// and vectors a little later, when they have been read. What fails is shown in an error box.
+    /// and vectors a little later, when they have been read. A document takes the place of the map. What fails is shown
+    /// in an error box.
     void OpenFile(const QString& fileName);
     /// Whether a file is being read or an overlay drawn.
     bool IsBusy() const;
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -73,7 +78,9 @@ private:
     void MakeStatusBar();
     QAction* MakeAction(const QString& text, const QKeySequence& keys, const std::function<void()>& action);
     void AskForFile();
+    TPlacesLayer* FindPlaces() const;
     void RaisePlaces();
+    void FoldPlaces();
     lmx::TBaseMapLayer* AddRaster(std::unique_ptr<lmx::TIdrisiMapLayer> raster); // below all lines and places
     void RemoveAllMarks();
     void OpenOverlayFile(const QString& fileName);
@@ -95,12 +102,13 @@ private:
     QString FDataFolder;
     TLayersPanel* FLayers;
     lmx::TMapViewRulersPanelControl* FRulers;
+    lmx::TObjectLayerLegendControl* FAnnotations;
     lmx::TMapViewInfoQueryListControl* FQueryTable;
-    lmx::TBorrowed<TPlacesLayer> FPlaces;
     QLabel* FHint;
     QLabel* FPlace;
     QLabel* FValues;
     TCursorReadout* FReadout;
+    TDocumentActions* FDocuments = nullptr;
     std::shared_ptr<lmx::IWorldSystem> FWorld; // in which the marks and places are written
     lmx::TSubscription FModeChanged;
     int FWheelTurn = 0;                                  // not yet a whole step

@@ -4,17 +4,24 @@
 //   ClimateViewer --model            adds a model's field on Gaussian axes
 //   ClimateViewer --picture map.png  renders the window into a file, without a display; fails if a file could not be
 //   opened
+//   ClimateViewer --picture map.png --document map.lmx
+//                                    also keeps the map as a document, opens it in a fresh window, and fails if that
+//                                    does not show the same
 
+#include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Runtime/lmxCores.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/lmxMsgBox.h>
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QImage>
+#include <QLabel>
 
 #include <iostream>
 #include <memory>
 
+#include "DocumentActions.h"
 #include "Overlays.h"
 #include "SampleMap.h"
 #include "ViewerWindow.h"
@@ -26,6 +33,32 @@ void ChoosePlatform(int argc, char** argv) {
     for (int i = 1; i < argc; ++i)
         if (qstrcmp(argv[i], "--picture") == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+// What is ready is shown by a paint, which starts what is not.
+void Settle(TViewerWindow& window) {
+    const auto* indicator = window.findChild<QLabel*>("DrawingIndicator");
+    do {
+        window.grab();
+        QApplication::processEvents();
+    } while (window.IsBusy() || !indicator->text().isEmpty());
+}
+
+QImage MapOf(TViewerWindow& window) {
+    window.GetView()->SetShowFocusedBorder(false); // one of two windows has the keyboard
+    Settle(window);
+    return window.GetView()->grab().toImage();
+}
+
+/// Whether the window's map comes back from a document pixel by pixel.
+bool ComesBack(TViewerWindow& window, const QString& document, const QString& data) {
+    window.GetDocuments()->GetDocument().Save(document);
+    TViewerWindow fresh(data);
+    fresh.GetView()->setFixedSize(window.GetView()->size());
+    fresh.show();
+    QApplication::processEvents(); // the window takes its final layout
+    fresh.OpenFile(document);
+    return MapOf(fresh) == MapOf(window);
 }
 
 // Messages on the terminal: without a display nobody would ever close a box.
@@ -53,11 +86,13 @@ int Run(const QApplication& application) {
     const QCommandLineOption picture("picture", "Render the window into this file and end.", "file");
     const QCommandLineOption data("data", "Folder of the sample data.", "folder", CLIMATE_VIEWER_DATA);
     options.addOption(picture);
+    const QCommandLineOption document("document", "Keep the map as this document, too.", "file");
+    options.addOption(document);
     const QCommandLineOption model("model", "Add a model's field, gridded from its Gaussian axes.");
     options.addOption(data);
     options.addOption(model);
-    options.addPositionalArgument("files", "Idrisi images, ASCII grids, shape files and vectors to open.",
-                                  "[files...]");
+    options.addPositionalArgument(
+        "files", "Map documents, Idrisi images, ASCII grids, shape files and vectors to open.", "[files...]");
     options.addHelpOption();
     options.process(application);
 
@@ -73,7 +108,8 @@ int Run(const QApplication& application) {
     QApplication::processEvents(); // the panel makes its rows
     window.show();
     QApplication::processEvents(); // the window takes its final layout
-    window.ShowWholeWorld();
+    ComposeSampleMap(*window.GetView());
+    window.GetDocuments()->GetDocument().MarkUnchanged();
     if (options.isSet(model))
         window.AddModelField();
     for (const QString& fileName : options.positionalArguments())
@@ -82,15 +118,16 @@ int Run(const QApplication& application) {
     QApplication::processEvents(); // and lays them out
     if (!options.isSet(picture))
         return QApplication::exec();
-    const auto* indicator = window.findChild<QLabel*>("DrawingIndicator");
-    do { // a paint shows what is finished and starts what is not
-        window.grab();
-        QApplication::processEvents();
-    } while (window.IsBusy() || !indicator->text().isEmpty());
-    if (window.grab().save(options.value(picture)))
-        return messages->HasErrors() ? 1 : 0;
-    std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';
-    return 1;
+    Settle(window);
+    if (!window.grab().save(options.value(picture))) {
+        std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';
+        return 1;
+    }
+    if (options.isSet(document) && !ComesBack(window, options.value(document), options.value(data))) {
+        std::cerr << options.value(document).toStdString() << " does not show the same map\n";
+        return 1;
+    }
+    return messages->HasErrors() ? 1 : 0;
 }
 
 } // namespace

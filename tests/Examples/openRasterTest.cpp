@@ -82,9 +82,9 @@ TEST_F(OpenRasters, ADamagedGridIsNamed) {
 }
 
 TEST_F(OpenRasters, AFileOfAnotherKindIsNamedWithWhatOpens) {
-    const QString problem = QStringLiteral(
-        ": none of the formats that open: Idrisi images (.rst, .rdc, .img, .doc), ASCII grids (.asc, .grd, .txt), "
-        "Shape files (.shp), Idrisi vectors (.vct, .vdc, .vec, .dvc)");
+    const QString problem =
+        QStringLiteral(": none of the formats that open: Map documents (.lmx), Idrisi images (.rst, .rdc, .img, .doc), "
+                       "ASCII grids (.asc, .grd, .txt), Shape files (.shp), Idrisi vectors (.vct, .vdc, .vec, .dvc)");
     for (const char* name : {"notes.txt", "picture.png", "grid.asc", "noSuffix"}) {
         const QString file = FileOf(name, "Dear reader\n");
         EXPECT_EQ(MessageFor<EFileFormatException>(file), file + problem);
@@ -96,14 +96,16 @@ TEST_F(OpenRasters, AFileOfAnotherKindIsNamedWithWhatOpens) {
 }
 
 TEST_F(OpenRasters, KindsAreToldBySuffix) {
+    EXPECT_EQ(KindOf("b.lmx"), TFileKind::Document);
     EXPECT_EQ(KindOf("a/b.RST"), TFileKind::IdrisiImage);
     EXPECT_EQ(KindOf("b.grd"), TFileKind::AsciiGrid);
     EXPECT_EQ(KindOf("b.shp"), TFileKind::Shapes);
     EXPECT_EQ(KindOf("b.dvc"), TFileKind::IdrisiVectors);
     EXPECT_EQ(KindOf("rst"), TFileKind::AsciiGrid);
-    EXPECT_EQ(KnownFilesFilter(), "Maps|*.rst;*.rdc;*.img;*.doc;*.asc;*.grd;*.txt;*.shp;*.vct;*.vdc;*.vec;*.dvc|"
-                                  "Idrisi images|*.rst;*.rdc;*.img;*.doc|ASCII grids|*.asc;*.grd;*.txt|"
-                                  "Shape files|*.shp|Idrisi vectors|*.vct;*.vdc;*.vec;*.dvc|All files|*");
+    EXPECT_EQ(KnownFilesFilter(),
+              "Maps|*.lmx;*.rst;*.rdc;*.img;*.doc;*.asc;*.grd;*.txt;*.shp;*.vct;*.vdc;*.vec;*.dvc|Map documents|*.lmx|"
+              "Idrisi images|*.rst;*.rdc;*.img;*.doc|ASCII grids|*.asc;*.grd;*.txt|"
+              "Shape files|*.shp|Idrisi vectors|*.vct;*.vdc;*.vec;*.dvc|All files|*");
 }
 
 TEST_F(OpenRasters, ALongRowIsNotShownAsAWhole) {

@@ -300,7 +300,7 @@ TEST_F(ViewerWindow, EveryButtonHasAnEntryAndEveryEntryAKey) {
 
 TEST_F(ViewerWindow, TheHelpTellsTheVersion) {
     tests::TScriptedMsgBox boxes;
-    MenuEntries(4).at(0)->trigger();
+    MenuEntries(5).at(0)->trigger();
     ASSERT_EQ(boxes->Shown.size(), 1U);
     EXPECT_EQ(boxes->Shown[0].Title, QStringLiteral("About Climate Viewer"));
     EXPECT_TRUE(boxes->Shown[0].Text.startsWith(QStringLiteral("Climate Viewer 0.")))
