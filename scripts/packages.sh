@@ -22,6 +22,6 @@ need() {
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-BUILD_PACKAGES=(g++ mold cmake ninja-build qt6-base-dev qt6-qpa-plugins libpugixml-dev libminizip-dev libdeflate-dev pkgconf libproj-dev proj-data libgl-dev libxkbcommon-dev fonts-dejavu-core)
+BUILD_PACKAGES=(g++ mold cmake ninja-build qt6-base-dev qt6-qpa-plugins libpugixml-dev libminizip-dev libdeflate-dev zlib1g-dev pkgconf libproj-dev proj-data libgl-dev libxkbcommon-dev fonts-dejavu-core)
 TEST_PACKAGES=(libgtest-dev libgmock-dev xvfb xauth python3 unzip)
 CLANG_PACKAGES=(clang libclang-rt-dev)
