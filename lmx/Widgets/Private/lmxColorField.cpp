@@ -1,6 +1,7 @@
 #include <lmx/Widgets/Private/lmxColorField.h>
 
 #include <lmx/Runtime/lmxExtended.h>
+#include <lmx/Widgets/Private/lmxSquaredGround.h>
 
 #include <algorithm>
 
@@ -9,15 +10,6 @@ namespace lmx {
 namespace {
 
 constexpr int SquareSize = 4;
-constexpr int LightGround = 255;
-constexpr int DarkGround = 192;
-
-/// A colour over a grey ground.
-QRgb Over(TColor32 color, int ground) {
-    const int alpha = qAlpha(color);
-    const auto mixed = [&](int part) { return (part * alpha + ground * (255 - alpha) + 127) / 255; };
-    return qRgb(mixed(qRed(color)), mixed(qGreen(color)), mixed(qBlue(color)));
-}
 
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxNumberText.h>
+#include <lmx/Widgets/Private/lmxSquaredGround.h>
 
 #include <QPolygonF>
 
@@ -15,14 +16,6 @@ namespace lmx {
 namespace {
 
 constexpr int SquareSize = 6;
-constexpr int LightGround = 255;
-constexpr int DarkGround = 192;
-
-QRgb Over(TColor32 color, int ground) {
-    const int alpha = qAlpha(color);
-    const auto mixed = [&](int part) { return (part * alpha + ground * (255 - alpha) + 127) / 255; };
-    return qRgb(mixed(qRed(color)), mixed(qGreen(color)), mixed(qBlue(color)));
-}
 
 // A row of the bar where its first square is light, and one where it is dark.
 void RenderRows(const IGradient& gradient, int square, std::vector<QRgb>& light, std::vector<QRgb>& dark) {
