@@ -331,8 +331,14 @@ template<class Use>
 void EditWhile(TObjectLayerLegendControl& control, Use use, const std::function<void()>& first) {
     const TModalAnswer<TModalDialog> answer([&](TModalDialog& dialog) {
         const QPointer<TModalDialog> living(&dialog);
-        if (auto* text = dynamic_cast<TTextObjectDialog*>(&dialog))
+        if (auto* text = dynamic_cast<TTextObjectDialog*>(&dialog)) {
             text->SetText("other");
+            text->SetFontName(text->GetFontName()); // one that there is
+        }
+        if (auto* layers = dialog.findChild<TDrawnListView*>("lvLayers"))
+            layers->SelectRow(0);
+        if (auto* background = dialog.findChild<QCheckBox*>("cbShowBg"))
+            background->click();
         first();
         if (!living)
             return;
@@ -375,6 +381,7 @@ TYPED_TEST(EditedKind, IsLeftAloneWhenTheControlGoes) {
 }
 
 TYPED_TEST(EditedKind, MayGoWhenItTellsOfItsChange) {
+    this->AddRaster("Rain");
     TypeParam* item = this->template Add<TypeParam>();
     const TSubscription subscription = this->Layer->GetOnInvalidated().Add([&](TBaseMapLayer*) {
         if (this->Layer->GetObjects().Contains(item))
@@ -382,7 +389,7 @@ TYPED_TEST(EditedKind, MayGoWhenItTellsOfItsChange) {
     });
     EditWhile(
         *this->Control, [&](auto& control) { control.EditItem(item); }, [] {});
-    SUCCEED();
+    EXPECT_EQ(this->Layer->GetObjects().Count(), 0);
 }
 
 TEST_F(ControlDialogs, AddNothingToALayerThatHasGone) {
