@@ -23,5 +23,6 @@ need() {
 }
 
 BUILD_PACKAGES=(g++ mold cmake ninja-build qt6-base-dev qt6-qpa-plugins libpugixml-dev libminizip-dev libdeflate-dev zlib1g-dev pkgconf libproj-dev proj-data libgl-dev libxkbcommon-dev fonts-dejavu-core)
+DATA_PACKAGES=(libgdal-dev) # brings HDF5, too; without it there is no lmx::datasources
 TEST_PACKAGES=(libgtest-dev libgmock-dev xvfb xauth python3 unzip)
 CLANG_PACKAGES=(clang libclang-rt-dev)
