@@ -45,8 +45,9 @@ void TBaseRasterMapLayerPersist::WriteLayer(TMapDocResourcePersist&, const TBase
     if (const auto& variable = raster.GetClimateVariable(); variable.GetHasValue())
         AddText(data, ClimateVariable, TClimateVariableTypes::Get(variable.GetValue()).ShortName);
     AddText(data, Opacity, IntToStr(raster.GetOpacity()));
-    if (const auto persist = TColorCalcPersistFactory::GetPersist(raster.GetColorCalc()))
-        persist->Write(raster.GetColorCalc(), data.AddChild(ColorCalc));
+    const std::shared_ptr<IBaseColorCalculator> calculator = raster.GetColorCalc(); // a host's may free the layer
+    if (const auto persist = TColorCalcPersistFactory::GetPersist(calculator))
+        persist->Write(calculator, data.AddChild(ColorCalc));
 }
 
 } // namespace lmx

@@ -62,14 +62,18 @@ void TIdrisiMapLayerPersist::WriteLayer(TMapDocResourcePersist& resources, const
     const std::shared_ptr<const TAbstractImage> image = idrisi.GetSharedImage();
     if (!image)
         RefuseEmptyLayer(idrisi, QStringLiteral("image"));
+    const TBorrowed self(layer);
     AddText(data, DataType, image->GetClassName());
     if (IsEmbedded(policy, image->GetFilePath())) {
+        const QString folder = FolderOf(idrisi);
         AddText(data, Resource, Embedded);
-        resources.Write(FolderOf(idrisi), Header, BytesOf(*image->getHeader()));
-        resources.Write(FolderOf(idrisi), ImageData, BytesOf(*image));
+        resources.Write(folder, Header, BytesOf(*image->getHeader()));
+        resources.Write(folder, ImageData, BytesOf(*image));
     } else {
         AddLink(data, image->GetFilePath());
     }
+    if (!self) // a host's device may do anything
+        throw EInvalidOperation(QStringLiteral("The layer has gone while it was saved"));
     TBaseRasterMapLayerPersist::WriteLayer(resources, layer, data, policy);
 }
 

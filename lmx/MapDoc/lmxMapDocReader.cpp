@@ -74,7 +74,12 @@ void TMapDocReader::Read(const QString& fileName, TMapViewControl* control) {
     Read(resources, control);
 }
 
+// Whoever hears of a layer may destroy the reader: a copy reads.
 void TMapDocReader::Read(TMapDocResourcePersist& resources, TMapViewControl* control) {
+    TMapDocReader(*this).ReadAll(resources, control);
+}
+
+void TMapDocReader::ReadAll(TMapDocResourcePersist& resources, TMapViewControl* control) {
     const std::shared_ptr<ILayerManager> manager = RequireLayerManager(control);
     const TXmlDocument document = ReadManifest(resources, FLimits.ManifestBytes, FLimits.Depth);
     const TXmlNode root = document.GetRoot();

@@ -60,10 +60,11 @@ public:
     /// @throws EInvalidOperation "World not created" if neither the document nor the control has a world system; all
     /// has been read by then but scale and centre.
     void Read(const QString& fileName, TMapViewControl* control);
-    /// The same of an archive that is open for reading.
+    /// The same of an archive that is open for reading. It must outlive the call; the reader, the control and all
+    /// layers may go in the middle of it.
     void Read(TMapDocResourcePersist& resources, TMapViewControl* control);
 
-    // The steps of Read.
+    // The steps of Read. The reader must outlive them.
 
     /// Tests the root element and takes its attributes apart. `center` is not read.
     void ProcessRoot(TXmlNode root, int& version, QString& documentTypeID, QString& title, QString& refSystem,
@@ -74,6 +75,7 @@ public:
                            TMapDocResourcePersist& resources);
 
 private:
+    void ReadAll(TMapDocResourcePersist& resources, TMapViewControl* control);
     // Each gives the reason why the layer is left out, or nothing.
     QString LoadLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager, TMapDocResourcePersist& resources);
     QString LoadSpecialLayer(TXmlNode node, const std::shared_ptr<ILayerManager>& manager,

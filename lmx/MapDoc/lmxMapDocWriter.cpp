@@ -5,6 +5,7 @@
 #include <lmx/MapDoc/Private/lmxManifest.h>
 #include <lmx/MapDoc/Private/lmxMapDocTexts.h>
 #include <lmx/MapDoc/lmxMapDocResourcePersist.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
 #include <utility>
@@ -50,8 +51,14 @@ void TMapDocWriter::Write(const QString& fileName, TMapViewControl* control, TMa
     resources.Finish();
 }
 
+// A host's persist object may destroy the writer: a copy writes.
 void TMapDocWriter::Write(TMapDocResourcePersist& resources, TMapViewControl* control,
                           TMapDocExternalResourcePolicy policy) {
+    TMapDocWriter(*this).WriteAll(resources, control, policy);
+}
+
+void TMapDocWriter::WriteAll(TMapDocResourcePersist& resources, TMapViewControl* control,
+                             TMapDocExternalResourcePolicy policy) {
     const std::shared_ptr<ILayerManager> manager = RequireMap(control);
     const TXmlDocument document(QStringLiteral("mapDoc"));
     TXmlNode root = document.GetRoot();
@@ -66,8 +73,9 @@ void TMapDocWriter::Write(TMapDocResourcePersist& resources, TMapViewControl* co
 void TMapDocWriter::WriteLayers(const TObjectList<TBaseMapLayer>& layers, TXmlNode list,
                                 TMapDocResourcePersist& resources, TMapDocExternalResourcePolicy policy) {
     layers.ForEach([&](const TBaseMapLayer* layer) {
+        const TBorrowed self(layer);
         const auto persist = FLayerPersistFactory->GetPersist(layer->GetLayerClassName());
-        if (!persist)
+        if (!persist || !self)
             return;
         TXmlNode node = list.AddChild(Manifest::Layer);
         const TXmlNode attributes = node.AddChild(Manifest::Attributes);

@@ -27,10 +27,12 @@ public:
     /// EInvalidOperation "World not created"; the file has not been touched then.
     /// @throws EFileException if the file cannot be written, EOutOfMemory, and what persist objects raise.
     void Write(const QString& fileName, TMapViewControl* control, TMapDocExternalResourcePolicy policy);
-    /// The same into an archive that is open for writing; it is not finished.
+    /// The same into an archive that is open for writing; it is not finished. It must outlive the call; the writer, the
+    /// control and all layers may go in the middle of it.
     void Write(TMapDocResourcePersist& resources, TMapViewControl* control, TMapDocExternalResourcePolicy policy);
 
 private:
+    void WriteAll(TMapDocResourcePersist& resources, TMapViewControl* control, TMapDocExternalResourcePolicy policy);
     void WriteLayers(const TObjectList<TBaseMapLayer>& layers, TXmlNode list, TMapDocResourcePersist& resources,
                      TMapDocExternalResourcePolicy policy);
 

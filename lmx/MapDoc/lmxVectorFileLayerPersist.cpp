@@ -61,8 +61,10 @@ void TVectorFileLayerPersist::WriteLayer(TMapDocResourcePersist& resources, cons
         return;
     }
     AddText(data, Resource, Embedded);
-    resources.Write(FolderOf(vectorLayer), VectorData, BytesOf(*vector));
-    resources.Write(FolderOf(vectorLayer), Header, BytesOf(vector->GetHeader()));
+    const QString folder = FolderOf(vectorLayer);
+    const QByteArray header = BytesOf(vector->GetHeader()); // the layer may go while the other entry is written
+    resources.Write(folder, VectorData, BytesOf(*vector));
+    resources.Write(folder, Header, header);
 }
 
 } // namespace lmx

@@ -1,6 +1,7 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Layers/Objects/lmxRectangleObjectTypeItem.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <tests/Controls/ChaosDocument.h>
 #include <tests/Controls/ChaosTables.h>
 
 #include <QCoreApplication>
@@ -199,6 +200,9 @@ const std::vector<TDeed>& ChaosDeeds() {
              if (s.Panel)
                  s.Panel->SetRulersLayer(nullptr);
          }},
+        {"read a document", ReadChaosDocument},
+        {"save a document", SaveChaosDocument},
+        {"free the readers and writers", [](S& s) { s.Documents.reset(); }},
         {"unsubscribe", [](S& s) { s.Subscriptions.clear(); }},
         {"forget every handler", View([](auto& v) {
              v.SetOnViewportUpdated({});

@@ -9,6 +9,7 @@
 #include <lmx/Widgets/lmxDrawnListView.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxPngButton.h>
+#include <tests/Controls/ChaosDocument.h>
 #include <tests/Controls/ChaosTables.h>
 
 #include <QApplication>
@@ -184,6 +185,21 @@ void ClickObjects(TChaosScene& s) {
     if (s.Manager)
         s.Manager->SetSelLayer(nullptr);
     Clicking(TMapMode::mdNone)(s);
+}
+
+// The size of a hidden view is news to whoever asks for its viewport.
+void SaveHidden(TChaosScene& s) {
+    if (s.View)
+        s.View->hide();
+    if (s.View)
+        s.View->resize(31, 21);
+    SaveChaosDocument(s);
+}
+
+void SaveWithoutRaster(TChaosScene& s) {
+    if (s.Manager && s.Raster)
+        s.Manager->GetLayers().Remove(s.Raster.Get());
+    SaveChaosDocument(s);
 }
 
 // Gives the raster classes, whose legend asks its filter.
@@ -466,6 +482,22 @@ const std::vector<TPlace>& ChaosPlaces() {
         {"Dialog of a rectangle", Hook("Dialog"), EditingObject(RectangleRow)},
         {"Dialog of a new ruler", Hook("Dialog"), addDialog},
         {"Dialog of a ruler", Hook("Dialog"), editDialog},
+        {"Manager.OnTitleChanged by a document", On(&I::GetOnTitleChanged), ReadChaosDocument},
+        {"Manager.OnLayerAdded by a document", On(&I::GetOnLayerAdded), ReadChaosDocument},
+        {"View.OnViewportUpdated by a document", Slot(&TMapViewControl::SetOnViewportUpdated), ReadChaosDocument},
+        {"View.OnViewportUpdated by saving", Slot(&TMapViewControl::SetOnViewportUpdated), SaveHidden},
+        {"Rulers.OnLayerNameChanged by a document", On(&S::Rulers, &L::GetOnLayerNameChanged), ReadChaosDocument},
+        {"Rulers.OnRulerAdded by a document", On(&S::Rulers, &TRulerMapLayer::GetOnRulerAdded), ReadChaosDocument},
+        {"Points.OnAdded by a document", On(&S::Points, &TInfoQueryPointLayer::GetOnAdded), ReadChaosDocument},
+        {"Objects.OnObjectAdded by a document", On(&S::Objects, &TObjectMapLayer::GetOnObjectAdded), ReadChaosDocument},
+        {"Objects.OnInvalidated by a document", On(&S::Objects, &L::GetOnInvalidated), ReadChaosDocument},
+        {"Document.CreateLayer", Hook("Document.CreateLayer"), ReadChaosDocument},
+        {"Document.ReadLayer", Hook("Document.ReadLayer"), ReadChaosDocument},
+        {"Document.Read", Hook("Document.Read"), ReadChaosDocument},
+        {"Document.Progress", Hook("Document.Progress"), ReadChaosDocument},
+        {"Document.WriteLayer", Hook("Document.WriteLayer"), SaveChaosDocument},
+        {"Document.Write", Hook("Document.Write"), SaveChaosDocument},
+        {"Document.Write of a vector", Hook("Document.Write"), SaveWithoutRaster},
         {"Gradient.OnSelectionChanged", Slot(&TGradientEditor::SetOnSelectionChanged), pressInGradient(Qt::Key_Right)},
         {"Gradient.OnChanged", Slot(&TGradientEditor::SetOnChanged), pressInGradient(Qt::Key_Insert)},
         {"Gradient.OnQueryColor", Slot(&TGradientEditor::SetOnQueryColor), pressInGradient(Qt::Key_Insert)},

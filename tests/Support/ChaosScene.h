@@ -109,6 +109,8 @@ private:
     TServiceScope<TClipboard> FClipboard;
 };
 
+struct TChaosDocuments;
+
 /// A view, a map control, a rulers panel, a table of query points and a list of annotations on one manager with a layer
 /// of each kind, and a gradient editor, shown and painted. Any of them may be gone; whoever uses one asks first.
 struct TChaosScene {
@@ -137,6 +139,7 @@ struct TChaosScene {
     std::unique_ptr<TShpFile> ShpFile;
     std::shared_ptr<IMapViewControlCustomModeObject> Mode;
     std::vector<TSubscription> Subscriptions;
+    std::shared_ptr<TChaosDocuments> Documents; ///< what reads and writes; nil before the first
 
     std::shared_ptr<ILayerManager> Manager = TLayerManagerFactory::GetObject();
     TBorrowed<TChaosLayer> Layer;
