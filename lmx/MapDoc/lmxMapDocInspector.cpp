@@ -7,8 +7,11 @@
 #include <lmx/MapDoc/Private/lmxMapDocTexts.h>
 #include <lmx/MapDoc/Private/lmxSaveProblems.h>
 #include <lmx/MapDoc/lmxMapDocResourcePersist.h>
+#include <lmx/Runtime/Private/lmxQuote.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace lmx {
@@ -30,15 +33,21 @@ bool Converts(const QString& text) {
     }
 }
 
-/// Elements whose text is a number or a point, anywhere in the data of a layer.
-void CheckTexts(TXmlNode data, QStringList& problems) {
-    for (const TXmlNode child : data.GetChildren()) {
+QString DoesNotRead(const QString& text, const QString& name) {
+    return u'"' + Quotable(text) + QStringLiteral("\" does not read as ") + name;
+}
+
+/// Texts that go by the decimal separator: of rulers, of points and of calculators, wherever they stand in the data.
+void CheckTexts(TXmlNode parent, QStringList& problems) {
+    const QString of = parent.GetName();
+    for (const TXmlNode child : parent.GetChildren()) {
         const QString name = child.GetName();
-        const bool isNumber =
-            name == QStringLiteral("location") || name == QStringLiteral("minVal") || name == QStringLiteral("maxVal");
-        if ((isNumber && !IsNumber(child.GetText())) ||
-            (name == QStringLiteral("point") && !Converts<TMapPoint>(child.GetText())))
-            problems += QStringLiteral("\"%1\" does not read as %2").arg(child.GetText(), name);
+        const bool isNumber = (of == QStringLiteral("ruler") && name == QStringLiteral("location")) ||
+                              (of == QStringLiteral("colorCalc") &&
+                               (name == QStringLiteral("minVal") || name == QStringLiteral("maxVal")));
+        const bool isPoint = of == QStringLiteral("iqpoint") && name == QStringLiteral("point");
+        if ((isNumber && !IsNumber(child.GetText())) || (isPoint && !Converts<TMapPoint>(child.GetText())))
+            problems += DoesNotRead(child.GetText(), name);
         CheckTexts(child, problems);
     }
 }
@@ -56,30 +65,102 @@ int ItemsIn(TXmlNode data) {
     return count;
 }
 
-void CheckObjects(TXmlNode data, QStringList& problems) {
-    for (const TXmlNode child : data.GetChildren())
-        if (child.GetAttribute(Manifest::Type) == QStringLiteral("SHAPELEGEND")) {
-            problems += QStringLiteral("a shape key ends the reading of annotations");
-            return;
-        }
+/// Saved and loaded, a background is what the border was, and a border what the constructor makes.
+bool KeepsItsLook(TXmlNode object) {
+    const auto look = [object](const char* show, const char* color) {
+        const QString shown = object.GetAttribute(QLatin1String(show));
+        return shown == QStringLiteral("0") ? QString() : shown + u' ' + object.GetAttribute(QLatin1String(color));
+    };
+    const QString border = look("showBorder", "borderColor");
+    const bool hasBorder = object.GetAttribute(Manifest::Type) == QStringLiteral("RECTANGLE");
+    return look("showBg", "bgColor") == border && border == (hasBorder ? QStringLiteral("-1 4278190080") : QString());
 }
 
-void CheckResource(TMapDocLayerInfo& info) {
-    if (info.Resource == Linked && !info.IsFileThere)
+void CheckObjects(TXmlNode data, QStringList& problems) {
+    bool keepLook = true;
+    for (const TXmlNode object : data.GetChildren()) {
+        if (object.GetName() != QStringLiteral("object"))
+            continue;
+        if (object.GetAttribute(Manifest::Type) == QStringLiteral("SHAPELEGEND")) {
+            problems += QStringLiteral("a shape key ends the reading of annotations");
+            break;
+        }
+        keepLook = keepLook && (!object.HasAttribute(QStringLiteral("showBorder")) || KeepsItsLook(object));
+    }
+    if (!keepLook)
+        problems += QStringLiteral("the backgrounds and borders of annotations change");
+}
+
+/// The types that hold data of files, and the entries of embedded ones.
+struct TFileType {
+    QString Type;
+    QStringList Entries;
+};
+
+const std::array<TFileType, 3>& FileTypes() {
+    static const std::array<TFileType, 3> types = {{
+        {QStringLiteral("IdrisiMapLayer"), {QStringLiteral("header"), QStringLiteral("imagedata")}},
+        {QStringLiteral("VectorFileLayer"), {QStringLiteral("vectordata"), QStringLiteral("header")}},
+        {QStringLiteral("ShapeFileLayer"), {}},
+    }};
+    return types;
+}
+
+bool HasEntries(const TMapDocResourcePersist& resources, const TMapDocLayerInfo& info, const QStringList& entries) {
+    return std::all_of(entries.begin(), entries.end(),
+                       [&](const QString& entry) { return resources.Has(info.Id.toUpper(), entry); });
+}
+
+void CheckResource(TMapDocLayerInfo& info, const TMapDocResourcePersist& resources) {
+    const auto type = std::find_if(FileTypes().begin(), FileTypes().end(),
+                                   [&info](const TFileType& known) { return known.Type == info.Type; });
+    if (type == FileTypes().end())
+        return;
+    if (info.Resource != Linked && (info.Resource != Embedded || type->Entries.isEmpty()))
+        info.Problems += QStringLiteral("the resource \"") + Quotable(info.Resource) + QStringLiteral("\" is unknown");
+    else if (info.Resource == Linked && !info.IsFileThere)
         info.Problems += QStringLiteral("the linked file is not there");
     else if (info.Resource == Linked && info.Type == QStringLiteral("VectorFileLayer"))
         info.Problems += QStringLiteral("a linked vector comes back without shapes");
-    else if (info.Resource == Embedded && info.EmbeddedBytes == 0)
+    else if (info.Resource == Embedded && !HasEntries(resources, info, type->Entries))
         info.Problems += QStringLiteral("the embedded data are not there");
 }
 
-QString RootProblem(const TMapDocInfo& info) {
+/// What a reader says to the attributes of a layer.
+void CheckProperties(TXmlNode node, QStringList& problems) {
+    if (!HasDefaultLayerProperties(node)) {
+        problems += QStringLiteral("an attribute is missing");
+        return;
+    }
+    const auto check = [&](const char* name, auto&& read) {
+        const QString text = node.GetAttribute(QLatin1String(name));
+        try {
+            read(text);
+        } catch (const Exception&) {
+            problems += DoesNotRead(text, QLatin1String(name));
+        }
+    };
+    check("id", TextToGuid);
+    check("visible", [](const QString& text) { StrToBool(text); });
+    check("area", [](const QString& text) { static_cast<void>(TMapArea(text)); });
+}
+
+QStringList RootProblems(TXmlNode root, const TMapDocInfo& info) {
+    for (const QString& name : {Manifest::Version, Manifest::DocTypeID, Manifest::MapTitle, Manifest::RefSystem,
+                                Manifest::ZoomScale, Manifest::Center})
+        if (!root.HasAttribute(name))
+            return {QStringLiteral("the attribute ") + name + QStringLiteral(" is missing")};
     std::int32_t version = 0;
     if (!TryStrToInt(info.Version, version) || version != MapDocVersion)
-        return QStringLiteral("version \"%1\" cannot be read").arg(info.Version);
+        return {QStringLiteral("version \"") + Quotable(info.Version) + QStringLiteral("\" cannot be read")};
     if (!IsNumber(info.ZoomScale))
-        return QStringLiteral("\"%1\" does not read as zoomScale").arg(info.ZoomScale);
+        return {DoesNotRead(info.ZoomScale, Manifest::ZoomScale)};
     return {};
+}
+
+/// A text of the document where a line of ours must not end.
+QString Inline(QString text) {
+    return text.replace(u'\n', QStringLiteral("\\n")).replace(u'\r', QStringLiteral("\\r"));
 }
 
 QString LineOf(const TMapDocLayerInfo& layer) {
@@ -92,22 +173,22 @@ QString LineOf(const TMapDocLayerInfo& layer) {
                 QStringLiteral(" bytes");
     if (layer.IsSpecial)
         line += QStringLiteral(" items ") + IntToStr(layer.ItemCount);
-    return line + u'\n';
+    return Inline(line) + u'\n';
 }
 
 QString LinesOf(const QStringList& problems) {
     QString lines;
     for (const QString& problem : problems)
-        lines += QStringLiteral("    problem: ") + problem + u'\n';
+        lines += QStringLiteral("    problem: ") + Inline(problem) + u'\n';
     return lines;
 }
 
 } // namespace
 
 QString TMapDocInfo::ToText() const {
-    QString text = QStringLiteral("document version %1 type \"%2\" title \"%3\" scale %4 world %5\n")
-                       .arg(Version, DocTypeID, Title, ZoomScale, RefSystem) +
-                   LinesOf(Problems);
+    QString text = Inline(QStringLiteral("document version %1 type \"%2\" title \"%3\" scale %4 world %5")
+                              .arg(Version, DocTypeID, Title, ZoomScale, RefSystem)) +
+                   u'\n' + LinesOf(Problems);
     for (const TMapDocLayerInfo& layer : Layers)
         text += LineOf(layer) + LinesOf(layer.Problems);
     return text;
@@ -132,8 +213,7 @@ TMapDocInfo TMapDocInspector::Inspect(const TMapDocResourcePersist& resources, c
     info.Title = root.GetAttribute(Manifest::MapTitle);
     info.ZoomScale = root.GetAttribute(Manifest::ZoomScale);
     info.RefSystem = root.GetAttribute(Manifest::RefSystem);
-    if (const QString problem = RootProblem(info); !problem.isEmpty())
-        info.Problems += problem;
+    info.Problems = RootProblems(root, info);
     for (const bool isSpecial : {false, true}) {
         const TXmlNode list = root.Child(isSpecial ? Manifest::SpecialLayers : Manifest::Layers);
         for (const TXmlNode node : list.GetChildren())
@@ -158,17 +238,17 @@ TMapDocLayerInfo TMapDocInspector::InspectLayer(TXmlNode node, bool isSpecial,
         info.EmbeddedBytes += resources.GetSize(info.Id.toUpper(), QString::fromLatin1(entry));
     info.ItemCount = ItemsIn(data);
 
-    if (!HasDefaultLayerProperties(node))
-        info.Problems += QStringLiteral("an attribute is missing");
-    else if (const QString area = node.GetAttribute(QStringLiteral("area")); !Converts<TMapArea>(area))
-        info.Problems += QStringLiteral("\"%1\" does not read as area").arg(area);
+    CheckProperties(node, info.Problems);
     if (!FLayerPersistFactory->GetPersist(info.Type))
         info.Problems += QStringLiteral("the type is unknown");
     else if (data.IsEmpty())
         info.Problems += QStringLiteral("it has no data");
-    CheckResource(info);
+    CheckResource(info, resources);
     CheckTexts(data, info.Problems);
-    CheckObjects(data, info.Problems);
+    if (info.Type == QStringLiteral("ObjectMapLayer"))
+        CheckObjects(data, info.Problems);
+    if (node.Child(Manifest::Attributes).HasChild(QStringLiteral("attribute")))
+        info.Problems += QStringLiteral("its attributes do not come back");
     return info;
 }
 

@@ -45,31 +45,39 @@ QFileInfoList FilesOf(const QString& path) {
 /// Copies what documents link, each file once.
 class TPackedFiles {
 public:
-    explicit TPackedFiles(const QString& folder) : FFolder(folder) {}
+    /// `document` is the name that the document has in the folder.
+    TPackedFiles(const QString& folder, const QString& document) : FFolder(folder), FDocument(document.toLower()) {}
 
     QString Pack(const QString& path) {
         if (!IsRegularFile(path))
             return path;
         const QFileInfo file(path);
-        const QString origin = file.absolutePath() + u'/' + file.completeBaseName();
+        const QString origin = QDir::cleanPath(file.absolutePath()) + u'/' + file.completeBaseName();
         auto known = FNames.find(origin);
         if (known == FNames.end()) {
-            known = FNames.emplace(origin, FreeName(file.completeBaseName())).first;
-            for (const QFileInfo& present : FilesOf(path))
-                Copy(present, PathOf(known->second, present.suffix()));
+            known = FNames.emplace(origin, FreeName(file)).first;
+            CopyAll(path, known->second);
         }
-        return PathOf(known->second, file.suffix());
+        return FFolder.absoluteFilePath(NameOf(known->second, file.suffix()));
     }
 
 private:
-    QString FreeName(const QString& name) {
+    static QString NameOf(const QString& name, const QString& suffix) {
+        return suffix.isEmpty() ? name : name + u'.' + suffix;
+    }
+    bool IsDocument(const QString& name) const { return name.toLower() == FDocument; }
+    QString FreeName(const QFileInfo& file) {
+        const QString name = file.completeBaseName();
         QString free = name;
-        for (int number = 2; !FTaken.insert(free.toLower()).second; ++number)
+        for (int number = 2; IsDocument(NameOf(free, file.suffix())) || !FTaken.insert(free.toLower()).second; ++number)
             free = name + QStringLiteral(" (") + IntToStr(number) + u')';
         return free;
     }
-    QString PathOf(const QString& name, const QString& suffix) const {
-        return FFolder.absoluteFilePath(suffix.isEmpty() ? name : name + u'.' + suffix);
+    // The document may lie among them, or another that is called so.
+    void CopyAll(const QString& path, const QString& name) const {
+        for (const QFileInfo& present : FilesOf(path))
+            if (const QString copy = NameOf(name, present.suffix()); !IsDocument(copy))
+                Copy(present, FFolder.absoluteFilePath(copy));
     }
     static void Copy(const QFileInfo& from, const QString& to) {
         QFile file(from.absoluteFilePath());
@@ -78,20 +86,27 @@ private:
     }
 
     const QDir FFolder;
+    const QString FDocument;           ///< in small letters
     std::map<QString, QString> FNames; ///< of the copies, by folder and name of the originals
     std::set<QString> FTaken;          ///< in small letters: not every file system tells them apart
 };
 
+void OpenDocument(QFile& file) {
+    if (file.exists())
+        CheckRegularFile(file.fileName());
+    if (!file.open(QIODevice::ReadOnly))
+        throw EFileException(file.fileName(), QStringLiteral("cannot be read: ") + file.errorString());
+}
+
 } // namespace
 
 void TMapDocRelinker::Relink(const QString& source, const QString& target, const TNewPath& newPath) const {
-    QFile file(source);
-    TMapDocResourcePersist resources(source, TMapDocPersistMode::pmRead);
+    QFile file(source); // opened once: the manifest and the other entries are those of one document
+    OpenDocument(file);
+    const TMapDocResourcePersist resources(file, source, TMapDocPersistMode::pmRead);
     const TXmlDocument document = ReadManifest(resources, FLimits.ManifestBytes, FLimits.Depth);
     for (const QString& list : {Manifest::Layers, Manifest::SpecialLayers})
         RelinkLayers(document.GetRoot().Child(list), newPath);
-    if (!file.open(QIODevice::ReadOnly))
-        throw EFileException(source, QStringLiteral("cannot be read: ") + file.errorString());
     const TZipReader archive(file, source);
     const qsizetype manifest = archive.IndexOf(TMapDocResourcePersist::FormatName({}, Manifest::EntryName));
     TReplacedDocument replaced(target);
@@ -113,7 +128,7 @@ void TMapDocRelinker::MoveTo(const QString& source, const QString& target, const
     const QDir newFolder(folder);
     Relink(source, target, [&](const QString& path) {
         const QString name = QString(path).replace(u'\\', u'/').section(u'/', -1); // from other systems, too
-        return newFolder.filePath(name);
+        return name.isEmpty() ? path : newFolder.filePath(name);
     });
 }
 
@@ -121,7 +136,7 @@ QString TMapDocRelinker::Pack(const QString& source, const QString& folder) cons
     const QString target = QDir(folder).absoluteFilePath(QFileInfo(source).fileName());
     if (QFileInfo::exists(target))
         throw EFileException(target, QStringLiteral("cannot be written: it is there already"));
-    TPackedFiles files(folder);
+    TPackedFiles files(folder, QFileInfo(source).fileName());
     Relink(source, target, [&](const QString& path) { return files.Pack(path); });
     return target;
 }

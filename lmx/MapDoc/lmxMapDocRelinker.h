@@ -23,12 +23,13 @@ public:
     void Relink(const QString& source, const QString& target,
                 const std::function<QString(const QString& path)>& newPath) const;
 
-    /// Links every file by its name in another folder, whether or not it is there.
+    /// Links every file by its name in another folder, whether or not it is there. A path without a name stays.
     void MoveTo(const QString& source, const QString& target, const QString& folder) const;
 
     /// Copies a document, under its name, and all files that it links, with those that belong to them (of the same name
     /// with another suffix), into a folder that is there, and links the copies. A linked file that is not there keeps
-    /// its path. Files of one name from two folders get a number: "tas (2).rst". Gives the path of the new document.
+    /// its path. Files of one name from two folders get a number, "tas (2).rst", and so does one that is called as the
+    /// document. Gives the path of the new document.
     /// @throws EFileException also if the folder has one of the files already; what has been copied by then stays.
     QString Pack(const QString& source, const QString& folder) const;
 

@@ -2,8 +2,12 @@
 #include <lmx/Colour/lmxMultipartGradient.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Layers/Objects/lmxCompassRoseObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxImageObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxLegendObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxRectangleObjectTypeItem.h>
 #include <lmx/Layers/Objects/lmxShapeLegendObjectLayerItem.h>
+#include <lmx/Layers/Objects/lmxTextBoxObjectLayerItem.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
 #include <lmx/MapDoc/lmxMapDocInspector.h>
@@ -106,6 +110,53 @@ TEST_F(MapDocInspector, NamesWhatWillNotArrive) {
     EXPECT_EQ(ProblemsOf(LayerText(QStringLiteral("ObjectMapLayer"),
                                    QStringLiteral("<data><object type=\"SHAPELEGEND\"/></data>"))),
               QStringList{"a shape key ends the reading of annotations"});
+    EXPECT_EQ(ProblemsOf(LayerText(QStringLiteral("ShapeFileLayer"),
+                                   QStringLiteral("<data><resource>embedded</resource></data>"))),
+              QStringList{"the resource \"embedded\" is unknown"});
+    EXPECT_EQ(ProblemsOf(LayerText(QStringLiteral("VectorFileLayer"), QStringLiteral("<data/>"))),
+              QStringList{"the resource \"\" is unknown"});
+    const QString rulers = LayerText(QStringLiteral("RulerMapLayer"), QStringLiteral("<data/>"));
+    EXPECT_EQ(ProblemsOf(QString(rulers).replace(QStringLiteral("{0"), QStringLiteral("0"))),
+              QStringList{"\"00000000-0000-0000-0000-0000000000AB}\" does not read as id"});
+    EXPECT_EQ(ProblemsOf(QString(rulers).replace(QStringLiteral("\"True\""), QStringLiteral("\"yes\""))),
+              QStringList{"\"yes\" does not read as visible"});
+    EXPECT_EQ(ProblemsOf(QString(rulers).replace(QStringLiteral("<attributes/>"),
+                                                 QStringLiteral("<attributes><attribute/></attributes>"))),
+              QStringList{"its attributes do not come back"});
+}
+
+TEST_F(MapDocInspector, BothEntriesOfEmbeddedDataAreNeeded) {
+    const QString manifest = ManifestText(
+        LayerText(QStringLiteral("IdrisiMapLayer"), QStringLiteral("<data><resource>embedded</resource></data>")));
+    TArchiveInMemory memory(ZipBytes({DeflatedRecord("_meta\\manifest", manifest.toUtf8()),
+                                      DeflatedRecord("{00000000-0000-0000-0000-0000000000AB}\\header", "x")}));
+    const TMapDocInfo info =
+        FInspector.Inspect(TMapDocResourcePersist(memory.Buffer, QStringLiteral("memory"), pmRead));
+    EXPECT_EQ(info.Layers.at(0).EmbeddedBytes, 1U);
+    EXPECT_EQ(info.Layers.at(0).Problems, QStringList{"the embedded data are not there"});
+}
+
+TEST_F(MapDocInspector, NamesAnnotationsThatChange) {
+    const auto problems = [this](const char* type, const char* background, const char* border) {
+        return ProblemsOf(LayerText(QStringLiteral("ObjectMapLayer"),
+                                    QStringLiteral("<data><object type=\"%1\" showBg=\"%2\" bgColor=\"4278190080\" "
+                                                   "showBorder=\"%3\" borderColor=\"4278190080\"/></data>")
+                                        .arg(QLatin1String(type), QLatin1String(background), QLatin1String(border))));
+    };
+    const QStringList change = {"the backgrounds and borders of annotations change"};
+    EXPECT_EQ(problems("TEXT", "0", "0"), QStringList());
+    EXPECT_EQ(problems("TEXT", "-1", "0"), change);
+    EXPECT_EQ(problems("TEXT", "0", "-1"), change);
+    EXPECT_EQ(problems("RECTANGLE", "-1", "-1"), QStringList());
+    EXPECT_EQ(problems("RECTANGLE", "0", "0"), change);
+}
+
+TEST_F(MapDocInspector, OneLineIsOneLineWhateverTheDocumentSays) {
+    const TMapDocInfo info = InfoOf(
+        ManifestText(LayerText(QStringLiteral("RulerMapLayer"), QStringLiteral("<data/>"), QStringLiteral("a&#10;b")),
+                     {}, QString(PlainRoot).replace(QStringLiteral("\"Title"), QStringLiteral("\"%1&#13;&#10;%2"))));
+    EXPECT_EQ(info.ToText(), "document version 1 type \"Test\" title \"%1\\r\\n%2\" scale 2 world latlon\n"
+                             "layer RulerMapLayer \"a\\nb\" {00000000-0000-0000-0000-0000000000AB}\n");
 }
 
 TEST_F(MapDocInspector, NamesTextsThatTheLocaleDoesNotRead) {
@@ -135,6 +186,10 @@ TEST_F(MapDocInspector, NamesVersionsThatCannotBeRead) {
                   QStringList{QStringLiteral("version \"%1\" cannot be read").arg(QString::fromLatin1(version))});
         EXPECT_TRUE(info.ToText().contains(QStringLiteral("\n    problem: version \"")));
     }
+    for (const char* const name : {"version", "docTypeID", "mapTitle", "refsystem", "zoomScale", "center"})
+        EXPECT_EQ(
+            InfoOf(ManifestText({}, {}, QString(PlainRoot).replace(QLatin1String(name), QStringLiteral("x")))).Problems,
+            QStringList{QStringLiteral("the attribute %1 is missing").arg(QLatin1String(name))});
     TArchiveInMemory memory(ZipBytes({}));
     EXPECT_THROW(FInspector.Inspect(TMapDocResourcePersist(memory.Buffer, {}, pmRead)),
                  EMapDocResourceNotFoundException);
@@ -143,8 +198,31 @@ TEST_F(MapDocInspector, NamesVersionsThatCannotBeRead) {
 
 TEST_F(MapDocInspector, AWholeMapHasNoProblems) {
     AddImageLayer(FMap, SmallImage(), nullptr);
-    FMap.Objects().GetObjects().Add(std::make_unique<TRectangleObjectTypeItem>(&FMap.Objects()));
+    FMap.Objects().GetObjects().Add(std::make_unique<TTextBoxObjectLayerItem>(&FMap.Objects()));
+    FMap.Objects().GetObjects().Add(std::make_unique<TCompassRoseObjectLayerItem>(&FMap.Objects()));
+    FMap.Objects().GetObjects().Add(std::make_unique<TLegendObjectLayerItem>(&FMap.Objects()));
     EXPECT_EQ(ProblemsOfSaving(), QStringList());
+}
+
+TEST_F(MapDocInspector, SaysBeforeASaveWhichAnnotationsChange) {
+    TObjectMapLayer* const layer = &FMap.Objects();
+    auto& objects = layer->GetObjects();
+    objects.Add(std::make_unique<TRectangleObjectTypeItem>(layer));
+    objects.Add(std::make_unique<TTextBoxObjectLayerItem>(layer))->SetShowBackground(true);
+    objects.Add(std::make_unique<TCompassRoseObjectLayerItem>(layer))->SetLightColor(1);
+    objects.Add(std::make_unique<TLegendObjectLayerItem>(layer))->SetFontSize(9);
+    objects.Add(std::make_unique<TImageObjectLayerItem>(layer));
+    objects.Add(std::make_unique<TShapeLegendObjectLayerItem>(layer));
+    objects.Add(std::make_unique<TRectangleObjectTypeItem>(layer)); // behind the key
+    AddImageLayer(FMap, SmallImage(), nullptr, QStringLiteral("Tas"))->GetAttributes()[QStringLiteral("k")] = {};
+    EXPECT_EQ(ProblemsOfSaving(),
+              (QStringList{"The attributes of layer \"Tas\" do not come back",
+                           "Annotation \"Rectangle\" does not keep its background and border",
+                           "Annotation \"Text: \" does not keep its background and border",
+                           "The colours of annotation \"Compass rose\" are not shown again before it is edited",
+                           "The font, the sizes and the marks of annotation \"Legend: \" are not saved",
+                           "Annotation \"Image\" is of a kind that is not saved",
+                           "The shape key stops the objects behind it"}));
 }
 
 TEST_F(MapDocInspector, SaysBeforeASaveWhatEndsIt) {

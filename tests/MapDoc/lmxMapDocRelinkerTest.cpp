@@ -64,6 +64,9 @@ TEST_F(MapDocRelinker, LinksFilesInAnotherFolder) {
                 .toUtf8())}));
     FRelinker.MoveTo(FFolder.Path(), FFolder.Path("moved"), QStringLiteral("/new"));
     EXPECT_EQ(LinksOf(FFolder.Path("moved")), (QStringList{"/new/tas.rst", "/new/coast.shp", "/x/kept"}));
+    FRelinker.Relink(FFolder.Path(), FFolder.Path("folders"), [](const QString&) { return QStringLiteral("/old/"); });
+    FRelinker.MoveTo(FFolder.Path("folders"), FFolder.Path("moved"), QStringLiteral("/new"));
+    EXPECT_EQ(LinksOf(FFolder.Path("moved")), (QStringList{"/old/", "/old/", "/x/kept"}));
 }
 
 TEST_F(MapDocRelinker, PacksADocumentWithItsFiles) {
@@ -82,6 +85,47 @@ TEST_F(MapDocRelinker, PacksADocumentWithItsFiles) {
     EXPECT_EQ(map.LayerAt<TIdrisiMapLayer>(2).GetImage()->GetCell(2, 2), 4.0F);
     EXPECT_EQ(MessageOf<EFileException>([&] { FRelinker.Pack(source, FFolder.Path("packed")); }),
               packed + QStringLiteral(": cannot be written: it is there already"));
+}
+
+TEST_F(MapDocRelinker, PackingTellsTheDocumentFromFilesOfItsName) {
+    TDocumentMap map;
+    const auto add = [&](const char* file) {
+        SmallImage()->SaveToFile(FFolder.Path(file));
+        AddImageLayer(map, std::make_unique<TRealImage>(FFolder.Path(file), true), nullptr);
+    };
+    ASSERT_TRUE(QDir(FFolder.Path(".")).mkpath(QStringLiteral("a")));
+    add("map.rst");
+    FFolder.Write("a/MAP.LMX", "another document");
+    add("a/MAP.rst");
+    map.Save(FFolder.Path());
+    ASSERT_TRUE(QDir(FFolder.Path(".")).mkpath(QStringLiteral("packed")));
+    const QString packed = FRelinker.Pack(FFolder.Path(), FFolder.Path("packed"));
+    EXPECT_EQ(LinksOf(packed), (QStringList{FFolder.Path("packed/map.rst"), FFolder.Path("packed/MAP (2).rst")}));
+    EXPECT_EQ(FFolder.Read("packed/MAP (2).LMX"), "another document");
+    EXPECT_EQ(QDir(FFolder.Path("packed")).entryList(QDir::Files).size(), 6);
+}
+
+TEST_F(MapDocRelinker, ALinkedFileThatIsCalledAsTheDocumentGetsANumber) {
+    ASSERT_TRUE(QDir(FFolder.Path(".")).mkpath(QStringLiteral("a")));
+    ASSERT_TRUE(QDir(FFolder.Path(".")).mkpath(QStringLiteral("packed")));
+    const QString link = FFolder.Write("a/map.lmx", "linked");
+    FFolder.Write("map.lmx",
+                  ZipBytes({DeflatedRecord(
+                      "_meta\\manifest",
+                      ManifestText(LayerText(QStringLiteral("ShapeFileLayer"),
+                                             QStringLiteral("<data><resource>linked</resource><filename>%1</filename>"
+                                                            "</data>")
+                                                 .arg(link)))
+                          .toUtf8())}));
+    const QString packed = FRelinker.Pack(FFolder.Path(), FFolder.Path("packed"));
+    EXPECT_EQ(LinksOf(packed), QStringList{FFolder.Path("packed/map (2).lmx")});
+    EXPECT_EQ(FFolder.Read("packed/map (2).lmx"), "linked");
+}
+
+TEST_F(MapDocRelinker, OneFileByTwoPathsIsCopiedOnce) {
+    const QString source = SaveLinked({QStringLiteral("a"), QStringLiteral("a/../a")});
+    ASSERT_TRUE(QDir(FFolder.Path(".")).mkpath(QStringLiteral("packed")));
+    EXPECT_EQ(LinksOf(FRelinker.Pack(source, FFolder.Path("packed"))), QStringList(2, FFolder.Path("packed/tas.rst")));
 }
 
 TEST_F(MapDocRelinker, PackingNeverReplacesAFile) {
@@ -115,6 +159,10 @@ TEST_F(MapDocRelinker, AFailureLeavesTheTarget) {
     limits.EntryBytes = 10;
     FRelinker.SetLimits(limits);
     EXPECT_THROW(FRelinker.Relink(FFolder.Path(), FFolder.Path("target"), same), EFileFormatException);
+    EXPECT_EQ(MessageOf<EFileException>([&] { FRelinker.Relink(FFolder.Path("."), FFolder.Path("target"), same); }),
+              FFolder.Path(".") + QStringLiteral(": cannot be read: no regular file"));
+    EXPECT_EQ(MessageOf<EFileException>([&] { FRelinker.Relink(FFolder.Path("none"), FFolder.Path("target"), same); }),
+              FFolder.Path("none") + QStringLiteral(": cannot be read: No such file or directory"));
     EXPECT_EQ(FFolder.Read("target"), "old");
 }
 
