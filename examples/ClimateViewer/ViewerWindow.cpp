@@ -6,9 +6,11 @@
 #include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
 #include <lmx/Controls/lmxMapViewRuler.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
+#include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxThread.h>
 #include <lmx/Widgets/lmxEventGuard.h>
@@ -365,7 +367,10 @@ bool TViewerWindow::eventFilter(QObject* watched, QEvent* event) {
             FView->GetViewport()->PointToMapPoint(lmx::TMapPoint(FView->ToDevicePoint(mouse->position()))),
             FView->GetWorldSystem());
     const auto isPointing = [this] {
-        return FView->GetMode() == lmx::TMapMode::mdNone && FView->WorldCreated() &&
+        const lmx::TObjectMapLayer* const annotations = FView->GetSpObjectLayer();
+        const lmx::TBaseObjectLayerItem* const annotation = annotations ? annotations->GetSelectedObject() : nullptr;
+        const bool isDragging = annotation && annotation->GetIsVisible(); // a press beside it deselects
+        return FView->GetMode() == lmx::TMapMode::mdNone && FView->WorldCreated() && !isDragging &&
                !FView->GetViewport()->GetIsPanning(); // by the space bar
     };
     if (event->type() == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton && isPointing())

@@ -4,12 +4,15 @@
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
 #include <lmx/Graphics/lmxBitmap32.h>
+#include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
 #include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <tests/Support/CoordinatePrinters.h>
+#include <tests/Support/GeometryPrinters.h>
 #include <tests/Support/Printers.h>
 
 #include <QAbstractItemView>
@@ -24,6 +27,7 @@
 #include <QTest>
 #include <QToolBar>
 #include <QToolButton>
+#include <QToolTip>
 #include <QWindow>
 
 #include <gtest/gtest.h>
@@ -85,6 +89,28 @@ protected:
         Settle();
     }
     void Click(QPoint at) { Drag(at, at); }
+    /// Adds an annotation of a kind by the menu, as the topmost one.
+    TBaseObjectLayerItem* Annotate(const QString& kind) {
+        QMenu* menu = nullptr;
+        for (QAction* action : Window.menuBar()->actions())
+            if (action->text() == QStringLiteral("&Annotation"))
+                menu = action->menu();
+        for (QAction* action : menu ? menu->actions() : QList<QAction*>())
+            if (action->text() == kind)
+                action->trigger();
+        Settle();
+        const auto& objects = View().GetSpObjectLayer()->GetObjects();
+        return objects.IsEmpty() ? nullptr : objects[objects.Count() - 1];
+    }
+    QImage Screen() {
+        Window.repaint();
+        Settle();
+        const QPoint corner = View().mapToGlobal(QPoint(0, 0));
+        return QGuiApplication::primaryScreen()
+            ->grabWindow(0, corner.x(), corner.y(), 480, 270)
+            .toImage()
+            .convertToFormat(QImage::Format_RGB32);
+    }
     QString StatusText() {
         QStringList texts;
         for (const QLabel* label : Window.statusBar()->findChildren<QLabel*>())
@@ -184,15 +210,65 @@ TEST_F(ViewerSession, EndsWithTheMapAsItIsKept) {
 TEST_F(ViewerSession, TheScreenShowsTheMap) {
     DoSession();
     const QImage picture = Picture();
-    Window.repaint();
-    Settle();
-    const QPoint corner = View().mapToGlobal(QPoint(0, 0));
-    const QImage screen = QGuiApplication::primaryScreen()
-                              ->grabWindow(0, corner.x(), corner.y(), 480, 270)
-                              .toImage()
-                              .convertToFormat(QImage::Format_RGB32);
+    const QImage screen = Screen();
     ASSERT_EQ(screen.size(), picture.size());
     EXPECT_EQ(screen, picture);
+}
+
+/// The pixels of a rectangle that are of another colour.
+int PixelsWithout(const QImage& picture, const TRect& rect, QRgb color) {
+    int others = 0;
+    for (int y = rect.Top; y < rect.Bottom; ++y)
+        for (int x = rect.Left; x < rect.Right; ++x)
+            others += picture.pixel(x, y) == color ? 0 : 1;
+    return others;
+}
+
+TEST_F(ViewerSession, AnAnnotationIsMovedAndResizedByItsGrabbers) {
+    constexpr QRgb Gray = 0xFF808080;
+    constexpr QRgb White = 0xFFFFFFFF;
+    Choose(QStringLiteral("Pointer"));
+    TBaseObjectLayerItem* const plate = Annotate(QStringLiteral("Rectangle"));
+    ASSERT_NE(plate, nullptr);
+    const TPoint translation = Viewport().GetTranslation();
+    Drag({50, 50}, {250, 150});
+    EXPECT_TRUE(plate->GetIsSelected());
+    EXPECT_EQ(plate->GetRect(), TRect(200, 100, 300, 200));
+    const QImage moved = Screen();
+    EXPECT_EQ(PixelsWithout(moved, {210, 110, 240, 190}, Gray), 0);
+    EXPECT_EQ(PixelsWithout(moved, {294, 194, 299, 199}, White), 0); // within the grabber's frame
+    EXPECT_GT(PixelsWithout(moved, {305, 110, 340, 220}, Gray), 3000);
+
+    Drag({297, 197}, {350, 230});
+    EXPECT_EQ(plate->GetSelectedElement(), TSelectedElement::soBottomRightGrabber);
+    EXPECT_EQ(plate->GetRect(), TRect(200, 100, 350, 230));
+    const QImage resized = Screen();
+    EXPECT_EQ(resized, Picture());
+    EXPECT_EQ(PixelsWithout(resized, {294, 194, 299, 199}, Gray), 0); // where the grabber was
+    EXPECT_EQ(PixelsWithout(resized, {305, 110, 340, 160}, Gray), 0);
+    EXPECT_EQ(PixelsWithout(resized, {344, 224, 349, 229}, White), 0);
+
+    Drag({275, 104}, {275, 60}); // the middle of the upper side
+    EXPECT_EQ(plate->GetRect(), TRect(200, 60, 350, 230));
+    EXPECT_EQ(Viewport().GetTranslation(), translation);
+    EXPECT_EQ(QToolTip::text(), QString()); // who drags an annotation does not read the map
+    Click({100, 250});
+    EXPECT_FALSE(plate->GetIsSelected());
+    EXPECT_NE(QToolTip::text(), QString());
+    QToolTip::hideText();
+    EXPECT_EQ(PixelsWithout(Screen(), {340, 220, 349, 229}, Gray), 0);
+}
+
+TEST_F(ViewerSession, ACompassRoseStaysRound) {
+    Choose(QStringLiteral("Pointer"));
+    const TBaseObjectLayerItem* const rose = Annotate(QStringLiteral("Compass rose"));
+    ASSERT_NE(rose, nullptr);
+    const QImage large = Screen();
+    Drag({128, 128}, {130, 129});
+    Drag({255, 254}, {150, 101}); // the corner at the bottom right
+    EXPECT_EQ(rose->GetRect(), TRect(2, 1, 102, 101));
+    EXPECT_NE(Screen(), large);
+    EXPECT_EQ(Screen(), Picture());
 }
 
 TEST_F(ViewerSession, ThePanelListsTheRulersAndTheMenuRemovesAllMarks) {
