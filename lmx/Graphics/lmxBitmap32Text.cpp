@@ -3,6 +3,7 @@
 #include <lmx/Graphics/Private/lmxBlend.h>
 #include <lmx/Graphics/Private/lmxPictureWindow.h>
 #include <lmx/Graphics/Private/lmxPixelRows.h>
+#include <lmx/Graphics/Private/lmxSeenText.h>
 #include <lmx/Graphics/Private/lmxTextCache.h>
 #include <lmx/Graphics/lmxBitmap32.h>
 #include <lmx/Graphics/lmxSystemColors.h>
@@ -178,7 +179,8 @@ void TBitmap32::Textout(const TRect& rect, unsigned flags, const QString& text) 
     const TSize size(box.GetWidth(), box.GetHeight());
     const TTextKey key = KeyOf(text, FFont, SmoothLevel, flags, size, visible, {box.Left, box.Top});
     DrawText(*this, key, visible, Color32(FFont.Color), [&](QPainter& painter) {
-        QString lines = text;
+        const qsizetype length = SeenLength(text, painter.font(), size.cx, flags, {key.Seen.Right, key.Seen.Bottom});
+        QString lines = text.left(length);
         lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
         painter.translate(-key.Seen.Left, -key.Seen.Top);
         painter.drawText(TRect(0, 0, size.cx, size.cy).ToQRect(), QtTextFlags(flags), lines);
