@@ -5,12 +5,16 @@
 #include <lmx/Widgets/lmxEventGuard.h>
 
 #include <QAction>
+#include <QWidget>
 
+#include "LayerProperties.h"
 #include "LayerStack.h"
 
-TLayerCommands::TLayerCommands(std::function<void(lmx::TBaseMapLayer*)> rename, QObject* parent)
+TLayerCommands::TLayerCommands(std::function<void(lmx::TBaseMapLayer*)> rename, QWidget* parent)
     : QObject(parent),
+      FParent(parent),
       FRename(std::move(rename)),
+      FPropertiesAction(Add(tr("Pr&operties..."), "Alt+Return", &TLayerCommands::ShowProperties)),
       FRenameAction(Add(tr("&Rename"), "F2", &TLayerCommands::Rename)),
       FDuplicateAction(Add(tr("D&uplicate"), "Ctrl+D", &TLayerCommands::Duplicate)),
       FVisibilityAction(Add(tr("Show or &hide"), "Space", &TLayerCommands::ToggleVisibility)),
@@ -42,12 +46,17 @@ void TLayerCommands::Update() {
     lmx::TBaseMapLayer* layer = FManager ? FManager->GetSelLayer() : nullptr;
     const bool isListed = layer && PlaceInList(*FManager, layer) >= 0;
     const lmx::TLayerOptionFlags options = isListed ? layer->GetLayerOptionFlags() : lmx::TLayerOptionFlags();
+    FPropertiesAction->setEnabled(options.Contains(lmx::TLayerOptionFlag::lofProperties));
     FRenameAction->setEnabled(options.Contains(lmx::TLayerOptionFlag::lofRename));
     FDuplicateAction->setEnabled(options.Contains(lmx::TLayerOptionFlag::lofDuplicate));
     FVisibilityAction->setEnabled(isListed);
     FUpAction->setEnabled(isListed && NeighbourOf(*FManager, layer, -1) != layer);
     FDownAction->setEnabled(isListed && NeighbourOf(*FManager, layer, 1) != layer);
     FRemoveAction->setEnabled(options.Contains(lmx::TLayerOptionFlag::lofDelete));
+}
+
+void TLayerCommands::ShowProperties(lmx::TBaseMapLayer* layer) {
+    ShowLayerProperties(layer, QString(), FParent->window());
 }
 
 void TLayerCommands::Rename(lmx::TBaseMapLayer* layer) {

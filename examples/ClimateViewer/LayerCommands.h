@@ -7,6 +7,7 @@
 #include <memory>
 
 class QAction;
+class QWidget;
 
 namespace lmx {
 class ILayerManager;
@@ -17,8 +18,8 @@ class TBaseMapLayer;
 /// has been given the actions has the focus.
 class TLayerCommands : public QObject {
 public:
-    /// `rename` begins the renaming of a layer.
-    TLayerCommands(std::function<void(lmx::TBaseMapLayer*)> rename, QObject* parent);
+    /// `rename` begins the renaming of a layer. Dialogs belong to the window of `parent`.
+    TLayerCommands(std::function<void(lmx::TBaseMapLayer*)> rename, QWidget* parent);
 
     void SetLayerManager(const std::shared_ptr<lmx::ILayerManager>& manager);
     /// Enables what the selected layer allows; to be called when the selection or the stack has changed.
@@ -30,6 +31,7 @@ private:
     using TCommand = void (TLayerCommands::*)(lmx::TBaseMapLayer*);
 
     QAction* Add(const QString& text, const QString& keys, TCommand command);
+    void ShowProperties(lmx::TBaseMapLayer* layer);
     void Rename(lmx::TBaseMapLayer* layer);
     void Duplicate(lmx::TBaseMapLayer* layer);
     void ToggleVisibility(lmx::TBaseMapLayer* layer);
@@ -37,9 +39,11 @@ private:
     void MoveDown(lmx::TBaseMapLayer* layer);
     void Remove(lmx::TBaseMapLayer* layer);
 
+    QWidget* FParent;
     std::function<void(lmx::TBaseMapLayer*)> FRename;
     std::shared_ptr<lmx::ILayerManager> FManager;
     QList<QAction*> FActions;
+    QAction* FPropertiesAction;
     QAction* FRenameAction;
     QAction* FDuplicateAction;
     QAction* FVisibilityAction;

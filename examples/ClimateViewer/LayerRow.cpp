@@ -20,6 +20,7 @@
 #include "AttributesWindow.h"
 #include "ElidedLabel.h"
 #include "LayerDetails.h"
+#include "LayerProperties.h"
 
 namespace {
 
@@ -250,8 +251,12 @@ void TLayerRow::keyPressEvent(QKeyEvent* event) {
         QFrame::keyPressEvent(event);
 }
 
-void TLayerRow::mouseDoubleClickEvent(QMouseEvent*) {
-    StartRename();
+void TLayerRow::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !FLayer ||
+        !FLayer->GetLayerOptionFlags().Contains(lmx::TLayerOptionFlag::lofProperties))
+        return;
+    const bool isInBody = FBody->isVisible() && FBody->geometry().contains(event->position().toPoint());
+    ShowLayerProperties(FLayer.Get(), isInBody ? QStringLiteral("Raster display") : QString(), window());
 }
 
 void TLayerRow::paintEvent(QPaintEvent*) {

@@ -18,8 +18,8 @@ class TBaseToggleButton;
 } // namespace lmx
 
 /// A layer in the layers panel: a heading with its name, which can be edited in place, with buttons that unfold the
-/// row, show or hide the layer and open its menu; below it the layer's details and its legend. It follows the layer,
-/// and may outlive it.
+/// row, show or hide the layer and open its menu; below it the layer's details and its legend. A double click opens the
+/// layer's properties, and below the heading those of its colours. It follows the layer, and may outlive it.
 class TLayerRow : public QFrame, public lmx::TEventReceiver {
 public:
     /// `commands` go to the end of the layer's menu, and work by their keys while the row has the focus. `dataFolder`

@@ -56,8 +56,8 @@ TGradientEditorFrame::TGradientEditorFrame(QWidget* parent)
       FPrevious(AddButton(QStringLiteral("<"), u"btnPrev", &TGradientEditorFrame::btnPrevClick)),
       FNext(AddButton(QStringLiteral(">"), u"btnNext", &TGradientEditorFrame::btnNextClick)),
       FDelete(AddButton(QStringLiteral("&Delete"), u"btnDel", &TGradientEditorFrame::btnDelClick)),
-      FClear(AddButton(QStringLiteral("C&lear all"), u"btnClear", &TGradientEditorFrame::btnClearClick)),
-      FCopy(AddButton(QStringLiteral("Cop&y"), u"btnCopy", &TGradientEditorFrame::btnCopyClick)),
+      FClear(AddButton(QStringLiteral("&Clear all"), u"btnClear", &TGradientEditorFrame::btnClearClick)),
+      FCopy(AddButton(QStringLiteral("&Copy"), u"btnCopy", &TGradientEditorFrame::btnCopyClick)),
       FPaste(AddButton(QStringLiteral("&Paste"), u"btnPaste", &TGradientEditorFrame::btnPasteClick)),
       FColorDialog(TColorChooserFactory::GetObject({TColorChooserDialogOption::coColor32})) {
     FGradEdit->setObjectName(QStringLiteral("GradEdit"));

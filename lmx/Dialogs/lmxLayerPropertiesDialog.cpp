@@ -147,6 +147,15 @@ void TLayerPropertiesDialog::AddOptionFrame(std::unique_ptr<TOptionFrame> option
     WidenPageList();
 }
 
+bool TLayerPropertiesDialog::SelectPage(const QString& name) {
+    for (int row = 0; row < FOptionFrames.Count(); ++row)
+        if (FOptionFrames[row]->GetName() == name) {
+            FPages->SelectRow(row);
+            return true;
+        }
+    return false;
+}
+
 void TLayerPropertiesDialog::WidenPageList() {
     int widest = 0;
     for (const TOptionFrame* page : FOptionFrames)

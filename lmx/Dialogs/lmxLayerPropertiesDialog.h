@@ -36,6 +36,8 @@ public:
     /// is when the dialog comes up and none has been.
     /// @throws EArgumentException "OptionFrame is null", "OptionFrame Name is empty", "OptionFrame.Frame is null".
     void AddOptionFrame(std::unique_ptr<TOptionFrame> optionFrame);
+    /// Shows the first page of that name. False if there is none.
+    bool SelectPage(const QString& name);
     const TObjectList<TOptionFrame>& GetOptionFrames() const { return FOptionFrames; }
 
     /// Applies the pages in their order. The first that raises ends it: its message is shown ("Error applying

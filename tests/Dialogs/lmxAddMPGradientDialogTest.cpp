@@ -90,11 +90,13 @@ TEST_F(AddMPGradientDialog, WantsTwoNumbersAndAStop) {
 }
 
 TEST_F(AddMPGradientDialog, IsReadAndOperatedAtEveryFontSize) {
-    tests::CheckForm([] {
-        auto dialog = std::make_unique<TAddMPGradientDialog>();
-        dialog->SetValueRange({-30, 45});
-        return dialog;
-    });
+    tests::CheckForm(
+        [] {
+            auto dialog = std::make_unique<TAddMPGradientDialog>();
+            dialog->SetValueRange({-30, 45});
+            return dialog;
+        },
+        {QStringLiteral("Alt+C")});
 }
 
 } // namespace

@@ -89,6 +89,18 @@ TEST_F(LayerPropertiesDialog, ListsPagesInTheirOrder) {
     EXPECT_EQ(Dialog->GetOptionFrames()[1]->GetListItem().row(), 1);
 }
 
+TEST_F(LayerPropertiesDialog, ComesUpWithThePageOfAName) {
+    Add("One");
+    const TTestPage& two = Add("Two");
+    Add("Two");
+    EXPECT_FALSE(Dialog->SelectPage("two"));
+    EXPECT_TRUE(Dialog->SelectPage("Two"));
+    tests::ShowActive(*Dialog);
+    EXPECT_EQ(PagesOf(*Dialog).GetSelectedRow(), 1);
+    EXPECT_EQ(Title().text(), "Two");
+    EXPECT_TRUE(two.GetFrame()->isVisible());
+}
+
 TEST_F(LayerPropertiesDialog, ShowsThePageThatIsSelected) {
     const TTestPage& one = Add("One");
     const TTestPage& two = Add("Two");

@@ -330,7 +330,7 @@ TEST_F(ViewerWindow, RenamingFromTheMenuOpensThePanel) {
     auto* dock = Window.findChild<QDockWidget*>(); // the first one has the layers
     dock->close();
     Window.GetLayerManager()->SetSelLayer(Layers()[1]);
-    MenuEntries(2).first()->trigger();
+    MenuEntries(2)[1]->trigger();
     EXPECT_TRUE(dock->isVisible());
     const auto editors = dock->findChildren<QLineEdit*>();
     EXPECT_EQ(std::ranges::count_if(editors, [](const QLineEdit* editor) { return editor->isVisible(); }), 1);
