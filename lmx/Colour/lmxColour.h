@@ -11,6 +11,7 @@
 #include <lmx/Colour/lmxColorClassCalculator.h>
 #include <lmx/Colour/lmxColorClassList.h>
 #include <lmx/Colour/lmxColorKey.h>
+#include <lmx/Colour/lmxColorPack.h>
 #include <lmx/Colour/lmxColorPalette.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxGradientData.h>
