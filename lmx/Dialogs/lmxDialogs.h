@@ -20,5 +20,6 @@
 #include <lmx/Dialogs/lmxLegendObjectDialog.h>
 #include <lmx/Dialogs/lmxObjectDialog.h>
 #include <lmx/Dialogs/lmxOptionFrame.h>
+#include <lmx/Dialogs/lmxPaletteSources.h>
 #include <lmx/Dialogs/lmxRulerDialog.h>
 #include <lmx/Dialogs/lmxTextObjectDialog.h>

@@ -1,5 +1,6 @@
 #include <lmx/Dialogs/lmxGradientEditorFrame.h>
 
+#include <lmx/Dialogs/Private/lmxGradientMenu.h>
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -15,6 +16,8 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace lmx {
 
@@ -53,6 +56,7 @@ TGradientEditorFrame::TGradientEditorFrame(QWidget* parent)
       FColor(new TColor32Button(this)),
       FLocation(AddEdit(u"edLoc", u"Location in per cent")),
       FValue(AddEdit(u"edVal", u"Value")),
+      FPresets(new QPushButton(QStringLiteral("Pre&sets"), this)),
       FPrevious(AddButton(QStringLiteral("<"), u"btnPrev", &TGradientEditorFrame::btnPrevClick)),
       FNext(AddButton(QStringLiteral(">"), u"btnNext", &TGradientEditorFrame::btnNextClick)),
       FDelete(AddButton(QStringLiteral("&Delete"), u"btnDel", &TGradientEditorFrame::btnDelClick)),
@@ -68,6 +72,7 @@ TGradientEditorFrame::TGradientEditorFrame(QWidget* parent)
     FPrevious->setAccessibleName(FPrevious->toolTip());
     FNext->setToolTip(QStringLiteral("Next color"));
     FNext->setAccessibleName(FNext->toolTip());
+    BuildPresets();
     LayOut();
     Listen();
     GradEditSelectionChanged();
@@ -88,6 +93,16 @@ QAbstractButton* TGradientEditorFrame::AddButton(const QString& text, const char
     return button;
 }
 
+void TGradientEditorFrame::BuildPresets() {
+    FPresets->setObjectName(QStringLiteral("btnPresets"));
+    auto* menu = new TGradientMenu([this](const auto& gradient) { FGradEdit->SetGradient(gradient); }, this);
+    menu->addSeparator();
+    QAction* reverse = menu->addAction(QStringLiteral("&Reverse"));
+    connect(reverse, &QAction::triggered, this, [this] { GuardEvent(this, [this] { Reverse(); }); });
+    connect(menu, &QMenu::aboutToShow, reverse, [this, reverse] { reverse->setEnabled(FGradEdit->GetCount() > 0); });
+    FPresets->setMenu(menu);
+}
+
 void TGradientEditorFrame::LayOut() {
     auto* fields = new QHBoxLayout;
     const auto addLabel = [&](const QString& text, QWidget* buddy) {
@@ -102,6 +117,7 @@ void TGradientEditorFrame::LayOut() {
     addLabel(QStringLiteral("%"), nullptr);
     addLabel(QStringLiteral("&Value:"), FValue);
     fields->addWidget(FValue, 1);
+    fields->addWidget(FPresets);
     auto* commands = new QHBoxLayout;
     for (QAbstractButton* button : {FPrevious, FNext, FDelete, FClear, FCopy, FPaste})
         commands->addWidget(button);
@@ -200,6 +216,15 @@ void TGradientEditorFrame::btnClearClick() {
 
 void TGradientEditorFrame::btnCopyClick() {
     TClipboardEnvelope::SetText(ClipboardTag, FGradEdit->GetGradient()->ToString());
+}
+
+// Of stops at one place the last becomes the first, so that hard edges stay where they are.
+void TGradientEditorFrame::Reverse() {
+    std::vector<TColorStop> stops = FGradEdit->GetGradient()->GetColorStops();
+    std::reverse(stops.begin(), stops.end());
+    for (TColorStop& stop : stops)
+        stop.Location = 1 - stop.Location;
+    FGradEdit->SetGradient(TGradientFactory::GetObject(std::span<const TColorStop>(stops)));
 }
 
 // A damaged text raises before anything has changed.

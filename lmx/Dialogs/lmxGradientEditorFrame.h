@@ -10,6 +10,7 @@
 QT_BEGIN_NAMESPACE
 class QAbstractButton;
 class QLineEdit;
+class QPushButton;
 QT_END_NAMESPACE
 
 namespace lmx {
@@ -21,6 +22,7 @@ class TGradientEditor;
 
 /// A gradient editor with fields for the colour, the place and the value of its selected stop, and with commands that
 /// walk through the stops, delete them, and exchange gradients by the clipboard.
+/// A menu has the scales of TColorPack (lmx/Colour/lmxColorPack.h) and turns the gradient round.
 ///
 /// What is typed moves the stop at once; what is no number does nothing, and a field is never rewritten while somebody
 /// types in it.
@@ -36,6 +38,7 @@ private:
 
     QLineEdit* AddEdit(const char16_t* objectName, const char16_t* accessibleName);
     QAbstractButton* AddButton(const QString& text, const char16_t* objectName, void (TGradientEditorFrame::*click)());
+    void BuildPresets();
     void LayOut();
     void Listen();
     void GradEditSelectionChanged();
@@ -50,11 +53,13 @@ private:
     void btnClearClick();
     void btnCopyClick();
     void btnPasteClick();
+    void Reverse();
 
     TGradientEditor* FGradEdit;
     TColor32Button* FColor;
     QLineEdit* FLocation;
     QLineEdit* FValue;
+    QPushButton* FPresets;
     QAbstractButton* FPrevious;
     QAbstractButton* FNext;
     QAbstractButton* FDelete;

@@ -1,5 +1,6 @@
 #include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
 
+#include <lmx/Dialogs/Private/lmxPageScroll.h>
 #include <lmx/Dialogs/Private/lmxScreenPlace.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -100,7 +101,7 @@ void TLayerPropertiesDialog::BuildPages() {
     auto* column = new QVBoxLayout(right);
     column->setContentsMargins(Margin / 2, Margin, 0, 0);
     column->addWidget(FPageTitle);
-    column->addWidget(FHost, 1);
+    column->addWidget(new TPageScroll(FHost), 1);
 
     FSplitter->setObjectName(QStringLiteral("Splitter1"));
     FSplitter->setChildrenCollapsible(false);
@@ -220,6 +221,14 @@ bool TLayerPropertiesDialog::ApplyChanges() {
 void TLayerPropertiesDialog::OkClick() {
     if (ApplyChanges())
         accept();
+}
+
+bool TLayerPropertiesDialog::event(QEvent* event) {
+    const QSize before = size();
+    const bool isTaken = TModalDialog::event(event);
+    if (event->type() == QEvent::LayoutRequest && isVisible() && size() != before)
+        KeepOnScreen(*this);
+    return isTaken;
 }
 
 void TLayerPropertiesDialog::changeEvent(QEvent* event) {

@@ -26,6 +26,8 @@ class TDrawnListView;
 ///     layer->InitPropertiesDialog(dialog.Get());
 ///     dialog.Execute();
 ///
+/// The dialog grows with what a page needs, as far as the screen has room; larger pages are scrolled.
+///
 /// OK and "&Apply" apply every page, those that nobody has looked at included. A dialog is for one showing.
 class LMX_EXPORT TLayerPropertiesDialog : public TModalDialog {
 public:
@@ -49,6 +51,7 @@ public:
 protected:
     void OkClick() override;
     void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

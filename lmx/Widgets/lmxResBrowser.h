@@ -4,6 +4,7 @@
 #include <lmx/Runtime/lmxExport.h>
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -33,6 +34,9 @@ public:
     /// The colours that stand for one of them, from left to right; none if there is no such picture of it. Asked for
     /// what is seen only, and once. What it raises counts as none.
     virtual std::vector<TColor32> GetColors(const TResource& resource) = 0;
+    /// What the user should know about the resources that were given last, such as files that were left out; a line
+    /// each. Here: nothing.
+    virtual QStringList GetNotes() const { return {}; }
 };
 
 /// Gives a source when it is needed.

@@ -1,4 +1,6 @@
+#include <lmx/Colour/lmxColorPack.h>
 #include <lmx/Dialogs/lmxGradientEditorFrame.h>
+#include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <lmx/Widgets/lmxClipboardEnvelope.h>
 #include <lmx/Widgets/lmxColor32Button.h>
@@ -10,6 +12,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 
 namespace lmx {
@@ -181,6 +184,63 @@ TEST_F(GradientEditorFrame, SurvivesItsEndWhileAColorIsChosen) {
     Chooser->WhileOpen = [this] { Frame.reset(); };
     QTest::keyClick(&Editor, Qt::Key_Space);
     EXPECT_EQ(Frame, nullptr);
+}
+
+TEST_F(GradientEditorFrame, TakesAScaleOfThePackFromItsMenu) {
+    Show();
+    auto& presets = Find<QPushButton>("btnPresets");
+    EXPECT_EQ(presets.text(), "Pre&sets");
+    QMenu& menu = *presets.menu();
+    QStringList groups;
+    for (const QAction* entry : menu.actions())
+        groups += entry->isSeparator() ? QStringLiteral("-") : entry->text();
+    EXPECT_EQ(groups, (QStringList{"Sequential", "Diverging", "Cyclic", "Categorical", "Climate", "-", "&Reverse"}));
+    QMenu* climate = menu.actions()[4]->menu();
+    QStringList names;
+    for (const QAction* entry : climate->actions())
+        names += entry->text();
+    EXPECT_EQ(names, (QStringList{"Temperature", "Rain", "Anomaly", "Rain anomaly", "Relief", "Sea ice"}));
+
+    climate->popup({0, 0});
+    QTest::mouseClick(climate, Qt::LeftButton, {}, climate->actionGeometry(climate->actions()[5]).center());
+    EXPECT_FALSE(climate->isVisible());
+    const auto expected = TColorPack::Find("Sea ice")->CreateGradient();
+    EXPECT_EQ(Editor.GetGradient()->ToString(), expected->ToString());
+    EXPECT_FALSE(Location.isEnabled()) << "no stop is selected";
+    Editor.Undo();
+    EXPECT_EQ(Editor.GetCount(), 2);
+}
+
+TEST_F(GradientEditorFrame, PicturesTheScalesInItsMenu) {
+    Show();
+    QMenu* climate = Find<QPushButton>("btnPresets").menu()->actions()[4]->menu();
+    climate->popup({0, 0});
+    const QImage picture = climate->grab().toImage();
+    const QRect row = climate->actionGeometry(climate->actions()[5]);
+    const double ratio = climate->devicePixelRatioF();
+    const auto at = [&](int fromRight) {
+        return picture.pixel(static_cast<int>((row.right() - fromRight) * ratio),
+                             static_cast<int>(row.center().y() * ratio));
+    };
+    EXPECT_LT(qGray(at(95)), 80) << "the dark end";
+    EXPECT_GT(qGray(at(8)), 230) << "the light end";
+    climate->close();
+}
+
+TEST_F(GradientEditorFrame, TurnsTheGradientRound) {
+    Show();
+    auto& menu = *Find<QPushButton>("btnPresets").menu();
+    QAction* reverse = menu.actions().last();
+    Editor.SetGradient(TGradientFactory::GetObject(
+        std::vector<TColorStop>{{0, 0xFF000001U}, {0.25, 0xFF000002U}, {0.25, 0xFF000003U}, {1, 0xFF000004U}}));
+    menu.popup({0, 0});
+    EXPECT_TRUE(reverse->isEnabled());
+    QTest::keyClick(&menu, Qt::Key_R);
+    EXPECT_EQ(Editor.GetGradient()->ToString(), "(0:#FF000004),(0.75:#FF000003),(0.75:#FF000002),(1:#FF000001)");
+    Editor.Clear();
+    menu.popup({0, 0});
+    EXPECT_FALSE(reverse->isEnabled());
+    menu.close();
 }
 
 TEST_F(GradientEditorFrame, IsReadAndOperatedAtEveryFontSize) {

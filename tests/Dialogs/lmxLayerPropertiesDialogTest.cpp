@@ -10,8 +10,10 @@
 #include <tests/Support/TestLayer.h>
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QScreen>
 #include <QSplitter>
+#include <QVBoxLayout>
 
 namespace lmx {
 namespace {
@@ -251,6 +253,40 @@ TEST_F(LayerPropertiesDialog, MakesRoomForLongNames) {
     Add(name);
     tests::ShowActive(*Dialog);
     EXPECT_GT(PagesOf(*Dialog).viewport()->width(), PagesOf(*Dialog).fontMetrics().horizontalAdvance(name));
+}
+
+TEST_F(LayerPropertiesDialog, GrowsWithItsPageAndStaysOnTheScreen) {
+    TTestPage& page = Add("Wide");
+    tests::ShowActive(*Dialog);
+    const QRect room = Dialog->screen()->availableGeometry();
+    Dialog->resize(400, 400);
+    Dialog->move(room.topRight() - QPoint(Dialog->frameGeometry().width(), 0));
+    const int before = Dialog->width();
+    page.GetFrame()->setMinimumWidth(room.width() * 2 / 3);
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+    EXPECT_GT(Dialog->width(), before);
+    EXPECT_GE(Find<QWidget>(*Dialog, "pnHost").parentWidget()->width(), page.GetFrame()->width()) << "nothing is cut";
+    EXPECT_TRUE(room.contains(Dialog->frameGeometry()));
+}
+
+TEST_F(LayerPropertiesDialog, ScrollsAPageThatIsTooLargeForTheScreen) {
+    TTestPage& page = Add("Huge");
+    auto* column = new QVBoxLayout(page.GetFrame());
+    std::vector<QLineEdit*> edits;
+    for (int i = 0; i < 60; ++i)
+        column->addWidget(edits.emplace_back(new QLineEdit));
+    tests::ShowActive(*Dialog);
+    const QRect room = Dialog->screen()->availableGeometry();
+    EXPECT_TRUE(room.contains(Dialog->frameGeometry()));
+    const QWidget& host = Find<QWidget>(*Dialog, "pnHost");
+    EXPECT_GT(host.height(), host.parentWidget()->height());
+    EXPECT_EQ(page.GetFrame()->height(), host.height());
+    EXPECT_TRUE(edits.back()->visibleRegion().isEmpty());
+    edits[58]->setFocus();
+    QTest::keyClick(edits[58], Qt::Key_Tab);
+    EXPECT_TRUE(edits[59]->hasFocus());
+    EXPECT_EQ(edits[59]->visibleRegion().boundingRect(), edits[59]->rect()) << "the keyboard brings it into sight";
 }
 
 TEST_F(LayerPropertiesDialog, HasThePagesOfALayer) {

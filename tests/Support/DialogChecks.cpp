@@ -14,6 +14,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMap>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTabWidget>
 
 #include <algorithm>
@@ -51,9 +53,11 @@ QString NameOf(const QWidget& widget) {
 /// Whether a widget is an inner part of a control of Qt's.
 bool IsPart(const QWidget& widget) {
     for (const QWidget* above = widget.parentWidget(); above; above = above->parentWidget())
-        if (qobject_cast<const QAbstractScrollArea*>(above) || qobject_cast<const QAbstractSpinBox*>(above) ||
-            qobject_cast<const QComboBox*>(above))
+        if ((qobject_cast<const QAbstractScrollArea*>(above) && !qobject_cast<const QScrollArea*>(above)) ||
+            qobject_cast<const QAbstractSpinBox*>(above) || qobject_cast<const QComboBox*>(above))
             return true;
+    if (qobject_cast<const QScrollBar*>(&widget))
+        return true;
     return widget.objectName().startsWith(QStringLiteral("qt_")) && !qobject_cast<const QTabBar*>(&widget);
 }
 
@@ -76,6 +80,14 @@ TWidgets Controls(const QWidget& form) {
         if (IsControl(*widget))
             controls.push_back(widget);
     return controls;
+}
+
+/// What a widget has to lie in: the form, or what is scrolled in it.
+const QWidget& GroundOf(const QWidget& form, const QWidget& widget) {
+    for (const QWidget* above = widget.parentWidget(); above && above != &form; above = above->parentWidget())
+        if (const auto* area = qobject_cast<const QScrollArea*>(above); area && area->widget()->isAncestorOf(&widget))
+            return *area->widget();
+    return form;
 }
 
 QRect PlaceIn(const QWidget& form, const QWidget& widget) {
@@ -109,7 +121,8 @@ QStringList SizeFaults(const QWidget& form) {
         const QSize least = LeastSize(*widget);
         if (widget->width() < least.width() || widget->height() < least.height())
             faults.append(QStringLiteral("%1 is cut off").arg(NameOf(*widget)));
-        if (!form.rect().contains(PlaceIn(form, *widget)))
+        const QWidget& ground = GroundOf(form, *widget);
+        if (!ground.rect().contains(PlaceIn(ground, *widget)))
             faults.append(QStringLiteral("%1 lies outside").arg(NameOf(*widget)));
         if (const auto* list = qobject_cast<const QAbstractItemView*>(widget))
             faults += NarrowTitles(*list);
@@ -231,7 +244,8 @@ QStringList AccessKeyFaults(const QWidget& form) {
 // ---- All of it
 
 QStringList FaultsOfPage(QWidget& form) {
-    QCoreApplication::processEvents(); // the layout follows texts and pages by posted events
+    for (int i = 0; i < 3; ++i) // the layout follows texts and pages by posted events, from the inside to the outside
+        QCoreApplication::processEvents();
     return SizeFaults(form) + NameFaults(form) + AccessKeyFaults(form) + TabFaults(form);
 }
 

@@ -10,8 +10,8 @@ namespace lmx::tests {
 
 /// What keeps a user from reading and operating a form, one sentence each; nothing for a form that is in order:
 ///
-/// - a widget that is smaller than its text or its least size, lies outside the form or on top of another one, or a
-///   column that is narrower than its title;
+/// - a widget that is smaller than its text or its least size, lies outside the form (or outside what a scroll area
+///   scrolls) or on top of another one, or a column that is narrower than its title;
 /// - a control without a name for screen readers;
 /// - a control that the tab key does not reach, or reaches against the order of reading (of radio buttons that exclude
 ///   each other one is enough, the arrow keys lead on);

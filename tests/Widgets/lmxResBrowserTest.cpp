@@ -9,6 +9,7 @@
 #include <tests/Support/ScriptedServices.h>
 #include <tests/Support/WidgetPictures.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -36,6 +37,9 @@ public:
         return {0xFFFF0000U, 0x800000FFU};
     }
 
+    QStringList GetNotes() const override { return Notes; }
+
+    QStringList Notes;
     bool Raises = false;
     int Asked = 0;
 
@@ -156,6 +160,28 @@ TEST_F(ResBrowser, TellsOfASourceThatFails) {
     }
     ASSERT_EQ(messages->Shown.size(), 1U);
     EXPECT_EQ(messages->Shown[0].Text, "cannot be read");
+}
+
+TEST_F(ResBrowser, ShowsWhatTheSourcesNote) {
+    {
+        TResBrowserDialog dialog;
+        dialog.SetSources({First});
+        EXPECT_TRUE(dialog.findChild<QLabel*>("lbNotes")->isHidden());
+    }
+    First->Notes = {"one is damaged", "two <b>is</b> damaged"};
+    Second->Notes = {"three"};
+    TResBrowserDialog dialog;
+    dialog.SetSources({First, Second});
+    auto* notes = dialog.findChild<QLabel*>("lbNotes");
+    EXPECT_FALSE(notes->isHidden());
+    EXPECT_EQ(notes->text(), "one is damaged\ntwo <b>is</b> damaged\nthree");
+    EXPECT_EQ(notes->textFormat(), Qt::PlainText);
+    Second->Notes.append("four");
+    TResBrowserDialog more;
+    more.SetSources({First, Second});
+    notes = more.findChild<QLabel*>("lbNotes");
+    EXPECT_EQ(notes->text(), "one is damaged\ntwo <b>is</b> damaged\nthree\n... and 1 more");
+    EXPECT_TRUE(notes->toolTip().contains("four"));
 }
 
 TEST_F(ResBrowser, IsReplacedForAScope) {

@@ -20,4 +20,14 @@ inline void CentreOnScreen(QWidget& window) {
                 qMax(room.top(), room.top() + (room.height() - size.height()) / 2));
 }
 
+/// Moves a window that has grown beyond an edge of its screen back, its top left corner first.
+inline void KeepOnScreen(QWidget& window) {
+    const QRect room = RoomOnScreen(window);
+    const QRect frame = window.frameGeometry();
+    const QPoint place(qMax(room.left(), qMin(frame.left(), room.right() + 1 - frame.width())),
+                       qMax(room.top(), qMin(frame.top(), room.bottom() + 1 - frame.height())));
+    if (place != frame.topLeft())
+        window.move(place);
+}
+
 } // namespace lmx

@@ -1,5 +1,6 @@
 #include <lmx/Widgets/Private/lmxResBrowserDialog.h>
 
+#include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Widgets/Private/lmxDeviceGrid.h>
 #include <lmx/Widgets/lmxDrawnListView.h>
 #include <lmx/Widgets/lmxEventGuard.h>
@@ -109,7 +110,8 @@ TResBrowserDialog::TResBrowserDialog(QWidget* parent)
       FResources(std::make_shared<TResourceRows>()),
       FSearch(new QLineEdit(this)),
       FFolderList(new TDrawnListView(this)),
-      FResourceList(new TDrawnListView(this)) {
+      FResourceList(new TDrawnListView(this)),
+      FNotes(new QLabel(this)) {
     FSearch->setObjectName(QStringLiteral("edSearch"));
     FSearch->setClearButtonEnabled(true);
     FFolderList->setObjectName(QStringLiteral("lvFolders"));
@@ -130,7 +132,12 @@ TResBrowserDialog::TResBrowserDialog(QWidget* parent)
     lists->addWidget(FFolderList, 1);
     lists->addWidget(FResourceList, 2);
     GetContent()->addLayout(search);
+    FNotes->setObjectName(QStringLiteral("lbNotes"));
+    FNotes->setTextFormat(Qt::PlainText);
+    FNotes->setWordWrap(true);
+    FNotes->hide();
     GetContent()->addLayout(lists, 1);
+    GetContent()->addWidget(FNotes);
     AddButtons();
     FOk = findChild<QPushButton*>(QStringLiteral("btnOK"));
 
@@ -143,6 +150,7 @@ TResBrowserDialog::TResBrowserDialog(QWidget* parent)
 
 void TResBrowserDialog::SetSources(const std::vector<std::shared_ptr<IResBrowserSource>>& sources) {
     std::vector<TFolder> folders{{QStringLiteral("All"), nullptr, QString()}};
+    QStringList notes;
     for (const auto& source : sources)
         GuardEvent(this, [&] {
             folders.push_back({source->GetName(), source.get(), QString()});
@@ -156,11 +164,25 @@ void TResBrowserDialog::SetSources(const std::vector<std::shared_ptr<IResBrowser
             paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
             for (const QString& path : paths)
                 folders.push_back({path.section(u'/', -1), source.get(), path});
+            notes += source->GetNotes();
         });
     FFolders->SetFolders(std::move(folders));
     FFolderList->RowsReset();
     FFolderList->SelectRow(0);
+    ShowNotes(notes);
     Filter();
+}
+
+// Of many notes the first few are read here, and the others when the mouse rests on them.
+void TResBrowserDialog::ShowNotes(const QStringList& notes) {
+    constexpr int mostLines = 3;
+    QStringList lines = notes.first(std::min<qsizetype>(notes.size(), mostLines));
+    if (notes.size() > mostLines)
+        lines.append(QStringLiteral("... and ") + IntToStr(static_cast<int>(notes.size()) - mostLines) +
+                     QStringLiteral(" more"));
+    FNotes->setText(lines.join(u'\n'));
+    FNotes->setToolTip(notes.size() > mostLines ? notes.join(u'\n') : QString());
+    FNotes->setVisible(!notes.isEmpty());
 }
 
 TResource TResBrowserDialog::GetResource() const {

@@ -8,6 +8,7 @@
 #include <vector>
 
 QT_BEGIN_NAMESPACE
+class QLabel;
 class QLineEdit;
 class QPushButton;
 QT_END_NAMESPACE
@@ -17,7 +18,7 @@ namespace lmx {
 class TDrawnListView;
 
 /// The resources of some sources, as swatches with names: all of them, or those of one source or folder, whose names
-/// hold the text that is searched.
+/// hold the text that is searched. Below them stands what the sources note.
 class TResBrowserDialog final : public TModalDialog {
 public:
     explicit TResBrowserDialog(QWidget* parent = nullptr);
@@ -30,6 +31,7 @@ private:
     class TFolderRows;
     class TResourceRows;
 
+    void ShowNotes(const QStringList& notes);
     void Filter();
     void UpdateButtons();
 
@@ -38,6 +40,7 @@ private:
     QLineEdit* FSearch;
     TDrawnListView* FFolderList;
     TDrawnListView* FResourceList;
+    QLabel* FNotes;
     QPushButton* FOk = nullptr;
     std::vector<TSubscription> FSubscriptions;
 };

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <lmx/Graphics/lmxGradient.h>
+
+#include <QMenu>
+
+#include <functional>
+#include <memory>
+
+namespace lmx {
+
+/// The scales of TColorPack in a menu for each group, as swatches with names; what is chosen is handed over as a
+/// gradient.
+class TGradientMenu final : public QMenu {
+public:
+    using TChosen = std::function<void(const std::shared_ptr<IGradient>&)>;
+
+    TGradientMenu(TChosen chosen, QWidget* parent);
+};
+
+} // namespace lmx
