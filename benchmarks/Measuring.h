@@ -35,7 +35,8 @@ inline double MillisecondsOf(const std::function<void()>& work) {
 /// The best time so far of some work that is measured in turns with other work, so that all see the same machine.
 class TBestTime {
 public:
-    void Measure(const std::function<void()>& work) { FMilliseconds = std::min(FMilliseconds, MillisecondsOf(work)); }
+    void Measure(const std::function<void()>& work) { Take(MillisecondsOf(work)); }
+    void Take(double milliseconds) { FMilliseconds = std::min(FMilliseconds, milliseconds); } ///< measured elsewhere
 
     double GetMilliseconds() const { return FMilliseconds; } ///< infinite before the first measurement
 

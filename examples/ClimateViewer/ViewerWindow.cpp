@@ -6,10 +6,12 @@
 #include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
 #include <lmx/Controls/lmxMapViewRuler.h>
 #include <lmx/Controls/lmxMapViewRulersPanelControl.h>
+#include <lmx/Dialogs/lmxPaletteSources.h>
 #include <lmx/Layers/Objects/lmxBaseObjectLayerItem.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Layers/lmxLayerManagerConfig.h>
 #include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxThread.h>
@@ -191,6 +193,8 @@ void TViewerWindow::MakeToolBar() {
 }
 
 void TViewerWindow::FollowManager() {
+    if (GetLayerManager())
+        lmx::AddColorPack(*GetLayerManager()->GetConfig());
     FLayers->SetLayerManager(GetLayerManager());
     FRulers->SetRulersLayer(FView->GetSpRulersLayer());
     FAnnotations->SetLayer(FView->GetSpObjectLayer());

@@ -218,9 +218,7 @@ void PaintStackAside(TChaosScene& s) {
     PaintLayerStack(s.Manager, viewport, bitmap);
 }
 
-} // namespace
-
-const std::vector<TPlace>& ChaosPlaces() {
+std::vector<TPlace> AllPlaces() {
     using S = TChaosScene;
     using I = ILayerManager;
     using L = TBaseMapLayer;
@@ -315,7 +313,7 @@ const std::vector<TPlace>& ChaosPlaces() {
     const TUse title = Manager([](auto& m) { m.SetTitle(QStringLiteral("other")); });
     const TUse worldSystem =
         View([](auto& v) { v.ChangeWorldSystem(TLatLonAntimeridianWorldSystemFactory::GetObject()); });
-    static const std::vector<TPlace> places = {
+    std::vector<TPlace> places = {
         {"Manager.OnLayerAdded first", On(&I::GetOnLayerAdded), AddLayer, true},
         {"Manager.OnLayerAdded", On(&I::GetOnLayerAdded), AddLayer},
         {"Manager.OnLayerAdded of another", On(&I::GetOnLayerAdded), ManagerAgain},
@@ -508,6 +506,15 @@ const std::vector<TPlace>& ChaosPlaces() {
         {"Dialog of many query points", Hook("Dialog"),
          [](S& s) { InDialog(s, &TMapViewInfoQueryListControl::AddMultiple_Click); }},
     };
+    const std::vector<TPlace> dialogs = ChaosDialogPlaces();
+    places.insert(places.end(), dialogs.begin(), dialogs.end());
+    return places;
+}
+
+} // namespace
+
+const std::vector<TPlace>& ChaosPlaces() {
+    static const std::vector<TPlace> places = AllPlaces();
     return places;
 }
 

@@ -29,6 +29,7 @@ struct TDeed {
 };
 
 const std::vector<TPlace>& ChaosPlaces();
+std::vector<TPlace> ChaosDialogPlaces(); ///< those of the properties and of the points, which are among them
 const std::vector<TDeed>& ChaosDeeds();
 
 // What is used, if it is still there.

@@ -263,9 +263,7 @@ TEST_F(LayerPropertiesDialog, GrowsWithItsPageAndStaysOnTheScreen) {
     Dialog->move(room.topRight() - QPoint(Dialog->frameGeometry().width(), 0));
     const int before = Dialog->width();
     page.GetFrame()->setMinimumWidth(room.width() * 2 / 3);
-    for (int i = 0; i < 3; ++i)
-        QCoreApplication::processEvents();
-    EXPECT_GT(Dialog->width(), before);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Dialog->width() > before; })); // posted events, one inside the other
     EXPECT_GE(Find<QWidget>(*Dialog, "pnHost").parentWidget()->width(), page.GetFrame()->width()) << "nothing is cut";
     EXPECT_TRUE(room.contains(Dialog->frameGeometry()));
 }

@@ -4,6 +4,9 @@
 #include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
 
 #include <lmx/Colour/lmxBaseColorCalculator.h>
+#include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
+#include <lmx/Colour/lmxColorKey.h>
+#include <lmx/Colour/lmxColorPack.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Controls/Legend/lmxBaseLegendControl.h>
 #include <lmx/Controls/lmxMapViewControl.h>
@@ -20,6 +23,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSlider>
+#include <QTabWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -153,6 +157,27 @@ TEST_F(LayerProperties, AreOnTheMapWhenTheyAreApplied) {
     const auto calculator = std::dynamic_pointer_cast<IGradientColorCalculator>(Temperature().GetColorCalc());
     ASSERT_NE(calculator, nullptr);
     EXPECT_EQ(calculator->GetGradient()->GetColorStops().size(), 6U);
+}
+
+TEST_F(LayerProperties, LoadAPaletteOfThePack) {
+    const tests::TModalAnswer<TLayerPropertiesDialog> answer([&](TLayerPropertiesDialog& dialog) {
+        ASSERT_TRUE(dialog.SelectPage(QStringLiteral("Raster display")));
+        auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("Pages"));
+        tabs->setCurrentIndex(3);
+        const tests::TModalAnswer<TModalDialog> choice([](TModalDialog& browser) {
+            QTest::keyClicks(browser.focusWidget(), QStringLiteral("sea ice"));
+            QTest::keyClick(browser.focusWidget(), Qt::Key_Return);
+        });
+        QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("btnBasicPalLoad")), Qt::LeftButton);
+        Press(dialog, "Button1");
+    });
+    Entry()->trigger();
+    const auto palette = std::dynamic_pointer_cast<IBasicPaletteColorCalculator>(Temperature().GetColorCalc());
+    ASSERT_NE(palette, nullptr);
+    std::vector<TColor32> colors;
+    for (const TColorKeyItem& item : palette->GetColorKey()->GetColors())
+        colors.push_back(item.Color);
+    EXPECT_EQ(colors, TColorPack::Find(QStringLiteral("Sea ice"))->Colors);
 }
 
 TEST_F(LayerProperties, MayLoseTheirLayerWhileTheyAreOpen) {

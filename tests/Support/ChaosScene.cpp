@@ -77,7 +77,10 @@ public:
     explicit TMsgBoxes(TSharedHooks hooks) : FHooks(std::move(hooks)) {}
     void Error(const QString&, const QString&, QWidget*) override { FHooks->Call(QStringLiteral("MsgBox.Error")); }
     void Info(const QString&, const QString&, QWidget*) override { FHooks->Call(QStringLiteral("MsgBox.Info")); }
-    bool YesNo(const QString&, const QString&, QWidget*) override { return true; }
+    bool YesNo(const QString&, const QString&, QWidget*) override {
+        FHooks->Call(QStringLiteral("MsgBox.YesNo"));
+        return true;
+    }
     void ShowMessage(const QString&) override { FHooks->Call(QStringLiteral("MsgBox.ShowMessage")); }
 
 private:
@@ -141,7 +144,7 @@ private:
 class TClipboards final : public IClipboardService {
 public:
     explicit TClipboards(TSharedHooks hooks) : FHooks(std::move(hooks)) {}
-    QString GetAsText() const override { return {}; }
+    QString GetAsText() const override { return QStringLiteral("x,y\n1,2\n3,4\n"); }
     void SetAsText(const QString&) override { FHooks->Call(QStringLiteral("Clipboard.SetAsText")); }
     void SetData(const QString&, const QByteArray&) override { FHooks->Call(QStringLiteral("Clipboard.SetData")); }
 

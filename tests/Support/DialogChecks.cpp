@@ -244,7 +244,7 @@ QStringList AccessKeyFaults(const QWidget& form) {
 // ---- All of it
 
 QStringList FaultsOfPage(QWidget& form) {
-    for (int i = 0; i < 3; ++i) // the layout follows texts and pages by posted events, from the inside to the outside
+    for (int i = 0; i < 6; ++i) // the layout follows texts and pages by posted events, from the inside to the outside
         QCoreApplication::processEvents();
     return SizeFaults(form) + NameFaults(form) + AccessKeyFaults(form) + TabFaults(form);
 }
