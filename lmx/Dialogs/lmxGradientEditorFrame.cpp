@@ -10,6 +10,7 @@
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxGradientEditor.h>
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -127,6 +128,19 @@ void TGradientEditorFrame::LayOut() {
     column->addWidget(FGradEdit, 1);
     column->addLayout(fields);
     column->addLayout(commands);
+    column->addStretch();
+    LimitEditor();
+}
+
+// A higher bar shows no more, and each step of a drag paints all of it.
+void TGradientEditorFrame::LimitEditor() {
+    FGradEdit->setMaximumHeight(2 * FGradEdit->sizeHint().height());
+}
+
+void TGradientEditorFrame::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        LimitEditor();
 }
 
 void TGradientEditorFrame::Listen() {

@@ -33,6 +33,9 @@ public:
     TGradientEditor* GetGradEdit() const { return FGradEdit; }
     void SetValueRange(double low, double high); ///< of the editor; the value of the selected stop follows
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     class TChanging;
 
@@ -40,6 +43,7 @@ private:
     QAbstractButton* AddButton(const QString& text, const char16_t* objectName, void (TGradientEditorFrame::*click)());
     void BuildPresets();
     void LayOut();
+    void LimitEditor();
     void Listen();
     void GradEditSelectionChanged();
     void UpdateGrabberValues(const TGrabber& grabber);

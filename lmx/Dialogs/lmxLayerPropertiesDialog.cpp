@@ -12,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QResizeEvent>
 #include <QShowEvent>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -223,12 +224,11 @@ void TLayerPropertiesDialog::OkClick() {
         accept();
 }
 
-bool TLayerPropertiesDialog::event(QEvent* event) {
-    const QSize before = size();
-    const bool isTaken = TModalDialog::event(event);
-    if (event->type() == QEvent::LayoutRequest && isVisible() && size() != before)
+// A user who makes it larger knows where; a page does not.
+void TLayerPropertiesDialog::resizeEvent(QResizeEvent* event) {
+    TModalDialog::resizeEvent(event);
+    if (!event->spontaneous() && isVisible())
         KeepOnScreen(*this);
-    return isTaken;
 }
 
 void TLayerPropertiesDialog::changeEvent(QEvent* event) {

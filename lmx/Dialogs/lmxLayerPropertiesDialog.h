@@ -51,7 +51,7 @@ public:
 protected:
     void OkClick() override;
     void changeEvent(QEvent* event) override;
-    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

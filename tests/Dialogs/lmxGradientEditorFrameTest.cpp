@@ -243,6 +243,19 @@ TEST_F(GradientEditorFrame, TurnsTheGradientRound) {
     menu.close();
 }
 
+TEST_F(GradientEditorFrame, LeavesTheBarAsHighAsItIsUseful) {
+    Frame->resize(800, 1000);
+    Show();
+    const int high = Editor.height();
+    EXPECT_EQ(high, 2 * Editor.sizeHint().height());
+    EXPECT_LT(Location.geometry().bottom(), 500) << "the fields stay at the bar";
+    QFont large = Frame->font();
+    large.setPointSize(24);
+    Frame->setFont(large);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Editor.height() > high; }));
+    EXPECT_GE(Editor.height(), Editor.minimumSizeHint().height());
+}
+
 TEST_F(GradientEditorFrame, IsReadAndOperatedAtEveryFontSize) {
     tests::CheckForm(
         [] {
