@@ -6,6 +6,10 @@
 #include <lmx/Raster/lmxArcInfoAsciiGridRasterFrame.h>
 #include <lmx/Raster/lmxBaseLinearRasterFrame.h>
 #include <lmx/Raster/lmxBaseRasterFrame.h>
+#include <lmx/Raster/lmxField.h>
+#include <lmx/Raster/lmxFieldArithmetic.h>
+#include <lmx/Raster/lmxFieldRegion.h>
+#include <lmx/Raster/lmxFieldStatistics.h>
 #include <lmx/Raster/lmxGaussianToGridInterpolation.h>
 #include <lmx/Raster/lmxIdrisiRasterFrame.h>
 #include <lmx/Raster/lmxLinearRasterFrame.h>
