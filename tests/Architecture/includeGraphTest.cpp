@@ -52,6 +52,7 @@ const QMap<QString, QStringList>& AllowedRooms() {
             {"MapDoc", view},
             {"Dialogs", view},
             {"DataSources", view + QStringList{"MapDoc"}},
+            {"Pictures", view + QStringList{"MapDoc"}},
         };
     }();
     return allowed;
