@@ -5,15 +5,11 @@
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerStackPainter.h>
-#include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxRulerMapLayer.h>
-#include <lmx/MapDoc/lmxMapDocResourcePersist.h>
-#include <lmx/MapDoc/lmxObjectMapLayerPersist.h>
+#include <lmx/Pictures/Private/lmxAnnotationCopies.h>
 #include <lmx/Pictures/Private/lmxPictureSheet.h>
 #include <lmx/Runtime/lmxNumberText.h>
-#include <lmx/Runtime/lmxXml.h>
 
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QTimer>
@@ -111,36 +107,6 @@ TMapPictureDescription DescriptionOf(const TPictureOrder& order, const TStage& s
     return description;
 }
 
-/// The annotations of the map, on a layer of the picture's own: laid out for it, selected by nobody.
-class TAnnotationCopies {
-public:
-    TAnnotationCopies(const TPictureOrder& order, TWorldViewport& viewport) : FLayer(order.Manager, false) {
-        if (!order.Options.ShowsAnnotations)
-            return;
-        FLayer.SetDeviceRatio(order.Options.Density);
-        for (const TBaseMapLayer* layer : order.Manager->GetSpecialLayers())
-            if (const auto* objects = dynamic_cast<const TObjectMapLayer*>(layer))
-                Copy(*objects);
-        FLayer.UpdateLayouts(&viewport);
-    }
-
-    TBaseMapLayer* GetLayer() { return &FLayer; }
-
-private:
-    void Copy(const TObjectMapLayer& objects) {
-        QBuffer nothing;
-        nothing.open(QIODevice::ReadWrite);
-        TMapDocResourcePersist resources(nothing, QString(), TMapDocPersistMode::pmWrite);
-        const TXmlDocument document(QStringLiteral("data"));
-        const TFormatSettingsScope settings(TFormatSettings::Invariant());
-        TObjectMapLayerPersist persist;
-        persist.WriteLayer(resources, &objects, document.GetRoot(), TMapDocExternalResourcePolicy::erpKeepExternal);
-        persist.ReadLayer(resources, &FLayer, document.GetRoot());
-    }
-
-    TObjectMapLayer FLayer;
-};
-
 std::vector<TBorrowed<TBaseMapLayer>> MarksOf(const TPictureOrder& order) {
     std::vector<TBorrowed<TBaseMapLayer>> marks;
     if (order.Options.ShowsMarks)
@@ -200,12 +166,15 @@ private:
 
 /// Paints the map, again and again until all of it is there. `bitmap` has the size of the viewport.
 void PaintMap(const TPictureOrder& order, TStage& stage, TBitmap32& bitmap) {
-    TAnnotationCopies annotations(order, stage.Viewport);
+    std::optional<TAnnotationCopies> annotations;
+    if (order.Options.ShowsAnnotations)
+        annotations.emplace(order.Manager, order.Options.Density).LayOut(stage.Viewport);
     TSettling settling(order);
     do {
         bitmap.Clear(order.Options.BackgroundColor);
         std::vector<TBorrowed<TBaseMapLayer>> above = MarksOf(order);
-        above.emplace_back(annotations.GetLayer());
+        if (annotations)
+            above.emplace_back(annotations->GetLayer());
         PaintLayerStack(order.Manager, stage.Viewport, bitmap, above);
     } while (settling.WaitForMore());
 }
