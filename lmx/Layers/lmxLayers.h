@@ -27,6 +27,7 @@
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
 #include <lmx/Layers/lmxLayerStackPainter.h>
+#include <lmx/Layers/lmxLayerStatistics.h>
 #include <lmx/Layers/lmxLayerTypes.h>
 #include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Layers/lmxPinMapLayer.h>
