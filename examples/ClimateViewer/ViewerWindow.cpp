@@ -46,7 +46,9 @@
 #include "ModeActions.h"
 #include "OpenRaster.h"
 #include "Overlays.h"
+#include "PictureExport.h"
 #include "Places.h"
+#include "SelectionStatistics.h"
 #include "WorldActions.h"
 
 namespace {
@@ -161,11 +163,14 @@ void TViewerWindow::MakeMenus() {
     file->addAction(tr("Add model &field"), this, [this] { AddModelField(); });
     file->addSeparator();
     FDocuments->AddTo(*file);
+    file->addAction(tr("Export &picture..."), QKeySequence("Ctrl+E"), this, [this] { ExportPicture(*FView, this); });
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
     QMenu* modes = menuBar()->addMenu(tr("&Mode"));
     modes->addActions(FModes->GetActions());
     modes->addSeparator();
+    modes->addAction(tr("Statistics of the &selection..."), QKeySequence("Ctrl+T"), this,
+                     [this] { ShowStatistics(*FView, this); });
     modes->addAction(tr("&Remove all marks"), QKeySequence("Ctrl+Backspace"), this, [this] { RemoveAllMarks(); });
     menuBar()->addMenu(tr("&Layer"))->addActions(FLayers->GetCommands());
     QMenu* view = menuBar()->addMenu(tr("&View"));

@@ -10,6 +10,7 @@
 #include <lmx/Graphics/lmxGraphics.h>
 #include <lmx/Layers/lmxLayers.h>
 #include <lmx/MapDoc/lmxMapDoc.h>
+#include <lmx/Pictures/lmxPictures.h>
 #include <lmx/Raster/lmxRaster.h>
 #include <lmx/Runtime/lmxRuntime.h>
 #include <lmx/Widgets/lmxWidgets.h>
@@ -17,6 +18,7 @@
 #include <QImage>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <utility>
@@ -122,6 +124,16 @@ struct TQuietMessages : lmx::IMsgBoxService {
     view.SetLayerManager(nullptr);   // the marks that they hold go, too
 }
 
+[[maybe_unused]] void WriteAPicture(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName) {
+    lmx::TMapPictureOptions options;
+    options.Size = {1200, 675};        // units of 1/96 inch
+    options.Density = 3.125;           // pixels in a unit: 300 an inch
+    options.Title = "Sea surface temperature";
+    options.Time = "January";
+    options.ShowsLegends = options.ShowsScale = true;
+    lmx::TMapPicture(manager, lmx::TLatLonWorldSystemFactory::GetObject(), options).Save(fileName);
+}
+
 [[maybe_unused]] void MakeAPicture(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName) {
     lmx::TWorld world(lmx::TLatLonWorldSystemFactory::GetObject());
     lmx::TWorldViewport viewport(&world);
@@ -201,6 +213,15 @@ struct TQuietMessages : lmx::IMsgBoxService {
             cell += 273.15F;
     }
     return here;
+}
+
+[[maybe_unused]] void Statistics(lmx::TMapViewControl& view, const std::shared_ptr<lmx::ILayerManager>& manager,
+                                 const lmx::TIdrisiMapLayer* raster, const lmx::TIdrisiMapLayer* control,
+                                 const std::function<void(double, double, double, double)>& show) {
+    const lmx::TFieldStatistics here = lmx::StatisticsOf(*raster, view.GetSpSelectionLayer()->GetSelectedRect());
+    if (here.HasValues())
+        show(here.Mean, here.Minimum, here.Maximum, here.MissingShare);   // the last one: of the area, 0 to 1
+    manager->GetLayers().Add(lmx::DifferenceLayer(manager, *raster, *control));
 }
 
 [[maybe_unused]] void Overlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName) {
