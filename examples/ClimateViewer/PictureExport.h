@@ -10,6 +10,10 @@ class QDoubleSpinBox;
 class QLineEdit;
 class QSpinBox;
 
+namespace lmx {
+class TMapViewControl;
+} // namespace lmx
+
 /// Asks what a picture of the map shall be.
 class TPictureDialog : public QDialog {
 public:
