@@ -206,6 +206,25 @@ TEST_F(MapPicture, PutsTheMapIntoAFrameWithWhatStandsAroundIt) {
     EXPECT_TRUE(hasInk({500, 430, 708, 470})); // time
 }
 
+// Where there is little room, too.
+TEST_F(MapPicture, PutsTheCompassRoseBelowTheKey) {
+    FMap.Raster->SetIsVisible(false);
+    FMap.AddBuffered(QStringLiteral("Coast"));
+    Options.Size = {420, 300};
+    Options.ShowsLegends = true;
+    const TBitmap32 without = FMap.Picture(Options).Paint();
+    Options.ShowsCompassRose = true;
+    const TBitmap32 with = FMap.Picture(Options).Paint();
+    int drawn = 0;
+    for (int y = 0; y < 300; ++y)
+        for (int x = 0; x < 420; ++x)
+            if (with.Pixel(x, y) != without.Pixel(x, y)) {
+                ++drawn;
+                ASSERT_EQ(without.Pixel(x, y), clWhite32) << x << ", " << y;
+            }
+    EXPECT_GT(drawn, 200);
+}
+
 TEST_F(MapPicture, RefusesWhatIsNoPicture) {
     const auto refusal = [&](auto change) {
         TMapPictureOptions options = TPictureMap::Plain();

@@ -251,12 +251,14 @@ std::int32_t TPictureSheet::AddLegend(TRasterMapLayer& raster, std::int32_t top,
     AddText(label, {left, top, right, top + label.Height});
     top += label.Height;
     const auto rows = static_cast<double>(RowCountOf(raster.GetColorCalc().get()));
-    const std::int32_t height = LegendHeight(raster, ease);
+    std::int32_t height = LegendHeight(raster, ease);
     auto legend = std::make_unique<TLegendObjectLayerItem>(&FItems, &raster, TLegendOrientation::loVertical);
     legend->SetGradientBarSize(20);
     if (rows > 0) {
-        const double row = std::floor((height / FOptions.Density - LegendInset) / rows);
-        legend->SetPaletteBoxSize(RoundToPixel(std::clamp(row, LeastRowHeight, RowHeight) - 4)); // margins of 2
+        const double row =
+            std::clamp(std::floor((height / FOptions.Density - LegendInset) / rows), LeastRowHeight, RowHeight);
+        legend->SetPaletteBoxSize(RoundToPixel(row - 4)); // margins of 2
+        height = Pixels(rows * row + LegendInset);
     }
     legend->SetRect({left - Pixels(5), top, right, top + height}); // its content is 5 units inside
     FItems.GetObjects().Add(std::move(legend));
@@ -270,10 +272,11 @@ std::int32_t TPictureSheet::AddKey(std::int32_t top) {
     key->SetShowAll(false);
     key->SetLayers(FKeys);
     const std::int32_t left = FMap.Right + Pixels(Gap);
-    key->SetRect({left - Pixels(10), top, left + Pixels(ColumnWidth), top + KeyHeight()}); // 10 units inside
+    const std::int32_t bottom = top + KeyHeight();
+    key->SetRect({left - Pixels(10), top, left + Pixels(ColumnWidth), bottom}); // 10 units inside
     FItems.GetObjects().Add(std::move(key));
-    FKeys.clear();
-    return top + KeyHeight() + Pixels(Gap);
+    FKeys.clear(); // they may go from now on
+    return bottom + Pixels(Gap);
 }
 
 void TPictureSheet::Paint(TWorldViewport& viewport, TBitmap32& picture) {
