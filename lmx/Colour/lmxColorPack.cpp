@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <span>
+
 namespace lmx {
 
 namespace {

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
 
 namespace lmx {
 
