@@ -237,7 +237,6 @@ TEST_F(LayersPanel, ANameIsEditedInItsRow) {
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("hail"));
     Click(RowOf(QStringLiteral("low")));
     EXPECT_EQ(Middle->GetLayerName(), QStringLiteral("hail")) << "the focus has gone from a name";
-
 }
 
 TEST_F(LayersPanel, DeleteRemovesAndSelectsTheNext) {
