@@ -2,6 +2,7 @@
 
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
+#include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
@@ -27,12 +28,21 @@ TIdrisiImageMapData::TIdrisiImageMapData(const TAbstractImage* image, bool cache
 }
 
 void TIdrisiImageMapData::CacheCells(const TAbstractImage& image) {
-    const std::size_t cells = static_cast<std::size_t>(FWidth) * static_cast<std::size_t>(FHeight);
-    FCachedMapData.resize(cells);
-    for (std::int32_t y = 0; y < FHeight; ++y)
-        image.ReadRow(y + 1, std::span(FCachedMapData).subspan(IndexOf(0, y), static_cast<std::size_t>(FWidth)));
-    FCachedCookieData.resize(cells);
-    std::transform(FCachedMapData.begin(), FCachedMapData.end(), FCachedCookieData.begin(), CookieOf);
+    const auto width = static_cast<std::size_t>(FWidth);
+    const std::size_t cells = width * static_cast<std::size_t>(FHeight);
+    FCachedMapData.reserve(cells);
+    FCachedCookieData.reserve(cells);
+    PreferLargePages(FCachedMapData.data(), cells * sizeof(float));
+    PreferLargePages(FCachedCookieData.data(), cells);
+    for (std::int32_t y = 0; y < FHeight; ++y) { // all that happens to a row happens while it is in the cache
+        const std::size_t start = IndexOf(0, y);
+        FCachedMapData.resize(start + width);
+        const std::span<float> row = std::span(FCachedMapData).subspan(start);
+        image.ReadRow(y + 1, row);
+        FCachedCookieData.resize(start + width);
+        std::transform(row.begin(), row.end(), FCachedCookieData.begin() + static_cast<std::ptrdiff_t>(start),
+                       CookieOf);
+    }
     FImage = nullptr;
 }
 

@@ -7,6 +7,20 @@
 
 namespace lmx {
 
+namespace {
+
+void SetZeros(std::vector<TColor32>& pixels, std::size_t count) {
+    if (pixels.capacity() < count) {
+        std::vector<TColor32> larger;
+        larger.reserve(count);
+        PreferLargePages(larger.data(), count * sizeof(TColor32));
+        pixels.swap(larger);
+    }
+    pixels.assign(count, 0);
+}
+
+} // namespace
+
 TPixelMemory::TPixelMemory(const TPixelMemory& other)
     : FPixels(WithinMemory([&] { return other.FPixels; })),
       FWidth(other.FWidth),
@@ -39,7 +53,7 @@ void TPixelMemory::SetSize(std::int32_t width, std::int32_t height) {
     if (count == 0)
         std::vector<TColor32>().swap(FPixels);
     else
-        WithinMemory([&] { FPixels.assign(static_cast<std::size_t>(count), 0); });
+        WithinMemory([&] { SetZeros(FPixels, static_cast<std::size_t>(count)); });
     FWidth = width;
     FHeight = height;
 }

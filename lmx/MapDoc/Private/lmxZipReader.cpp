@@ -135,6 +135,7 @@ QByteArray TZipReader::ReadCompressed(const TZipEntry& entry) const {
         Refuse(entry, QStringLiteral("is damaged"));
     NeedMemory(entry.CompressedSize);
     QByteArray compressed(static_cast<qsizetype>(entry.CompressedSize), Qt::Uninitialized);
+    PreferLargePages(compressed.data(), entry.CompressedSize);
     if (!FDevice.seek(static_cast<qint64>(start)) ||
         FDevice.read(compressed.data(), compressed.size()) != compressed.size())
         throw EFileException(FFileName, QStringLiteral("cannot be read: ") + FDevice.errorString());
@@ -148,6 +149,7 @@ QByteArray TZipReader::Inflated(const TZipEntry& entry, const QByteArray& compre
         throw EOutOfMemory();
     NeedMemory(entry.Size);
     QByteArray content(static_cast<qsizetype>(entry.Size), Qt::Uninitialized); // untouched where nothing arrives
+    PreferLargePages(content.data(), entry.Size);
     const libdeflate_result result = libdeflate_deflate_decompress(
         decompressor.get(), compressed.constData(), static_cast<std::size_t>(compressed.size()), content.data(),
         static_cast<std::size_t>(content.size()), nullptr);

@@ -7,6 +7,9 @@
 #if __has_include(<unistd.h>)
 #include <unistd.h>
 #endif
+#if __has_include(<sys/mman.h>)
+#include <sys/mman.h>
+#endif
 
 namespace lmx {
 
@@ -34,6 +37,20 @@ void NeedMemory(std::uint64_t bytes) {
     if (!piece && bytes > 0)
         throw EOutOfMemory();
     std::free(piece);
+}
+
+void PreferLargePages(void* memory, std::uint64_t bytes) {
+#ifdef MADV_HUGEPAGE
+    constexpr std::uintptr_t Page = 2 << 20;
+    const auto start = reinterpret_cast<std::uintptr_t>(memory);
+    const std::uintptr_t first = (start + Page - 1) & ~(Page - 1);
+    const std::uintptr_t end = (start + bytes) & ~(Page - 1);
+    if (end > first) // a system that has none says so, and goes on with small ones
+        madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+#else
+    static_cast<void>(memory);
+    static_cast<void>(bytes);
+#endif
 }
 
 } // namespace lmx

@@ -27,6 +27,10 @@ void NeedMemoryFor(std::uint64_t count) {
     NeedMemory(count * sizeof(Value));
 }
 
+/// Asks the system for large pages behind memory that has not been written to yet: megabytes that are written from one
+/// end to the other then arrive in a few steps. Changes nothing else, and does nothing for small pieces.
+void PreferLargePages(void* memory, std::uint64_t bytes);
+
 /// What `action` gives. It must leave everything as it was when it runs out of memory.
 /// @throws EOutOfMemory for the exceptions of the standard library that mean a lack of memory.
 template<class Action>

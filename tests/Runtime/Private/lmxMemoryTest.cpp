@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <vector>
 
@@ -41,6 +42,14 @@ TEST(Memory, WhatTheStandardLibraryRaisesGetsOurName) {
     for (const auto& action :
          {+[] { throw std::bad_alloc(); }, +[] { throw std::length_error("vector"); }, +[] { throw EOutOfMemory(); }})
         EXPECT_EQ(MessageOf<EFileException>([&] { WithinMemory("a.rst", action); }), "a.rst: does not fit into memory");
+}
+
+TEST(Memory, LargePagesChangeNoByte) {
+    std::vector<char> bytes(9 << 20, 'x');
+    PreferLargePages(bytes.data() + 1, bytes.size() - 2);
+    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), 'x'), 9 << 20);
+    PreferLargePages(bytes.data(), 100);
+    PreferLargePages(nullptr, 0);
 }
 
 } // namespace

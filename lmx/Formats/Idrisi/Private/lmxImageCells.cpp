@@ -37,12 +37,20 @@ std::vector<Cell> ReadBinary(QIODevice& device, std::uint64_t count, const QStri
     if (present < count)
         RefuseShortData(count, present, fileName);
     NeedMemoryFor<Cell>(count);
-    std::vector<Cell> cells(count);
-    const qint64 size = static_cast<qint64>(count) * static_cast<qint64>(sizeof(Cell));
-    char* bytes = reinterpret_cast<char*>(cells.data());
-    if (device.read(bytes, size) != size)
-        throw EFileFormatException(fileName, QStringLiteral("cannot be read: ") + device.errorString());
-    qFromLittleEndian<Cell>(bytes, static_cast<qsizetype>(count), bytes);
+    std::vector<Cell> cells;
+    cells.reserve(count);
+    PreferLargePages(cells.data(), count * sizeof(Cell));
+    constexpr std::uint64_t MostAtOnce = 16 * 1024; // what is set to zero is still in the cache when it is read
+    while (cells.size() < count) {
+        const std::size_t start = cells.size();
+        const std::size_t part = std::min(MostAtOnce, count - start);
+        cells.resize(start + part);
+        const auto size = static_cast<qint64>(part * sizeof(Cell));
+        char* const bytes = reinterpret_cast<char*>(cells.data() + start);
+        if (device.read(bytes, size) != size)
+            throw EFileFormatException(fileName, QStringLiteral("cannot be read: ") + device.errorString());
+        qFromLittleEndian<Cell>(bytes, static_cast<qsizetype>(part), bytes);
+    }
     return cells;
 }
 
