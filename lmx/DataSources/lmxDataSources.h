@@ -3,4 +3,14 @@
 /// Everything that a host may use of this room: climate files. It stands in a library of its own, lmx::datasources.
 
 #include <lmx/DataSources/lmxClimateAttributes.h>
+#include <lmx/DataSources/lmxClimateAxis.h>
+#include <lmx/DataSources/lmxClimateCalendar.h>
+#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/lmxClimateExceptions.h>
+#include <lmx/DataSources/lmxClimateGridPlan.h>
+#include <lmx/DataSources/lmxClimateNames.h>
+#include <lmx/DataSources/lmxClimateTimeUnits.h>
+#include <lmx/DataSources/lmxClimateTimes.h>
+#include <lmx/DataSources/lmxClimateUnits.h>
 #include <lmx/DataSources/lmxDataSourcesExport.h>
+#include <lmx/DataSources/lmxGaussianLatitudes.h>

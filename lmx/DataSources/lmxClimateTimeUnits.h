@@ -1,0 +1,49 @@
+#pragma once
+
+#include <lmx/DataSources/lmxClimateCalendar.h>
+#include <lmx/DataSources/lmxDataSourcesExport.h>
+
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace lmx {
+
+/// The unit of a time axis: "<unit> since <reference>" in a calendar. A value; any thread.
+///
+/// Months and years are those of the calendar: 1.5 months since 15 January is half the way from 15 February to
+/// 15 March. UDUNITS, which has them as fixed spans, is not what writers of such units mean.
+class LMX_DATASOURCES_EXPORT TClimateTimeUnits {
+public:
+    /// Units from nanoseconds to weeks, months and years, in one or many, by name or as usually shortened, in any case.
+    /// The reference is a year (of one digit or more, with a sign or without), month and day, of which the last ones
+    /// may be missing; then, after blanks or a T, hours, minutes and seconds with a fraction, likewise; then Z, UTC,
+    /// GMT or an offset such as "+12:00", "-0330", "+5". None for any other text, and for a reference that is no date
+    /// of the calendar.
+    static std::optional<TClimateTimeUnits> Parse(const QString& text, const TClimateCalendar& calendar);
+
+    const TClimateCalendar& GetCalendar() const { return FCalendar; }
+    /// In UTC.
+    const TClimateDate& GetReference() const { return FReference; }
+    /// Whether the reference, as it is written, lies in the year 0: by an old habit the years then mean nothing.
+    bool IsYearless() const { return FIsYearless; }
+
+    /// The date of a number of the axis, to the nearest millisecond. None for NaN, infinities and what lies beyond the
+    /// calendar.
+    std::optional<TClimateDate> DateOf(double value) const;
+
+private:
+    TClimateTimeUnits() = default;
+
+    std::optional<TClimateDate> DateOfMonths(double value) const;
+
+    TClimateCalendar FCalendar;
+    TClimateDate FReference;
+    std::int64_t FReferenceMilliseconds = 0;
+    long double FUnitMilliseconds = 0; ///< 0 if the unit is of months
+    std::int32_t FUnitMonths = 0;
+    bool FIsYearless = false;
+};
+
+} // namespace lmx

@@ -1,0 +1,130 @@
+#include <lmx/DataSources/lmxClimateTimes.h>
+
+#include <lmx/Runtime/lmxFormatSettings.h>
+
+#include <tests/Support/Printers.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace lmx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TClimateAttributes TimeAxis(const QString& units, const QString& calendar = QStringLiteral("standard")) {
+    TClimateAttributes attributes;
+    attributes.Set("units", units);
+    attributes.Set("calendar", calendar);
+    return attributes;
+}
+
+QStringList CaptionsOf(const TClimateTimes& times) {
+    QStringList captions;
+    for (std::size_t i = 0; i < times.GetCount(); ++i)
+        captions += times.GetCaption(i);
+    return captions;
+}
+
+TEST(ClimateTimes, TellDatesByTheDayOrWithTheTime) {
+    const TClimateTimes days({0, 5, 6}, TimeAxis("days since 2001-01-01"));
+    EXPECT_THAT(CaptionsOf(days), ElementsAre("1 January 2001", "6 January 2001", "7 January 2001"));
+    const TClimateTimes hours({0, 6, 12.5}, TimeAxis("hours since 2001-01-01"));
+    EXPECT_THAT(CaptionsOf(hours), ElementsAre("1 January 2001 00:00", "1 January 2001 06:00", "1 January 2001 12:30"));
+    EXPECT_TRUE(hours.HasDates());
+    EXPECT_FALSE(hours.IsClimatology());
+    EXPECT_EQ(hours.GetDate(1), (TClimateDate{2001, 1, 1, 6 * 3'600'000}));
+    EXPECT_EQ(hours.GetValue(2), 12.5);
+    EXPECT_THAT(hours.GetNotes(), IsEmpty());
+}
+
+TEST(ClimateTimes, StepsFromMonthToMonthAreMonths) {
+    const TClimateTimes times({15.5, 45, 74.5}, TimeAxis("days since 2001-01-01"));
+    EXPECT_THAT(CaptionsOf(times), ElementsAre("January 2001", "February 2001", "March 2001"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({15}, TimeAxis("days since 2001-01-01"))), ElementsAre("16 January 2001"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({15, 74}, TimeAxis("days since 2001-01-01"))),
+                ElementsAre("16 January 2001", "16 March 2001"));
+}
+
+TEST(ClimateTimes, KeepTheOrderOfTheFile) {
+    const TClimateTimes times({9, 3, 3}, TimeAxis("days since 2001-01-01"));
+    EXPECT_THAT(CaptionsOf(times), ElementsAre("10 January 2001", "4 January 2001", "4 January 2001"));
+}
+
+TEST(ClimateTimes, BoundsTellTheSpan) {
+    const TClimateTimes months({15.5, 45, 74.5}, TimeAxis("days since 2001-01-01"), {0, 31, 31, 59, 59, 90});
+    EXPECT_THAT(CaptionsOf(months), ElementsAre("January 2001", "February 2001", "March 2001"));
+    EXPECT_EQ(months.GetDate(0)->ToIsoText(), "2001-01-16T12:00:00");
+    const TClimateTimes mixed({0, 1, 2, 3, 4, 5}, TimeAxis("days since 2000-12-01"),
+                              {0, 1, 31, 396, 0, 90, 90, 182, 31, 761, 0.25, 0.5});
+    EXPECT_THAT(CaptionsOf(mixed), ElementsAre("1 December 2000", "2001", "December 2000-February 2001",
+                                               "March-May 2001", "2001-2002", "6 December 2000"));
+}
+
+TEST(ClimateTimes, AStampAtTheEndBelongsToTheTimeBefore) {
+    const TClimateTimes months({31, 59}, TimeAxis("days since 2001-01-01"), {0, 31, 31, 59});
+    EXPECT_THAT(CaptionsOf(months), ElementsAre("January 2001", "February 2001"));
+    EXPECT_EQ(months.GetDate(0), (TClimateDate{2001, 1, 1}));
+    const TClimateTimes hours({6, 24}, TimeAxis("hours since 2001-01-01"), {0, 6, 18, 24});
+    EXPECT_THAT(CaptionsOf(hours), ElementsAre("1 January 2001 00:00", "1 January 2001 18:00"));
+}
+
+TEST(ClimateTimes, AClimatologyHasTheYearsOfItsBounds) {
+    TClimateAttributes attributes = TimeAxis("days since 1960-01-01");
+    attributes.Set("climatology", QStringLiteral("climatology_bounds"));
+    // January of 1961 to 1990, December to February of 1960 to 1990, all of it, one day, some days
+    const TClimateTimes times({5494, 5584, 5600, 5494, 5494}, attributes,
+                              {366, 10989, 335, 11017, 366, 11323, 366, 10959, 366, 10961});
+    EXPECT_TRUE(times.IsClimatology());
+    EXPECT_THAT(CaptionsOf(times),
+                ElementsAre("January 1961-1990", "December-February 1960-1990", "January-December 1961-1990",
+                            "1 January 1961-1990", "1 January-3 January 1961-1990"));
+    const TClimateTimes bare({5494, 5584}, attributes);
+    EXPECT_THAT(CaptionsOf(bare), ElementsAre("16 January", "16 April"));
+}
+
+TEST(ClimateTimes, TheYear0AndModuloHaveNoYears) {
+    const TClimateTimes months({366, 1096.485, 1826.97}, TimeAxis("hours since 0000-01-01 00:00:00"));
+    EXPECT_TRUE(months.IsClimatology());
+    EXPECT_THAT(CaptionsOf(months), ElementsAre("January", "February", "March"));
+    TClimateAttributes modulo = TimeAxis("hours since 2001-01-01");
+    modulo.Set("modulo", QStringLiteral(" "));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({0, 6}, modulo)), ElementsAre("1 January 00:00", "1 January 06:00"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({15, 45}, TimeAxis("days since 0000-01-01", "noleap"), {0, 31, 31, 59})),
+                ElementsAre("January", "February"));
+}
+
+TEST(ClimateTimes, WithoutDatesStepsHaveNumbers) {
+    const QString byNumber = QStringLiteral(" Steps are told by number.");
+    const TClimateTimes lunar({17.5, 18}, TimeAxis("days since 2001-01-01", "lunar"));
+    EXPECT_FALSE(lunar.HasDates());
+    EXPECT_EQ(lunar.GetDate(0), std::nullopt);
+    EXPECT_EQ(lunar.GetCaption(0), QString("Step 1 (17.5)").replace(u'.', TFormatSettings::Current().DecimalSeparator));
+    EXPECT_EQ(lunar.GetCaption(1), "Step 2 (18)");
+    EXPECT_THAT(lunar.GetNotes(), ElementsAre("The calendar \"lunar\" of the time axis is not known." + byNumber));
+    EXPECT_THAT(TClimateTimes({1}, TClimateAttributes()).GetNotes(),
+                ElementsAre("The time axis has no units." + byNumber));
+    EXPECT_THAT(TClimateTimes({1}, TimeAxis("day as %Y%m%d.%f")).GetNotes(),
+                ElementsAre("The units \"day as %Y%m%d.%f\" of the time axis are not understood." + byNumber));
+    const TClimateTimes broken({1, std::numeric_limits<double>::quiet_NaN(), 1e300}, TimeAxis("days since 2001-01-01"));
+    EXPECT_THAT(broken.GetNotes(), ElementsAre("A value of the time axis is no date." + byNumber));
+    EXPECT_EQ(broken.GetCaption(0), "Step 1 (1)");
+    EXPECT_EQ(TClimateTimes().GetCount(), 0U);
+}
+
+TEST(ClimateTimes, BoundsThatMakeNoSenseDoNotCount) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const std::vector<double>& bounds :
+         {std::vector<double>{0}, std::vector<double>{0, 1, 2}, std::vector<double>{1, 0, 1, 2},
+          std::vector<double>{0, nan, 1, 2}, std::vector<double>{0, 1e300, 1, 2}}) {
+        const TClimateTimes times({0, 40}, TimeAxis("days since 2001-01-01"), bounds);
+        EXPECT_THAT(times.GetNotes(), ElementsAre("The bounds of the time axis are not understood and do not count."));
+        EXPECT_EQ(times.GetCaption(1), "February 2001");
+    }
+}
+
+} // namespace
+} // namespace lmx
