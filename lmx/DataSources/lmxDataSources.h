@@ -6,6 +6,7 @@
 #include <lmx/DataSources/lmxClimateAxis.h>
 #include <lmx/DataSources/lmxClimateCalendar.h>
 #include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/DataSources/lmxClimateExceptions.h>
 #include <lmx/DataSources/lmxClimateGridPlan.h>
 #include <lmx/DataSources/lmxClimateNames.h>

@@ -1,0 +1,117 @@
+#include <lmx/DataSources/Private/lmxBandArrays.h>
+
+#include <lmx/DataSources/Private/lmxGdalSession.h>
+#include <lmx/DataSources/Private/lmxGdalTypes.h>
+#include <lmx/DataSources/lmxClimateExceptions.h>
+#include <lmx/Runtime/lmxFormat.h>
+
+#include <gdal_priv.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+namespace lmx {
+
+void TBandArrays::AddValues(const QString& path, const std::vector<TSourceDimension>& dimensions,
+                            std::vector<double> values, const TClimateAttributes& attributes) {
+    TSourceArray info;
+    info.Path = path;
+    info.Dimensions = dimensions;
+    info.Type = TClimateCellType::ctDouble;
+    info.IsNumeric = !values.empty();
+    FInfos.push_back(std::move(info));
+    FContents.push_back({attributes, std::move(values), {}});
+}
+
+void TBandArrays::AddBands(TSourceArray info, std::vector<int> bands, const TClimateAttributes& attributes) {
+    FInfos.push_back(std::move(info));
+    FContents.push_back({attributes, {}, std::move(bands)});
+}
+
+bool TBandArrays::Has(const QString& path) const {
+    return std::any_of(FInfos.begin(), FInfos.end(), [&](const TSourceArray& info) { return info.Path == path; });
+}
+
+TRawSlice TBandArrays::Read(GDALDataset& dataset, std::size_t array, const TSourceWindow& window) const {
+    const TSourceArray& info = FInfos.at(array);
+    const TContent& content = FContents[array];
+    if (!content.Values.empty())
+        return ReadValues(content, window);
+    // Where the bands of the window stand: all dimensions but the last two, the last of them running fastest.
+    const std::size_t outer = window.Counts.size() - 2;
+    const std::size_t bandCells = window.Counts[outer] * window.Counts[outer + 1];
+    std::size_t count = 1;
+    for (std::size_t i = 0; i < outer; ++i)
+        count *= window.Counts[i];
+    TRawSlice slice(info.Type, count * bandCells);
+    auto* cells = static_cast<std::byte*>(slice.GetBytes());
+    for (std::size_t k = 0; k < count; ++k, cells += bandCells * info.CellSize()) {
+        std::size_t place = 0;
+        std::size_t rest = k;
+        std::size_t stride = 1;
+        for (std::size_t i = outer; i-- > 0;) {
+            place += (std::size_t(window.Starts[i]) + rest % window.Counts[i]) * stride;
+            rest /= window.Counts[i];
+            stride *= std::size_t(info.Dimensions[i].Size);
+        }
+        ReadBand(dataset, info, content.Bands.at(place), window, cells);
+    }
+    return slice;
+}
+
+TRawSlice TBandArrays::ReadValues(const TContent& content, const TSourceWindow& window) const {
+    const std::size_t first = window.Starts.empty() ? 0 : std::size_t(window.Starts[0]);
+    const std::size_t count = window.Counts.empty() ? 1 : window.Counts[0];
+    if (first > content.Values.size() || count > content.Values.size() - first)
+        throw EClimateFile(FFileName, QStringLiteral("has no such values"));
+    TRawSlice slice(TClimateCellType::ctDouble, count);
+    std::memcpy(slice.GetBytes(), content.Values.data() + first, count * sizeof(double));
+    return slice;
+}
+
+void TBandArrays::ReadBand(GDALDataset& dataset, const TSourceArray& info, int band, const TSourceWindow& window,
+                           std::byte* cells) const {
+    const QString name = info.Path.mid(1);
+    if (band == 0)
+        throw EClimateFile(FFileName, name + QStringLiteral(": has no field of this time at this level"));
+    if (info.HasHugeBlocks())
+        throw EClimateFile(FFileName, name + QStringLiteral(": ") + HugeBlocksText());
+    const std::size_t row = window.Counts.size() - 2;
+    const TQuietGdal quiet;
+    GDALRasterBand* const source = dataset.GetRasterBand(band);
+    const int columns = int(window.Counts[row + 1]);
+    const int rows = int(window.Counts[row]);
+    if (!source || source->RasterIO(GF_Read, int(window.Starts[row + 1]), int(window.Starts[row]), columns, rows, cells,
+                                    columns, rows, source->GetRasterDataType(), 0, 0, nullptr) != CE_None)
+        throw EClimateFile(FFileName, name + QStringLiteral(": ") + quiet.Explain(QStringLiteral("is damaged here")));
+}
+
+void DescribeBand(GDALDataset& dataset, int band, TSourceArray& info, TClimateAttributes& attributes) {
+    GDALRasterBand& source = *dataset.GetRasterBand(band);
+    info.IsNumeric = CellTypeOf(source.GetRasterDataType(), info.Type);
+    int width = 0;
+    int height = 0;
+    source.GetBlockSize(&width, &height);
+    info.BlockSize = {quint64(std::max(height, 0)), quint64(std::max(width, 0))};
+    if (const char* const units = source.GetUnitType(); units && *units)
+        attributes.Set(QStringLiteral("units"), QString::fromUtf8(units).left(200));
+    int has = 0;
+    if (const double scale = source.GetScale(&has); has && scale != 1)
+        attributes.Set(QStringLiteral("scale_factor"), std::vector{scale});
+    if (const double offset = source.GetOffset(&has); has && offset != 0)
+        attributes.Set(QStringLiteral("add_offset"), std::vector{offset});
+    const GDALDataType type = source.GetRasterDataType();
+    double fill = 0;
+    if (type == GDT_Int64)
+        fill = double(source.GetNoDataValueAsInt64(&has));
+    else if (type == GDT_UInt64)
+        fill = double(source.GetNoDataValueAsUInt64(&has));
+    else
+        fill = source.GetNoDataValue(&has);
+    if (has)
+        attributes.Set(QStringLiteral("_FillValue"), std::vector{fill});
+}
+
+} // namespace lmx

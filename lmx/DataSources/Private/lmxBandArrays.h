@@ -1,0 +1,52 @@
+#pragma once
+
+#include <lmx/DataSources/Private/lmxClimateSource.h>
+
+#include <QString>
+
+#include <map>
+#include <vector>
+
+class GDALDataset;
+
+namespace lmx {
+
+/// Arrays made of the bands of a dataset, and of coordinates that stand in no band.
+class TBandArrays {
+public:
+    explicit TBandArrays(const QString& fileName) : FFileName(fileName) {}
+
+    /// An array of numbers that are known; no values: a scalar without a number, such as a grid mapping.
+    void AddValues(const QString& path, const std::vector<TSourceDimension>& dimensions, std::vector<double> values,
+                   const TClimateAttributes& attributes);
+
+    /// An array whose last two dimensions are the rows and columns of its bands.
+    /// @param bands numbers from 1 for each place of the other dimensions in turn; 0 where there is none
+    void AddBands(TSourceArray info, std::vector<int> bands, const TClimateAttributes& attributes);
+
+    const std::vector<TSourceArray>& GetInfos() const { return FInfos; }
+    bool Has(const QString& path) const;
+    const TClimateAttributes& GetAttributes(std::size_t array) const { return FContents.at(array).Attributes; }
+    /// @throws EClimateFile
+    TRawSlice Read(GDALDataset& dataset, std::size_t array, const TSourceWindow& window) const;
+
+private:
+    struct TContent {
+        TClimateAttributes Attributes;
+        std::vector<double> Values;
+        std::vector<int> Bands;
+    };
+
+    TRawSlice ReadValues(const TContent& content, const TSourceWindow& window) const;
+    void ReadBand(GDALDataset& dataset, const TSourceArray& info, int band, const TSourceWindow& window,
+                  std::byte* cells) const;
+
+    QString FFileName;
+    std::vector<TSourceArray> FInfos;
+    std::vector<TContent> FContents;
+};
+
+/// Type, blocks and the attributes that every band may have: units, scale, offset and no data.
+void DescribeBand(GDALDataset& dataset, int band, TSourceArray& info, TClimateAttributes& attributes);
+
+} // namespace lmx

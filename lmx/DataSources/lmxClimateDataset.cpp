@@ -1,0 +1,69 @@
+#include <lmx/DataSources/lmxClimateDataset.h>
+
+#include <lmx/DataSources/Private/lmxClimateCatalog.h>
+#include <lmx/DataSources/Private/lmxClimateFileOpening.h>
+#include <lmx/DataSources/Private/lmxGdalSession.h>
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+namespace lmx {
+
+namespace {
+
+struct TAllowedHosts {
+    std::mutex Mutex;
+    QStringList Hosts;
+};
+
+TAllowedHosts& AllowedHosts() {
+    static TAllowedHosts hosts;
+    return hosts;
+}
+
+} // namespace
+
+// Listed in one piece on the reader thread, which is not handed over to for each attribute then.
+TClimateDataset::TClimateDataset(const QString& fileName) : FFileName(fileName) {
+    auto source = OpenClimateSource(fileName, GetAllowedHosts());
+    RunOnReader([&] { FCatalog = std::make_unique<TClimateCatalog>(std::move(source), fileName); });
+}
+
+TClimateDataset::~TClimateDataset() = default;
+
+const TClimateAttributes& TClimateDataset::GetAttributes() const {
+    return FCatalog->GetAttributes();
+}
+
+const std::vector<TClimateVariableInfo>& TClimateDataset::GetVariables() const {
+    return FCatalog->GetInfos();
+}
+
+TNullable<std::size_t> TClimateDataset::FindVariable(const QString& name) const {
+    const auto& infos = GetVariables();
+    const auto place = std::find_if(infos.begin(), infos.end(), [&](const auto& info) { return info.Name == name; });
+    return place == infos.end() ? TNullable<std::size_t>() : TNullable(std::size_t(place - infos.begin()));
+}
+
+const TClimateTimes& TClimateDataset::GetTimes(std::size_t variable) const {
+    if (variable >= GetVariables().size())
+        throw EArgumentException(QStringLiteral("Variable"));
+    return *FCatalog->GetEntry(variable).Times;
+}
+
+TClimatePicture TClimateDataset::Read(const TClimateSelection& selection) const {
+    return FCatalog->Read(selection);
+}
+
+void TClimateDataset::SetAllowedHosts(const QStringList& hosts) {
+    const std::lock_guard lock(AllowedHosts().Mutex);
+    AllowedHosts().Hosts = hosts;
+}
+
+QStringList TClimateDataset::GetAllowedHosts() {
+    const std::lock_guard lock(AllowedHosts().Mutex);
+    return AllowedHosts().Hosts;
+}
+
+} // namespace lmx
