@@ -14,4 +14,7 @@
 #include <lmx/DataSources/lmxClimateTimes.h>
 #include <lmx/DataSources/lmxClimateUnits.h>
 #include <lmx/DataSources/lmxDataSourcesExport.h>
+#include <lmx/DataSources/lmxFramePlayer.h>
+#include <lmx/DataSources/lmxFrameSource.h>
 #include <lmx/DataSources/lmxGaussianLatitudes.h>
+#include <lmx/DataSources/lmxTimeStrip.h>
