@@ -13,6 +13,7 @@
 #include <lmx/Controls/Legend/lmxMapViewShapeExplorerControl.h>
 #include <lmx/Controls/Legend/lmxObjectLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxPaletteLegendControl.h>
+#include <lmx/Controls/Legend/lmxRasterLegendControl.h>
 #include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
 #include <lmx/Controls/lmxLayerToggleButtons.h>

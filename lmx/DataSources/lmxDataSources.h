@@ -17,4 +17,9 @@
 #include <lmx/DataSources/lmxFramePlayer.h>
 #include <lmx/DataSources/lmxFrameSource.h>
 #include <lmx/DataSources/lmxGaussianLatitudes.h>
+#include <lmx/DataSources/lmxGeoTiffTiles.h>
+#include <lmx/DataSources/lmxTileCache.h>
+#include <lmx/DataSources/lmxTileSource.h>
+#include <lmx/DataSources/lmxTiledRasterMapLayer.h>
+#include <lmx/DataSources/lmxTiledRasterMapLayerPersist.h>
 #include <lmx/DataSources/lmxTimeStrip.h>

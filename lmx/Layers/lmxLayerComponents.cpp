@@ -1,16 +1,9 @@
 
 #include <lmx/Layers/Private/lmxLayerComponents.h>
 
-#include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
-#include <lmx/Colour/lmxColorClassCalculator.h>
-#include <lmx/Colour/lmxGradientColorCalculator.h>
-#include <lmx/Colour/lmxMultipartGradient.h>
 #include <lmx/Controls/Legend/lmxBaseLegendControl.h>
-#include <lmx/Controls/Legend/lmxMapViewBasicPaletteLegendControl.h>
-#include <lmx/Controls/Legend/lmxMapViewClassPaletteLegendControl.h>
-#include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
-#include <lmx/Controls/Legend/lmxMapViewMultipartGradientLegendControl.h>
 #include <lmx/Controls/Legend/lmxObjectLayerLegendControl.h>
+#include <lmx/Controls/Legend/lmxRasterLegendControl.h>
 #include <lmx/Controls/Legend/lmxShapeFileLayerLegendControl.h>
 #include <lmx/Controls/Legend/lmxVectorFileLayerLegendControl.h>
 #include <lmx/Dialogs/lmxLayerPropertiesAttributesFrame.h>
@@ -50,17 +43,7 @@ void FreeLegendControl(TBaseLegendControl* control) {
 }
 
 TBaseLegendControl* CreateRasterLegendControl(const std::shared_ptr<IBaseColorCalculator>& calculator) {
-    if (!CanHaveControls())
-        return nullptr;
-    if (const auto gradient = std::dynamic_pointer_cast<IGradientColorCalculator>(calculator))
-        return TMapViewGradientLegendControl::CreateComp(nullptr, gradient);
-    if (const auto palette = std::dynamic_pointer_cast<IBasicPaletteColorCalculator>(calculator))
-        return TMapViewBasicPaletteLegendControl::CreateComp(nullptr, palette);
-    if (const auto classes = std::dynamic_pointer_cast<IColorClassCalculator>(calculator))
-        return TMapViewClassPaletteLegendControl::CreateComp(nullptr, classes);
-    if (const auto parts = std::dynamic_pointer_cast<IMultipartGradientColorCalculator>(calculator))
-        return TMapViewMultipartGradientLegendControl::CreateComp(nullptr, parts);
-    return nullptr;
+    return CreateLegendControlOf(nullptr, calculator);
 }
 
 TBaseLegendControl* CreateShapeFileLegendControl(TShpFile* shpFile, TColor color, TLegendColorEvent onColorChanged) {

@@ -1,0 +1,210 @@
+#include <lmx/DataSources/lmxGeoTiffTiles.h>
+
+#include <lmx/DataSources/Private/lmxBandArrays.h>
+#include <lmx/DataSources/Private/lmxClimateFileKind.h>
+#include <lmx/DataSources/Private/lmxClimateFileOpening.h>
+#include <lmx/DataSources/Private/lmxGdalSession.h>
+#include <lmx/DataSources/Private/lmxGdalTypes.h>
+#include <lmx/DataSources/Private/lmxTiffPlace.h>
+#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/lmxClimateDataset.h>
+#include <lmx/Runtime/lmxFormat.h>
+
+#include <gdal_priv.h>
+
+#include <algorithm>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+namespace lmx {
+
+namespace {
+
+using TDatasetPtr = std::unique_ptr<GDALDataset, TCloseDataset>;
+
+constexpr std::size_t MostIdleFiles = 4;
+
+// Rows of a part upside down, or columns back to front.
+void TurnRows(std::span<float> cells, std::size_t width) {
+    const std::size_t rows = cells.size() / width;
+    for (std::size_t row = 0; row < rows / 2; ++row)
+        std::swap_ranges(cells.data() + row * width, cells.data() + (row + 1) * width,
+                         cells.data() + (rows - 1 - row) * width);
+}
+
+void TurnColumns(std::span<float> cells, std::size_t width) {
+    for (std::size_t row = 0; row < cells.size(); row += width)
+        std::reverse(cells.data() + row, cells.data() + row + width);
+}
+
+} // namespace
+
+/// The file, opened as often as it is read at a time: a dataset is for one thread at a time.
+class TGeoTiffTiles::TFiles {
+public:
+    TFiles(const QString& fileName, int band) : FFileName(fileName), FName(NameOf(fileName)), FBand(band) {
+        const TQuietGdal quiet;
+        TDatasetPtr dataset = Open();
+        if (band < 1 || band > dataset->GetRasterCount())
+            throw EClimateFile(fileName, Format(u"has no band %d", {band}));
+        Describe(*dataset);
+        FIdle.push_back(std::move(dataset));
+    }
+
+    TMapArea Area;
+    bool IsGeographic = true;
+    std::vector<TTileLevel> Levels;
+    std::vector<int> Overviews; // of each level but the first
+    TUnitConversion Conversion;
+    QString Note;
+
+    void Read(int level, TRect rect, std::span<float> cells) {
+        const TTileLevel& size = Levels[static_cast<std::size_t>(level)];
+        if (FIsFromEast)
+            rect = TRect(size.Width - rect.Right, rect.Top, size.Width - rect.Left, rect.Bottom);
+        if (FIsFromSouth)
+            rect = TRect(rect.Left, size.Height - rect.Bottom, rect.Right, size.Height - rect.Top);
+        TRawSlice slice(FType, cells.size());
+        TDatasetPtr dataset = Take();
+        {
+            const TQuietGdal quiet;
+            GDALRasterBand* band = dataset->GetRasterBand(FBand);
+            if (level > 0)
+                band = band->GetOverview(Overviews[static_cast<std::size_t>(level - 1)]);
+            if (!band ||
+                band->RasterIO(GF_Read, rect.Left, rect.Top, rect.GetWidth(), rect.GetHeight(), slice.GetBytes(),
+                               rect.GetWidth(), rect.GetHeight(), band->GetRasterDataType(), 0, 0, nullptr) != CE_None)
+                throw EClimateFile(FFileName, quiet.Explain(QStringLiteral("is damaged here")));
+        }
+        Give(std::move(dataset));
+        FCells->Unpack(slice.GetCells(), cells, Conversion);
+        const auto width = static_cast<std::size_t>(rect.GetWidth());
+        if (FIsFromSouth)
+            TurnRows(cells, width);
+        if (FIsFromEast)
+            TurnColumns(cells, width);
+    }
+
+private:
+    static TGdalName NameOf(const QString& fileName) {
+        const TGdalName name = GdalNameOfTiff(fileName, TClimateDataset::GetAllowedHosts());
+        RegisterClimateDrivers();
+        return name;
+    }
+
+    TDatasetPtr Open() const {
+        const char* const drivers[] = {FName.Driver, nullptr};
+        const TQuietGdal quiet;
+        TDatasetPtr dataset(GDALDataset::Open(
+            FName.Name.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_INTERNAL, drivers, nullptr, nullptr));
+        if (!dataset)
+            throw EClimateFile(FFileName, quiet.Explain(QStringLiteral("is a damaged TIFF")));
+        return dataset;
+    }
+
+    TDatasetPtr Take() {
+        {
+            const std::lock_guard guard(FGuard);
+            if (!FIdle.empty()) {
+                TDatasetPtr dataset = std::move(FIdle.back());
+                FIdle.pop_back();
+                return dataset;
+            }
+        }
+        return Open();
+    }
+
+    void Give(TDatasetPtr dataset) {
+        const std::lock_guard guard(FGuard);
+        if (FIdle.size() < MostIdleFiles)
+            FIdle.push_back(std::move(dataset));
+    }
+
+    void Describe(GDALDataset& dataset) {
+        const QString name = Format(u"Band %d", {FBand});
+        const TTiffPlace place = TiffPlaceOf(dataset);
+        if (place.Refusal)
+            throw EClimateFile(FFileName, RefusalText(*place.Refusal, name));
+        Note = place.Note;
+        IsGeographic = place.IsGeographic;
+        const double east = place.Transform[0] + place.Transform[1] * dataset.GetRasterXSize();
+        const double south = place.Transform[3] + place.Transform[5] * dataset.GetRasterYSize();
+        FIsFromEast = place.Transform[1] < 0;
+        FIsFromSouth = place.Transform[5] > 0;
+        Area = {std::min(place.Transform[0], east), std::max(place.Transform[3], south),
+                std::max(place.Transform[0], east), std::min(place.Transform[3], south)};
+        if (!(Area.Left < Area.Right && Area.Bottom < Area.Top))
+            throw EClimateFile(FFileName, name + QStringLiteral(": covers no area"));
+        DescribeCells(dataset, name);
+        DescribeLevels(*dataset.GetRasterBand(FBand));
+    }
+
+    void DescribeCells(GDALDataset& dataset, const QString& name) {
+        TSourceArray info;
+        TClimateAttributes attributes;
+        info.Path = u'/' + name;
+        DescribeBand(dataset, FBand, info, attributes);
+        if (!info.IsNumeric)
+            throw EClimateFile(FFileName, name + QStringLiteral(": holds no real numbers"));
+        if (info.HasHugeBlocks())
+            throw EClimateFile(FFileName, name + QStringLiteral(": ") + HugeBlocksText());
+        FType = info.Type;
+        FCells.emplace(TClimateCellTraits{info.Type, false, false}, attributes);
+        const char* const title = dataset.GetRasterBand(FBand)->GetDescription();
+        Conversion =
+            MakeUnitConversion(attributes.Text(QStringLiteral("units")), {name, {}, QString::fromUtf8(title), {}});
+    }
+
+    void DescribeLevels(GDALRasterBand& band) {
+        Levels.push_back({band.GetXSize(), band.GetYSize()});
+        const int count = std::clamp(band.GetOverviewCount(), 0, 64);
+        std::vector<std::pair<TTileLevel, int>> overviews;
+        for (int i = 0; i < count; ++i)
+            if (GDALRasterBand* const overview = band.GetOverview(i);
+                overview && overview->GetXSize() > 0 && overview->GetYSize() > 0 &&
+                overview->GetRasterDataType() == band.GetRasterDataType())
+                overviews.push_back({{overview->GetXSize(), overview->GetYSize()}, i});
+        std::stable_sort(overviews.begin(), overviews.end(),
+                         [](const auto& a, const auto& b) { return a.first.Width > b.first.Width; });
+        for (const auto& [size, number] : overviews)
+            if (size.Width < Levels.back().Width && size.Height <= Levels.back().Height) {
+                Levels.push_back(size);
+                Overviews.push_back(number);
+            }
+    }
+
+    const QString FFileName;
+    const TGdalName FName;
+    const int FBand;
+    TClimateCellType FType = TClimateCellType::ctFloat;
+    std::optional<TClimateCells> FCells;
+    bool FIsFromEast = false;
+    bool FIsFromSouth = false;
+    std::mutex FGuard;
+    std::vector<TDatasetPtr> FIdle;
+};
+
+TGeoTiffTiles::TGeoTiffTiles(const QString& fileName, int band)
+    : FFileName(fileName),
+      FBand(band),
+      FFiles(std::make_unique<TFiles>(fileName, band)) {
+    FLevels = FFiles->Levels;
+    FConversion = FFiles->Conversion;
+    FNote = FFiles->Note;
+    const TMapArea& area = FFiles->Area;
+    FArea = {area, !FFiles->IsGeographic ? TNZMGWorldSystemFactory::GetObject()
+                   : area.Left >= -180.001L && area.Right <= 180.001L
+                       ? TLatLonWorldSystemFactory::GetObject()
+                       : TLatLonAntimeridianWorldSystemFactory::GetObject()};
+}
+
+TGeoTiffTiles::~TGeoTiffTiles() = default;
+
+void TGeoTiffTiles::ReadCells(int level, const TRect& rect, std::span<float> cells,
+                              const std::function<bool()>& shouldStop) const {
+    if (!shouldStop())
+        FFiles->Read(level, rect, cells);
+}
+
+} // namespace lmx
