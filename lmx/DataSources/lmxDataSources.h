@@ -8,6 +8,7 @@
 #include <lmx/DataSources/lmxClimateCells.h>
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/DataSources/lmxClimateExceptions.h>
+#include <lmx/DataSources/lmxClimateFrames.h>
 #include <lmx/DataSources/lmxClimateGridPlan.h>
 #include <lmx/DataSources/lmxClimateNames.h>
 #include <lmx/DataSources/lmxClimateTimeUnits.h>
