@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
+
+#include "ClimateFiles.h"
 
 namespace {
 
@@ -16,12 +19,13 @@ struct TFileKindEntry {
     const char* Suffixes;
 };
 
-constexpr std::array<TFileKindEntry, 5> Kinds = {{
+constexpr std::array<TFileKindEntry, 6> Kinds = {{
     {TFileKind::Document, "Map documents", "lmx"},
     {TFileKind::IdrisiImage, "Idrisi images", "rst rdc img doc"},
     {TFileKind::AsciiGrid, "ASCII grids", "asc grd txt"},
     {TFileKind::Shapes, "Shape files", "shp"},
     {TFileKind::IdrisiVectors, "Idrisi vectors", "vct vdc vec dvc"},
+    {TFileKind::Climate, "Climate files", "nc nc4 cdf h5 hdf5 grib grb grib2 grb2 tif tiff zarr zip"},
 }};
 
 /// Each suffix of a kind after `before`, parted by `between`.
@@ -30,6 +34,11 @@ QString SuffixesOf(const TFileKindEntry& entry, const QString& before, const QSt
     for (QString& suffix : suffixes)
         suffix.prepend(before);
     return suffixes.join(between);
+}
+
+/// Those that this viewer opens.
+std::span<const TFileKindEntry> OpenKinds() {
+    return std::span(Kinds).first(TClimateFiles::CanOpen() ? Kinds.size() : Kinds.size() - 1);
 }
 
 } // namespace
@@ -47,7 +56,7 @@ TFileKind KindOf(const QString& fileName) {
 
 QString KnownFiles() {
     QStringList kinds;
-    for (const TFileKindEntry& entry : Kinds)
+    for (const TFileKindEntry& entry : OpenKinds())
         kinds += QString::fromLatin1(entry.Name) + " (" + SuffixesOf(entry, ".", ", ") + ')';
     return kinds.join(", ");
 }
@@ -59,7 +68,7 @@ QString DocumentsFilter() {
 QString KnownFilesFilter() {
     QStringList all;
     QString filter;
-    for (const TFileKindEntry& entry : Kinds) {
+    for (const TFileKindEntry& entry : OpenKinds()) {
         const QString patterns = SuffixesOf(entry, "*.", ";");
         all += patterns;
         filter += '|' + QString::fromLatin1(entry.Name) + '|' + patterns;

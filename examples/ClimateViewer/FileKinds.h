@@ -4,18 +4,18 @@
 
 // What the viewer opens.
 
-enum class TFileKind { Document, IdrisiImage, AsciiGrid, Shapes, IdrisiVectors };
+enum class TFileKind { Document, IdrisiImage, AsciiGrid, Shapes, IdrisiVectors, Climate };
 
 /// The suffix of documents, with its point.
 extern const QString DocumentSuffix;
 
-/// The kind of a file by its suffix; a name with any other suffix may be an ASCII grid.
+/// The kind of a file, or of the folder of a Zarr, by its suffix; a name with any other suffix may be an ASCII grid.
 TFileKind KindOf(const QString& fileName);
 
 /// The same for documents alone.
 QString DocumentsFilter();
 
-/// All kinds in a line: "Idrisi images (.rst, .rdc, .img, .doc), ASCII grids (...), ...".
+/// All kinds that this viewer opens in a line: "Idrisi images (.rst, .rdc, .img, .doc), ASCII grids (...), ...".
 QString KnownFiles();
 
 /// The same as the filter of lmx::TFileDialogRequest, beginning with all of them at once and ending with all files.

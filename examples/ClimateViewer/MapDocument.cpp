@@ -15,6 +15,7 @@
 #include <QBuffer>
 #include <QRegularExpression>
 
+#include "ClimateFiles.h"
 #include "Overlays.h"
 #include "Places.h"
 
@@ -22,32 +23,30 @@ namespace {
 
 const QString DocumentType = QStringLiteral("ClimateViewer");
 
-/// What keeps each type of layer, those of the viewer too.
-const std::shared_ptr<lmx::IMapDocLayerPersistFactory>& Keepers() {
-    static const auto keepers = [] {
-        auto made = lmx::TMapDocLayerPersistFactory::GetObject();
-        lmx::TMapDocLayerPersistFactory::PopulateDefault(made);
-        RegisterOverlays(*made);
-        RegisterPlaces(*made);
-        return made;
-    }();
-    return keepers;
-}
+/// What makes each type of layer and what keeps it, those of the viewer too.
+struct TLayerTypes {
+    TLayerTypes() {
+        lmx::TLayerFactory::PopulateDefault(Makers);
+        lmx::TMapDocLayerPersistFactory::PopulateDefault(Keepers);
+        RegisterOverlays(*Makers);
+        RegisterOverlays(*Keepers);
+        RegisterPlaces(*Makers);
+        RegisterPlaces(*Keepers);
+        RegisterClimateFiles(Makers, Keepers);
+    }
 
-const std::shared_ptr<lmx::ILayerFactory>& LayerMakers() {
-    static const auto makers = [] {
-        auto made = lmx::TLayerFactory::GetObject();
-        lmx::TLayerFactory::PopulateDefault(made);
-        RegisterOverlays(*made);
-        RegisterPlaces(*made);
-        return made;
-    }();
-    return makers;
+    const std::shared_ptr<lmx::ILayerFactory> Makers = lmx::TLayerFactory::GetObject();
+    const std::shared_ptr<lmx::IMapDocLayerPersistFactory> Keepers = lmx::TMapDocLayerPersistFactory::GetObject();
+};
+
+const TLayerTypes& LayerTypes() {
+    static const TLayerTypes types;
+    return types;
 }
 
 /// @throws lmx::EFileFormatException if the document is none of the viewer's or cannot be read.
 void RequireReadable(const QString& fileName) {
-    const lmx::TMapDocInfo info = lmx::TMapDocInspector(Keepers()).Inspect(fileName);
+    const lmx::TMapDocInfo info = lmx::TMapDocInspector(LayerTypes().Keepers).Inspect(fileName);
     if (info.DocTypeID != DocumentType)
         throw lmx::EFileFormatException(fileName, QStringLiteral("is a document of another program"));
     if (!info.Problems.isEmpty())
@@ -76,7 +75,7 @@ QByteArray TMapDocument::State() const {
     try {
         {
             lmx::TMapDocResourcePersist resources(bytes, DocumentType, lmx::TMapDocPersistMode::pmWrite);
-            lmx::TMapDocWriter(DocumentType, Keepers())
+            lmx::TMapDocWriter(DocumentType, LayerTypes().Keepers)
                 .Write(resources, FView, lmx::TMapDocExternalResourcePolicy::erpKeepExternal);
         }
         const lmx::TMapDocResourcePersist written(bytes, DocumentType, lmx::TMapDocPersistMode::pmRead);
@@ -97,7 +96,7 @@ QStringList TMapDocument::Open(const QString& fileName) {
     FView->SetLayerManager(lmx::TLayerManagerFactory::GetObject());
     FFileName = fileName;
     const auto report = std::make_shared<lmx::TMapDocLoadReport>();
-    lmx::TMapDocReader reader(DocumentType, LayerMakers(), Keepers());
+    lmx::TMapDocReader reader(DocumentType, LayerTypes().Makers, LayerTypes().Keepers);
     reader.SetReport(report);
     reader.Read(fileName, FView);
     MarkUnchanged();
@@ -110,11 +109,11 @@ lmx::TMapDocExternalResourcePolicy TMapDocument::Policy() const {
 }
 
 QStringList TMapDocument::ProblemsOfSaving() const {
-    return lmx::TMapDocInspector(Keepers()).ProblemsOfSaving(FView, Policy());
+    return lmx::TMapDocInspector(LayerTypes().Keepers).ProblemsOfSaving(FView, Policy());
 }
 
 void TMapDocument::Save(const QString& fileName) {
-    lmx::TVerifiedMapDocWriter(DocumentType, Keepers()).Write(fileName, FView, Policy());
+    lmx::TVerifiedMapDocWriter(DocumentType, LayerTypes().Keepers).Write(fileName, FView, Policy());
     FFileName = fileName;
     MarkUnchanged();
 }

@@ -27,14 +27,6 @@ bool LooksGeographic(const lmx::TMapArea& bounds) {
     return bounds.Left >= -360 && bounds.Right <= 360 && bounds.Bottom >= -90 && bounds.Top <= 90;
 }
 
-// From dark to light with even steps to the eye: the colours of viridis at five places.
-std::shared_ptr<lmx::IBaseColorCalculator> DefaultColors(const lmx::TValueRange& range) {
-    return lmx::TGradientColorCalculatorFactory::GetObject(
-        range,
-        lmx::TGradientFactory::GetObject(std::vector<lmx::TColorStop>{
-            {0.00, 0xFF440154}, {0.25, 0xFF3B528B}, {0.50, 0xFF21918C}, {0.75, 0xFF5EC962}, {1.00, 0xFFFDE725}}));
-}
-
 /// Whether a file begins as grids do, or with a mark of 16-bit text, which the reader of grids looks through.
 bool LooksLikeGrid(const QString& fileName) {
     QByteArray beginning = lmx::OpenForReading(fileName)->read(64);
@@ -74,6 +66,14 @@ std::unique_ptr<lmx::TAbstractImage> LoadImage(const QString& fileName) {
 }
 
 } // namespace
+
+// The colours of viridis at five places.
+std::shared_ptr<lmx::IBaseColorCalculator> DefaultColors(const lmx::TValueRange& range) {
+    return lmx::TGradientColorCalculatorFactory::GetObject(
+        range,
+        lmx::TGradientFactory::GetObject(std::vector<lmx::TColorStop>{
+            {0.00, 0xFF440154}, {0.25, 0xFF3B528B}, {0.50, 0xFF21918C}, {0.75, 0xFF5EC962}, {1.00, 0xFFFDE725}}));
+}
 
 std::unique_ptr<lmx::TRealImage> ImageOfGrid(const lmx::IArcInfoAsciiGridRasterFrame& grid) {
     const lmx::TMapArea bounds = grid.GetBounds();

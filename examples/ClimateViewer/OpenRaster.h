@@ -6,10 +6,15 @@
 
 namespace lmx {
 class IArcInfoAsciiGridRasterFrame;
+class IBaseColorCalculator;
 class ILayerManager;
 class TIdrisiMapLayer;
 class TRealImage;
+struct TValueRange;
 } // namespace lmx
+
+/// From dark to light with even steps to the eye, over a range of values.
+std::shared_ptr<lmx::IBaseColorCalculator> DefaultColors(const lmx::TValueRange& range);
 
 /// The numbers of an ASCII grid as an image. Cells of the grid's NODATA_value hold no data. A grid knows no reference
 /// system: bounds within 360 degrees of longitude and 90 of latitude are taken for degrees.

@@ -33,6 +33,7 @@
 
 #include <algorithm>
 
+#include "ClimateFiles.h"
 #include "ColorSchemes.h"
 #include "CursorReadout.h"
 #include "DocumentActions.h"
@@ -76,6 +77,8 @@ TViewerWindow::TViewerWindow(const QString& dataFolder)
       FReadout(new TCursorReadout(FView, FPlace, FValues)) {
     setWindowTitle(tr("Climate Viewer"));
     FDocuments = new TDocumentActions(FView, this, [this] { FoldPlaces(); });
+    FClimate = std::make_unique<TClimateFiles>(
+        this, [this](std::unique_ptr<lmx::TBaseMapLayer> layer) { return AddRaster(std::move(layer)); });
     MakeMap();
     setCentralWidget(FMap);
     setAcceptDrops(true);
@@ -129,6 +132,11 @@ void TViewerWindow::MakeDocks() {
     FQueryTable->AddCursorInfoQueryPoint(); // before any point: it follows the mouse as the first row
     QDockWidget* points = add(tr("Query points"), FQueryTable, Qt::BottomDockWidgetArea);
     resizeDocks({points}, {QueryTableHeight}, Qt::Vertical);
+    if (QWidget* const strip = FClimate->GetTimeStrip()) {
+        FTimes = add(tr("Time"), strip, Qt::TopDockWidgetArea);
+        FTimes->hide(); // until there is something to step through
+        FClimate->SetOnHasTimes([this](bool hasTimes) { FTimes->setVisible(hasTimes); });
+    }
 }
 
 void TViewerWindow::MakeStatusBar() {
@@ -274,7 +282,7 @@ void TViewerWindow::RaisePlaces() {
         GetLayerManager()->MoveLayer(layers.IndexOf(places), layers.Count() - 1);
 }
 
-lmx::TBaseMapLayer* TViewerWindow::AddRaster(std::unique_ptr<lmx::TIdrisiMapLayer> raster) {
+lmx::TBaseMapLayer* TViewerWindow::AddRaster(std::unique_ptr<lmx::TBaseMapLayer> raster) {
     auto& layers = GetLayerManager()->GetLayers();
     int top = 0;
     while (top < layers.Count() && dynamic_cast<lmx::TRasterMapLayer*>(layers[top]))
@@ -300,7 +308,12 @@ void TViewerWindow::OpenFile(const QString& fileName) {
         OpenOverlayFile(fileName);
         return;
     }
-    lmx::GuardEvent(this, [&] { FView->ZoomTo(AddRaster(OpenRaster(GetLayerManager(), fileName))); });
+    lmx::GuardEvent(this, [&] {
+        if (lmx::TBaseMapLayer* const layer = KindOf(fileName) == TFileKind::Climate
+                                                  ? FClimate->Open(GetLayerManager(), fileName)
+                                                  : AddRaster(OpenRaster(GetLayerManager(), fileName)))
+            FView->ZoomTo(layer);
+    });
 }
 
 void TViewerWindow::OpenOverlayFile(const QString& fileName) {
@@ -328,7 +341,7 @@ void TViewerWindow::OpenOverlayFile(const QString& fileName) {
 }
 
 bool TViewerWindow::IsBusy() const {
-    return FOpening > 0 || IsDrawing(*GetLayerManager());
+    return FOpening > 0 || FClimate->IsReading() || IsDrawing(*GetLayerManager());
 }
 
 void TViewerWindow::AddModelField() {

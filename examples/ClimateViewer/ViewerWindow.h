@@ -9,7 +9,9 @@
 #include <memory>
 #include <vector>
 
+class QDockWidget;
 class QLabel;
+class TClimateFiles;
 class TCursorReadout;
 class TDocumentActions;
 class TLayersPanel;
@@ -60,6 +62,8 @@ public:
     /// and vectors a little later, when they have been read. A document takes the place of the map. What fails is shown
     /// in an error box.
     void OpenFile(const QString& fileName);
+    /// What climate files open with.
+    TClimateFiles& GetClimateFiles() const { return *FClimate; }
     /// Whether a file is being read or an overlay drawn.
     bool IsBusy() const;
 
@@ -81,7 +85,7 @@ private:
     TPlacesLayer* FindPlaces() const;
     void RaisePlaces();
     void FoldPlaces();
-    lmx::TBaseMapLayer* AddRaster(std::unique_ptr<lmx::TIdrisiMapLayer> raster); // below all lines and places
+    lmx::TBaseMapLayer* AddRaster(std::unique_ptr<lmx::TBaseMapLayer> raster); // below all lines and places
     void RemoveAllMarks();
     void OpenOverlayFile(const QString& fileName);
     void FollowManager();
@@ -109,6 +113,8 @@ private:
     QLabel* FValues;
     TCursorReadout* FReadout;
     TDocumentActions* FDocuments = nullptr;
+    std::unique_ptr<TClimateFiles> FClimate;
+    QDockWidget* FTimes = nullptr; // with the strip that steps through them; nil where climate files do not open
     std::shared_ptr<lmx::IWorldSystem> FWorld; // in which the marks and places are written
     lmx::TSubscription FModeChanged;
     int FWheelTurn = 0;                                  // not yet a whole step

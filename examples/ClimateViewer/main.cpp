@@ -2,6 +2,8 @@
 //   ClimateViewer                    opens the window
 //   ClimateViewer FILE...            opens the files too
 //   ClimateViewer --model            adds a model's field on Gaussian axes
+//   ClimateViewer FILE --variable NAME --step N
+//                                    opens this variable of a climate file at this step, without a question
 //   ClimateViewer --picture map.png  renders the window into a file, without a display; fails if a file could not be
 //   opened
 //   ClimateViewer --picture map.png --document map.lmx
@@ -21,6 +23,7 @@
 #include <iostream>
 #include <memory>
 
+#include "ClimateFiles.h"
 #include "DocumentActions.h"
 #include "Overlays.h"
 #include "SampleMap.h"
@@ -91,8 +94,12 @@ int Run(const QApplication& application) {
     const QCommandLineOption model("model", "Add a model's field, gridded from its Gaussian axes.");
     options.addOption(data);
     options.addOption(model);
-    options.addPositionalArgument(
-        "files", "Map documents, Idrisi images, ASCII grids, shape files and vectors to open.", "[files...]");
+    const QCommandLineOption variable("variable", "Open this variable of climate files.", "name");
+    const QCommandLineOption step("step", "Open climate files at this step, counted from 0.", "number", "0");
+    options.addOption(variable);
+    options.addOption(step);
+    options.addPositionalArgument("files", "Map documents, rasters, shape files, vectors and climate files to open.",
+                                  "[files...]");
     options.addHelpOption();
     options.process(application);
 
@@ -112,6 +119,8 @@ int Run(const QApplication& application) {
     window.GetDocuments()->GetDocument().MarkUnchanged();
     if (options.isSet(model))
         window.AddModelField();
+    if (options.isSet(picture) || options.isSet(variable) || options.isSet(step))
+        window.GetClimateFiles().SetChoice({options.value(variable), options.value(step).toInt()});
     for (const QString& fileName : options.positionalArguments())
         window.OpenFile(fileName);
     QApplication::processEvents(); // the panel makes the rows of opened files,

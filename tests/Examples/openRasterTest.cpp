@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include "ClimateFiles.h"
 #include "FileKinds.h"
 
 namespace lmx {
@@ -84,7 +85,10 @@ TEST_F(OpenRasters, ADamagedGridIsNamed) {
 TEST_F(OpenRasters, AFileOfAnotherKindIsNamedWithWhatOpens) {
     const QString problem =
         QStringLiteral(": none of the formats that open: Map documents (.lmx), Idrisi images (.rst, .rdc, .img, .doc), "
-                       "ASCII grids (.asc, .grd, .txt), Shape files (.shp), Idrisi vectors (.vct, .vdc, .vec, .dvc)");
+                       "ASCII grids (.asc, .grd, .txt), Shape files (.shp), Idrisi vectors (.vct, .vdc, .vec, .dvc)") +
+        (TClimateFiles::CanOpen() ? ", Climate files (.nc, .nc4, .cdf, .h5, .hdf5, .grib, .grb, .grib2, .grb2, .tif, "
+                                    ".tiff, .zarr, .zip)"
+                                  : "");
     for (const char* name : {"notes.txt", "picture.png", "grid.asc", "noSuffix"}) {
         const QString file = FileOf(name, "Dear reader\n");
         EXPECT_EQ(MessageFor<EFileFormatException>(file), file + problem);
@@ -102,10 +106,17 @@ TEST_F(OpenRasters, KindsAreToldBySuffix) {
     EXPECT_EQ(KindOf("b.shp"), TFileKind::Shapes);
     EXPECT_EQ(KindOf("b.dvc"), TFileKind::IdrisiVectors);
     EXPECT_EQ(KindOf("rst"), TFileKind::AsciiGrid);
+    EXPECT_EQ(KindOf("b.NC"), TFileKind::Climate);
+    EXPECT_EQ(KindOf("b.tiff"), TFileKind::Climate);
+    const QString climate = TClimateFiles::CanOpen()
+                                ? "*.nc;*.nc4;*.cdf;*.h5;*.hdf5;*.grib;*.grb;*.grib2;*.grb2;*.tif;*.tiff;*.zarr;*.zip"
+                                : "";
     EXPECT_EQ(KnownFilesFilter(),
-              "Maps|*.lmx;*.rst;*.rdc;*.img;*.doc;*.asc;*.grd;*.txt;*.shp;*.vct;*.vdc;*.vec;*.dvc|Map documents|*.lmx|"
-              "Idrisi images|*.rst;*.rdc;*.img;*.doc|ASCII grids|*.asc;*.grd;*.txt|"
-              "Shape files|*.shp|Idrisi vectors|*.vct;*.vdc;*.vec;*.dvc|All files|*");
+              "Maps|*.lmx;*.rst;*.rdc;*.img;*.doc;*.asc;*.grd;*.txt;*.shp;*.vct;*.vdc;*.vec;*.dvc" +
+                  (climate.isEmpty() ? "" : ';' + climate) +
+                  "|Map documents|*.lmx|Idrisi images|*.rst;*.rdc;*.img;*.doc|ASCII grids|*.asc;*.grd;*.txt|"
+                  "Shape files|*.shp|Idrisi vectors|*.vct;*.vdc;*.vec;*.dvc" +
+                  (climate.isEmpty() ? "" : "|Climate files|" + climate) + "|All files|*");
 }
 
 TEST_F(OpenRasters, ALongRowIsNotShownAsAWhole) {

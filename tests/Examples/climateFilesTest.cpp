@@ -1,0 +1,193 @@
+// Climate files in the viewer: opened by a choice and by the dialog, played, and refused with a reason.
+
+#include "ClimateFiles.h"
+
+#include "ViewerWindow.h"
+
+#include <lmx/Controls/lmxMapViewControl.h>
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxLayerManager.h>
+#include <tests/Support/ModalAnswer.h>
+#include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
+#include <tests/Support/Threads.h>
+
+#include <QAbstractButton>
+#include <QDialogButtonBox>
+#include <QDockWidget>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#ifdef LMX_HAS_DATASOURCES
+#include "ClimateFileDialog.h"
+#endif
+
+namespace lmx {
+namespace {
+
+using namespace tests;
+
+const QString DataFolder = QStringLiteral(LMX_EXAMPLE_DATA);
+
+QString Sample(const char* name) {
+    return QStringLiteral(LMX_SOURCE_DIR "/tests/data/netcdf/") + QString::fromLatin1(name);
+}
+
+class ClimateFiles : public testing::Test {
+protected:
+    ClimateFiles() {
+        Window.resize(900, 600);
+        Window.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&Window));
+        Window.ShowWholeWorld();
+    }
+
+    ILayerManager& Manager() { return *Window.GetLayerManager(); }
+    TIdrisiMapLayer* TopRaster() {
+        TIdrisiMapLayer* top = nullptr;
+        for (TBaseMapLayer* layer : Manager().GetLayers())
+            if (auto* raster = dynamic_cast<TIdrisiMapLayer*>(layer))
+                top = raster;
+        return top;
+    }
+
+    /// Opens a file as the menu does; what fails is shown a moment later.
+    void Open(const QString& fileName) {
+        Window.OpenFile(fileName);
+        QCoreApplication::processEvents();
+    }
+
+    TScriptedMsgBox Messages;
+    TViewerWindow Window{DataFolder};
+};
+
+#ifdef LMX_HAS_DATASOURCES
+
+TEST_F(ClimateFiles, OpenWithoutAQuestionByAChoice) {
+    Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 7});
+    Open(Sample("coads_sst.nc"));
+    ASSERT_TRUE(PumpUntil([&] { return !Window.IsBusy(); }));
+    TIdrisiMapLayer* const layer = TopRaster();
+    ASSERT_NE(layer, nullptr);
+    EXPECT_TRUE(layer->GetLayerName().endsWith(QStringLiteral(", August"))) << layer->GetLayerName().toStdString();
+    EXPECT_EQ(layer->GetImage()->getHeader()->GetValueUnits(), "°C");
+    EXPECT_GT(layer->GetImage()->GetValue(180, 5), 20);
+    EXPECT_EQ(Window.GetClimateFiles().GetTimeCaption(), "August");
+    EXPECT_TRUE(Messages->Shown.empty());
+}
+
+TEST_F(ClimateFiles, StepThroughTheirTimes) {
+    Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 0});
+    Open(Sample("coads_sst.nc"));
+    ASSERT_TRUE(Messages->Shown.empty()) << Messages->Shown[0].Text.toStdString();
+    QWidget* const strip = Window.GetClimateFiles().GetTimeStrip();
+    ASSERT_NE(strip, nullptr);
+    EXPECT_TRUE(strip->isVisible());
+    ASSERT_TRUE(PumpUntil([&] { return !Window.IsBusy(); }));
+    TIdrisiMapLayer* const layer = TopRaster();
+    const float january = layer->GetImage()->GetValue(180, 45);
+    const auto colors = layer->GetColorCalc();
+    QTest::keyClick(strip, Qt::Key_Right);
+    QTest::keyClick(strip, Qt::Key_Right);
+    ASSERT_TRUE(PumpUntil([&] { return layer->GetLayerName().endsWith(QStringLiteral(", March")); }));
+    EXPECT_NE(layer->GetImage()->GetValue(180, 45), january);
+    EXPECT_EQ(layer->GetColorCalc(), colors); // what changes can be seen
+    EXPECT_NE(layer->GetBitmap(), nullptr);
+    Manager().GetLayers().Remove(layer);
+    QTest::keyClick(strip, Qt::Key_End); // and nothing happens
+    ASSERT_TRUE(PumpUntil([&] { return !Window.IsBusy(); }));
+}
+
+TEST_F(ClimateFiles, AreChosenInADialog) {
+    const TModalAnswer<TClimateFileDialog> answer([](TClimateFileDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Open units_odd.nc");
+        auto* const variables = dialog.findChild<QListWidget*>("Variables");
+        ASSERT_GT(variables->count(), 2);
+        ASSERT_TRUE(dialog.GetSelection().has_value());
+        variables->setCurrentRow(1);
+        EXPECT_EQ(dialog.GetSelection()->Variable, 1U);
+        auto* const preview = dialog.findChild<QLabel*>("Preview");
+        EXPECT_TRUE(PumpUntil([&] { return !preview->pixmap(Qt::ReturnByValue).isNull(); }));
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open), Qt::LeftButton);
+    });
+    Open(Sample("units_odd.nc"));
+    EXPECT_NE(TopRaster(), nullptr);
+    EXPECT_TRUE(Messages->Shown.empty());
+}
+
+TEST_F(ClimateFiles, ACancelledDialogOpensNothing) {
+    const TModalAnswer<TClimateFileDialog> answer(
+        [](TClimateFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    Open(Sample("variables.nc"));
+    EXPECT_EQ(TopRaster(), nullptr);
+    EXPECT_TRUE(Messages->Shown.empty());
+}
+
+TEST_F(ClimateFiles, WhatCannotBeShownIsListedWithTheReason) {
+    const TModalAnswer<TClimateFileDialog> answer([](TClimateFileDialog& dialog) {
+        EXPECT_FALSE(dialog.GetSelection().has_value());
+        EXPECT_FALSE(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->isEnabled());
+        EXPECT_TRUE(dialog.findChild<QLabel*>("Notes")->text().contains(QStringLiteral("cdo remapbil")));
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    Open(Sample("curvilinear.nc"));
+    EXPECT_EQ(TopRaster(), nullptr);
+}
+
+TEST_F(ClimateFiles, TheDialogMayGoWhileAPreviewIsRead) {
+    {
+        TClimateFileDialog dialog(nullptr);
+        dialog.SetDataset(std::make_shared<TClimateDataset>(Sample("coads_sst.nc")));
+    }
+    EXPECT_TRUE(PumpUntilHandedOver());
+}
+
+TEST_F(ClimateFiles, GeoTiffOpensToo) {
+    Open(Sample("tiled_overviews.tif"));
+    EXPECT_NE(TopRaster(), nullptr);
+    EXPECT_TRUE(Messages->Shown.empty());
+}
+
+TEST_F(ClimateFiles, AWrongChoiceIsToldByName) {
+    Window.GetClimateFiles().SetChoice({QStringLiteral("none"), 0});
+    Open(Sample("coads_sst.nc"));
+    ASSERT_EQ(Messages->Shown.size(), 1U);
+    EXPECT_TRUE(Messages->Shown[0].Text.endsWith(QStringLiteral("coads_sst.nc: holds no variable none")));
+    Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 12});
+    Open(Sample("coads_sst.nc"));
+    ASSERT_EQ(Messages->Shown.size(), 2U);
+    EXPECT_TRUE(Messages->Shown[1].Text.endsWith(QStringLiteral("has no step 12")));
+}
+
+#else
+
+TEST_F(ClimateFiles, AreRefusedByAViewerThatCannotReadThem) {
+    EXPECT_FALSE(TClimateFiles::CanOpen());
+    Open(Sample("coads_sst.nc"));
+    ASSERT_EQ(Messages->Shown.size(), 1U);
+    EXPECT_TRUE(Messages->Shown[0].Text.endsWith(
+        QStringLiteral("coads_sst.nc: this viewer was built without what reads climate files")));
+    EXPECT_EQ(Window.GetClimateFiles().GetTimeStrip(), nullptr);
+}
+
+#endif
+
+TEST_F(ClimateFiles, ADamagedFileIsToldAndNothingChanges) {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("cut.nc"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("CDF\x01");
+    file.close();
+    Open(file.fileName());
+    ASSERT_EQ(Messages->Shown.size(), 1U);
+    EXPECT_TRUE(Messages->Shown[0].Text.startsWith(file.fileName() + ": ")) << Messages->Shown[0].Text.toStdString();
+    EXPECT_EQ(TopRaster(), nullptr);
+}
+
+} // namespace
+} // namespace lmx
