@@ -97,7 +97,7 @@ struct TMeaning {
         const bool isFlag = !((raw >= RawLow) & (raw <= RawHigh)) | (raw == Mark) |
                             !((value >= ValueLow) & (value <= ValueHigh)) | !(std::abs(value) < 1e30F);
         // -9999 is the other number that is a flag, and NoData itself is one as it stands.
-        return isFlag | (value == -9999.0F) ? TSpatialConst::NoData : value;
+        return (isFlag | (value == -9999.0F)) ? TSpatialConst::NoData : value;
     }
 
     bool IsSimple() const { return !IsConverted && OtherMarks.empty(); }
