@@ -43,7 +43,10 @@ void TurnColumns(std::span<float> cells, std::size_t width) {
 /// The file, opened as often as it is read at a time: a dataset is for one thread at a time.
 class TGeoTiffTiles::TFiles {
 public:
-    TFiles(const QString& fileName, int band) : FFileName(fileName), FName(NameOf(fileName)), FBand(band) {
+    TFiles(const QString& fileName, int band)
+        : FFileName(fileName),
+          FName(GdalNameOfTiff(fileName, TClimateDataset::GetAllowedHosts())),
+          FBand(band) {
         const TQuietGdal quiet;
         TDatasetPtr dataset = Open();
         if (band < 1 || band > dataset->GetRasterCount())
@@ -87,21 +90,7 @@ public:
     }
 
 private:
-    static TGdalName NameOf(const QString& fileName) {
-        const TGdalName name = GdalNameOfTiff(fileName, TClimateDataset::GetAllowedHosts());
-        RegisterClimateDrivers();
-        return name;
-    }
-
-    TDatasetPtr Open() const {
-        const char* const drivers[] = {FName.Driver, nullptr};
-        const TQuietGdal quiet;
-        TDatasetPtr dataset(GDALDataset::Open(
-            FName.Name.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_INTERNAL, drivers, nullptr, nullptr));
-        if (!dataset)
-            throw EClimateFile(FFileName, quiet.Explain(QStringLiteral("is a damaged TIFF")));
-        return dataset;
-    }
+    TDatasetPtr Open() const { return OpenBands(FName, FFileName, QStringLiteral("is a damaged TIFF")); }
 
     TDatasetPtr Take() {
         {

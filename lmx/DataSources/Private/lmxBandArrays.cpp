@@ -88,6 +88,18 @@ void TBandArrays::ReadBand(GDALDataset& dataset, const TSourceArray& info, int b
         throw EClimateFile(FFileName, name + QStringLiteral(": ") + quiet.Explain(QStringLiteral("is damaged here")));
 }
 
+std::unique_ptr<GDALDataset, TCloseDataset> OpenBands(const TGdalName& name, const QString& fileName,
+                                                      const QString& problem) {
+    const char* const drivers[] = {name.Driver, nullptr};
+    const TQuietGdal quiet;
+    RegisterClimateDrivers();
+    std::unique_ptr<GDALDataset, TCloseDataset> dataset(GDALDataset::Open(
+        name.Name.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_INTERNAL, drivers, nullptr, nullptr));
+    if (!dataset)
+        throw EClimateFile(fileName, quiet.Explain(problem));
+    return dataset;
+}
+
 void DescribeBand(GDALDataset& dataset, int band, TSourceArray& info, TClimateAttributes& attributes) {
     GDALRasterBand& source = *dataset.GetRasterBand(band);
     info.IsNumeric = CellTypeOf(source.GetRasterDataType(), info.Type);

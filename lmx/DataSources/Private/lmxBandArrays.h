@@ -1,10 +1,12 @@
 #pragma once
 
+#include <lmx/DataSources/Private/lmxClimateFileKind.h>
 #include <lmx/DataSources/Private/lmxClimateSource.h>
+#include <lmx/DataSources/Private/lmxGdalTypes.h>
 
 #include <QString>
 
-#include <map>
+#include <memory>
 #include <vector>
 
 class GDALDataset;
@@ -45,6 +47,11 @@ private:
     std::vector<TSourceArray> FInfos;
     std::vector<TContent> FContents;
 };
+
+/// Opens a file of bands by its one driver, for one thread at a time.
+/// @throws EClimateFile with `problem`, and what GDAL says of it, if it cannot be opened.
+std::unique_ptr<GDALDataset, TCloseDataset> OpenBands(const TGdalName& name, const QString& fileName,
+                                                      const QString& problem);
 
 /// Type, blocks and the attributes that every band may have: units, scale, offset and no data.
 void DescribeBand(GDALDataset& dataset, int band, TSourceArray& info, TClimateAttributes& attributes);

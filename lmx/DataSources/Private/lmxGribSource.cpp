@@ -90,13 +90,8 @@ public:
     TGribSource(const TGdalName& name, const TGribFields& fields, const QString& fileName)
         : FFileName(fileName),
           FArrays(fileName) {
-        const char* const drivers[] = {name.Driver, nullptr};
         const TQuietGdal quiet;
-        RegisterClimateDrivers();
-        FDataset.reset(GDALDataset::Open(name.Name.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_INTERNAL,
-                                         drivers, nullptr, nullptr));
-        if (!FDataset)
-            throw EClimateFile(fileName, quiet.Explain(QStringLiteral("is damaged or not understood")));
+        FDataset = OpenBands(name, fileName, QStringLiteral("is damaged or not understood"));
         if (std::size_t(FDataset->GetRasterCount()) != fields.GridOfField.size() && fields.Grids.size() > 1)
             throw EClimateFile(fileName, Format(u"tells of %d fields, of which %d can be read; split it by its grids",
                                                 {qint64(fields.GridOfField.size()), FDataset->GetRasterCount()}));

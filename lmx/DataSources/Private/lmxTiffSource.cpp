@@ -30,13 +30,8 @@ TClimateAttributes Named(const QString& units, const QString& standardName) {
 class TTiffSource final : public IClimateSource {
 public:
     TTiffSource(const TGdalName& name, const QString& fileName) : FFileName(fileName), FArrays(fileName) {
-        const char* const drivers[] = {name.Driver, nullptr};
         const TQuietGdal quiet;
-        RegisterClimateDrivers();
-        FDataset.reset(GDALDataset::Open(name.Name.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_INTERNAL,
-                                         drivers, nullptr, nullptr));
-        if (!FDataset)
-            throw EClimateFile(fileName, quiet.Explain(QStringLiteral("is a damaged TIFF")));
+        FDataset = OpenBands(name, fileName, QStringLiteral("is a damaged TIFF"));
         DescribePlace();
         DescribeBands();
     }
