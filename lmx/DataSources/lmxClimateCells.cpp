@@ -6,6 +6,8 @@
 #include <lmx/Runtime/lmxText.h>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -72,6 +74,21 @@ TClimateCellType AsUnsigned(TClimateCellType type) {
         return ctUInt32;
     case ctInt64:
         return ctUInt64;
+    default:
+        return type;
+    }
+}
+
+TClimateCellType AsSigned(TClimateCellType type) {
+    switch (type) {
+    case ctUInt8:
+        return ctInt8;
+    case ctUInt16:
+        return ctInt16;
+    case ctUInt32:
+        return ctInt32;
+    case ctUInt64:
+        return ctInt64;
     default:
         return type;
     }
@@ -150,11 +167,21 @@ void UnpackUnsigned(std::span<const Raw> raw, const TMeaning& meaning, float* va
     UnpackAny(std::span(reinterpret_cast<const TOther*>(raw.data()), raw.size()), meaning, values);
 }
 
+/// The double that the shortest decimal text of a single means: 0.1 for 0.1F.
+double ShortestOf(float single) {
+    std::array<char, 32> text;
+    const auto written = std::to_chars(text.data(), text.data() + text.size(), single);
+    double number = 0;
+    std::from_chars(text.data(), written.ptr, number);
+    return number;
+}
+
 } // namespace
 
 TClimateCells::TClimateCells(const TClimateCellTraits& traits, const TClimateAttributes& attributes)
     : FType(traits.Type) {
-    if (SameText(attributes.Text(QStringLiteral("_Unsigned")), u"true"))
+    FIsMadeUnsigned = SameText(attributes.Text(QStringLiteral("_Unsigned")), u"true");
+    if (FIsMadeUnsigned)
         FType = AsUnsigned(FType);
     FScale = ReadNumber(attributes, QStringLiteral("scale_factor"), 1);
     if (FScale == 0) {
@@ -163,6 +190,8 @@ TClimateCells::TClimateCells(const TClimateCellTraits& traits, const TClimateAtt
     }
     FOffset = ReadNumber(attributes, QStringLiteral("add_offset"), 0);
     ReadMarks(traits, attributes);
+    if (FType == ctDouble)
+        AddTwins();
     ReadLimits(traits, attributes);
 }
 
@@ -183,7 +212,7 @@ double TClimateCells::ReadNumber(const TClimateAttributes& attributes, const QSt
 double TClimateCells::OfType(double number) const {
     if (FType == ctFloat)
         return static_cast<double>(static_cast<float>(number));
-    const int bits = UnsignedBits(FType);
+    const int bits = FIsMadeUnsigned ? UnsignedBits(FType) : 0;
     return bits > 0 && number < 0 ? number + std::ldexp(1.0, bits) : number;
 }
 
@@ -195,8 +224,10 @@ void TClimateCells::ReadMarks(const TClimateCellTraits& traits, const TClimateAt
         FMarks.push_back(OfType(fill.front()));
     else if (attributes.Has(fillName))
         IgnoreAttribute(fillName);
-    if (const auto byDefault = DefaultFill(FType); FMarks.empty() && traits.IsNetCdf && byDefault)
-        FMarks.push_back(*byDefault);
+    // It is written in the type of the file, whatever "_Unsigned" makes of that.
+    const TClimateCellType written = FIsMadeUnsigned ? AsSigned(traits.Type) : traits.Type;
+    if (const auto byDefault = DefaultFill(written); FMarks.empty() && traits.IsNetCdf && byDefault)
+        FMarks.push_back(OfType(*byDefault));
 
     std::vector<double> missing = attributes.Numbers(missingName);
     if (attributes.Has(missingName) && missing.empty())
@@ -209,22 +240,37 @@ void TClimateCells::ReadMarks(const TClimateCellTraits& traits, const TClimateAt
         FMarks.push_back(OfType(number));
 }
 
+// Cells and marks of a file in doubles may have been singles on their way, each on its own: 1e20 is
+// 100000002004087734272 then.
+void TClimateCells::AddTwins() {
+    const std::vector<double> marks = FMarks;
+    for (const double mark : marks) {
+        const auto single = static_cast<float>(mark);
+        if (!std::isfinite(single))
+            continue;
+        const auto widened = static_cast<double>(single);
+        const double twin = widened == mark ? ShortestOf(single) : widened;
+        if (twin != mark)
+            FMarks.push_back(twin);
+    }
+}
+
 void TClimateCells::ReadLimits(const TClimateCellTraits& traits, const TClimateAttributes& attributes) {
     const QString rangeName = QStringLiteral("valid_range");
     constexpr double infinity = std::numeric_limits<double>::infinity();
+    const bool areValues = traits.HasFloatingLimits && !IsFloating(FType);
+    const auto limit = [&](double number) { return areValues ? number : OfType(number); };
     TLimits limits;
-    if (const std::vector<double> range = attributes.Numbers(rangeName); range.size() == 2 && range[0] <= range[1]) {
-        limits = {range[0], range[1]};
+    if (const std::vector<double> range = attributes.Numbers(rangeName);
+        range.size() == 2 && limit(range[0]) <= limit(range[1])) {
+        limits = {limit(range[0]), limit(range[1])};
     } else {
         if (attributes.Has(rangeName))
             IgnoreAttribute(rangeName);
-        limits.Low = ReadNumber(attributes, QStringLiteral("valid_min"), -infinity);
-        limits.High = ReadNumber(attributes, QStringLiteral("valid_max"), infinity);
+        limits.Low = limit(ReadNumber(attributes, QStringLiteral("valid_min"), -infinity));
+        limits.High = limit(ReadNumber(attributes, QStringLiteral("valid_max"), infinity));
     }
-    if (traits.HasFloatingLimits && !IsFloating(FType))
-        FValueLimits = limits;
-    else
-        FRawLimits = {OfType(limits.Low), OfType(limits.High)};
+    (areValues ? FValueLimits : FRawLimits) = limits;
 }
 
 void TClimateCells::Unpack(const TRawClimateCells& raw, std::span<float> values) const {

@@ -45,11 +45,11 @@ struct TClimateCellTraits {
 /// What the raw numbers of one variable mean: which are flags, and which values the others are. Made once, then applied
 /// to any number of slices. A value; any thread may read.
 ///
-/// A cell is a flag if its raw number is NaN, "_FillValue" or any of "missing_value"; without "_FillValue" the default
-/// fill value of its type, in NetCDF and for types wider than a byte; if it lies outside "valid_range", "valid_min" and
-/// "valid_max" (which speak of raw numbers, but of values if they are floating and the cells are not); or if the value
-/// `raw * scale_factor + add_offset`, computed in double and rounded to single, is one by TSpatialConst. Flags become
-/// TSpatialConst::NoData.
+/// A cell is a flag if its raw number is NaN, "_FillValue" or any of "missing_value" (in doubles also if one of both
+/// was rounded to a single on its way); without "_FillValue" the default fill value of its type, in NetCDF and for
+/// types wider than a byte; if it lies outside "valid_range", "valid_min" and "valid_max" (which speak of raw numbers,
+/// but of values if they are floating and the cells are not); or if the value `raw * scale_factor + add_offset`,
+/// computed in double and rounded to single, is one by TSpatialConst. Flags become TSpatialConst::NoData.
 class LMX_DATASOURCES_EXPORT TClimateCells {
 public:
     /// Attributes that make no sense (a scale of 0, a range of three numbers, a missing value that is a text) do not
@@ -77,11 +77,13 @@ private:
 
     void IgnoreAttribute(const QString& name);
     void ReadMarks(const TClimateCellTraits& traits, const TClimateAttributes& attributes);
+    void AddTwins();
     void ReadLimits(const TClimateCellTraits& traits, const TClimateAttributes& attributes);
     double ReadNumber(const TClimateAttributes& attributes, const QString& name, double absent);
     double OfType(double number) const;
 
     TClimateCellType FType = TClimateCellType::ctFloat; ///< unsigned if "_Unsigned" says so
+    bool FIsMadeUnsigned = false;                       ///< "_Unsigned" does: attributes may keep their sign
     double FScale = 1;
     double FOffset = 0;
     std::vector<double> FMarks; ///< raw numbers that are flags

@@ -142,6 +142,51 @@ TEST(ClimateCells, BytesMayBeMeantWithoutSign) {
     EXPECT_THAT(Unpacked<std::uint8_t>(cells, {0, 127, 128, 255}), ElementsAre(200.0F, 263.5F, 264.0F, Flag));
 }
 
+// Bytes 0 to 250 as the file writes them, with sign: 0b, -6b.
+TEST(ClimateCells, LimitsMayBeMeantWithoutSign) {
+    TClimateAttributes attributes;
+    attributes.Set("_Unsigned", QStringLiteral("true"));
+    attributes.Set("valid_range", std::vector<double>{0, -6});
+    const TClimateCells cells({ctInt8}, attributes);
+    EXPECT_THAT(cells.GetNotes(), IsEmpty());
+    EXPECT_THAT(Unpacked<std::int8_t>(cells, {0, 127, -128, -6, -5}), ElementsAre(0.0F, 127.0F, 128.0F, 250.0F, Flag));
+    EXPECT_THAT(Unpacked<std::uint8_t>(cells, {0, 250, 251}), ElementsAre(0.0F, 250.0F, Flag));
+
+    TClimateAttributes below; // a number beneath every unsigned one
+    below.Set("valid_min", std::vector<double>{-1});
+    below.Set("missing_value", std::vector<double>{-2});
+    EXPECT_THAT(Unpacked<std::uint8_t>(TClimateCells({ctUInt8}, below), {0, 254, 255}),
+                ElementsAre(0.0F, 254.0F, 255.0F));
+}
+
+// The library fills a variable of shorts with -32767 whatever its attributes say: 32769 without sign.
+TEST(ClimateCells, DefaultFillsAreThoseOfTheTypeInTheFile) {
+    TClimateAttributes attributes;
+    attributes.Set("_Unsigned", QStringLiteral("true"));
+    EXPECT_THAT(Unpacked<std::int16_t>(TClimateCells({ctInt16}, attributes), {-32767, -1, 1}),
+                ElementsAre(Flag, 65535.0F, 1.0F));
+    EXPECT_THAT(Unpacked<std::uint16_t>(TClimateCells({ctUInt16}, attributes), {32769, 65535, 1}),
+                ElementsAre(Flag, 65535.0F, 1.0F))
+        << "the reader may have changed the type";
+    EXPECT_THAT(Unpacked<std::int32_t>(TClimateCells({ctInt32}, attributes), {-2147483647, -1, 1}),
+                ElementsAre(Flag, 4294967295.0F, 1.0F));
+}
+
+TEST(ClimateCells, DoublesMeetAMarkThatWasASingleAndTheOtherWayRound) {
+    const auto marked = [](double mark) {
+        TClimateAttributes attributes;
+        attributes.Set("missing_value", std::vector<double>{mark});
+        return TClimateCells({ctDouble}, attributes);
+    };
+    constexpr double widened = 100000002004087734272.0; // 1e20F
+    EXPECT_THAT(Unpacked<double>(marked(1e20), {1e20, widened, 9e19}), ElementsAre(Flag, Flag, 9e19F));
+    EXPECT_THAT(Unpacked<double>(marked(widened), {1e20, widened, 9e19}), ElementsAre(Flag, Flag, 9e19F));
+    EXPECT_THAT(Unpacked<double>(marked(double(-99.9F)), {-99.9, double(-99.9F), -99.8}),
+                ElementsAre(Flag, Flag, -99.8F));
+    EXPECT_THAT(Unpacked<double>(marked(-999), {-999, -999.00001, 5}), ElementsAre(Flag, -999.00001F, 5.0F));
+    EXPECT_THAT(Unpacked<double>(marked(1e300), {1e29}), ElementsAre(1e29F));
+}
+
 TEST(ClimateCells, ATypeMayComeWider) {
     TClimateAttributes attributes;
     attributes.Set("_FillValue", std::vector<double>{-127});
