@@ -82,11 +82,20 @@ bool TakeDate(TScanner& text, TClimateDate& date) {
         text.Take(u'+');
     std::int64_t month = 1;
     std::int64_t day = 1;
-    if (!text.TakeNumber(date.Year))
+    qsizetype digits = 0;
+    if (!text.TakeNumber(date.Year, &digits))
         return false;
+    const bool isParted = text.Take(u'-');
+    if (digits > 4 && !isParted) { // "20000131", and no year
+        if (digits != 8)
+            return false;
+        day = date.Year % 100;
+        month = date.Year / 100 % 100;
+        date.Year /= 10'000;
+    }
     if (isNegative)
         date.Year = -date.Year;
-    if (text.Take(u'-') && (!text.TakeNumber(month) || (text.Take(u'-') && !text.TakeNumber(day))))
+    if (isParted && (!text.TakeNumber(month) || (text.Take(u'-') && !text.TakeNumber(day))))
         return false;
     if (month > 12 || day > 31)
         return false;

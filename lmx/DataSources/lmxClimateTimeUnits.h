@@ -18,9 +18,9 @@ class LMX_DATASOURCES_EXPORT TClimateTimeUnits {
 public:
     /// Units from nanoseconds to weeks, months and years, in one or many, by name or as usually shortened, in any case.
     /// The reference is a year (of one digit or more, with a sign or without), month and day, of which the last ones
-    /// may be missing; then, after blanks or a T, hours, minutes and seconds with a fraction, likewise; then Z, UTC,
-    /// GMT or an offset such as "+12:00", "-0330", "+5". None for any other text, and for a reference that is no date
-    /// of the calendar.
+    /// may be missing (a year alone then has at most four digits), or all three as "20000131"; then, after blanks or a
+    /// T, hours, minutes and seconds with a fraction, likewise; then Z, UTC, GMT or an offset such as "+12:00",
+    /// "-0330", "+5". None for any other text, and for a reference that is no date of the calendar.
     static std::optional<TClimateTimeUnits> Parse(const QString& text, const TClimateCalendar& calendar);
 
     const TClimateCalendar& GetCalendar() const { return FCalendar; }

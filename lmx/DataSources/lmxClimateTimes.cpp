@@ -70,6 +70,10 @@ bool TClimateTimes::ReadDates(const TClimateAttributes& attributes, const std::v
             QStringLiteral("The calendar %1 of the time axis is not known.").arg(QuotedStart(calendarName)) + byNumber;
         return false;
     }
+    if (attributes.Has(QStringLiteral("month_lengths"))) {
+        FNotes += QStringLiteral("The calendar of the time axis has months of its own.") + byNumber;
+        return false;
+    }
     FCalendar = *calendar;
     const QString unitsText = attributes.Text(QStringLiteral("units"));
     const auto units = TClimateTimeUnits::Parse(unitsText, FCalendar);
@@ -90,8 +94,12 @@ bool TClimateTimes::ReadDates(const TClimateAttributes& attributes, const std::v
         }
         FDates.push_back(*date);
     }
-    FHasYears = !units->IsYearless();
-    FIsClimatology = FIsClimatology || units->IsYearless();
+    // Model years that are counted from 0 go on.
+    const bool isYearless = units->IsYearless() && std::all_of(FDates.begin(), FDates.end(), [](const auto& date) {
+                                return date.Year >= -1 && date.Year <= 1;
+                            });
+    FHasYears = !isYearless;
+    FIsClimatology = FIsClimatology || isYearless;
     if (!attributes.Has(QStringLiteral("climatology")) && FIsClimatology)
         FHasYears = false;
     ReadSpans(*units, bounds);
@@ -102,10 +110,13 @@ void TClimateTimes::ReadSpans(const TClimateTimeUnits& units, const std::vector<
     if (bounds.empty())
         return;
     std::vector<TSpan> spans;
+    bool isFalling = true; // as the axis does then
+    for (std::size_t i = 0; i + 1 < bounds.size(); i += 2)
+        isFalling = isFalling && bounds[i] > bounds[i + 1];
     bool isGood = bounds.size() / 2 == FValues.size() && bounds.size() % 2 == 0;
     for (std::size_t i = 0; isGood && i < FValues.size(); ++i) {
-        const auto begin = units.DateOf(bounds[2 * i]);
-        const auto end = units.DateOf(bounds[2 * i + 1]);
+        const auto begin = units.DateOf(bounds[isFalling ? 2 * i + 1 : 2 * i]);
+        const auto end = units.DateOf(bounds[isFalling ? 2 * i : 2 * i + 1]);
         isGood = begin && end && *begin <= *end;
         if (isGood)
             spans.push_back({*begin, *end});

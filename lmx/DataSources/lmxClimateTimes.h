@@ -24,8 +24,8 @@ public:
 
     /// @param values as the file has them, unpacked
     /// @param attributes of the time axis: "units", "calendar", "climatology", "modulo"
-    /// @param bounds begin and end of each step in turn, of the attribute "bounds" or "climatology"; empty if there are
-    /// none. Any other number of them is ignored, with a note.
+    /// @param bounds begin and end of each step in turn (or all the other way round), of the attribute "bounds" or
+    /// "climatology"; empty if there are none. Any other number of them is ignored, with a note.
     ///
     /// If units or calendar are not understood, or a value is no date, no step has a date: a note says why.
     TClimateTimes(std::vector<double> values, const TClimateAttributes& attributes, std::vector<double> bounds = {});

@@ -66,6 +66,14 @@ INSTANTIATE_TEST_SUITE_P(
         TTimeRow{"YearAlone", ckStandard, "days since 1900", 31, "1900-02-01T00:00:00"},
         TTimeRow{"YearAndMonth", ckStandard, "days since 1900-3", 31, "1900-04-01T00:00:00"},
         TTimeRow{"ShortYear", ckStandard, "days since 1-1-1", 0, "0001-01-01T00:00:00"},
+        TTimeRow{"Packed", ckStandard, "days since 20000131 06:00", 1, "2000-02-01T06:00:00"},
+        TTimeRow{"LongYear", ckNoLeap, "days since 20000-01-31", 1, "20000-02-01T00:00:00"},
+        // The Julian day 2432552 (1 January 1948) less 1721424 (1 January of the year 1, Julian), in hours.
+        TTimeRow{"SinceTheYear1", ckStandard, "hours since 1-1-1 00:00:0.0", 17067072, "1948-01-01T00:00:00"},
+        TTimeRow{"SinceTheYear1Proleptic", ckProlepticGregorian, "hours since 1-1-1 00:00:0.0", 17067072,
+                 "1948-01-03T00:00:00"},
+        TTimeRow{"Before", ckStandard, "days since 1582-10-15", -1, "1582-10-04T00:00:00"},
+        TTimeRow{"BeforeNoLeap", ckNoLeap, "days since 2000-03-01", -1, "2000-02-28T00:00:00"},
         TTimeRow{"TwoDigitYear", ckStandard, "days since 70-01-01", 0, "0070-01-01T00:00:00"},
         TTimeRow{"NegativeYear", ckStandard, "days since -4712-01-01 12:00", 2451545, "2000-01-01T12:00:00"},
         TTimeRow{"Months360", ck360Day, "months since 2000-01-15", 13, "2001-02-15T00:00:00"},
@@ -106,6 +114,9 @@ TEST(ClimateTimeUnits, RefuseWhatTheyDoNotUnderstand) {
                                    "days since 99999999999-01-01",
                                    "days since 999999999-01-01",
                                    "days since 20000101010101",
+                                   "days since 20000",
+                                   "days since 200001",
+                                   "days since 20001301",
                                    "days since 2000-01-01 00:00:00 +00000"})
         EXPECT_FALSE(TClimateTimeUnits::Parse(QString::fromLatin1(text), TClimateCalendar())) << text;
     EXPECT_FALSE(

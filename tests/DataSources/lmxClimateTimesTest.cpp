@@ -97,6 +97,19 @@ TEST(ClimateTimes, TheYear0AndModuloHaveNoYears) {
                 ElementsAre("January", "February"));
 }
 
+// Thirty years of a model that counts from 0 are no climatology.
+TEST(ClimateTimes, ModelYearsFrom0GoOn) {
+    const TClimateTimes times({365 * 30 + 15, 365 * 30 + 45}, TimeAxis("days since 0000-01-01", "noleap"));
+    EXPECT_FALSE(times.IsClimatology());
+    EXPECT_THAT(CaptionsOf(times), ElementsAre("January 30", "February 30"));
+}
+
+TEST(ClimateTimes, BoundsMayFallWithTheirAxis) {
+    const TClimateTimes times({45, 15.5}, TimeAxis("days since 2001-01-01"), {59, 31, 31, 0});
+    EXPECT_THAT(CaptionsOf(times), ElementsAre("February 2001", "January 2001"));
+    EXPECT_THAT(times.GetNotes(), IsEmpty());
+}
+
 TEST(ClimateTimes, WithoutDatesStepsHaveNumbers) {
     const QString byNumber = QStringLiteral(" Steps are told by number.");
     const TClimateTimes lunar({17.5, 18}, TimeAxis("days since 2001-01-01", "lunar"));
@@ -109,6 +122,10 @@ TEST(ClimateTimes, WithoutDatesStepsHaveNumbers) {
                 ElementsAre("The time axis has no units." + byNumber));
     EXPECT_THAT(TClimateTimes({1}, TimeAxis("day as %Y%m%d.%f")).GetNotes(),
                 ElementsAre("The units \"day as %Y%m%d.%f\" of the time axis are not understood." + byNumber));
+    TClimateAttributes martian = TimeAxis("days since 1-1-1", "");
+    martian.Set("month_lengths", std::vector<double>{66, 61, 59});
+    EXPECT_THAT(TClimateTimes({1}, martian).GetNotes(),
+                ElementsAre("The calendar of the time axis has months of its own." + byNumber));
     const TClimateTimes broken({1, std::numeric_limits<double>::quiet_NaN(), 1e300}, TimeAxis("days since 2001-01-01"));
     EXPECT_THAT(broken.GetNotes(), ElementsAre("A value of the time axis is no date." + byNumber));
     EXPECT_EQ(broken.GetCaption(0), "Step 1 (1)");
