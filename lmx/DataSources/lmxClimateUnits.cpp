@@ -33,6 +33,19 @@ bool IsAny(const QString& text, std::initializer_list<const char*> words) {
     return std::any_of(words.begin(), words.end(), [&](const char* word) { return text == QLatin1String(word); });
 }
 
+/// Cell methods without what stands in parentheses, which is for people.
+QString WithoutComments(const QString& methods) {
+    QString text;
+    int depth = 0;
+    for (const QChar c : methods) {
+        depth += c == u'(' ? 1 : 0;
+        if (depth == 0)
+            text += c;
+        depth -= c == u')' && depth > 0 ? 1 : 0;
+    }
+    return text;
+}
+
 /// What a subject is about. The standard name decides; without one the name and the long name do.
 class TSubjectMatter {
 public:
@@ -41,9 +54,23 @@ public:
           FIsCalledWater(ContainsAny(units, {"water"})) {}
 
     bool IsDifference() const {
-        return ContainsAny(FSubject.StandardName, {"anomaly", "difference", "tendency"}) ||
-               ContainsAny(FSubject.LongName, {"anomal", "difference", "departure", "standard deviation", "std dev"}) ||
-               ContainsAny(FSubject.CellMethods, {"standard_deviation", "range"});
+        if (ContainsAny(FSubject.UnitsMetadata, {"temperature:"}))
+            return ContainsAny(FSubject.UnitsMetadata, {"temperature: difference"});
+        return ContainsAny(FSubject.StandardName,
+                           {"anomaly", "difference", "tendency", "change_over_time", "depression", "standard_error"}) ||
+               ContainsAny(FSubject.Name, {"anom"}) ||
+               ContainsAny(FSubject.LongName, {"anomal",    "difference",     "departure",         "deviation",
+                                               "std dev",   "stddev",         "temperature bias",  "bias of",
+                                               "bias in",   "standard error", "temperature error", "error of",
+                                               "error in",  "uncertainty",    "increment",         "temperature change",
+                                               "change in", "change of",      "depression",        "temperature range",
+                                               "amplitude"}) ||
+               ContainsAny(WithoutComments(FSubject.CellMethods), {"standard_deviation", "range", "anomaly"});
+    }
+    /// Whether the numbers are no longer those of what the names say: squares of them, or how many there are.
+    bool IsAboutNumbers() const {
+        return ContainsAny(FSubject.StandardName, {" number_of_observations", " status_flag"}) ||
+               ContainsAny(WithoutComments(FSubject.CellMethods), {"variance", "sum_of_squares"});
     }
     bool IsWater() const {
         return FIsCalledWater ||
@@ -95,7 +122,7 @@ private:
 TUnitConversion Converted(const QString& from, const QString& to, double factor, double offset = 0) {
     TUnitConversion conversion = KeepUnits(from);
     conversion.ShownUnits = to;
-    conversion.Factor = factor;
+    conversion.Factor = std::abs(factor - 1) < 1e-12 ? 1 : factor; // a product of factors is seldom exactly 1
     conversion.Offset = offset;
     return conversion;
 }
@@ -121,9 +148,7 @@ std::optional<TUnitConversion> Water(const QString& units, const TUnit& unit, co
             conversion.IsByMonth = true;
             return conversion;
         }
-        // Written as it is shown already: a product of factors would not be exactly 1.
-        const bool isShown = SameUnits(units, MmPerDay()) || SameUnits(units, QStringLiteral("kg m-2 day-1"));
-        return Converted(units, MmPerDay(), isShown ? 1 : toMm * DaySeconds);
+        return Converted(units, MmPerDay(), toMm * DaySeconds);
     }
     if (measure == TMeasure::Parse("kg m-2") ||
         (measure == TMeasure::Of(TBaseUnit::Metre) && matter.IsDepthOfWater())) {
@@ -137,9 +162,8 @@ std::optional<TUnitConversion> Water(const QString& units, const TUnit& unit, co
 std::optional<TUnitConversion> Pressure(const QString& units, const TUnit& unit, const TSubjectMatter& matter) {
     if (unit.Measure != TMeasure::Parse("kg m-1 s-2"))
         return std::nullopt;
-    if (unit.Factor == 100) // as it is shown: no product of factors, which might not be exactly 1
-        return Converted(units, QStringLiteral("hPa"), 1);
-    if (!matter.IsPressure())
+    const bool isShown = unit.Factor == 100;
+    if (!isShown && !matter.IsPressure())
         return std::nullopt;
     return Converted(units, QStringLiteral("hPa"), unit.Factor / 100);
 }
@@ -150,8 +174,7 @@ std::optional<TUnitConversion> Ratio(const QString& units, const TUnit& unit, co
     if (matter.IsShare() && unit.Factor == 1)
         return Converted(units, QStringLiteral("%"), 100);
     if (matter.IsSpecificHumidity())
-        return Converted(units, QStringLiteral("g/kg"),
-                         SameUnits(units, QStringLiteral("g kg-1")) ? 1 : unit.Factor * 1000);
+        return Converted(units, QStringLiteral("g/kg"), unit.Factor * 1000);
     return std::nullopt;
 }
 
@@ -188,7 +211,7 @@ TUnitConversion KeepUnits(const QString& units) {
 TUnitConversion MakeUnitConversion(const QString& units, const TUnitSubject& subject) {
     const auto unit = ParseUnit(units);
     const TSubjectMatter matter(subject, units);
-    if (!unit)
+    if (!unit || matter.IsAboutNumbers())
         return KeepUnits(units);
     if (const auto conversion = Temperature(units, *unit, matter))
         return *conversion;
@@ -226,6 +249,12 @@ bool IsPressureUnit(const QString& units) {
 bool IsLengthUnit(const QString& units) {
     const auto unit = ParseUnit(units);
     return unit && unit->Measure == TMeasure::Of(TBaseUnit::Metre);
+}
+
+bool IsDegreeUnit(const QString& units) {
+    const QString folded = FoldUnit(units).remove(u' ');
+    return IsAny(folded, {"deg", "degree", "degrees", "decimaldegrees", "degreestrue"}) ||
+           folded == QStringLiteral("°");
 }
 
 bool IsLatitudeUnit(const QString& units) {

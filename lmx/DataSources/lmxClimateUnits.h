@@ -12,6 +12,7 @@ struct TUnitSubject {
     QString StandardName;
     QString LongName;
     QString CellMethods;
+    QString UnitsMetadata = {}; ///< "temperature: difference"
 };
 
 /// How the numbers of a file become the numbers that a map shows. A value.
@@ -36,10 +37,11 @@ struct LMX_DATASOURCES_EXPORT TUnitConversion {
     friend bool operator==(const TUnitConversion&, const TUnitConversion&) = default;
 };
 
-/// What the reader of a map expects: temperatures in °C (differences of temperatures without the offset), fluxes of
-/// water in mm/day, amounts of water in mm, pressures in hPa, shares of clouds, ice, snow, land and relative humidity
-/// in %, specific humidity in g/kg, geopotential as height in m. All else as it stands: winds stay in m s-1 and fluxes
-/// of other matter in kg m-2 s-1, for only the subject tells them from water.
+/// What the reader of a map expects: temperatures in °C (differences of temperatures without the offset: by
+/// "units_metadata", else by what the names say of anomalies, errors, ranges, deviations), fluxes of water in mm/day,
+/// amounts of water in mm, pressures in hPa, shares of clouds, ice, snow, land and relative humidity in %, specific
+/// humidity in g/kg, geopotential as height in m. All else as it stands: winds stay in m s-1 and fluxes of other matter
+/// in kg m-2 s-1, for only the subject tells them from water. Variances and "... status_flag" keep their units too.
 LMX_DATASOURCES_EXPORT TUnitConversion MakeUnitConversion(const QString& units, const TUnitSubject& subject);
 
 /// The units as they stand.
@@ -50,9 +52,11 @@ LMX_DATASOURCES_EXPORT TUnitConversion KeepUnits(const QString& units);
 /// only into themselves, as written but for case, blanks and the ways to write a power; empty ones into nothing.
 LMX_DATASOURCES_EXPORT bool UnitsConvert(const QString& from, const QString& to);
 
-/// Whether it is a unit of pressure, of length, a direction to the north or to the east; for axes.
+/// Whether it is a unit of pressure, of length, of angles in degrees without a direction, a direction to the north or
+/// to the east; for axes.
 LMX_DATASOURCES_EXPORT bool IsPressureUnit(const QString& units);
 LMX_DATASOURCES_EXPORT bool IsLengthUnit(const QString& units);
+LMX_DATASOURCES_EXPORT bool IsDegreeUnit(const QString& units);    ///< "degrees", "degree", "deg", "°"
 LMX_DATASOURCES_EXPORT bool IsLatitudeUnit(const QString& units);  ///< "degrees_north", "degree_N", "degreesN", ...
 LMX_DATASOURCES_EXPORT bool IsLongitudeUnit(const QString& units); ///< "degrees_east", "degree_E", "degreesE", ...
 

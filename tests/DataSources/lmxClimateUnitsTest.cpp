@@ -45,7 +45,16 @@ INSTANTIATE_TEST_SUITE_P(
         TUnitRow{"Anomaly", {"t", {}, "Temperature anomaly", {}}, "K", "°C", 2, 2},
         TUnitRow{"AnomalyF", {"t", "air_temperature_anomaly", {}, {}}, "degF", "°C", 1.8F, 1},
         TUnitRow{"Deviation", {"t", {}, {}, "time: standard_deviation"}, "K", "°C", 2, 2},
-        TUnitRow{"Lapse", {}, "K m-1", "K m-1", 2, 2}, TUnitRow{"Rain", Rain, "kg m-2 s-1", "mm/day", 1, 86400},
+        TUnitRow{"AnomalyName", {"tas_anom", {}, {}, {}}, "K", "°C", 2, 2},
+        TUnitRow{"AnomalyMetadata", {"t", {}, {}, {}, "temperature: difference"}, "degF", "°C", 1.8F, 1},
+        TUnitRow{"OnScale", {"t", {}, "anomaly", {}, "temperature: on_scale"}, "K", "°C", 300, 26.85F},
+        TUnitRow{"Variance", {"t", "air_temperature", {}, "time: variance"}, "K2", "K2", 2, 2},
+        TUnitRow{"RainPerTenDays", Rain, "mm/10 days", "mm/day", 30, 3},
+        TUnitRow{"RainParentheses", Rain, "kg/(m^2 s)", "mm/day", 1, 86400},
+        TUnitRow{"RainMixed", Rain, "kg/m2 s-1", "mm/day", 1, 86400},
+        TUnitRow{"RainOf6Hours", Rain, "mm/6 h", "mm/6 h", 6, 6},
+        TUnitRow{"CelsiusParentheses", {}, "degrees (C)", "°C", 20, 20}, TUnitRow{"Lapse", {}, "K m-1", "K m-1", 2, 2},
+        TUnitRow{"Rain", Rain, "kg m-2 s-1", "mm/day", 1, 86400},
         TUnitRow{"RainStars", Rain, "kg m**-2 s**-1", "mm/day", 1, 86400},
         TUnitRow{"RainSlashes", Rain, "kg/m^2/s", "mm/day", 1, 86400},
         TUnitRow{"RainDots", Rain, "kg.m-2.s-1", "mm/day", 1, 86400},
@@ -89,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.Name; });
 
 TEST(UnitConversion, WhatIsShownAlreadyStaysBitForBit) {
-    for (const char* const units : {"mm/day", "mm day-1", "kg m-2 day-1"})
+    for (const char* const units : {"mm/day", "mm day-1", "mm/d", "kg m-2 day-1", "kg/m2/day"})
         EXPECT_TRUE(MakeUnitConversion(units, Rain).IsIdentity()) << units;
     for (const char* const units : {"hPa", "mb", "millibar"})
         EXPECT_TRUE(MakeUnitConversion(units, Sea).IsIdentity()) << units;
@@ -123,11 +132,25 @@ TEST(UnitConversion, AValueNeverBecomesAFlag) {
 
 TEST(Units, ConvertIfTheyMeasureTheSame) {
     const std::pair<const char*, const char*> fit[] = {
-        {"mb", "Pa"},           {"W/m**2", "W m-2"},     {"degC", "K"},        {"kg m-2 s-1", "mm/day"},
-        {"kg m-2", "mm"},       {"psu", "0.001"},        {"1e-3", "psu"},      {"10^-3", "g kg-1"},
-        {"J m-2 s-1", "W m-2"}, {"N m-2", "Pa"},         {"%", "1"},           {"gpm", "m"},
-        {"M/S", "m s-1"},       {"Furlong", "furlong"},  {"m2 s-2", "J kg-1"}, {"kg m^-2 s^-1", "kg m-2 s-1"},
-        {"watt", "J/s"},        {"mmol m-3", "mol m-3"},
+        {"mb", "Pa"},
+        {"W/m**2", "W m-2"},
+        {"degC", "K"},
+        {"kg m-2 s-1", "mm/day"},
+        {"kg m-2", "mm"},
+        {"psu", "0.001"},
+        {"1e-3", "psu"},
+        {"10^-3", "g kg-1"},
+        {"J m-2 s-1", "W m-2"},
+        {"N m-2", "Pa"},
+        {"%", "1"},
+        {"gpm", "m"},
+        {"M/S", "m s-1"},
+        {"Furlong", "furlong"},
+        {"m2 s-2", "J kg-1"},
+        {"kg m^-2 s^-1", "kg m-2 s-1"},
+        {"watt", "J/s"},
+        {"W/(m2 K)", "W m-2 K-1"},
+        {"mmol m-3", "mol m-3"},
     };
     for (const auto& [from, to] : fit)
         EXPECT_TRUE(UnitsConvert(QString::fromLatin1(from), QString::fromLatin1(to))) << from << " and " << to;
@@ -150,6 +173,10 @@ TEST(Units, TellDirectionsAndPressures) {
     EXPECT_FALSE(IsLatitudeUnit("degrees"));
     EXPECT_FALSE(IsLatitudeUnit("degrees_east"));
     EXPECT_FALSE(IsLongitudeUnit(""));
+    for (const char* const text : {"degrees", "degree", "deg", "Decimal degrees", "°"})
+        EXPECT_TRUE(IsDegreeUnit(QString::fromUtf8(text))) << text;
+    for (const char* const text : {"degrees_west", "degC", "km", "1", ""})
+        EXPECT_FALSE(IsDegreeUnit(QString::fromUtf8(text))) << text;
     EXPECT_TRUE(IsPressureUnit("hPa"));
     EXPECT_FALSE(IsPressureUnit("m"));
     EXPECT_TRUE(IsLengthUnit("km"));

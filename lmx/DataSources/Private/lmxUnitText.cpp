@@ -146,19 +146,22 @@ bool Multiply(TUnit& product, const QString& factor, bool isAlone) {
     return true;
 }
 
-/// "m" as "m-1", "s2" as "s-2", "m-2" as "m2"; a number as it is, for it is told apart later.
+/// "m" as "m-1", "s2" as "s-2", "m-2" as "m2"; "10" as "10-1", of numbers the only one that is understood then.
 QString Inverted(const QString& factor) {
     const qsizetype start = ExponentStart(factor);
-    if (start == 0)
-        return factor;
     QString exponent = factor.mid(start);
-    if (exponent.isEmpty())
+    if (exponent.isEmpty() || IsAsciiDigit(factor[0]))
         return factor + QStringLiteral("-1");
     if (exponent.startsWith(u'-'))
         return factor.left(start) + (exponent == QStringLiteral("-1") ? QString() : exponent.mid(1));
     if (exponent.startsWith(u'+'))
         exponent = exponent.mid(1);
     return factor.left(start) + u'-' + exponent;
+}
+
+bool HasNegativeExponent(const QString& factor) {
+    const qsizetype start = ExponentStart(factor);
+    return start > 0 && start < factor.size() && factor[start] == u'-';
 }
 
 bool IsDegreeWord(const QString& word) {
@@ -180,20 +183,23 @@ TMeasure TMeasure::Power(int exponent) const {
 
 QString FoldUnit(const QString& text) {
     QString simple = text.left(LongestText).toLower();
-    simple.remove(QStringLiteral("**")).remove(u'^').remove(u'_');
+    simple.remove(QStringLiteral("**")).remove(u'^').remove(u'_').remove(u'(').remove(u')');
     simple.replace(u'*', u' ').replace(u'·', u' ').replace(QStringLiteral("/"), QStringLiteral(" / "));
     for (qsizetype i = 1; i < simple.size(); ++i) // a dot after a letter or an exponent is no decimal point
         if (simple[i] == u'.' && (i + 1 == simple.size() || !IsAsciiDigit(simple[i + 1])))
             simple[i] = u' ';
     QStringList factors;
-    bool isBelow = false;
+    bool isBelow = false; // all that follows a stroke, but what has an exponent below zero of its own
+    bool isNext = false;
     for (const QString& word : simple.split(u' ', Qt::SkipEmptyParts)) {
-        if (word == QStringLiteral("/"))
+        const bool isStroke = word == QStringLiteral("/");
+        if (isStroke)
             isBelow = true;
         else if (!factors.isEmpty() && IsDegreeWord(factors.last()) && !isBelow)
             factors.last() += word;
         else
-            factors += isBelow ? Inverted(word) : word;
+            factors += isNext || (isBelow && !HasNegativeExponent(word)) ? Inverted(word) : word;
+        isNext = isStroke;
     }
     return factors.join(u' ');
 }
@@ -206,7 +212,7 @@ std::optional<TUnit> ParseUnit(const QString& text) {
     if (text.size() > LongestText)
         return std::nullopt;
     QString folded = FoldUnit(text);
-    if (folded == QStringLiteral("(0 - 1)") || folded == QStringLiteral("0-1"))
+    if (folded == QStringLiteral("0 - 1") || folded == QStringLiteral("0-1"))
         folded = QStringLiteral("1");
     for (const char* const suffix : {" of water equivalent", " water equivalent", " of water"})
         if (folded.endsWith(QLatin1String(suffix)))

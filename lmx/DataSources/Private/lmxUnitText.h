@@ -47,10 +47,11 @@ struct TUnit {
 };
 
 /// The unit that a text means, in the spellings of climate files: any case, blanks, dots and stars between factors,
-/// powers as "m2", "m^2" or "m**2", one or more "/" for what divides. None for an empty text and for what is not known.
+/// powers as "m2", "m^2" or "m**2", one or more "/" for what divides: "kg/m2/s", "kg/(m2 s)", "kg/m2 s-1". None for an
+/// empty text and for what is not known.
 std::optional<TUnit> ParseUnit(const QString& text);
 
-/// The text in small letters, without "**", "^" and "_", factors apart by one blank, "a/b" as "a b-1".
+/// The text in small letters, without "**", "^", "_" and parentheses, factors apart by one blank, "a/b" as "a b-1".
 QString FoldUnit(const QString& text);
 
 /// Whether two texts are the same but for spelling.
