@@ -103,6 +103,9 @@ std::unique_ptr<GDALDataset, TCloseDataset> OpenBands(const TGdalName& name, con
 void DescribeBand(GDALDataset& dataset, int band, TSourceArray& info, TClimateAttributes& attributes) {
     GDALRasterBand& source = *dataset.GetRasterBand(band);
     info.IsNumeric = CellTypeOf(source.GetRasterDataType(), info.Type);
+    if (const char* const kind = source.GetMetadataItem("PIXELTYPE", "IMAGE_STRUCTURE");
+        kind && EQUAL(kind, "SIGNEDBYTE"))
+        info.Type = TClimateCellType::ctInt8; // GDAL before 3.7 has no type for them
     int width = 0;
     int height = 0;
     source.GetBlockSize(&width, &height);
