@@ -23,6 +23,14 @@ TEST(GaussianLatitudes, AreZerosOfTheLegendrePolynomial) {
     EXPECT_NEAR(t62[1], 86.65316717126122, 1e-12);
     EXPECT_NEAR(t62[46], 0.9523676213523389, 1e-12);
     EXPECT_NEAR(GaussianLatitudes(48)[0], 88.57216851400727, 1e-12);
+    const auto n80 = GaussianLatitudes(80);
+    EXPECT_NEAR(n80[0], 89.14151942646127, 1e-11);
+    EXPECT_NEAR(n80[1], 88.02942886795161, 1e-11);
+    EXPECT_NEAR(n80[79], 0.5607449425442226, 1e-12);
+    const auto n128 = GaussianLatitudes(128);
+    EXPECT_NEAR(n128[0], 89.46282156857738, 1e-11);
+    EXPECT_NEAR(n128[1], 88.76695135284233, 1e-11);
+    EXPECT_NEAR(n128[127], 0.35087652634255406, 1e-12);
     const auto n160 = GaussianLatitudes(160);
     EXPECT_NEAR(n160[0], 89.57008955060665, 1e-11);
     EXPECT_NEAR(n160[159], 0.28081089073040444, 1e-12);
