@@ -36,11 +36,11 @@ std::vector<std::int32_t> EachTwice(const std::vector<std::int32_t>& numbers) {
 
 } // namespace
 
-TClimateGridPlan::TClimateGridPlan(const TClimateAxis& longitude, const TClimateAxis& latitude)
+TClimateGridPlan::TClimateGridPlan(const TClimateAxis& longitude, const TClimateAxis& latitude, bool areCategories)
     : FSourceColumns(static_cast<std::int32_t>(longitude.GetCount())),
       FSourceRows(static_cast<std::int32_t>(latitude.GetCount())) {
     if (!PlanEven(longitude, latitude)) {
-        FGridding = std::make_shared<const TUnevenGridding>(longitude, latitude);
+        FGridding = std::make_shared<const TUnevenGridding>(longitude, latitude, areCategories);
         FBounds = FGridding->GetBounds();
         FWorld = FGridding->GetWorld();
         FColumns = FGridding->GetColumns();

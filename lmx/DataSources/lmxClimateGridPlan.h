@@ -29,9 +29,11 @@ class TUnevenGridding;
 /// outer half of the outer cells has their values.
 class LMX_DATASOURCES_EXPORT TClimateGridPlan {
 public:
+    /// @param areCategories numbers that stand for kinds of things: where others are interpolated, these are those of
+    /// the nearest cell, and a pole has no value of its own
     /// @throws EClimateRefusal if the columns reach over both seams without closing the circle, or the picture would
     /// have more than MaxCells.
-    TClimateGridPlan(const TClimateAxis& longitude, const TClimateAxis& latitude);
+    TClimateGridPlan(const TClimateAxis& longitude, const TClimateAxis& latitude, bool areCategories = false);
 
     /// The New Zealand Map Grid.
     /// @throws EClimateRefusal if an axis is uneven or the picture too large.

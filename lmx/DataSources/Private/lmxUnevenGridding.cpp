@@ -82,8 +82,9 @@ std::int32_t CountOf(double extent, double step, std::size_t sources) {
 
 } // namespace
 
-TUnevenGridding::TUnevenGridding(const TClimateAxis& longitude, const TClimateAxis& latitude)
-    : FSourceColumns(longitude.GetCount()),
+TUnevenGridding::TUnevenGridding(const TClimateAxis& longitude, const TClimateAxis& latitude, bool areCategories)
+    : FAreCategories(areCategories),
+      FSourceColumns(longitude.GetCount()),
       FSourceRows(latitude.GetCount()) {
     PlanColumns(longitude);
     PlanRows(latitude);
@@ -179,7 +180,20 @@ std::vector<float> TUnevenGridding::RowOf(std::span<const float> cells, const TN
     return row;
 }
 
+std::vector<float> TUnevenGridding::ApplyNearest(std::span<const float> cells) const {
+    std::vector<float> picture;
+    picture.reserve(static_cast<std::size_t>(FColumns) * static_cast<std::size_t>(FRows));
+    for (std::size_t row = FNearestRows.size(); row-- > 0;) {
+        const float* const source = cells.data() + FRowNodes[FNearestRows[row]].Source * FSourceColumns;
+        for (const std::size_t column : FNearestColumns)
+            picture.push_back(source[FColumnNodes[column].Source]);
+    }
+    return picture;
+}
+
 std::vector<float> TUnevenGridding::Apply(std::span<const float> cells) const {
+    if (FAreCategories)
+        return ApplyNearest(cells);
     TSingleGrid nodes;
     for (const TNode& node : FRowNodes)
         nodes.push_back(RowOf(cells, node));

@@ -15,8 +15,9 @@ namespace lmx {
 /// Brings cells on uneven axes onto an even grid of half their densest spacing.
 class TUnevenGridding {
 public:
+    /// @param areCategories as TClimateGridPlan
     /// @throws EClimateRefusal as PlaceRegion.
-    TUnevenGridding(const TClimateAxis& longitude, const TClimateAxis& latitude);
+    TUnevenGridding(const TClimateAxis& longitude, const TClimateAxis& latitude, bool areCategories);
 
     const TMapArea& GetBounds() const { return FBounds; }
     const QString& GetWorld() const { return FWorld; }
@@ -40,10 +41,12 @@ private:
     void PlanColumns(const TClimateAxis& longitude);
     void PlanWorldColumns(const TNodes& nodes, double widestGap);
     void PlanRows(const TClimateAxis& latitude);
+    std::vector<float> ApplyNearest(std::span<const float> cells) const;
     std::vector<float> RowOf(std::span<const float> cells, const TNode& node) const;
 
     TMapArea FBounds;
     QString FWorld;
+    bool FAreCategories = false;
     bool FIsRound = false; ///< whether the columns go round the earth
     double FLeastGap = 0;  ///< of neighbours on either axis
     std::int32_t FColumns = 0;
