@@ -16,6 +16,7 @@ using enum TClimateAxisKind;
 
 constexpr double Evenness = 1e-4;    // of a step
 constexpr double PoleLimit = 90.001; // rounding of who wrote it
+constexpr double PoleSlack = 1e-3;   // of a step: three decimals of GRIB
 constexpr double LongitudeLimit = 1080;
 constexpr double NoPole = std::numeric_limits<double>::infinity();
 
@@ -30,10 +31,23 @@ bool ContainsWord(const QString& text, QStringView word) {
     return false;
 }
 
+void TurnBounds(double value, double& begin, double& end) {
+    const auto turns = [value](double place) { return 360 * std::nearbyint((place - value) / 360); };
+    const bool isCircle = std::abs(std::abs(end - begin) - 360) < 1e-6; // each may lie a turn away from the value
+    const double middle = begin + (end - begin) / 2;
+    begin -= turns(isCircle ? middle : begin);
+    end -= isCircle ? turns(middle) : turns(end);
+}
+
 constexpr double MostPlace = 1e15; // so that steps and edges keep their digits
 
 bool IsPlace(double number) {
     return std::abs(number) < MostPlace;
+}
+
+/// Places of a grid of its own, whatever the units say: those of a rotated pole are degrees.
+bool IsOfAnotherGrid(const QString& standardName) {
+    return standardName.startsWith(QStringLiteral("grid_")) || standardName.startsWith(QStringLiteral("projection_"));
 }
 
 TClimateAxisKind KindByStandardName(const QString& name) {
@@ -46,8 +60,9 @@ TClimateAxisKind KindByStandardName(const QString& name) {
     for (const char* const level :
          {"air_pressure", "height", "altitude", "depth", "model_level_number", "atmosphere_sigma_coordinate",
           "atmosphere_hybrid_sigma_pressure_coordinate", "atmosphere_hybrid_height_coordinate",
-          "ocean_sigma_coordinate", "ocean_s_coordinate", "air_potential_temperature",
-          "height_above_reference_ellipsoid"})
+          "atmosphere_ln_pressure_coordinate", "atmosphere_sleve_coordinate", "ocean_sigma_coordinate",
+          "ocean_s_coordinate", "ocean_s_coordinate_g1", "ocean_s_coordinate_g2", "ocean_sigma_z_coordinate",
+          "ocean_double_sigma_coordinate", "air_potential_temperature", "height_above_reference_ellipsoid"})
         if (name == QLatin1String(level))
             return akLevel;
     return akOther;
@@ -85,20 +100,24 @@ QString RefusalText(TClimateRefusal refusal, const QString& variable) {
 
 TClimateAxisKind KindOfClimateAxis(const TClimateAttributes& attributes) {
     const QString units = attributes.Text(QStringLiteral("units"));
+    const QString standardName = attributes.Text(QStringLiteral("standard_name"));
+    if (IsOfAnotherGrid(standardName))
+        return akOther;
     if (IsLatitudeUnit(units))
         return akLatitude;
     if (IsLongitudeUnit(units))
         return akLongitude;
     if (ContainsWord(units, u"since"))
         return akTime;
-    const TClimateAxisKind named = KindByStandardName(attributes.Text(QStringLiteral("standard_name")));
+    const TClimateAxisKind named = KindByStandardName(standardName);
     if (named != akOther)
         return named;
     const QString axis = attributes.Text(QStringLiteral("axis")).trimmed();
+    const bool mayBeDegrees = units.isEmpty() || IsDegreeUnit(units); // not the metres of a projection
     if (SameText(axis, u"Y"))
-        return akLatitude;
+        return mayBeDegrees ? akLatitude : akOther;
     if (SameText(axis, u"X"))
-        return akLongitude;
+        return mayBeDegrees ? akLongitude : akOther;
     if (SameText(axis, u"T"))
         return akTime;
     const bool isLevel = SameText(axis, u"Z") || attributes.Has(QStringLiteral("positive")) || IsPressureUnit(units);
@@ -196,8 +215,8 @@ void TClimateAxis::Unwrap() {
 void TClimateAxis::FindEdges(std::vector<double> bounds, bool areLongitudes) {
     const std::size_t count = FValues.size();
     if (areLongitudes && bounds.size() == 2 * count)
-        for (std::size_t i = 0; i < bounds.size(); ++i) // on the turn of their value
-            bounds[i] -= 360 * std::nearbyint((bounds[i] - FValues[i / 2]) / 360);
+        for (std::size_t i = 0; i < count; ++i) // on the turn of their value
+            TurnBounds(FValues[i], bounds[2 * i], bounds[2 * i + 1]);
     if (TakeBounds(bounds))
         return;
     if (count == 1)
@@ -255,7 +274,7 @@ void TClimateAxis::FindStep(double pole) {
     // The outer cell of a row that a pole cuts, but not in its middle, is no half of one.
     if (FIsRegular && pole < NoPole)
         for (const double value : {FValues.front(), FValues.back()})
-            if (!isNear(std::abs(value), pole) && std::abs(value) + FStep / 2 > pole + slack)
+            if (!isNear(std::abs(value), pole) && std::abs(value) + FStep / 2 > pole + slack + FStep * PoleSlack)
                 FIsRegular = false;
 }
 

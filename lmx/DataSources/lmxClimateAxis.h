@@ -35,8 +35,9 @@ public:
 /// remapbil,r360x180 in out`.
 LMX_DATASOURCES_EXPORT QString RefusalText(TClimateRefusal refusal, const QString& variable);
 
-/// Which axis it is: by units (of latitude, longitude, "... since ..."), then by "standard_name", then by "axis"; a
-/// level also by "positive" and by units of pressure.
+/// Which axis it is: by units (of latitude, longitude, "... since ..."), then by "standard_name", then by "axis" (X and
+/// Y with units of degrees or none); a level also by "positive" and by units of pressure. What stands on a grid of its
+/// own by its standard name ("grid_longitude", "projection_x_coordinate") is another one.
 LMX_DATASOURCES_EXPORT TClimateAxisKind KindOfClimateAxis(const TClimateAttributes& attributes);
 
 /// An axis of places whose values rise or fall all the way: where the cells lie. A value.

@@ -35,6 +35,9 @@ TEST(ClimateAxisKinds, GoByUnitsThenNameThenLetter) {
     EXPECT_EQ(KindOfClimateAxis(With({{"standard_name", "depth"}})), akLevel);
     EXPECT_EQ(KindOfClimateAxis(With({{"axis", "Y"}})), akLatitude);
     EXPECT_EQ(KindOfClimateAxis(With({{"axis", "x"}})), akLongitude);
+    EXPECT_EQ(KindOfClimateAxis(With({{"units", "degrees"}, {"axis", "Y"}})), akLatitude);
+    EXPECT_EQ(KindOfClimateAxis(With({{"units", "km"}, {"axis", "X"}})), akOther);
+    EXPECT_EQ(KindOfClimateAxis(With({{"units", "degrees_east"}, {"standard_name", "grid_longitude"}})), akOther);
     EXPECT_EQ(KindOfClimateAxis(With({{"axis", "T"}})), akTime);
     EXPECT_EQ(KindOfClimateAxis(With({{"axis", "Z"}})), akLevel);
     EXPECT_EQ(KindOfClimateAxis(With({{"positive", "down"}})), akLevel);
@@ -78,6 +81,9 @@ TEST(ClimateAxis, BoundsCountIfTheyAreContiguous) {
     EXPECT_THAT(lone.GetEdges(), ElementsAre(-180, 180));
     EXPECT_TRUE(lone.IsRegular());
     EXPECT_EQ(lone.GetStep(), 360);
+    EXPECT_THAT(TClimateAxis::Longitude("lon", {0}, {0, 360}).GetEdges(), ElementsAre(0, 360));
+    EXPECT_THAT(TClimateAxis::Longitude("lon", {180}, {-180, 180}).GetEdges(), ElementsAre(-180, 180));
+    EXPECT_THAT(TClimateAxis::Longitude("lon", {0}, {355, 5}).GetEdges(), ElementsAre(-5, 5));
 }
 
 TEST(ClimateAxis, LongitudesAreUnwrapped) {
@@ -96,6 +102,12 @@ TEST(ClimateAxis, EvennessIsStrictButForgivesSingles) {
     EXPECT_FALSE(TClimateAxis::Latitude("lat", {88.54195, 86.653167, 84.753215}, {}).IsRegular());
     EXPECT_FALSE(TClimateAxis::Latitude("lat", {0, 10, 20.01}, {}).IsRegular());
     EXPECT_FALSE(TClimateAxis::Latitude("lat", {-89, 0, 89}, {}).IsRegular()) << "no whole cells at the poles";
+    std::vector<double> rounded; // 320 rows of 0.5625 degrees from 89.71875, in thousandths
+    for (int i = 0; i < 320; ++i)
+        rounded.push_back(89.719 - i * 2 * 89.719 / 319);
+    const auto thousandths = TClimateAxis::Latitude("lat", rounded, {});
+    EXPECT_TRUE(thousandths.IsRegular());
+    EXPECT_EQ(thousandths.GetHigh(), 90);
 }
 
 TEST(ClimateAxis, RefusesByName) {

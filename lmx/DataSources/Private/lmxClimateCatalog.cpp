@@ -1,5 +1,7 @@
 #include <lmx/DataSources/Private/lmxClimateCatalog.h>
 
+#include <lmx/DataSources/Private/lmxUnitText.h>
+#include <lmx/DataSources/Private/lmxWorldPlace.h>
 #include <lmx/DataSources/lmxClimateNames.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -16,8 +18,24 @@ QString NameOf(const QString& path) {
     return path.mid(path.startsWith(u'/') ? 1 : 0);
 }
 
-TUnitSubject SubjectOf(const TClimateVariableInfo& info) {
-    return {info.Name.section(u'/', -1), info.StandardName, info.LongName, info.CellMethods};
+TUnitSubject SubjectOf(const TClimateVariableInfo& info, const TClimateAttributes& attributes) {
+    return {info.Name.section(u'/', -1), info.StandardName, info.LongName, info.CellMethods,
+            attributes.Text(QStringLiteral("units_metadata"))};
+}
+
+/// Numbers that must not be blended: 1 for water and 3 for ice do not make a 2 between them.
+bool AreCategories(const TClimateAttributes& attributes) {
+    return attributes.Has(QStringLiteral("flag_values")) || attributes.Has(QStringLiteral("flag_masks")) ||
+           attributes.Has(QStringLiteral("flag_meanings"));
+}
+
+/// A standard name may call places what is counted in another way.
+void RequireDegrees(const QString& axis, const QString& units) {
+    static const QStringList others = QStringLiteral("1 rad radian radians degreewest degreeswest degreew degreesw "
+                                                     "degreesouth degreessouth")
+                                          .split(u' ');
+    if (others.contains(FoldUnit(units).remove(u' ')) || IsLengthUnit(units))
+        RefuseAxis(axis, QStringLiteral("counts in \"%1\", not in degrees to the east and north.").arg(units));
 }
 
 } // namespace
@@ -68,7 +86,7 @@ void TClimateCatalog::Describe(const TCatalogEntry& entry, TClimateVariableInfo&
     names.GribLevel = values.Text(QStringLiteral("GRIB_LEVEL"));
     info.Variable = FindClimateVariable(names);
     info.Suggestion = SuggestClimateVariable(names);
-    info.Conversion = MakeUnitConversion(info.Units, SubjectOf(info));
+    info.Conversion = MakeUnitConversion(info.Units, SubjectOf(info, values));
     if (array.IsNumeric)
         info.Notes = TClimateCells({array.Type, FSource->IsNetCdf(), attributes.HasFloatingLimits}, values).GetNotes();
     if (const QString note = values.Text(QStringLiteral("note")); !FSource->IsNetCdf() && !note.isEmpty())
@@ -147,7 +165,7 @@ QString TClimateCatalog::FindRefusal(TCatalogEntry& entry, const TClimateVariabl
     if (std::max<quint64>(info.TimeCount, info.Levels.size()) > MostAxisValues)
         return refused(QStringLiteral("has more steps than an axis may have"));
     try {
-        entry.Plan = PlanOf(entry.Roles);
+        entry.Plan = PlanOf(entry);
         return {};
     } catch (const EClimateRefusal& refusal) {
         return refused(QStringLiteral("cannot be placed on a map. ")) + refusal.Message();
@@ -156,10 +174,11 @@ QString TClimateCatalog::FindRefusal(TCatalogEntry& entry, const TClimateVariabl
     }
 }
 
-std::shared_ptr<const TClimateGridPlan> TClimateCatalog::PlanOf(const TClimateRoles& roles) {
-    const std::size_t x = *roles.LongitudeArray;
-    const std::size_t y = *roles.LatitudeArray;
-    auto& plan = FPlans[{x, y}];
+std::shared_ptr<const TClimateGridPlan> TClimateCatalog::PlanOf(const TCatalogEntry& entry) {
+    const std::size_t x = *entry.Roles.LongitudeArray;
+    const std::size_t y = *entry.Roles.LatitudeArray;
+    const bool areCategories = AreCategories(FIndex.GetAttributes(entry.Array).Values);
+    auto& plan = FPlans[{x, y, areCategories}];
     if (plan)
         return plan;
     const QString bounds = QStringLiteral("bounds");
@@ -168,14 +187,17 @@ std::shared_ptr<const TClimateGridPlan> TClimateCatalog::PlanOf(const TClimateRo
     for (const std::size_t axis : {x, y})
         if (FIndex.GetArrays()[axis].CellCount() > MostAxisValues)
             throw EClimateRefusal(QStringLiteral("An axis has more than 1,000,000 values"));
-    if (roles.IsNzmg)
+    if (entry.Roles.IsNzmg) {
         plan = std::make_shared<TClimateGridPlan>(
             TClimateGridPlan::Nzmg(TClimateAxis::Metres(xName, FIndex.ReadNumbers(x), FIndex.ReadBounds(x, bounds)),
                                    TClimateAxis::Metres(yName, FIndex.ReadNumbers(y), FIndex.ReadBounds(y, bounds))));
-    else
+    } else {
+        RequireDegrees(xName, FIndex.GetText(x, QStringLiteral("units")));
+        RequireDegrees(yName, FIndex.GetText(y, QStringLiteral("units")));
         plan = std::make_shared<TClimateGridPlan>(
             TClimateAxis::Longitude(xName, FIndex.ReadNumbers(x), FIndex.ReadBounds(x, bounds)),
-            TClimateAxis::Latitude(yName, FIndex.ReadNumbers(y), FIndex.ReadBounds(y, bounds)));
+            TClimateAxis::Latitude(yName, FIndex.ReadNumbers(y), FIndex.ReadBounds(y, bounds)), areCategories);
+    }
     return plan;
 }
 

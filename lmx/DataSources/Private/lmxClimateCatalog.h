@@ -8,7 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 namespace lmx {
@@ -61,7 +61,7 @@ private:
     void DescribeLevels(const TCatalogEntry& entry, TClimateVariableInfo& info) const;
     QString FindRefusal(TCatalogEntry& entry, const TClimateVariableInfo& info);
     std::shared_ptr<const TClimateTimes> TimesOf(const TClimateRoles& roles, std::size_t count);
-    std::shared_ptr<const TClimateGridPlan> PlanOf(const TClimateRoles& roles);
+    std::shared_ptr<const TClimateGridPlan> PlanOf(const TCatalogEntry& entry);
     std::vector<float> ReadCells(const TCatalogEntry& entry, const TClimateSelection& selection,
                                  const TUnitConversion& conversion) const;
 
@@ -72,7 +72,8 @@ private:
     std::vector<TClimateVariableInfo> FInfos;
     std::vector<TCatalogEntry> FEntries;
     std::map<std::size_t, std::shared_ptr<const TClimateTimes>> FTimes; ///< by array
-    std::map<std::pair<std::size_t, std::size_t>, std::shared_ptr<const TClimateGridPlan>> FPlans;
+    /// By the arrays of longitudes and latitudes, and for categories apart.
+    std::map<std::tuple<std::size_t, std::size_t, bool>, std::shared_ptr<const TClimateGridPlan>> FPlans;
 };
 
 } // namespace lmx

@@ -1,6 +1,7 @@
 #include <lmx/DataSources/Private/lmxClimateCatalog.h>
 
 #include <lmx/DataSources/Private/lmxProjectedGrid.h>
+#include <lmx/Runtime/lmxText.h>
 
 #include <algorithm>
 
@@ -17,7 +18,7 @@ public:
           FNamed(index.ResolveAll(array, QStringLiteral("coordinates"))) {}
 
     TClimateRoles Find() {
-        FindMapping();
+        FindMappings();
         for (std::size_t i = 0; i < FInfo.Dimensions.size(); ++i)
             TakeDimension(i);
         TakeScalars();
@@ -29,13 +30,22 @@ public:
     }
 
 private:
+    // "crs", or several with the coordinates that they are for: "crs: x y wgs84: lat lon".
+    void FindMappings() {
+        const QString names = FIndex.GetText(FArray, QStringLiteral("grid_mapping")).simplified();
+        const bool isLong = names.contains(u':');
+        for (const QString& name : Split(names, u' ')) {
+            if (isLong && !name.endsWith(u':'))
+                continue;
+            if (const auto mapping = FIndex.Resolve(FArray, isLong ? name.chopped(1) : name))
+                TakeMapping(*mapping);
+        }
+    }
+
     // "latitude_longitude" says what is the rule anyway.
-    void FindMapping() {
-        const auto mappings = FIndex.ResolveAll(FArray, QStringLiteral("grid_mapping"));
-        if (mappings.empty())
-            return;
-        const QString name = FIndex.GetText(mappings[0], QStringLiteral("grid_mapping_name"));
-        const QString text = FIndex.GetText(mappings[0], QStringLiteral("crs_wkt"));
+    void TakeMapping(std::size_t mapping) {
+        const QString name = FIndex.GetText(mapping, QStringLiteral("grid_mapping_name"));
+        const QString text = FIndex.GetText(mapping, QStringLiteral("crs_wkt"));
         if (name == QStringLiteral("rotated_latitude_longitude"))
             FRoles.Refusal = TClimateRefusal::crRotatedPole;
         else if (name == QStringLiteral("new_zealand_map_grid") || (!text.isEmpty() && IsNzmgText(text)))
@@ -48,12 +58,29 @@ private:
         const TClimateAttributes& attributes = FIndex.GetAttributes(coordinate).Values;
         if (FRoles.IsNzmg) {
             const QString standard = attributes.Text(QStringLiteral("standard_name"));
-            if (standard == QStringLiteral("projection_x_coordinate"))
+            const QString axis = attributes.Text(QStringLiteral("axis")).trimmed();
+            if (standard == QStringLiteral("projection_x_coordinate") || SameText(axis, u"X"))
                 return TClimateAxisKind::akLongitude;
-            if (standard == QStringLiteral("projection_y_coordinate"))
+            if (standard == QStringLiteral("projection_y_coordinate") || SameText(axis, u"Y"))
                 return TClimateAxisKind::akLatitude;
         }
-        return KindOfClimateAxis(attributes);
+        const TClimateAxisKind kind = KindOfClimateAxis(attributes);
+        return kind != TClimateAxisKind::akOther && IsIndex(attributes) ? TClimateAxisKind::akOther : kind;
+    }
+
+    // Beside fields of latitudes and longitudes an axis X or Y that says no more counts cells.
+    bool IsIndex(const TClimateAttributes& axis) const {
+        const QString letter = axis.Text(QStringLiteral("axis")).trimmed();
+        if (!SameText(letter, u"X") && !SameText(letter, u"Y"))
+            return false;
+        const QString units = axis.Text(QStringLiteral("units"));
+        if (IsLatitudeUnit(units) || IsLongitudeUnit(units) || !axis.Text(QStringLiteral("standard_name")).isEmpty())
+            return false;
+        return std::any_of(FNamed.begin(), FNamed.end(), [this](std::size_t named) {
+            const TClimateAxisKind kind = KindOfClimateAxis(FIndex.GetAttributes(named).Values);
+            return FIndex.GetArrays()[named].Dimensions.size() >= 2 &&
+                   (kind == TClimateAxisKind::akLatitude || kind == TClimateAxisKind::akLongitude);
+        });
     }
 
     // By its own name, or one on this dimension alone that the array names.
@@ -140,6 +167,14 @@ private:
             if (place && *place == info.Dimensions[0])
                 return TClimateRefusal::crUnstructured;
             place = info.Dimensions[0];
+        }
+        for (const TSourceDimension& dimension : FInfo.Dimensions) {
+            const auto own = CoordinateOf(dimension);
+            const QString standard = own ? FIndex.GetText(*own, QStringLiteral("standard_name")) : QString();
+            if (standard == QStringLiteral("grid_latitude") || standard == QStringLiteral("grid_longitude"))
+                return TClimateRefusal::crRotatedPole;
+            if (standard.startsWith(QStringLiteral("projection_")))
+                return TClimateRefusal::crProjected;
         }
         const bool isWithout = FInfo.Dimensions.size() >= 2 &&
                                std::any_of(FInfo.Dimensions.begin(), FInfo.Dimensions.end(),

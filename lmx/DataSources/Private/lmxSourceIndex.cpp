@@ -58,8 +58,8 @@ std::vector<std::size_t> TSourceIndex::ResolveAll(std::size_t from, const QStrin
     const QString text = GetText(from, attribute);
     if (text.isEmpty())
         return arrays;
-    for (const QString& name : Split(text.simplified(), u' '))
-        if (const auto array = Resolve(from, name))
+    for (const QString& word : Split(text.simplified(), u' ')) // a colon stands after the name of a grid mapping
+        if (const auto array = Resolve(from, word.endsWith(u':') ? word.chopped(1) : word))
             arrays.push_back(*array);
     return arrays;
 }
