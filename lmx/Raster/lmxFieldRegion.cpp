@@ -1,11 +1,13 @@
 #include <lmx/Raster/lmxFieldRegion.h>
 
 #include <lmx/Raster/lmxField.h>
+#include <lmx/Runtime/lmxExtended.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <numbers>
 
 namespace lmx {
@@ -39,8 +41,15 @@ double MiddleOfRow(const TField& field, std::int32_t row) {
                                (field.Bounds.Bottom - field.Bounds.Top) * (row + 0.5L) / field.Height);
 }
 
-double Overlap(double low, double high, double from, double to) {
-    return std::max(0.0, std::min(high, to) - std::max(low, from));
+/// How far an edge lies off its place in a header, where edges are singles.
+double RoundingOf(extended from, extended to) {
+    return std::numeric_limits<float>::epsilon() * static_cast<double>(std::max(std::abs(from), std::abs(to)));
+}
+
+/// What is cut by the rounding of edges alone is not cut.
+double Overlap(double low, double high, double from, double to, double rounding) {
+    const double inside = std::min(high, to) - std::max(low, from);
+    return inside > std::min(rounding, (high - low) / 1000) ? inside : 0;
 }
 
 } // namespace
@@ -74,17 +83,20 @@ TFieldRegion::TFieldRegion(const TField& field, std::span<const TFieldRing> ring
 // The weights are per unit of longitude: they are compared with one another only.
 void TFieldRegion::WeighRows(const TField& field, double top, double bottom) {
     FRowWeights.resize(CountOf(field.Height));
+    const double rounding = RoundingOf(field.Bounds.Top, field.Bounds.Bottom);
     for (std::int32_t row = 0; row < field.Height; ++row) {
-        const double a = EdgeOfRow(field, row);
-        const double b = EdgeOfRow(field, row + 1);
-        const double upper = std::min(std::max(a, b), top);
-        const double lower = std::max(std::min(a, b), bottom);
-        FRowWeights[static_cast<std::size_t>(row)] = upper > lower ? std::max(0.0, HeightOf(field, upper, lower)) : 0.0;
+        const double high = std::max(EdgeOfRow(field, row), EdgeOfRow(field, row + 1));
+        const double low = std::min(EdgeOfRow(field, row), EdgeOfRow(field, row + 1));
+        FRowWeights[static_cast<std::size_t>(row)] =
+            Overlap(low, high, bottom, top, rounding) > 0
+                ? std::max(0.0, HeightOf(field, std::min(high, top), std::max(low, bottom)))
+                : 0.0;
     }
 }
 
 void TFieldRegion::ShareColumns(const TField& field, double west, double east) {
     FShares.resize(CountOf(field.Width));
+    const double rounding = RoundingOf(field.Bounds.Left, field.Bounds.Right);
     const auto edge = [&](std::int32_t column) {
         return static_cast<double>(field.Bounds.Left + (field.Bounds.Right - field.Bounds.Left) * column / field.Width);
     };
@@ -94,7 +106,7 @@ void TFieldRegion::ShareColumns(const TField& field, double west, double east) {
         double inside = 0;
         for (const double turn : Turns)
             if (turn == 0 || FTurns)
-                inside += Overlap(low, high, west + turn, east + turn);
+                inside += Overlap(low, high, west + turn, east + turn, rounding);
         FShares[static_cast<std::size_t>(column)] = high > low ? std::min(1.0, inside / (high - low)) : 0.0;
     }
 }

@@ -31,8 +31,9 @@ class LMX_EXPORT TFieldRegion {
 public:
     /// All cells, whole.
     explicit TFieldRegion(const TField& field);
-    /// The cells that a rectangle, in the field's units, covers or cuts: each counts by the share that lies inside. The
-    /// order of opposite edges does not matter.
+    /// The cells that a rectangle, in the field's units, covers or cuts: each counts by the share that lies inside,
+    /// but a share thinner than the rounding of edges to singles counts as none. The order of opposite edges does not
+    /// matter.
     TFieldRegion(const TField& field, const TMapArea& area);
     /// The cells whose centre lies inside the rings, by the even-odd rule, so that a ring within another one is a hole;
     /// they count whole. A centre on an edge counts if the inside is to the east of it, or to the south.

@@ -70,6 +70,24 @@ TEST(FieldStatistics, OfARectangleCountCellsByTheShareInside) {
     ExpectStatistics(StatisticsOf(field, turnedOver), expected);
 }
 
+// A header holds 166.3 as 166.300003: the column beside a rectangle along edges must give no least or greatest value.
+TEST(FieldStatistics, OfARectangleAlongEdgesCountNoCellBeside) {
+    const auto image = NewImage(40, 40, {166.3L, -34.2L, 170.3L, -38.2L});
+    for (int row = 1; row <= 40; ++row)
+        for (int column = 1; column <= 40; ++column)
+            image->SetCell(column, row, static_cast<float>(100 * row + column));
+    const TField field = TField::Of(*image);
+    for (int from = 0; from <= 37; ++from) {
+        const extended west = (1663 + from) / 10.0L;
+        const extended north = (-342 - from) / 10.0L;
+        TFieldRegion region(field, {west, north, west + 0.3L, north - 0.3L});
+        const TFieldStatistics statistics = StatisticsOf(field, region);
+        EXPECT_EQ(statistics.CellCount, 9U) << from;
+        EXPECT_EQ(statistics.Minimum, 101 * (from + 1)) << from;
+        EXPECT_EQ(statistics.Maximum, 101 * (from + 3)) << from;
+    }
+}
+
 TEST(FieldStatistics, OfAPolygonCountTheCellsWhoseCentreIsInside) {
     const auto image = PatternedImage();
     const TField field = TField::Of(*image);
