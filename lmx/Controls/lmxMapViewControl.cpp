@@ -14,6 +14,7 @@
 #include <lmx/Layers/lmxSelectionMapLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Widgets/Private/lmxWidgetMenu.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxMsgBox.h>
 
@@ -52,7 +53,7 @@ void TMapViewControl::CreateMapControl() {
     SetBufferOversize(0);
     setContextMenuPolicy(Qt::PreventContextMenu); // the menu opens with the release of the right button
     setAccessibleName(QStringLiteral("Map"));
-    FPopupMenu = new QMenu(this);
+    FPopupMenu = new TWidgetMenu(this);
     AddPopupMenuItem(QStringLiteral("Change &background color..."),
                      [this] { PopupMenu_ChangeBackgroundColor_Click(); });
     AddPopupMenuItem(QStringLiteral("Toggle Checkerboard"), [this] { PopupMenu_ToggleCheckerboard_Click(); });

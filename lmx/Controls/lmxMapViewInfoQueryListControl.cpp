@@ -5,12 +5,11 @@
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Widgets/Private/lmxWidgetMenu.h>
 #include <lmx/Widgets/lmxClipboard.h>
-#include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxPngButton.h>
 
 #include <QAction>
-#include <QMenu>
 
 namespace lmx {
 
@@ -26,17 +25,14 @@ TMapViewInfoQueryListControl::TMapViewInfoQueryListControl(QWidget* parent)
 
 TMapViewInfoQueryListControl::TMapViewInfoQueryListControl(TDrawnListView* list, QWidget* parent)
     : TListPanel(list, QStringLiteral("Query points"), parent),
-      FTable(std::make_shared<TInfoQueryTable>()),
-      FAddMenu(new QMenu(this)) {
+      FTable(std::make_shared<TInfoQueryTable>()) {
     list->SetColumns({{QStringLiteral("Point"), PointWidth}});
     list->SetMultiSelect(true);
     list->SetRows(FTable);
-    const auto addItem = [this](const QString& text, void (TMapViewInfoQueryListControl::*click)()) {
-        QObject::connect(FAddMenu->addAction(text), &QAction::triggered, this,
-                         [this, click] { GuardEvent(this, [this, click] { (this->*click)(); }); });
-    };
-    addItem(QStringLiteral("Add point..."), &TMapViewInfoQueryListControl::AddSingle_Click);
-    addItem(QStringLiteral("Add multiple points..."), &TMapViewInfoQueryListControl::AddMultiple_Click);
+    auto* const menu = new TWidgetMenu(this);
+    menu->AddEntry(QStringLiteral("Add point..."), [this] { AddSingle_Click(); });
+    menu->AddEntry(QStringLiteral("Add multiple points..."), [this] { AddMultiple_Click(); });
+    FAddMenu = menu;
     AddCommands();
 }
 
@@ -113,16 +109,17 @@ void TMapViewInfoQueryListControl::SetLayerManager(const std::shared_ptr<ILayerM
         previous->GetOnLayerRemoved().Remove(this, &TMapViewInfoQueryListControl::LayerManager_LayerRemoved);
         previous->GetOnLayerInvalidated().Remove(this, &TMapViewInfoQueryListControl::LayerManager_LayerInvalidated);
     }
-    FLayerManager = manager;
-    for (int column = FTable->GetLayerCount(); column > 0; --column) {
-        FTable->RemoveLayer(column - 1);
-        GetList()->RemoveColumn(column);
-    }
-    if (manager) {
-        manager->GetOnLayerAdded().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerAdded);
-        manager->GetOnLayerRemoved().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerRemoved);
-        manager->GetOnLayerInvalidated().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerInvalidated);
-        for (TBaseMapLayer* layer : manager->GetLayers())
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the caller's may change meanwhile
+    const std::shared_ptr<ILayerManager> next = manager;
+    FLayerManager = next;
+    while (FTable->GetLayerCount() > 0)
+        if (!RemoveColumn(FTable->GetLayerCount() - 1) || GetLayerManager() != next)
+            return;
+    if (next) {
+        next->GetOnLayerAdded().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerAdded);
+        next->GetOnLayerRemoved().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerRemoved);
+        next->GetOnLayerInvalidated().Add(this, &TMapViewInfoQueryListControl::LayerManager_LayerInvalidated);
+        for (TBaseMapLayer* layer : next->GetLayers())
             if (auto* raster = dynamic_cast<TIdrisiMapLayer*>(layer))
                 AddLayer(raster);
     }
@@ -208,13 +205,18 @@ void TMapViewInfoQueryListControl::AddLayer(TIdrisiMapLayer* layer) {
     GetList()->AddColumn({layer->GetLayerName(), ValueWidth});
 }
 
-void TMapViewInfoQueryListControl::RemoveLayer(const TBaseMapLayer* layer) {
-    const int column = FTable->IndexOf(layer);
-    if (column < 0)
-        return;
+// With a column goes what is selected in it, and whoever hears of that may end this control.
+bool TMapViewInfoQueryListControl::RemoveColumn(int column) {
+    const TBorrowed self(this);
     FTable->RemoveLayer(column);
     GetList()->RemoveColumn(column + 1);
-    RebuildData();
+    return static_cast<bool>(self);
+}
+
+void TMapViewInfoQueryListControl::RemoveLayer(const TBaseMapLayer* layer) {
+    const int column = FTable->IndexOf(layer);
+    if (column >= 0 && RemoveColumn(column))
+        RebuildData();
 }
 
 bool TMapViewInfoQueryListControl::HasSelectedPoint() const {

@@ -100,6 +100,7 @@ private:
     bool ReadValues(int row); ///< whether the control is still there after it; so below
     bool ReadAllValues();
     void AddLayer(TIdrisiMapLayer* layer);
+    bool RemoveColumn(int column);
     void RemoveLayer(const TBaseMapLayer* layer);
     bool HasSelectedPoint() const;
     void IQPLayer_PointAdded(TInfoQueryPointLayer* layer, TInfoQueryPoint* point);

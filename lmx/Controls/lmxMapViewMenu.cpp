@@ -8,9 +8,9 @@
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxText.h>
+#include <lmx/Widgets/Private/lmxWidgetMenu.h>
 #include <lmx/Widgets/lmxClipboard.h>
 #include <lmx/Widgets/lmxColorChooser.h>
-#include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxInputBox.h>
 
 #include <QAction>
@@ -21,10 +21,8 @@ QAction* TMapViewControl::AddPopupMenuItem(const QString& caption, std::function
     const bool isSeparator = caption == u'-';
     auto* item = new QAction(isSeparator ? QString() : caption, FPopupMenu); // a style may write it beside the line
     item->setSeparator(isSeparator);
-    QObject::connect(item, &QAction::triggered, this, [this, click = std::move(click)] {
-        if (click)
-            GuardEvent(this, click);
-    });
+    if (click)
+        static_cast<TWidgetMenu*>(FPopupMenu)->SetWork(item, std::move(click)); // it was made as one
     FPopupMenu->addAction(item);
     return item;
 }

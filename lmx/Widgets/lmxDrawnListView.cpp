@@ -59,7 +59,13 @@ template<class Work>
 void TDrawnListView::TellAfter(Work&& work) {
     const TBorrowed self(this);
     ++FWorking;
-    work();
+    try {
+        work();
+    } catch (...) {
+        if (self)
+            --FWorking;
+        throw;
+    }
     if (!self)
         return;
     --FWorking;
@@ -110,16 +116,18 @@ void TDrawnListView::WidenColumns() {
 void TDrawnListView::SetRows(std::shared_ptr<const IListRows> rows) {
     FDrawFailed = false;
     TellAfter([&] {
-        FSelectionChanged |= HasSelection();
+        const bool hadSelection = HasSelection();
         FModel->SetRows(std::move(rows));
+        FSelectionChanged |= hadSelection;
     });
 }
 
 void TDrawnListView::RowsReset() {
     FDrawFailed = false;
     TellAfter([this] {
-        FSelectionChanged |= HasSelection();
+        const bool hadSelection = HasSelection();
         FModel->Reset();
+        FSelectionChanged |= hadSelection;
     });
 }
 

@@ -20,7 +20,7 @@ public:
 
     /// Shows it until it is closed, and gives its answer; QDialog::Rejected if it is gone.
     int Execute() {
-        const int answer = FDialog->exec();
+        const int answer = FDialog ? FDialog->exec() : static_cast<int>(QDialog::Rejected);
         return FDialog ? answer : static_cast<int>(QDialog::Rejected);
     }
 

@@ -22,8 +22,13 @@ public:
     mutable int Drawn = 0;
     bool DrawRaises = false;
     bool TextRaises = false;
+    bool CountRaises = false;
 
-    int GetCount() const override { return static_cast<int>(Names.size()); }
+    int GetCount() const override {
+        if (CountRaises)
+            throw Exception(QStringLiteral("no count"));
+        return static_cast<int>(Names.size());
+    }
     QString GetText(int row, int column) const override {
         ++Asked;
         if (TextRaises)
@@ -401,6 +406,20 @@ TEST_F(DrawnListView, ShowsTheWholeOfATextThatIsCutOff) {
     Rows->Names[0] = QStringLiteral("<b>a name that is much too long for its column");
     EXPECT_EQ(Text(0, 0, Qt::ToolTipRole), "&lt;b&gt;a name that is much too long for its column");
     EXPECT_EQ(Text(1, 0, Qt::ToolTipRole), "");
+}
+
+TEST_F(DrawnListView, StaysAsItIsIfNobodyKnowsHowManyRowsThereAre) {
+    List->SelectRow(1);
+    Changes = 0;
+    Rows->CountRaises = true;
+    EXPECT_THROW(List->RowsReset(), Exception);
+    EXPECT_THROW(List->SetRows(std::make_shared<TNamedRows>(*Rows)), Exception);
+    EXPECT_EQ(List->GetRowCount(), 4);
+    EXPECT_EQ(List->GetSelectedRow(), 1);
+    EXPECT_EQ(Changes, 0);
+    Rows->CountRaises = false;
+    List->SelectRow(2);
+    EXPECT_EQ(Changes, 1) << "and goes on telling";
 }
 
 } // namespace

@@ -60,5 +60,13 @@ TEST(OwnedDialog, AFileDialogIsCancelledWhenItsParentGoes) {
     EXPECT_EQ(fileName, QStringLiteral("as it was"));
 }
 
+TEST(OwnedDialog, IsCancelledUnshownIfItsParentHasGoneBefore) {
+    auto window = std::make_unique<QWidget>();
+    TOwnedDialog<QDialog> dialog(window.get());
+    window.reset();
+    EXPECT_EQ(dialog.Get(), nullptr);
+    EXPECT_EQ(dialog.Execute(), QDialog::Rejected);
+}
+
 } // namespace
 } // namespace lmx

@@ -26,6 +26,8 @@ public:
     std::vector<TResource> GetResources() override {
         if (Raises)
             throw Exception(QStringLiteral("cannot be read"));
+        if (Looks)
+            Looks();
         return {{"Plain", "IdrisiPalFileName", FName + "/plain.pal", ""},
                 {"Rain", "IdrisiPalFileName", FName + "/rain.pal", "Climate"},
                 {"Snow", "Other", FName + "/snow.txt", "Climate/Winter"}};
@@ -41,6 +43,7 @@ public:
 
     QStringList Notes;
     bool Raises = false;
+    std::function<void()> Looks; ///< what happens while it is asked
     int Asked = 0;
 
 private:
@@ -201,6 +204,14 @@ TEST_F(ResBrowser, IsReadAndOperatedAtEveryFontSize) {
         dialog->SetSources({First, Second});
         return dialog;
     });
+}
+
+TEST_F(ResBrowser, IsCancelledIfItsOwnerGoesWhileASourceLooks) {
+    auto window = std::make_unique<QWidget>();
+    First->Looks = [&window] { window.reset(); };
+    EXPECT_FALSE(Browser->Execute(window.get()));
+    EXPECT_EQ(window, nullptr);
+    EXPECT_EQ(Browser->GetResource().Name, QString());
 }
 
 } // namespace

@@ -8,14 +8,13 @@
 #include <lmx/Layers/Objects/lmxTextBoxObjectLayerItem.h>
 #include <lmx/Layers/lmxObjectMapLayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Widgets/Private/lmxWidgetMenu.h>
 #include <lmx/Widgets/lmxAnchorEditor.h>
-#include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxListPanel.h>
 #include <lmx/Widgets/lmxPngButton.h>
 
 #include <QFocusEvent>
 #include <QFrame>
-#include <QMenu>
 #include <QVBoxLayout>
 
 #include <cstdint>
@@ -97,8 +96,6 @@ TObjectLayerLegendControl::TObjectLayerLegendControl(QWidget* parent)
 
 TObjectLayerLegendControl::~TObjectLayerLegendControl() {
     StopReceiving();
-    if (FMenuRuns > 0)
-        FAddMenu->setParent(nullptr);
 }
 
 TObjectLayerLegendControl* TObjectLayerLegendControl::CreateComp(QWidget* owner, TObjectMapLayer* layer) {
@@ -130,29 +127,19 @@ void TObjectLayerLegendControl::CreateCommands() {
 }
 
 void TObjectLayerLegendControl::CreateAddMenu() {
-    FAddMenu = new QMenu(this);
-    const auto add = [this](const QString& text, std::function<void(TObjectMapLayer&)> work) {
-        connect(FAddMenu->addAction(text), &QAction::triggered, this, [this, work] { RunFromMenu(work); });
+    auto* const menu = new TWidgetMenu(this);
+    FAddMenu = menu;
+    const auto add = [this, menu](const QString& text, const std::function<void(TObjectMapLayer&)>& work) {
+        menu->AddEntry(text, [this, work] {
+            if (TObjectMapLayer* layer = GetLayer())
+                work(*layer);
+        });
     };
     add(QStringLiteral("Compass rose"), AddNew<TCompassRoseObjectLayerItem>);
     add(QStringLiteral("Text box"), [this](auto& layer) { AddTextBox(this, layer); });
     add(QStringLiteral("Legend"), [this](auto& layer) { AddLegend(this, layer); });
     add(QStringLiteral("Shape key"), AddNew<TShapeLegendObjectLayerItem>);
     add(QStringLiteral("Rectangle"), AddNew<TRectangleObjectTypeItem>);
-}
-
-// What is done may take this control away, and Qt goes on with the menu afterwards: then the menu goes last.
-void TObjectLayerLegendControl::RunFromMenu(const std::function<void(TObjectMapLayer&)>& work) {
-    if (!GetLayer())
-        return;
-    const TBorrowed self(this);
-    QMenu* const menu = FAddMenu;
-    const bool isOutermost = FMenuRuns++ == 0;
-    GuardEvent(this, [&] { work(*GetLayer()); });
-    if (self)
-        --FMenuRuns;
-    else if (isOutermost)
-        menu->deleteLater();
 }
 
 // The editor is as large as the room allows, up to its own size.

@@ -79,7 +79,6 @@ private:
     void CreateCommands();
     void CreateAddMenu();
     void CreateAnchorsPanel();
-    void RunFromMenu(const std::function<void(TObjectMapLayer&)>& work);
 
     void RegisterLayerEvents(bool registering);
     bool IsOneChangeBehind() const; ///< whether one change has led from the rows to the layer's list
@@ -98,7 +97,6 @@ private:
     TPngButton* FDelButton = nullptr;
     TPngButton* FEditButton = nullptr;
     QMenu* FAddMenu = nullptr;
-    int FMenuRuns = 0; ///< of its actions that are under way
     QFrame* FAnchorsPanel = nullptr;
     TAnchorEditor* FAnchorsEditor = nullptr;
     TBorrowed<TObjectMapLayer> FLayer;

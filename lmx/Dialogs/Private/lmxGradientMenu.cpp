@@ -1,7 +1,7 @@
 #include <lmx/Dialogs/Private/lmxGradientMenu.h>
 
 #include <lmx/Colour/lmxColorPack.h>
-#include <lmx/Widgets/lmxEventGuard.h>
+#include <lmx/Widgets/Private/lmxWidgetMenu.h>
 
 #include <QPainter>
 #include <QPointer>
@@ -36,9 +36,9 @@ QImage StripOf(const IGradient& gradient, int width) {
     return strip;
 }
 
-class TSwatchMenu final : public QMenu {
+class TSwatchMenu final : public TWidgetMenu {
 public:
-    TSwatchMenu(const QString& title, QWidget* parent) : QMenu(title, parent) {
+    TSwatchMenu(const QString& title, QWidget* parent) : TWidgetMenu(title, parent) {
         auto* room = new TSwatchStyle;
         room->setParent(this);
         setStyle(room);
@@ -46,10 +46,7 @@ public:
 
     void Add(const TColorScale& scale, const TGradientMenu::TChosen& chosen) {
         const auto gradient = scale.CreateGradient();
-        QAction* entry = addAction(scale.Name);
-        FGradients[entry] = gradient;
-        connect(entry, &QAction::triggered, this,
-                [this, gradient, chosen] { GuardEvent(parentWidget(), [&] { chosen(gradient); }); });
+        FGradients[AddEntry(scale.Name, [gradient, chosen] { chosen(gradient); })] = gradient;
     }
 
 protected:

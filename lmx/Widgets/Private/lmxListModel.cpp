@@ -13,9 +13,10 @@ constexpr int CellRoom = 8; // left and right of it
 } // namespace
 
 void TListModel::SetRows(std::shared_ptr<const IListRows> rows) {
+    const int count = rows ? rows->GetCount() : 0; // rows of a host's may raise
     beginResetModel();
     FRows = std::move(rows);
-    FCount = FRows ? FRows->GetCount() : 0;
+    FCount = count;
     endResetModel();
 }
 

@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -151,12 +152,14 @@ TResBrowserDialog::TResBrowserDialog(QWidget* parent)
 void TResBrowserDialog::SetSources(const std::vector<std::shared_ptr<IResBrowserSource>>& sources) {
     std::vector<TFolder> folders{{QStringLiteral("All"), nullptr, QString()}};
     QStringList notes;
+    const QPointer<TResBrowserDialog> self(this); // a source may take its time, and the dialog's owner may go
+    const std::shared_ptr<TResourceRows> resources = FResources;
     for (const auto& source : sources)
-        GuardEvent(this, [&] {
+        GuardEvent(self, [&] {
             folders.push_back({source->GetName(), source.get(), QString()});
             std::vector<QString> paths;
             for (const TResource& resource : source->GetResources()) {
-                FResources->Add({source, resource, std::nullopt});
+                resources->Add({source, resource, std::nullopt});
                 for (qsizetype end = resource.Folder.size(); end > 0; end = resource.Folder.lastIndexOf(u'/', end - 1))
                     paths.push_back(resource.Folder.left(end));
             }
@@ -166,6 +169,8 @@ void TResBrowserDialog::SetSources(const std::vector<std::shared_ptr<IResBrowser
                 folders.push_back({path.section(u'/', -1), source.get(), path});
             notes += source->GetNotes();
         });
+    if (!self)
+        return;
     FFolders->SetFolders(std::move(folders));
     FFolderList->RowsReset();
     FFolderList->SelectRow(0);
