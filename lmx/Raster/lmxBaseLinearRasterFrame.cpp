@@ -1,5 +1,6 @@
 #include <lmx/Raster/lmxBaseLinearRasterFrame.h>
 
+#include <lmx/Raster/Private/lmxNewValues.h>
 #include <lmx/Runtime/Private/lmxClassName.h>
 #include <lmx/Runtime/Private/lmxMemory.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -27,12 +28,6 @@ Cell ToCell(double value) {
         return static_cast<Cell>(Round(value));
     else
         return static_cast<Cell>(value);
-}
-
-template<class Cell>
-std::vector<Cell> NewCells(std::uint64_t count) {
-    NeedMemoryFor<Cell>(count);
-    return WithinMemory([count] { return std::vector<Cell>(count); });
 }
 
 /// An axis of the map along rows or columns, from its first edge over `Extent` map units to `Count` cells.
@@ -211,13 +206,13 @@ std::size_t TBaseLinearRasterFrame::GetIndex(std::int32_t row, std::int32_t col)
 TBaseLinearRasterFrame::TBuffer TBaseLinearRasterFrame::NewBuffer(std::uint64_t count, TDataKind kind) {
     switch (kind) {
     case TDataKind::dkByte:
-        return NewCells<std::uint8_t>(count);
+        return NewValues<std::uint8_t>(count);
     case TDataKind::dkInt:
-        return NewCells<std::int32_t>(count);
+        return NewValues<std::int32_t>(count);
     case TDataKind::dkFloat:
-        return NewCells<float>(count);
+        return NewValues<float>(count);
     case TDataKind::dkDouble:
-        return NewCells<double>(count);
+        return NewValues<double>(count);
     default:
         RaiseNoBuffer("create");
     }

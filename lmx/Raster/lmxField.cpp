@@ -1,6 +1,7 @@
 #include <lmx/Raster/lmxField.h>
 
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
+#include <lmx/Raster/Private/lmxNewValues.h>
 #include <lmx/Raster/lmxRasterFrame.h>
 
 #include <algorithm>
@@ -17,7 +18,7 @@ TField TField::Of(const TAbstractImage& image) {
     field.Width = header.GetWidth();
     field.Height = header.GetHeight();
     field.IsGeographic = header.IsGeographic();
-    std::vector<float> row(static_cast<std::size_t>(std::max(0, field.Width)));
+    auto row = NewValues<float>(static_cast<std::uint64_t>(std::max(0, field.Width)));
     field.ReadRow = [&image, row = std::move(row)](std::int32_t number, std::span<double> numbers) mutable {
         image.ReadRow(number + 1, row);
         std::copy(row.begin(), row.end(), numbers.begin());

@@ -24,6 +24,7 @@ struct LMX_EXPORT TField {
     std::function<void(std::int32_t row, std::span<double> numbers)> ReadRow;
 
     /// Cells in degrees are told by the header.
+    /// @throws EOutOfMemory if there is no room for a row.
     static TField Of(const TAbstractImage& image);
     /// Frames do not say what their units are: `isGeographic` does.
     static TField Of(const IRasterFrame& frame, bool isGeographic);

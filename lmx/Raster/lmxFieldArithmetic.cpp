@@ -2,6 +2,7 @@
 
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
+#include <lmx/Raster/Private/lmxNewValues.h>
 #include <lmx/Raster/lmxField.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -66,7 +67,9 @@ std::unique_ptr<TRealImage> Computed(std::span<const TField> fields, const TCell
         RequireOneGrid(fields.front(), field);
     auto image = std::make_unique<TRealImage>(QString(), HeaderOf(fields.front()));
     const auto width = static_cast<std::size_t>(fields.front().Width);
-    std::vector<std::vector<double>> rows(fields.size(), std::vector<double>(width));
+    std::vector<std::vector<double>> rows;
+    for (std::size_t field = 0; field < fields.size(); ++field)
+        rows.push_back(NewValues<double>(width));
     std::vector<double> numbers(fields.size());
     for (std::int32_t row = 0; row < fields.front().Height; ++row) {
         for (std::size_t field = 0; field < fields.size(); ++field)

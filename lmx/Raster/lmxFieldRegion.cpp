@@ -1,5 +1,6 @@
 #include <lmx/Raster/lmxFieldRegion.h>
 
+#include <lmx/Raster/Private/lmxNewValues.h>
 #include <lmx/Raster/lmxField.h>
 #include <lmx/Runtime/lmxExtended.h>
 
@@ -54,7 +55,7 @@ double Overlap(double low, double high, double from, double to, double rounding)
 
 } // namespace
 
-TFieldRegion::TFieldRegion(const TField& field) : FShares(CountOf(field.Width), 1.0) {
+TFieldRegion::TFieldRegion(const TField& field) : FShares(NewValues(CountOf(field.Width), 1.0)) {
     WeighRows(field, std::max(EdgeOfRow(field, 0), EdgeOfRow(field, field.Height)),
               std::min(EdgeOfRow(field, 0), EdgeOfRow(field, field.Height)));
 }
@@ -70,9 +71,11 @@ TFieldRegion::TFieldRegion(const TField& field, std::span<const TFieldRing> ring
     FTurns = field.IsGeographic;
     FLeft = static_cast<double>(field.Bounds.Left);
     FStep = static_cast<double>((field.Bounds.Right - field.Bounds.Left) / field.Width);
-    FCrossings.resize(CountOf(field.Height));
-    for (const TFieldRing& ring : rings)
-        CrossRows(field, ring);
+    WithinMemory([&] {
+        FCrossings.resize(CountOf(field.Height));
+        for (const TFieldRing& ring : rings)
+            CrossRows(field, ring);
+    });
     for (std::size_t row = 0; row < FCrossings.size(); ++row) {
         std::sort(FCrossings[row].begin(), FCrossings[row].end());
         if (FCrossings[row].empty())
@@ -82,7 +85,7 @@ TFieldRegion::TFieldRegion(const TField& field, std::span<const TFieldRing> ring
 
 // The weights are per unit of longitude: they are compared with one another only.
 void TFieldRegion::WeighRows(const TField& field, double top, double bottom) {
-    FRowWeights.resize(CountOf(field.Height));
+    FRowWeights = NewValues<double>(CountOf(field.Height));
     const double rounding = RoundingOf(field.Bounds.Top, field.Bounds.Bottom);
     for (std::int32_t row = 0; row < field.Height; ++row) {
         const double high = std::max(EdgeOfRow(field, row), EdgeOfRow(field, row + 1));
@@ -95,7 +98,7 @@ void TFieldRegion::WeighRows(const TField& field, double top, double bottom) {
 }
 
 void TFieldRegion::ShareColumns(const TField& field, double west, double east) {
-    FShares.resize(CountOf(field.Width));
+    FShares = NewValues<double>(CountOf(field.Width));
     const double rounding = RoundingOf(field.Bounds.Left, field.Bounds.Right);
     const auto edge = [&](std::int32_t column) {
         return static_cast<double>(field.Bounds.Left + (field.Bounds.Right - field.Bounds.Left) * column / field.Width);

@@ -27,6 +27,8 @@ using TFieldRing = std::vector<TFieldVertex>;
 /// beyond a pole end there. Cells of fields that are not geographic weigh as much as is inside of them.
 ///
 /// Longitudes are compared whole turns apart: a rectangle from -180 to 180 finds its cells in a field from 0 to 360.
+///
+/// Its constructors raise EOutOfMemory if there is no room for a number for each row, column and crossing of a ring.
 class LMX_EXPORT TFieldRegion {
 public:
     /// All cells, whole.

@@ -1,6 +1,7 @@
 #include <lmx/Raster/lmxFieldStatistics.h>
 
 #include <lmx/Climate/lmxSpatialConst.h>
+#include <lmx/Raster/Private/lmxNewValues.h>
 #include <lmx/Raster/lmxField.h>
 #include <lmx/Raster/lmxFieldRegion.h>
 
@@ -125,7 +126,7 @@ private:
 
 TFieldStatistics StatisticsOf(const TField& field, TFieldRegion& region) {
     TTotals totals;
-    std::vector<double> numbers(static_cast<std::size_t>(std::max(0, field.Width)));
+    auto numbers = NewValues<double>(static_cast<std::uint64_t>(std::max(0, field.Width)));
     for (std::int32_t row = 0; row < field.Height; ++row) {
         const double weight = region.GetRowWeight(row);
         if (!(weight > 0))

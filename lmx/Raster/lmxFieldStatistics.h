@@ -28,8 +28,9 @@ struct LMX_EXPORT TFieldStatistics {
 /// The statistics of a region of a field. Numbers that TSpatialConst calls flags are no values. Sums are taken in runs
 /// of 64 cells, which are added up with the error of each addition kept (A. Neumaier, Rundungsfehleranalyse einiger
 /// Verfahren zur Summation endlicher Summen, ZAMM 54, 1974): the result does not depend on how many cells there are.
+/// @throws EOutOfMemory if there is no room for a row.
 LMX_EXPORT TFieldStatistics StatisticsOf(const TField& field, TFieldRegion& region);
-/// The statistics of the whole field.
+/// The statistics of the whole field, and its exceptions.
 LMX_EXPORT TFieldStatistics StatisticsOf(const TField& field);
 
 } // namespace lmx

@@ -1,9 +1,12 @@
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Formats/Idrisi/lmxImageFactory.h>
 #include <lmx/Raster/lmxField.h>
+#include <lmx/Raster/lmxFieldArithmetic.h>
 #include <lmx/Raster/lmxFieldRegion.h>
 #include <lmx/Raster/lmxFieldStatistics.h>
 #include <lmx/Raster/lmxLinearRasterFrame.h>
+#include <lmx/Runtime/lmxExceptions.h>
+#include <tests/Support/MemoryLimit.h>
 #include <tests/Support/Printers.h>
 
 #include <gtest/gtest.h>
@@ -224,6 +227,29 @@ TEST(FieldStatistics, OfAFrameReadItsOwnNumbers) {
     EXPECT_EQ(statistics.ValueCount, 3U);
     EXPECT_NEAR(statistics.MissingShare, 0.25, Exact);
     EXPECT_EQ(statistics.Maximum, 16777217);
+}
+
+// 50 million numbers take 400 megabytes.
+TEST(FieldStatistics, RaiseOurExceptionWithoutMemory) {
+    if (!tests::CanLimitMemory)
+        return;
+    TField wide;
+    wide.Bounds = {0, 1, 1, 0};
+    wide.Width = 50'000'000;
+    wide.Height = 1;
+    wide.ReadRow = [](std::int32_t, std::span<double>) {};
+    TField high = wide;
+    std::swap(high.Width, high.Height);
+    TField narrow = wide;
+    narrow.Width = 1;
+    TFieldRegion region(narrow);
+    const tests::TMemoryLimit limit(256 * 1024 * 1024);
+    EXPECT_THROW(TFieldRegion{wide}, EOutOfMemory);
+    EXPECT_THROW(TFieldRegion{high}, EOutOfMemory);
+    EXPECT_THROW((TFieldRegion{wide, TMapArea(0, 1, 1, 0)}), EOutOfMemory);
+    EXPECT_THROW((TFieldRegion{high, std::span(&Triangle, 1)}), EOutOfMemory);
+    EXPECT_THROW(StatisticsOf(wide, region), EOutOfMemory);
+    EXPECT_THROW(DifferenceOf(wide, wide), EOutOfMemory);
 }
 
 } // namespace
