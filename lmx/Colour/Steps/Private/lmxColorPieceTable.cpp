@@ -55,6 +55,13 @@ std::uint32_t StepAt(float position, double location, double stepsPerPosition) {
     return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(inside + Rounder));
 }
 
+/// Has memory come nearer that will be read soon.
+void BringNear([[maybe_unused]] const void* memory) {
+#ifdef LMX_HAS_AVX2_KERNELS
+    _mm_prefetch(static_cast<const char*>(memory), _MM_HINT_T0);
+#endif
+}
+
 #ifdef LMX_HAS_AVX2_KERNELS
 /// Four numbers, each from the like place of four rows of four.
 struct TColumns {
@@ -181,11 +188,14 @@ TColor32 TColorPieceTable::ColorOf(const TPiece& piece, float value) {
 void TColorPieceTable::GetColors(std::span<const float> values, TColor32* colors, std::span<const float>) const {
     std::uint32_t places[BlockSize];
     FCut.Find(values, places);
+    // Each table on the way to a piece is brought near for all values before the first one is read from it.
+    for (std::size_t i = 0; i < values.size(); ++i)
+        BringNear(&FFirstInPages[places[i]]);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        BringNear(&FStarts[FFirstInPages[places[i]]]);
     for (std::size_t i = 0; i < values.size(); ++i) {
         places[i] = static_cast<std::uint32_t>(FindPiece(places[i], values[i]));
-#ifdef LMX_HAS_AVX2_KERNELS
-        _mm_prefetch(&FPieces[places[i]], _MM_HINT_T0); // while other pieces are searched for
-#endif
+        BringNear(&FPieces[places[i]]);
     }
     std::size_t done = 0;
 #ifdef LMX_HAS_AVX2_KERNELS
