@@ -53,6 +53,7 @@ QImage MakeMask(QSize size, const QFont& font, DrawLetters drawLetters) {
     painter.setRenderHint(QPainter::TextAntialiasing, font.styleStrategy() != QFont::NoAntialias);
     painter.setFont(font);
     painter.setPen(Qt::black);
+    painter.setLayoutDirection(Qt::LeftToRight); // also where the application's own is another: left is left
     drawLetters(painter);
     return mask;
 }
@@ -179,10 +180,13 @@ void TBitmap32::Textout(const TRect& rect, unsigned flags, const QString& text) 
     const TSize size(box.GetWidth(), box.GetHeight());
     const TTextKey key = KeyOf(text, FFont, SmoothLevel, flags, size, visible, {box.Left, box.Top});
     DrawText(*this, key, visible, Color32(FFont.Color), [&](QPainter& painter) {
-        const qsizetype length = SeenLength(text, painter.font(), size.cx, flags, {key.Seen.Right, key.Seen.Bottom});
-        QString lines = text.left(length);
-        lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
         painter.translate(-key.Seen.Left, -key.Seen.Top);
+        if (text.size() >= LongText) {
+            const TPoint seenEnd(key.Seen.Right, key.Seen.Bottom);
+            return DrawLaidText(painter, SeenText(text, painter.font(), size.cx, flags, seenEnd), size, flags);
+        }
+        QString lines = text;
+        lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
         painter.drawText(TRect(0, 0, size.cx, size.cy).ToQRect(), QtTextFlags(flags), lines);
     });
 }
