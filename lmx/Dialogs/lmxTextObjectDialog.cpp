@@ -1,6 +1,7 @@
 #include <lmx/Dialogs/lmxTextObjectDialog.h>
 
 #include <lmx/Dialogs/Private/lmxScreenFonts.h>
+#include <lmx/Dialogs/Private/lmxTextMemo.h>
 #include <lmx/Dialogs/Private/lmxTextStyleButton.h>
 #include <lmx/Graphics/lmxFont32.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -15,7 +16,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QTextDocument>
@@ -64,11 +64,6 @@ Qt::Alignment ToQt(TAlignment align) {
     return side | Qt::AlignAbsolute;
 }
 
-// toPlainText would make plain blanks of those that do not break.
-QString TextOf(const QTextDocument& document) {
-    return document.toRawText().replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
-}
-
 } // namespace
 
 TTextObjectDialog::TTextObjectDialog(QWidget* parent)
@@ -83,7 +78,7 @@ TTextObjectDialog::TTextObjectDialog(QWidget* parent)
       FCenter(new TTextStyleButton(TFace::Center, "tbCenter", QStringLiteral("Center"), this)),
       FRight(new TTextStyleButton(TFace::Right, "tbRight", QStringLiteral("Align right"), this)),
       FColor(new TColorShape(this)),
-      FText(new QPlainTextEdit(this)) {
+      FText(new TTextMemo(this)) {
     FColor->setObjectName(QStringLiteral("shpColor"));
     FColor->SetColor(clBlack);
     FText->setObjectName(QStringLiteral("moText"));
@@ -164,13 +159,12 @@ void TTextObjectDialog::FillSizes() {
 }
 
 QString TTextObjectDialog::GetText() const {
-    return FText->document()->isModified() ? TextOf(*FText->document()) : FGivenText;
+    return FText->document()->isModified() ? FText->GetText() : FGivenText;
 }
 
 void TTextObjectDialog::SetText(const QString& text) {
     FGivenText = text;
-    FText->setPlainText(text);
-    FText->document()->setModified(false);
+    FText->SetText(text);
 }
 
 QString TTextObjectDialog::GetFontName() const {

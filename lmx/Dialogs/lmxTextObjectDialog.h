@@ -15,13 +15,13 @@ QT_BEGIN_NAMESPACE
 class QComboBox;
 class QFont;
 class QLayout;
-class QPlainTextEdit;
 QT_END_NAMESPACE
 
 namespace lmx {
 
 class TColorShape;
 class TScreenFonts;
+class TTextMemo;
 class TTextStyleButton;
 
 /// Asks for a text and its look, and shows the text as it will look, but in the colours of the form. It holds no item:
@@ -86,7 +86,7 @@ private:
     TTextStyleButton* FCenter;
     TTextStyleButton* FRight;
     TColorShape* FColor;
-    QPlainTextEdit* FText;
+    TTextMemo* FText;
     QString FGivenText; ///< as it was set
 };
 

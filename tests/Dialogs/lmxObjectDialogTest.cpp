@@ -1,5 +1,7 @@
+#include <lmx/Dialogs/lmxCompassRoseObjectDialog.h>
 #include <lmx/Dialogs/lmxGeneralOptionsObjectDialog.h>
 #include <lmx/Dialogs/lmxLegendObjectDialog.h>
+#include <lmx/Dialogs/lmxRulerDialog.h>
 #include <lmx/Dialogs/lmxTextObjectDialog.h>
 #include <lmx/Widgets/lmxColor32Button.h>
 #include <tests/Dialogs/FormControls.h>
@@ -91,6 +93,39 @@ TYPED_TEST(ObjectDialog, GoesWithItsOwnerAndItsOptions) {
     });
     EXPECT_EQ(form->ShowModal(), TModalResult::mrCancel);
     EXPECT_EQ(owner, nullptr);
+}
+
+// ---- Owners that go
+
+template<class Dialog>
+struct OwnedObjectDialog : testing::Test {
+    tests::TScriptedMsgBox Messages;
+    std::unique_ptr<QWidget> Owner = std::make_unique<QWidget>();
+};
+
+using TOwnedDialogs = testing::Types<TGeneralOptionsObjectDialog, TTextObjectDialog, TLegendObjectDialog,
+                                     TCompassRoseObjectDialog, TRulerDialog>;
+TYPED_TEST_SUITE(OwnedObjectDialog, TOwnedDialogs);
+
+TYPED_TEST(OwnedObjectDialog, IsCancelledWhenItsOwnerGoes) {
+    auto* dialog = new TypeParam(this->Owner.get());
+    const tests::TModalAnswer<TypeParam> answer([this](TypeParam&) { this->Owner.reset(); });
+    EXPECT_EQ(dialog->ShowModal(), TModalResult::mrCancel);
+    EXPECT_TRUE(this->Messages->Shown.empty());
+}
+
+using TOutermostDialogs = testing::Types<TTextObjectDialog, TLegendObjectDialog>;
+template<class Dialog>
+struct OutermostObjectDialog : OwnedObjectDialog<Dialog> {};
+TYPED_TEST_SUITE(OutermostObjectDialog, TOutermostDialogs);
+
+TYPED_TEST(OutermostObjectDialog, IsCancelledWhenItsOwnerGoesBehindMoreOptions) {
+    auto* dialog = new TypeParam(this->Owner.get());
+    const tests::TModalAnswer<TypeParam> outer([this](TypeParam& form) {
+        const TOptionsAnswer more([this](TGeneralOptionsObjectDialog&) { this->Owner.reset(); });
+        Find<QPushButton>(form, "Button3").click();
+    });
+    EXPECT_EQ(dialog->ShowModal(), TModalResult::mrCancel);
 }
 
 } // namespace

@@ -193,6 +193,24 @@ TEST_F(TextObjectDialog, SurvivesATextOfAMegabyte) {
     EXPECT_EQ(Dialog->GetModalResult(), TModalResult::mrOk);
 }
 
+TEST_F(TextObjectDialog, EditsALineOfAMegabyte) {
+    const QString text = QString(1'000'000, u'W');
+    Dialog->SetText(text);
+    EXPECT_EQ(Dialog->GetText(), text);
+    tests::ShowActive(*Dialog);
+    QTest::keyClicks(&Memo(), "<");
+    QTest::keyClick(&Memo(), Qt::Key_End, Qt::ControlModifier);
+    QTest::keyClicks(&Memo(), ">");
+    EXPECT_EQ(Dialog->GetText(), u'<' + text + u'>');
+    Click("tbCenter");
+    TypeOver("cbFontSize", "32");
+    EXPECT_EQ(ShownPixels(), FontPixels(32)) << "shown as it will look all the time";
+    EXPECT_EQ(Dialog->GetText(), u'<' + text + u'>');
+    Memo().undo();
+    Memo().undo();
+    EXPECT_EQ(Dialog->GetText(), text);
+}
+
 // ---- The font
 
 TEST_F(TextObjectDialog, ShowsTheTextInTheFontThatIsChosen) {
@@ -427,14 +445,7 @@ TEST_F(TextObjectDialog, LetsTheUserChooseAColourAtAPress) {
     EXPECT_EQ(Chooser->Made, (std::vector<TColorChooserDialogOptions>{{}, {}}));
 }
 
-// ---- Owners that go
-
-TEST_F(TextObjectDialog, IsCancelledWhenItsOwnerGoes) {
-    auto owner = std::make_unique<QWidget>();
-    auto* dialog = new TTextObjectDialog(owner.get());
-    const TAnswer answer([&](TTextObjectDialog&) { owner.reset(); });
-    EXPECT_EQ(dialog->ShowModal(), TModalResult::mrCancel);
-}
+// ---- A dialog that goes
 
 /// A box behind which everything goes.
 class TEndingMsgBox final : public IMsgBoxService {
