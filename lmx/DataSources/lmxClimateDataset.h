@@ -26,7 +26,7 @@ struct TClimateDimension {
 };
 
 /// What a file says of one of its variables. Unknown texts are empty.
-struct TClimateVariableInfo {
+struct LMX_DATASOURCES_EXPORT TClimateVariableInfo {
     QString Name; ///< with its groups: "future/tas"
     QString LongName;
     QString StandardName;
@@ -48,6 +48,7 @@ struct TClimateVariableInfo {
     TNullable<TClimateVariable> Suggestion; ///< what its long name suggests, for the user to confirm
     TUnitConversion Conversion;             ///< to the units that the reader of a map expects
 
+    QString GetLevelCaption(std::size_t level) const; ///< "850 hPa", "5 m", "sigma 0.995"; empty without levels
     /// "Near-surface air temperature", or the name.
     QString GetTitle() const { return LongName.isEmpty() ? Name : LongName; }
 };
@@ -68,7 +69,7 @@ struct TClimateSelection {
 /// One variable at one time and level.
 struct TClimatePicture {
     /// Bounds, range of values and units stand in its header, flags are TSpatialConst::NoData; the conversion of units
-    /// is the header's comment, file, variable and time its lineage.
+    /// is the header's comment, file, variable, time and level (TClimateOrigin) its lineage.
     std::unique_ptr<TRealImage> Image;
     QString World; ///< identifier of the world system of the bounds: "latlon", "nzmg"
     QString Title;

@@ -10,7 +10,9 @@
 #include <lmx/DataSources/lmxClimateExceptions.h>
 #include <lmx/DataSources/lmxClimateFrames.h>
 #include <lmx/DataSources/lmxClimateGridPlan.h>
+#include <lmx/DataSources/lmxClimateMapSteps.h>
 #include <lmx/DataSources/lmxClimateNames.h>
+#include <lmx/DataSources/lmxClimateOrigin.h>
 #include <lmx/DataSources/lmxClimateTimeUnits.h>
 #include <lmx/DataSources/lmxClimateTimes.h>
 #include <lmx/DataSources/lmxClimateUnits.h>

@@ -13,6 +13,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace lmx {
@@ -30,14 +31,34 @@ void SavePicture(const TPictureOrder& order, const QString& fileName) {
     file.Commit();
 }
 
-/// "folder/map.png" and 7 of 12 make "folder/map-007.png".
-QString FrameFileName(const QString& fileName, int number, int count) {
+QString NumberName(int number, int count) {
     const qsizetype digits = std::max(LeastDigits, IntToStr(count).size());
+    return IntToStr(number).rightJustified(digits, u'0');
+}
+
+/// "folder/map.png" becomes "folder/map-007.png".
+QStringList FrameFileNames(const QString& fileName, const IMapPictureFrames& frames) {
     const QString suffix = u'.' + QFileInfo(fileName).suffix();
-    return fileName.chopped(suffix.size()) + u'-' + IntToStr(number).rightJustified(digits, u'0') + suffix;
+    QStringList names;
+    const int count = frames.GetFrameCount();
+    for (int frame = 0; frame < count; ++frame) {
+        const QString own = frames.GetFrameName(frame);
+        names += fileName.chopped(suffix.size()) + u'-' + (own.isEmpty() ? NumberName(frame + 1, count) : own) + suffix;
+    }
+    std::set<QString> all;
+    for (const QString& name : names)
+        if (!all.insert(name).second)
+            throw EArgumentException(QStringLiteral("Two frames have the name ") + name);
+    return names;
 }
 
 } // namespace
+
+QString IMapPictureFrames::GetFrameName(int) const {
+    return {};
+}
+
+void IMapPictureFrames::FrameSaved(int, const QString&) {}
 
 TMapPicture::TMapPicture(std::shared_ptr<ILayerManager> layerManager, std::shared_ptr<IWorldSystem> worldSystem,
                          TMapPictureOptions options)
@@ -79,12 +100,11 @@ void TMapPicture::Save(const QString& fileName) const {
 QStringList TMapPicture::SaveFrames(const QString& fileName, IMapPictureFrames& frames) const {
     PictureFormatOf(fileName);
     TPictureOrder order{FLayerManager, FWorldSystem, FOptions};
-    QStringList names;
-    const int count = frames.GetFrameCount();
-    for (int frame = 0; frame < count; ++frame) {
+    const QStringList names = FrameFileNames(fileName, frames);
+    for (int frame = 0; frame < names.size(); ++frame) {
         order.Options.Time = frames.ShowFrame(frame);
-        names += FrameFileName(fileName, frame + 1, count);
-        SavePicture(order, names.back());
+        SavePicture(order, names[frame]);
+        frames.FrameSaved(frame, names[frame]);
     }
     return names;
 }

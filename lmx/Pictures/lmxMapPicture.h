@@ -52,7 +52,8 @@ struct LMX_EXPORT TMapPictureOptions {
     /// Annotations of the map, as documents keep them, laid out for this picture: those of a view stay as they are.
     bool ShowsAnnotations = true;
     TColor32 BackgroundColor = clWhite32;
-    int TimeLimit = 60'000; ///< milliseconds for layers that draw in the background
+    std::optional<TColor32> MapColor; ///< behind the layers, where they show nothing; BackgroundColor if there is none
+    int TimeLimit = 60'000;           ///< milliseconds for layers that draw in the background
 };
 
 /// The steps of a map through time, for a picture of each.
@@ -64,6 +65,10 @@ public:
     /// Puts the data of a frame, 0 <= index < GetFrameCount(), on the map. The result is its caption: the time that the
     /// picture names. What is raised ends the series.
     virtual QString ShowFrame(int index) = 0;
+    /// What tells the file of a frame from the others, such as a date; its number if empty. Asked before any is shown.
+    virtual QString GetFrameName(int index) const;
+    /// The picture of a frame has been written.
+    virtual void FrameSaved(int index, const QString& fileName);
 };
 
 /// A map as a picture, without a window: the stack of a manager, its marks and annotations, and around it what a reader
@@ -107,7 +112,9 @@ public:
     /// @throws as Paint; EFileException "...: pictures are written as .png or .pdf", and if it cannot be written.
     void Save(const QString& fileName) const;
     /// Writes a picture of each frame: "map.png" becomes "map-001.png", "map-002.png", ..., with as many digits as the
-    /// last number has, at least three. The names are the result. Pictures written before a failure stay.
+    /// last number has, at least three, unless the frames have names of their own. The names are the result. Pictures
+    /// written before a failure stay.
+    /// @throws as Save; EArgumentException "Two frames have the name ..." before anything is written.
     QStringList SaveFrames(const QString& fileName, IMapPictureFrames& frames) const;
 
 private:

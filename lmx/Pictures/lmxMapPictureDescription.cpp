@@ -83,6 +83,7 @@ void Describe(TMapPictureLayer& description, const TRasterMapLayer& raster) {
         return;
     description.FileName = image->GetFilePath();
     description.Units = image->getHeader()->GetValueUnits();
+    description.Lineage = image->getHeader()->GetLineage();
 }
 
 void Describe(TMapPictureLayer& description, const TBaseShapeLayer& shapes) {
@@ -141,7 +142,8 @@ TMapPictureLayer TMapPictureLayer::Of(const TBaseMapLayer& layer) {
 std::vector<TMapPictureLayer> TMapPictureDescription::LayersOf(const ILayerManager& manager) {
     std::vector<TMapPictureLayer> layers;
     for (const TBaseMapLayer* layer : manager.GetLayers())
-        if (layer->GetIsVisible() && layer->GetHasContent() && layer->GetIsReadyToDraw())
+        if (layer->GetIsVisible() && layer->GetHasContent() && layer->GetIsReadyToDraw() &&
+            layer->GetShowsInLayersList())
             layers.push_back(TMapPictureLayer::Of(*layer));
     return layers;
 }
@@ -163,6 +165,9 @@ QString TMapPictureDescription::LayersText() const {
             parts += QStringLiteral("colours ") + layer.Palette;
         if (!layer.FileName.isEmpty())
             parts += QStringLiteral("file ") + layer.FileName;
+        const QStringList lineage = layer.Lineage.split(u'\n', Qt::SkipEmptyParts);
+        if (!lineage.isEmpty())
+            parts += QStringLiteral("made from ") + lineage.join(QStringLiteral(", "));
         lines += parts.join(QStringLiteral("; "));
     }
     return lines.join(u'\n');

@@ -89,6 +89,9 @@ TEST(ClimateDataset, HasLevelsWithCaptions) {
             ExpectField(ReadSample(dataset, "ta", time, level), Lats10(), Lons10(), double(time) - 15 * double(level));
     const TClimatePicture low = ReadSample(dataset, "ta");
     EXPECT_EQ(low.LevelCaption, "1000 hPa");
+    EXPECT_EQ(ta.GetLevelCaption(3), "200 hPa");
+    EXPECT_EQ(low.Image->getHeader()->GetLineage(),
+              ClimateSample("levels_pressure.nc") + "\nta\nJanuary 1990\n1000 hPa");
     EXPECT_EQ(low.TimeCaption, "January 1990");
     ExpectField(low, Steps(-85, 10, 16), Lons10());
     ExpectCells(low, {75, 85}, Lons10(), [](double, double) { return -9990.0; });

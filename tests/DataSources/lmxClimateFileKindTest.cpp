@@ -105,7 +105,10 @@ TEST_F(ClimateFileNames, OpenByOneDriver) {
     EXPECT_STREQ(nameOf(fkHdf5).Driver, "netCDF");
     EXPECT_EQ(nameOf(fkZarrFolder).Name, "/a/b c.x");
     EXPECT_STREQ(nameOf(fkZarrFolder).Driver, "Zarr");
-    EXPECT_EQ(nameOf(fkZip).Name, "/vsizip//a/b c.x");
+    EXPECT_EQ(nameOf(fkZip).Name, "/vsizip/{/a/b c.x}");
+    EXPECT_EQ(GdalNameOf({QStringLiteral("/a.zip"), fkZip, QStringLiteral("s.zarr")}).Name, "/vsizip/{/a.zip}/s.zarr");
+    EXPECT_EQ(GdalNameOf({QStringLiteral("/{a}.zip"), fkZip}).Name, "/vsizip/{/{a}.zip}");
+    EXPECT_EQ(GdalNameOf({QStringLiteral("/}a{.zip"), fkZip}).Name, "/vsizip//}a{.zip");
     EXPECT_STREQ(nameOf(fkZip).Driver, "Zarr");
     EXPECT_STREQ(nameOf(fkGrib).Driver, "GRIB");
     EXPECT_STREQ(nameOf(fkTiff).Driver, "GTiff");

@@ -86,12 +86,6 @@ TEST_F(ClimateHostile, AFolderWithoutArraysIsEmpty) {
     }
 }
 
-TEST_F(ClimateHostile, AZipThatHoldsNoZarrIsRefused) {
-    Write("a.zip", QByteArray("PK\x03\x04") + QByteArray(100, '\0'));
-    EXPECT_THAT(MessageOf<EClimateFile>([&] { TClimateDataset(Folder.filePath("a.zip")); }).toStdString(),
-                testing::StartsWith(Folder.filePath("a.zip").toStdString() + ": is damaged or not understood"));
-}
-
 // The size of a picture is that of its first directory: width and height lie at tags 256 and 257.
 TEST_F(ClimateHostile, ATiffThatClaimsTwoBillionSquaredIsRefused) {
     QFile source(ClimateSample("scaled_int16.tif"));

@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 
 #include <gtest/gtest.h>
@@ -101,7 +102,7 @@ TEST_F(MapPictureFiles, AFolderThatIsNotThereIsToldBeforeThePainting) {
     EXPECT_FALSE(isPainted);
 }
 
-/// A raster whose opacity is the frame.
+/// A raster whose opacity is the frame; frames have names as far as there are any.
 class TFadingFrames final : public IMapPictureFrames {
 public:
     explicit TFadingFrames(TIdrisiMapLayer& raster) : FRaster(raster) {}
@@ -114,8 +115,15 @@ public:
         return QStringLiteral("Step %1").arg(QChar(u'A' + index));
     }
 
+    QString GetFrameName(int index) const override { return Names.value(index); }
+    void FrameSaved(int index, const QString& fileName) override {
+        Saved += QString(QChar(u'0' + index)) + u' ' + QFileInfo(fileName).fileName();
+    }
+
     int Count = 2;
     int FailsAt = -1;
+    QStringList Names;
+    QStringList Saved;
 
 private:
     TIdrisiMapLayer& FRaster;
@@ -132,6 +140,30 @@ TEST_F(MapPictureFiles, FramesAreWrittenOneAfterTheOther) {
     EXPECT_EQ(second.text(QStringLiteral("Time")), "Step B");
     EXPECT_EQ(first.pixelColor(100, 150), QColor(0, 0, 255));
     EXPECT_EQ(second.pixelColor(100, 150), QColor(100, 100, 255));
+    EXPECT_EQ(frames.Saved, (QStringList{"0 map-001.png", "1 map-002.png"}));
+}
+
+TEST_F(MapPictureFiles, FramesMayHaveNamesOfTheirOwn) {
+    TFadingFrames frames(*FMap.Raster);
+    frames.Names = QStringList{"1961-01"};
+    EXPECT_EQ(FMap.Picture(Options).SaveFrames(Path("map.png"), frames),
+              (QStringList{Path("map-1961-01.png"), Path("map-002.png")}));
+    frames.Names = QStringList{"a", "a"};
+    frames.Saved.clear();
+    EXPECT_EQ(MessageOf<EArgumentException>([&] { FMap.Picture(Options).SaveFrames(Path("map.png"), frames); }),
+              "Two frames have the name " + Path("map-a.png"));
+    EXPECT_TRUE(frames.Saved.isEmpty());
+    EXPECT_FALSE(QFile::exists(Path("map-a.png")));
+}
+
+TEST_F(MapPictureFiles, ThePlaceOfTheMapMayHaveAColorOfItsOwn) {
+    FMap.Raster->SetIsVisible(false);
+    Options.Size = {500, 300};
+    Options.Title = QStringLiteral("Nothing");
+    Options.MapColor = 0xFF808080;
+    const TBitmap32 picture = FMap.Picture(Options).Paint();
+    EXPECT_EQ(picture.Pixel(250, 150), 0xFF808080U);
+    EXPECT_EQ(picture.Pixel(2, 2), clWhite32);
 }
 
 TEST_F(MapPictureFiles, AFrameThatFailsEndsTheSeries) {

@@ -6,12 +6,12 @@
 #include <lmx/MapDoc/lmxMapDocWriter.h>
 #include <lmx/Runtime/lmxText.h>
 #include <tests/Pictures/PictureMap.h>
+#include <tests/Pictures/PictureProgram.h>
 #include <tests/Support/Printers.h>
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -21,12 +21,6 @@ namespace lmx {
 namespace {
 
 using namespace tests;
-
-struct TOutcome {
-    int ExitCode = -1;
-    QString Output;
-    QString Errors;
-};
 
 class PictureTool : public testing::Test {
 protected:
@@ -59,40 +53,13 @@ protected:
         return Path("map.lmx");
     }
 
-    static TOutcome Run(const QStringList& arguments) {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.remove(QStringLiteral("QT_QPA_PLATFORM")); // it finds one itself
-        environment.remove(QStringLiteral("DISPLAY"));
-        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-        process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(LMX_PICTURE_PROGRAM), arguments);
-        TOutcome outcome;
-        if (!process.waitForFinished(120'000))
-            return outcome;
-        outcome.ExitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        outcome.Output = QString::fromUtf8(process.readAllStandardOutput());
-        outcome.Errors = QString::fromUtf8(process.readAllStandardError());
-        return outcome;
-    }
-
-    /// What it says of wrong arguments, without its last line.
-    static QStringList ComplaintsOf(const QStringList& arguments) {
-        const TOutcome outcome = Run(arguments);
-        EXPECT_EQ(outcome.ExitCode, 2);
-        EXPECT_EQ(outcome.Output, "");
-        QStringList lines = outcome.Errors.split(u'\n', Qt::SkipEmptyParts);
-        EXPECT_EQ(lines.isEmpty() ? QString() : lines.takeLast(), "lmx-picture --help tells how to call it");
-        return lines;
-    }
-
     QTemporaryDir FFolder;
 };
 
 TEST_F(PictureTool, PaintsADocument) {
-    const TOutcome outcome =
-        Run({Document(), Path("map.png"), "--size", "720x360", "--title", "Sea & land", "--time", "January", "--legend",
-             "--scale-bar", "--compass", "--density", "1.5", "--background", "#FFFFF0"});
+    const TProgramOutcome outcome = RunPictureProgram(
+        {Document(), Path("map.png"), "--size", "720x360", "--title", "Sea & land", "--time", "January", "--legend",
+         "--scale-bar", "--compass", "--density", "1.5", "--background", "#FFFFF0", "--map-background", "#E0E0E0"});
     EXPECT_EQ(outcome.ExitCode, 0) << outcome.Errors.toStdString();
     EXPECT_EQ(outcome.Errors, "");
     const QImage picture(Path("map.png"));
@@ -107,19 +74,19 @@ TEST_F(PictureTool, PaintsADocument) {
 
 TEST_F(PictureTool, PaintsAnAreaOrAPlaceAsPdf) {
     const QString document = Document();
-    EXPECT_EQ(Run({document, Path("area.pdf"), "--extent", "-20,30,40.5,70"}).ExitCode, 0);
+    EXPECT_EQ(RunPictureProgram({document, Path("area.pdf"), "--extent", "-20,30,40.5,70"}).ExitCode, 0);
     EXPECT_TRUE(ReadFile(Path("area.pdf")).startsWith("%PDF-"));
-    EXPECT_EQ(Run({document, Path("place.png"), "--centre", "174.8,-41.3", "--scale", "40"}).ExitCode, 0);
+    EXPECT_EQ(RunPictureProgram({document, Path("place.png"), "--centre", "174.8,-41.3", "--scale", "40"}).ExitCode, 0);
     EXPECT_EQ(QImage(Path("place.png")).text(QStringLiteral("Extent")),
               "west 159.8, south -49.75, east 180, north -32.875");
 }
 
 TEST_F(PictureTool, TellsHowToCallIt) {
-    const TOutcome help = Run({"--help"});
+    const TProgramOutcome help = RunPictureProgram({"--help"});
     EXPECT_EQ(help.ExitCode, 0);
     EXPECT_TRUE(help.Output.startsWith("Usage: lmx-picture MAP.lmx PICTURE.png|PICTURE.pdf [options]\n"));
     EXPECT_EQ(help.Errors, "");
-    const TOutcome version = Run({"--version"});
+    const TProgramOutcome version = RunPictureProgram({"--version"});
     EXPECT_EQ(version.ExitCode, 0);
     EXPECT_TRUE(version.Output.startsWith("lmx-picture "));
 }
@@ -144,6 +111,8 @@ TEST_F(PictureTool, RefusesWrongArguments) {
               "lmx-picture: --time-limit \"-1\": seconds, from 0 to 86400 is needed.");
     EXPECT_EQ(complaint({"--background", "white"}),
               "lmx-picture: --background \"white\": a colour as #RRGGBB or #AARRGGBB is needed.");
+    EXPECT_EQ(complaint({"--map-background", ""}),
+              "lmx-picture: --map-background \"\": a colour as #RRGGBB or #AARRGGBB is needed.");
     EXPECT_EQ(
         complaint({"--extent", "10,0,5,20"}),
         "lmx-picture: --extent \"10,0,5,20\": west,south,east,north with west below east and south below north is "
@@ -158,14 +127,14 @@ TEST_F(PictureTool, RefusesWrongArguments) {
 }
 
 TEST_F(PictureTool, FailsForWhatIsNoDocument) {
-    const TOutcome none = Run({Path("none.lmx"), Path("map.png")});
+    const TProgramOutcome none = RunPictureProgram({Path("none.lmx"), Path("map.png")});
     EXPECT_EQ(none.ExitCode, 1);
     EXPECT_TRUE(none.Errors.startsWith("lmx-picture: " + Path("none.lmx") + ": ")) << none.Errors.toStdString();
     for (const QByteArray& bytes : {QByteArray(), QByteArray("no archive"), QByteArray(100'000, '\x50')}) {
         QFile file(Path("bad.lmx"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
         file.close();
-        const TOutcome outcome = Run({Path("bad.lmx"), Path("map.png")});
+        const TProgramOutcome outcome = RunPictureProgram({Path("bad.lmx"), Path("map.png")});
         EXPECT_EQ(outcome.ExitCode, 1);
         EXPECT_TRUE(outcome.Errors.startsWith("lmx-picture: " + Path("bad.lmx"))) << outcome.Errors.toStdString();
     }
@@ -192,12 +161,12 @@ TEST_F(PictureTool, WritesNothingWithoutALayerUnlessThatIsAllowed) {
     }
     ASSERT_TRUE(QFile::remove(Path("sea.rst")) && QFile::remove(Path("sea.rdc")));
 
-    const TOutcome refused = Run({Path("linked.lmx"), Path("map.png")});
+    const TProgramOutcome refused = RunPictureProgram({Path("linked.lmx"), Path("map.png")});
     EXPECT_EQ(refused.ExitCode, 1);
     EXPECT_TRUE(refused.Errors.contains("Layer \"Sea\" (IdrisiMapLayer): ")) << refused.Errors.toStdString();
     EXPECT_TRUE(refused.Errors.endsWith("lmx-picture: nothing written; --allow-missing paints the map without\n"));
     EXPECT_FALSE(QFile::exists(Path("map.png")));
-    const TOutcome allowed = Run({Path("linked.lmx"), Path("map.png"), "--allow-missing"});
+    const TProgramOutcome allowed = RunPictureProgram({Path("linked.lmx"), Path("map.png"), "--allow-missing"});
     EXPECT_EQ(allowed.ExitCode, 0);
     EXPECT_TRUE(allowed.Errors.contains("Layer \"Sea\" (IdrisiMapLayer): "));
     EXPECT_TRUE(QFile::exists(Path("map.png")));
@@ -205,19 +174,20 @@ TEST_F(PictureTool, WritesNothingWithoutALayerUnlessThatIsAllowed) {
 
 TEST_F(PictureTool, KeepsTheOldPictureWhenItFails) {
     const QString document = Document();
-    ASSERT_EQ(Run({document, Path("map.png")}).ExitCode, 0);
+    ASSERT_EQ(RunPictureProgram({document, Path("map.png")}).ExitCode, 0);
     const QByteArray before = ReadFile(Path("map.png"));
-    const TOutcome late = Run({document, Path("map.png"), "--time-limit", "0", "--size", "6000x3000"});
+    const TProgramOutcome late =
+        RunPictureProgram({document, Path("map.png"), "--time-limit", "0", "--size", "6000x3000"});
     if (late.ExitCode != 0) { // a machine may be quick
         EXPECT_EQ(late.ExitCode, 1);
         EXPECT_EQ(late.Errors, "lmx-picture: The picture was not ready within 0 seconds: the layer \"Coasts\" is still "
                                "being drawn\n");
         EXPECT_EQ(ReadFile(Path("map.png")), before);
     }
-    const TOutcome small = Run({document, Path("map.png"), "--size", "50x50", "--legend"});
+    const TProgramOutcome small = RunPictureProgram({document, Path("map.png"), "--size", "50x50", "--legend"});
     EXPECT_EQ(small.ExitCode, 1);
     EXPECT_EQ(small.Errors, "lmx-picture: The picture is too small for what stands around the map\n");
-    const TOutcome nowhere = Run({document, Path("nowhere/map.png")});
+    const TProgramOutcome nowhere = RunPictureProgram({document, Path("nowhere/map.png")});
     EXPECT_EQ(nowhere.ExitCode, 1);
     EXPECT_TRUE(nowhere.Errors.startsWith("lmx-picture: " + Path("nowhere/map.png") + ": cannot be written: "))
         << nowhere.Errors.toStdString();

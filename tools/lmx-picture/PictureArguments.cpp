@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <cmath>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -36,8 +37,8 @@ public:
         const auto value = [this](const char* name, const char* form) {
             FParser.addOption(QCommandLineOption(QString::fromLatin1(name), QString(), QString::fromLatin1(form)));
         };
-        for (const char* name :
-             {"size", "density", "title", "time", "centre", "scale", "extent", "background", "time-limit"})
+        for (const char* name : {"size", "density", "title", "time", "centre", "scale", "extent", "background",
+                                 "map-background", "time-limit", "steps", "names", "range"})
             value(name, "value");
         for (const char* name : {"world", "legend", "scale-bar", "compass", "no-marks", "no-annotations",
                                  "allow-missing", "help", "version"})
@@ -57,6 +58,7 @@ public:
         ReadFiles(read);
         ReadSheet(read.Options);
         ReadView(read.Options);
+        ReadSteps(read.Steps);
         read.Options.ShowsLegends = FParser.isSet("legend");
         read.Options.ShowsScale = FParser.isSet("scale-bar");
         read.Options.ShowsCompassRose = FParser.isSet("compass");
@@ -99,18 +101,21 @@ private:
         if (const auto seconds = Number("time-limit", 0, MostSeconds, "seconds, from 0 to 86400"))
             options.TimeLimit = static_cast<int>(std::floor(*seconds * 1000));
         if (FParser.isSet("background"))
-            ReadBackground(options);
+            options.BackgroundColor = Color("background");
+        if (FParser.isSet("map-background"))
+            options.MapColor = Color("map-background");
     }
 
-    void ReadBackground(lmx::TMapPictureOptions& options) {
-        QString text = FParser.value("background");
+    lmx::TColor32 Color(const char* option) {
+        QString text = FParser.value(QString::fromLatin1(option));
         if (text.size() == 7)
             text.insert(1, QStringLiteral("FF"));
         try {
-            options.BackgroundColor = lmx::StringToColor32(text);
+            return lmx::StringToColor32(text);
         } catch (const lmx::EConvertError&) {
-            Refuse("background", "a colour as #RRGGBB or #AARRGGBB");
+            Refuse(option, "a colour as #RRGGBB or #AARRGGBB");
         }
+        return 0;
     }
 
     void ReadView(lmx::TMapPictureOptions& options) {
@@ -137,6 +142,45 @@ private:
             place.Scale = *scale;
         if (hasPlace)
             options.Place = place;
+    }
+
+    void ReadSteps(std::optional<TPictureSteps>& steps) {
+        if (!FParser.isSet("steps")) {
+            if (FParser.isSet("names") || FParser.isSet("range"))
+                FProblems += QStringLiteral("--names and --range are for the pictures of --steps.");
+            return;
+        }
+        if (FParser.isSet("time"))
+            FProblems += QStringLiteral("Only one of --time and --steps can be given: each step has its own time.");
+        steps.emplace();
+        ReadStepNumbers(*steps);
+        const QString names = FParser.value("names");
+        steps->NamesByDate = names == QStringLiteral("date");
+        if (FParser.isSet("names") && !steps->NamesByDate && names != QStringLiteral("number"))
+            Refuse("names", "number or date");
+        steps->FitsRange = FParser.value("range") == QStringLiteral("all");
+        if (!FParser.isSet("range") || steps->FitsRange)
+            return;
+        const auto ends = Numbers(FParser.value("range"), u',', 2);
+        if (ends && (*ends)[0] < (*ends)[1])
+            steps->Range = lmx::TValueRange(static_cast<double>((*ends)[0]), static_cast<double>((*ends)[1]));
+        else
+            Refuse("range", "low,high with low below high, or all,");
+    }
+
+    // "all", "7", "7-", "7-12".
+    void ReadStepNumbers(TPictureSteps& steps) {
+        const QString text = FParser.value("steps");
+        if (text == QStringLiteral("all"))
+            return;
+        const QStringList ends = text.split(u'-');
+        const bool isOpen = ends.size() == 2 && ends[1].isEmpty();
+        std::int32_t last = TPictureSteps::ToTheEnd;
+        if (ends.size() <= 2 && lmx::TryStrToInt(ends[0], steps.First) && steps.First >= 1 &&
+            (isOpen || lmx::TryStrToInt(ends.back(), last)) && last >= steps.First)
+            steps.Last = last;
+        else
+            Refuse("steps", "all, a step counted from 1, or a first and a last one, such as 7-12,");
     }
 
     std::optional<double> Number(const char* option, double least, double most, const char* wanted) {
@@ -169,7 +213,7 @@ TPictureArguments TPictureArguments::Parse(const QStringList& arguments, QString
 QString UsageText() {
     return QStringLiteral(R"(Usage: lmx-picture MAP.lmx PICTURE.png|PICTURE.pdf [options]
 
-Paints a map document into a file, without a window.
+Paints a map document into a file, or into one for each step in time, without a window.
 
 What is shown (the whole world if nothing is said):
   --world                     the whole world
@@ -179,7 +223,8 @@ What is shown (the whole world if nothing is said):
 The picture:
   --size WxH                  its size in units of 1/96 inch (1200x675)
   --density N                 pixels in a unit: 1 for screens, 3.125 for 300 per inch (1)
-  --background #RRGGBB        what is behind the map (#FFFFFF)
+  --background #RRGGBB        what is behind map and texts (#FFFFFF)
+  --map-background #RRGGBB    what is behind the layers of the map (that of --background)
 
 Around the map:
   --title TEXT                a title above it
@@ -190,11 +235,20 @@ Around the map:
   --no-marks                  leaves out rulers and query points
   --no-annotations            leaves out the annotations of the document
 
+A picture of each step in time, where layers of the document show climate files:
+  --steps all|N|N-M|N-        these steps, counted from 1; the time of each stands below its map
+  --names number|date         map.png becomes map-001.png, ..., or map-1961-01.png, ... with as much of the date as
+                              tells all steps apart (number)
+  --range LOW,HIGH|all        the colours of these layers for this range, or that of all their steps, in all pictures
+                              (that of the document)
+A climate file that is not where it was is looked for beside the document.
+
   --allow-missing             paints the map without the layers that cannot be read
-  --time-limit SECONDS        for drawing (60)
+  --time-limit SECONDS        for drawing a picture (60)
   --help, --version
 
 Ends with 0 if the picture has been written, with 1 if it could not be, and with 2 if the arguments are wrong. A picture
-that was there before stays unless a new one is written whole.
+that was there before stays unless a new one is written whole. With --steps each picture that has been written is told
+on the standard error output, and those written before a failure stay.
 )");
 }

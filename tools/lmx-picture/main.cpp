@@ -13,6 +13,7 @@
 #include <iostream>
 
 #include "PictureArguments.h"
+#include "PictureSteps.h"
 
 namespace {
 
@@ -28,6 +29,7 @@ bool Write(const TPictureArguments& arguments) {
     lmx::TLayerFactory::PopulateDefault(makers);
     const auto keepers = lmx::TMapDocLayerPersistFactory::GetObject();
     lmx::TMapDocLayerPersistFactory::PopulateDefault(keepers);
+    RegisterClimateLayers(makers, keepers);
     const auto report = std::make_shared<lmx::TMapDocLoadReport>();
     lmx::TMapPicture picture = lmx::TMapPicture::OfDocument(arguments.Document, makers, keepers, report);
     for (const QString& lost : report->ToText().split(u'\n', Qt::SkipEmptyParts))
@@ -37,7 +39,10 @@ bool Write(const TPictureArguments& arguments) {
         return false;
     }
     picture.SetOptions(arguments.Options);
-    picture.Save(arguments.Picture);
+    if (arguments.Steps)
+        SaveSteps(picture, arguments, Tell);
+    else
+        picture.Save(arguments.Picture);
     return true;
 }
 

@@ -40,6 +40,18 @@ QString KnownKinds() {
     return QStringLiteral("is no file that is known here: NetCDF, HDF5, GRIB, GeoTIFF and Zarr 2 are");
 }
 
+// Within braces a zip may have any suffix, as long as its own name closes those that it opens.
+QByteArray NameInZip(const QByteArray& path, const QByteArray& inside) {
+    int open = 0;
+    for (const char letter : path) {
+        open += letter == '{' ? 1 : letter == '}' ? -1 : 0;
+        if (open < 0)
+            break;
+    }
+    const QByteArray zip = open == 0 ? "/vsizip/{" + path + '}' : "/vsizip/" + path;
+    return inside.isEmpty() ? zip : zip + '/' + inside;
+}
+
 } // namespace
 
 TClimateFileKind ClimateFileKindOf(QIODevice& device) {
@@ -97,7 +109,7 @@ TGdalName GdalNameOf(const TLocalClimateFile& file) {
     case TClimateFileKind::fkZarrFolder:
         return {path, "Zarr", true};
     case TClimateFileKind::fkZip:
-        return {"/vsizip/" + path, "Zarr", true};
+        return {NameInZip(path, file.Inside.toUtf8()), "Zarr", true};
     case TClimateFileKind::fkGrib:
         return {path, "GRIB", false};
     case TClimateFileKind::fkTiff:

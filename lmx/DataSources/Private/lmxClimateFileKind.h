@@ -27,6 +27,7 @@ TClimateFileKind ClimateFileKindOf(QIODevice& device);
 struct TLocalClimateFile {
     QString Path;
     TClimateFileKind Kind = TClimateFileKind::fkUnknown;
+    QString Inside = {}; ///< folder in a zip; empty for its top
 };
 
 /// Takes a name as a path of this computer and nothing else: no connection, no virtual file, no text that a driver

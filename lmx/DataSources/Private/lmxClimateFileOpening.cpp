@@ -6,6 +6,7 @@
 #include <lmx/DataSources/Private/lmxHdf5Walk.h>
 #include <lmx/DataSources/Private/lmxMultidimSource.h>
 #include <lmx/DataSources/Private/lmxNetCDFHeader.h>
+#include <lmx/DataSources/Private/lmxZarrZip.h>
 #include <lmx/DataSources/lmxClimateExceptions.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
@@ -106,9 +107,13 @@ std::unique_ptr<IClimateSource> OpenClimateBytes(const QByteArray& bytes, const 
 std::unique_ptr<IClimateSource> OpenClimateSource(const QString& fileName, const QStringList& allowedHosts) {
     if (IsRemote(fileName))
         return OpenTiffSource(RemoteName(fileName, allowedHosts), fileName);
-    const TLocalClimateFile local = FindLocalClimateFile(fileName);
-    const TGdalName name = GdalNameOf(local);
+    TLocalClimateFile local = FindLocalClimateFile(fileName);
     QFile file(local.Path);
+    if (local.Kind == TClimateFileKind::fkZip) {
+        OpenForReading(file, fileName);
+        local.Inside = FindZarrInZip(file, fileName);
+    }
+    const TGdalName name = GdalNameOf(local);
     switch (local.Kind) {
     case TClimateFileKind::fkNetCDF:
     case TClimateFileKind::fkNetCDF64:

@@ -1,7 +1,10 @@
 #include <lmx/DataSources/Private/lmxClimateCatalog.h>
 
+#include <lmx/DataSources/lmxClimateOrigin.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
+
+#include <QFileInfo>
 
 #include <algorithm>
 #include <new>
@@ -19,24 +22,15 @@ std::vector<float> Transposed(const std::vector<float>& cells, std::size_t rows,
     return result;
 }
 
-// "850 hPa", "5 m", "sigma 0.995".
-QString LevelCaptionOf(const TClimateVariableInfo& info, std::size_t level) {
-    if (info.Levels.empty())
-        return {};
-    const TUnitConversion conversion =
-        IsPressureUnit(info.LevelUnits)
-            ? MakeUnitConversion(info.LevelUnits, {{}, QStringLiteral("air_pressure"), {}, {}})
-            : KeepUnits(info.LevelUnits);
-    const QString number =
-        FloatToGeneral(info.Levels[level] * conversion.Factor + conversion.Offset, 7, TFormatSettings::Invariant());
-    const bool isBare = conversion.ShownUnits.isEmpty() || conversion.ShownUnits == QStringLiteral("1");
-    return isBare ? info.LevelName + u' ' + number : number + u' ' + conversion.ShownUnits;
-}
-
 // Numbers by the month need the days of the month; a step without a date keeps the units of the file.
 double DaysInMonthOf(const TClimateTimes& times, std::size_t step) {
     const auto date = step < times.GetCount() ? times.GetDate(step) : std::nullopt;
     return date ? times.GetCalendar().DaysInMonth(date->Year, date->Month) : 0;
+}
+
+// Documents of another folder find the file by it.
+QString WholePath(const QString& fileName) {
+    return QFileInfo::exists(fileName) ? QFileInfo(fileName).absoluteFilePath() : fileName;
 }
 
 // Whether the file has the cells of the picture one by one: then they need no second copy.
@@ -53,6 +47,18 @@ bool IsInOrder(const TClimateGridPlan& plan) {
 }
 
 } // namespace
+
+QString TClimateVariableInfo::GetLevelCaption(std::size_t level) const {
+    if (Levels.empty())
+        return {};
+    const TUnitConversion conversion =
+        IsPressureUnit(LevelUnits) ? MakeUnitConversion(LevelUnits, {{}, QStringLiteral("air_pressure"), {}, {}})
+                                   : KeepUnits(LevelUnits);
+    const QString number =
+        FloatToGeneral(Levels.at(level) * conversion.Factor + conversion.Offset, 7, TFormatSettings::Invariant());
+    const bool isBare = conversion.ShownUnits.isEmpty() || conversion.ShownUnits == QStringLiteral("1");
+    return isBare ? LevelName + u' ' + number : number + u' ' + conversion.ShownUnits;
+}
 
 TClimatePicture TClimateCatalog::Read(const TClimateSelection& selection) const {
     if (selection.Variable >= FEntries.size())
@@ -71,7 +77,7 @@ TClimatePicture TClimateCatalog::Read(const TClimateSelection& selection) const 
         picture.Conversion = KeepUnits(info.Units);
     if (selection.Time < entry.Times->GetCount())
         picture.TimeCaption = entry.Times->GetCaption(selection.Time);
-    picture.LevelCaption = LevelCaptionOf(info, selection.Level);
+    picture.LevelCaption = info.GetLevelCaption(selection.Level);
     picture.Title = info.GetTitle();
     picture.World = entry.Plan->GetWorld();
     picture.Variable = info.Variable;
@@ -84,7 +90,8 @@ TClimatePicture TClimateCatalog::Read(const TClimateSelection& selection) const 
             title += part.isEmpty() ? QString() : QStringLiteral(", ") + part;
         picture.Image = entry.Plan->MakeImage(cells, title, picture.Conversion.ShownUnits);
         picture.Image->getHeader()->SetComment(picture.Conversion.ToText());
-        picture.Image->getHeader()->SetLineage(Format(u"%s\n%s\n%s", {FFileName, info.Name, picture.TimeCaption}));
+        picture.Image->getHeader()->SetLineage(
+            TClimateOrigin{WholePath(FFileName), info.Name, picture.TimeCaption, picture.LevelCaption}.ToLineage());
     } catch (const std::bad_alloc&) {
         throw EOutOfMemory();
     }

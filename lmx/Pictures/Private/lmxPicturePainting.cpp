@@ -171,7 +171,7 @@ void PaintMap(const TPictureOrder& order, TStage& stage, TBitmap32& bitmap) {
         annotations.emplace(order.Manager, order.Options.Density).LayOut(stage.Viewport);
     TSettling settling(order);
     do {
-        bitmap.Clear(order.Options.BackgroundColor);
+        bitmap.Clear(order.Options.MapColor.value_or(order.Options.BackgroundColor));
         std::vector<TBorrowed<TBaseMapLayer>> above = MarksOf(order);
         if (annotations)
             above.emplace_back(annotations->GetLayer());

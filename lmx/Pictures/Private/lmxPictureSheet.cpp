@@ -13,6 +13,7 @@
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRasterMapLayer.h>
+#include <lmx/Pictures/Private/lmxColorBarItem.h>
 #include <lmx/Pictures/Private/lmxScaleBarItem.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
@@ -110,7 +111,7 @@ std::int32_t TPictureSheet::Pixels(double units) const {
 
 void TPictureSheet::Survey(const ILayerManager& manager) {
     for (TBaseMapLayer* layer : manager.GetLayers()) {
-        if (!IsPainted(*layer))
+        if (!IsPainted(*layer) || !layer->GetShowsInLayersList()) // or a part of another layer
             continue;
         auto* raster = dynamic_cast<TRasterMapLayer*>(layer);
         if (raster && HasLegend(*raster))
@@ -252,14 +253,17 @@ std::int32_t TPictureSheet::AddLegend(TRasterMapLayer& raster, std::int32_t top,
     top += label.Height;
     const auto rows = static_cast<double>(RowCountOf(raster.GetColorCalc().get()));
     std::int32_t height = LegendHeight(raster, ease);
-    auto legend = std::make_unique<TLegendObjectLayerItem>(&FItems, &raster, TLegendOrientation::loVertical);
-    legend->SetGradientBarSize(20);
-    if (rows > 0) {
-        const double row =
-            std::clamp(std::floor((height / FOptions.Density - LegendInset) / rows), LeastRowHeight, RowHeight);
-        legend->SetPaletteBoxSize(RoundToPixel(row - 4)); // margins of 2
-        height = Pixels(rows * row + LegendInset);
+    if (rows == 0) {
+        auto bar = std::make_unique<TColorBarItem>(&FItems, raster);
+        bar->SetRect({left, top + Pixels(LegendInset / 2), right, top + height});
+        FItems.GetObjects().Add(std::move(bar));
+        return top + height + Pixels(Gap);
     }
+    auto legend = std::make_unique<TLegendObjectLayerItem>(&FItems, &raster, TLegendOrientation::loVertical);
+    const double row =
+        std::clamp(std::floor((height / FOptions.Density - LegendInset) / rows), LeastRowHeight, RowHeight);
+    legend->SetPaletteBoxSize(RoundToPixel(row - 4)); // margins of 2
+    height = Pixels(rows * row + LegendInset);
     legend->SetRect({left - Pixels(5), top, right, top + height}); // its content is 5 units inside
     FItems.GetObjects().Add(std::move(legend));
     return top + height + Pixels(Gap);
