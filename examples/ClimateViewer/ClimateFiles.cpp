@@ -88,6 +88,13 @@ std::optional<lmx::TClimateSelection> SelectionOf(const lmx::TClimateDataset& da
                                                        : QObject::tr("holds no variable %1").arg(choice.Variable));
 }
 
+/// Titles in capitals only, of old files, as a sentence.
+QString Readable(const QString& title) {
+    if (!title.contains(u' ') || title != title.toUpper())
+        return title;
+    return title.first(1) + title.mid(1).toLower();
+}
+
 /// The name of a layer: what, at which level and when.
 QString LayerName(const QString& title, const QString& level, const QString& time) {
     QString name = title;
@@ -150,7 +157,7 @@ private:
                             const lmx::TClimateSelection& selection) {
         lmx::TClimatePicture picture = dataset.Read(selection);
         auto layer = std::make_unique<lmx::TIdrisiMapLayer>(manager);
-        FTitle = picture.Title;
+        FTitle = Readable(picture.Title);
         FLevel = picture.LevelCaption;
         FCaption = picture.TimeCaption;
         layer->SetLayerName(manager->GetNextName(LayerName(FTitle, FLevel, FCaption)));

@@ -231,6 +231,10 @@ std::shared_ptr<lmx::TThread> OpenOverlay(const std::shared_ptr<lmx::ILayerManag
 
 void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder) {
     AddOverlay(manager, folder + "/ne_50m_rivers_lake_centerlines.shp", 0xFF4F86C6)->SetLayerName("Rivers");
+    AddSampleCoasts(manager, folder);
+}
+
+void AddSampleCoasts(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder) {
     AddOverlay(manager, folder + "/ne_50m_land.shp", 0xFF24303C)->SetLayerName("Coasts");
 }
 

@@ -44,6 +44,8 @@ std::shared_ptr<lmx::TThread> OpenOverlay(const std::shared_ptr<lmx::ILayerManag
 /// Adds the rivers and the coasts of the world.
 /// @throws lmx::EFileException if a file of `folder` is missing or damaged.
 void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder);
+/// Adds the coasts alone. @throws as AddSampleOverlays.
+void AddSampleCoasts(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder);
 
 // Documents keep which layer is drawn on the other side of the prime meridian, too.
 void RegisterOverlays(lmx::ILayerFactory& makers);

@@ -65,10 +65,11 @@ TPictureDialog::TPictureDialog(QWidget* parent)
     form->addRow(buttons);
 }
 
-void TPictureDialog::Begin(lmx::TSize size, const QString& title) {
+void TPictureDialog::Begin(lmx::TSize size, const QString& title, const QString& time) {
     FWidth->setValue(size.cx);
     FHeight->setValue(size.cy);
     FTitle->setText(title);
+    FTime->setText(time);
 }
 
 lmx::TMapPictureOptions TPictureDialog::GetOptions(const lmx::TMapArea& visible) const {
@@ -86,14 +87,14 @@ lmx::TMapPictureOptions TPictureDialog::GetOptions(const lmx::TMapArea& visible)
     return options;
 }
 
-void ExportPicture(lmx::TMapViewControl& view, QWidget* window) {
+void ExportPicture(lmx::TMapViewControl& view, const QString& time, QWidget* window) {
     if (!view.WorldCreated() || !view.GetLayerManager())
         return;
     const QPointer<QWidget> owner(window);
     const lmx::TMapArea visible = view.GetWorldSystem()->ConstrainRect(view.GetViewport()->GetVisibleMapArea());
     lmx::TMapPicture picture(view.GetLayerManager(), view.GetWorldSystem());
     lmx::TOwnedDialog<TPictureDialog> dialog(window);
-    dialog->Begin({view.width(), view.height()}, view.GetLayerManager()->GetTitle());
+    dialog->Begin({view.width(), view.height()}, view.GetLayerManager()->GetTitle(), time);
     if (dialog.Execute() != QDialog::Accepted)
         return;
     picture.SetOptions(dialog->GetOptions(visible));
@@ -104,4 +105,16 @@ void ExportPicture(lmx::TMapViewControl& view, QWidget* window) {
     QString fileName;
     if (owner && lmx::TFileDialog::Save(request, fileName, window))
         lmx::GuardEvent(owner, [&] { picture.Save(fileName); });
+}
+
+void SaveSheet(lmx::TMapViewControl& view, const QString& title, const QString& time, const QString& fileName) {
+    lmx::TMapPictureOptions options;
+    options.Density = 2;
+    options.Title = title;
+    options.Time = time;
+    options.ShowsLegends = true;
+    options.ShowsScale = true;
+    options.Size = {1200, 640};    // little room is left around a world
+    options.MapColor = 0xFFE2E2E2; // land, and where there are no data
+    lmx::TMapPicture(view.GetLayerManager(), view.GetWorldSystem(), options).Save(fileName);
 }

@@ -2,10 +2,13 @@
 //   ClimateViewer                    opens the window
 //   ClimateViewer FILE...            opens the files too
 //   ClimateViewer --model            adds a model's field on Gaussian axes
+//   ClimateViewer --bare FILE...     opens them over the coasts alone, without the sample map
 //   ClimateViewer FILE --variable NAME --step N
 //                                    opens this variable of a climate file at this step, without a question
 //   ClimateViewer --picture map.png  renders the window into a file, without a display; fails if a file could not be
 //   opened
+//   ClimateViewer --sheet map.png --title TITLE
+//                                    writes the map of the whole world with title, legends, scale and time, for print
 //   ClimateViewer --picture map.png --document map.lmx
 //                                    also keeps the map as a document, opens it in a fresh window, and fails if that
 //                                    does not show the same
@@ -26,6 +29,7 @@
 #include "ClimateFiles.h"
 #include "DocumentActions.h"
 #include "Overlays.h"
+#include "PictureExport.h"
 #include "SampleMap.h"
 #include "ViewerWindow.h"
 
@@ -34,7 +38,8 @@ namespace {
 // The platform is chosen before the application exists.
 void ChoosePlatform(int argc, char** argv) {
     for (int i = 1; i < argc; ++i)
-        if (qstrcmp(argv[i], "--picture") == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        if ((qstrcmp(argv[i], "--picture") == 0 || qstrcmp(argv[i], "--sheet") == 0) &&
+            qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
@@ -84,6 +89,12 @@ private:
     bool FHasErrors = false;
 };
 
+void AddSampleMap(TViewerWindow& window, const QString& data) {
+    AddSampleLayers(window.GetLayerManager(), data);
+    AddSampleOverlays(window.GetLayerManager(), data);
+    window.AddPlaces(data + "/places.csv");
+}
+
 int Run(const QApplication& application) {
     QCommandLineParser options;
     const QCommandLineOption picture("picture", "Render the window into this file and end.", "file");
@@ -94,6 +105,13 @@ int Run(const QApplication& application) {
     const QCommandLineOption model("model", "Add a model's field, gridded from its Gaussian axes.");
     options.addOption(data);
     options.addOption(model);
+    const QCommandLineOption bare("bare", "Begin with the coasts alone instead of the sample map.");
+    options.addOption(bare);
+    const QCommandLineOption sheet("sheet", "Write a map of the whole world, for print, into this file and end.",
+                                   "file");
+    options.addOption(sheet);
+    const QCommandLineOption title("title", "Title of the map for print.", "text");
+    options.addOption(title);
     const QCommandLineOption variable("variable", "Open this variable of climate files.", "name");
     const QCommandLineOption step("step", "Open climate files at this step, counted from 0.", "number", "0");
     options.addOption(variable);
@@ -105,30 +123,36 @@ int Run(const QApplication& application) {
 
     lmx::TCores::SetCount(0); // all that the machine has
     const auto messages = std::make_shared<TerminalMessages>();
-    if (options.isSet(picture))
+    const bool ends = options.isSet(picture) || options.isSet(sheet);
+    if (ends)
         lmx::TMsgBox::SetService(messages);
     TViewerWindow window(options.value(data));
     window.resize(1280, 760);
-    AddSampleLayers(window.GetLayerManager(), options.value(data));
-    AddSampleOverlays(window.GetLayerManager(), options.value(data));
-    window.AddPlaces(options.value(data) + "/places.csv");
+    if (options.isSet(bare))
+        AddSampleCoasts(window.GetLayerManager(), options.value(data));
+    else
+        AddSampleMap(window, options.value(data));
     QApplication::processEvents(); // the panel makes its rows
     window.show();
     QApplication::processEvents(); // the window takes its final layout
-    ComposeSampleMap(*window.GetView());
+    if (!options.isSet(bare))
+        ComposeSampleMap(*window.GetView());
     window.GetDocuments()->GetDocument().MarkUnchanged();
     if (options.isSet(model))
         window.AddModelField();
-    if (options.isSet(picture) || options.isSet(variable) || options.isSet(step))
+    if (ends || options.isSet(variable) || options.isSet(step))
         window.GetClimateFiles().SetChoice({options.value(variable), options.value(step).toInt()});
     for (const QString& fileName : options.positionalArguments())
         window.OpenFile(fileName);
     QApplication::processEvents(); // the panel makes the rows of opened files,
     QApplication::processEvents(); // and lays them out
-    if (!options.isSet(picture))
+    if (!ends)
         return QApplication::exec();
     Settle(window);
-    if (!window.grab().save(options.value(picture))) {
+    if (options.isSet(sheet))
+        SaveSheet(*window.GetView(), options.value(title), window.GetClimateFiles().GetTimeCaption(),
+                  options.value(sheet));
+    if (options.isSet(picture) && !window.grab().save(options.value(picture))) {
         std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';
         return 1;
     }
