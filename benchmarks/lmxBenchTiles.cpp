@@ -1,6 +1,6 @@
-// A GeoTIFF of 40,000 x 20,000 bytes with overviews in a view of 1920 x 1080: the first picture of the whole, a zoom, a
-// pan, and the same again from the cache, against GDAL's own read of the cells that the view shows; and the memory of
-// it.
+// A GeoTIFF of 40,000 x 20,000 bytes in a view of 1920 x 1080, with overviews and without, in tiles and in strips: the
+// first picture of the whole, a pan of it, zooms, a pan at full resolution, and the same again from the cache, against
+// GDAL's own read of the cells that the view shows; and the memory of it. Each file is shown in a process of its own.
 
 #include <benchmarks/Measuring.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
@@ -43,16 +43,30 @@ void Require(bool isTrue, const char* what) {
 }
 
 // In a process of its own, so that what it takes is not counted.
-void MakeFile(const std::string& path) {
+template<class Work>
+void InChild(Work work) {
+    std::fflush(stdout);
     const pid_t child = fork();
-    if (child != 0) {
-        int status = 0;
-        waitpid(child, &status, 0);
-        Require(status == 0, "the file could not be made");
-        return;
+    if (child == 0) {
+        work();
+        std::fflush(stdout);
+        _exit(0);
     }
+    int status = 0;
+    waitpid(child, &status, 0);
+    Require(status == 0, "a part of the measurement failed");
+}
+
+struct TFileKind {
+    const char* Name;
+    bool IsTiled;
+    bool HasOverviews;
+};
+
+void MakeFile(const std::string& path, const TFileKind& kind) {
     GDALRegister_GTiff();
-    const char* const options[] = {"TILED=YES", "COMPRESS=DEFLATE", "ZLEVEL=1", "NUM_THREADS=2", nullptr};
+    const char* const options[] = {kind.IsTiled ? "TILED=YES" : "TILED=NO", "COMPRESS=DEFLATE", "ZLEVEL=1",
+                                   "NUM_THREADS=2", nullptr};
     GDALDataset* const dataset = GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
         path.c_str(), Columns, Rows, 1, GDT_Byte, const_cast<char**>(options));
     double transform[] = {-180, 360.0 / Columns, 0, 90, 0, -180.0 / Rows};
@@ -72,9 +86,9 @@ void MakeFile(const std::string& path) {
                 "the file could not be written");
     }
     int factors[] = {2, 4, 8, 16, 32};
-    dataset->BuildOverviews("NEAREST", 5, factors, 0, nullptr, GDALDummyProgress, nullptr);
+    if (kind.HasOverviews)
+        dataset->BuildOverviews("NEAREST", 5, factors, 0, nullptr, GDALDummyProgress, nullptr);
     GDALClose(dataset);
-    _exit(0);
 }
 
 long PeakMegabytes() {
@@ -101,16 +115,22 @@ public:
         FViewport.SetViewSize({Width, Height});
     }
 
-    void Show(const TPlace& place) {
+    /// The result is the time until there is something of it to see.
+    double Show(const TPlace& place) {
         FViewport.SetScale(place.Scale);
         FViewport.SetCenter(place.Center);
+        double first = 0;
         do {
-            FLayer.Paint(&FWorld, &FViewport, FBitmap);
-            while (FLayer.GetCurrentThread()) {
-                QCoreApplication::processEvents();
-                std::this_thread::yield();
-            }
+            const double step = MillisecondsOf([this] {
+                FLayer.Paint(&FWorld, &FViewport, FBitmap);
+                while (FLayer.GetCurrentThread()) {
+                    QCoreApplication::processEvents();
+                    std::this_thread::yield();
+                }
+            });
+            first = first > 0 ? first : step;
         } while (!IsStill());
+        return first;
     }
     double LongestPaint() const { return FLongestPaint; }
 
@@ -143,6 +163,8 @@ public:
     void Read(const TPlace& place) {
         GDALRasterBand* band = FDataset->GetRasterBand(1);
         const double cellsAPixel = Columns / 360.0 / static_cast<double>(place.Scale);
+        if (band->GetOverviewCount() == 0)
+            return ReadSmaller(*band, place);
         for (int i = 0; i < FDataset->GetRasterBand(1)->GetOverviewCount(); ++i)
             if (std::pow(2, i + 1) <= cellsAPixel)
                 band = FDataset->GetRasterBand(1)->GetOverview(i);
@@ -162,45 +184,80 @@ public:
     }
 
 private:
+    // GDAL makes the picture smaller while it reads.
+    void ReadSmaller(GDALRasterBand& band, const TPlace& place) {
+        const double cellsAPixel = std::max(1.0, Columns / 360.0 / static_cast<double>(place.Scale));
+        const int width = std::min(Columns, static_cast<int>(Width * cellsAPixel));
+        const int height = std::min(Rows, static_cast<int>(Height * cellsAPixel));
+        const int left =
+            std::clamp(static_cast<int>(static_cast<double>(place.Center.X + 180) * Columns / 360) - width / 2, 0,
+                       Columns - width);
+        const int top = std::clamp(static_cast<int>(static_cast<double>(90 - place.Center.Y) * Rows / 180) - height / 2,
+                                   0, Rows - height);
+        const int shownWidth = static_cast<int>(width / cellsAPixel);
+        const int shownHeight = static_cast<int>(height / cellsAPixel);
+        FCells.resize(static_cast<std::size_t>(shownWidth) * static_cast<std::size_t>(shownHeight));
+        Require(band.RasterIO(GF_Read, left, top, width, height, FCells.data(), shownWidth, shownHeight, GDT_Byte, 0, 0,
+                              nullptr) == CE_None,
+                "the file cannot be read");
+    }
+
     GDALDataset* FDataset;
     std::vector<std::uint8_t> FCells;
 };
 
-} // namespace
-
-int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    const QTemporaryDir folder;
-    const std::string path = folder.filePath(QStringLiteral("large.tif")).toStdString();
-    MakeFile(path);
+void ShowFile(const std::string& path, const TFileKind& kind) {
     GDALAllRegister();
     GDALSetCacheMax64(64 << 20); // the host's to set
     const lmx::extended whole = Width / 360.0L;
     const lmx::extended full = Columns / 360.0L;
     const TPlace places[] = {{"the whole, first", whole, {0, 0}},
+                             {"a pan of the whole", whole, {60, 10}},
+                             {"a zoom by two", whole * 2, {60, 10}},
                              {"one cell a pixel", full, {10, 20}},
                              {"half a view on", full, {10 + Width / full / 2, 20}},
                              {"three cells a pixel", full / 3, {-60, -10}}};
-    TBestTime shown[4];
-    TBestTime read[4];
+    constexpr int count = 6;
+    TBestTime shown[count];
+    TBestTime read[count];
+    TBestTime firstSeen;
     TBestTime again;
     double longestPaint = 0;
     for (int repetition = 0; repetition < (IsTiny ? 1 : Repetitions); ++repetition) {
         TView view(path);
         TRawFile raw(path);
-        for (int i = 0; i < 4; ++i) {
-            shown[i].Measure([&] { view.Show(places[i]); });
+        for (int i = 0; i < count; ++i) {
+            double seen = 0;
+            shown[i].Measure([&] { seen = view.Show(places[i]); });
             read[i].Measure([&] { raw.Read(places[i]); });
+            if (i == 0)
+                firstSeen.Take(seen);
         }
-        again.Measure([&] { view.Show(places[1]); });
+        again.Measure([&] { view.Show(places[3]); });
         longestPaint = std::max(longestPaint, view.LongestPaint());
     }
-    std::printf("GeoTIFF of %d x %d bytes with overviews, in a view of %d x %d\n", Columns, Rows, Width, Height);
-    for (int i = 0; i < 4; ++i)
+    std::printf("GeoTIFF of %d x %d bytes %s, in a view of %d x %d\n", Columns, Rows, kind.Name, Width, Height);
+    for (int i = 0; i < count; ++i)
         std::printf("  %-20s %7.1f ms, GDAL's read %7.1f ms: %.2f\n", places[i].Name, shown[i].GetMilliseconds(),
                     read[i].GetMilliseconds(), shown[i] / read[i]);
     std::printf("  %-20s %7.1f ms: from the cache\n", "one cell a pixel", again.GetMilliseconds());
+    std::printf("  something of the first picture after %.1f ms\n", firstSeen.GetMilliseconds());
     std::printf("  longest paint of a picture that is there %.1f ms\n", longestPaint);
     std::printf("  memory at most %ld MB in all\n", PeakMegabytes());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("large.tif")).toStdString();
+    for (const TFileKind& kind : {TFileKind{"with overviews", true, true}, TFileKind{"without overviews", true, false},
+                                  TFileKind{"in strips without overviews", false, false}}) {
+        InChild([&] { MakeFile(path, kind); });
+        InChild([&] {
+            QApplication application(argc, argv);
+            ShowFile(path, kind);
+        });
+    }
     return 0;
 }

@@ -13,6 +13,7 @@
 #include <gdal_priv.h>
 
 #include <algorithm>
+#include <cmath>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -38,6 +39,43 @@ void TurnColumns(std::span<float> cells, std::size_t width) {
         std::reverse(cells.data() + row, cells.data() + row + width);
 }
 
+/// The cells of a stored level that a rectangle of a level stands for. A level that is made takes the one in the middle
+/// of each; GDAL asks now and then whether to go on.
+class TWindow {
+public:
+    TWindow(const TRect& rect, const TTileLevel& level, const TTileLevel& stored,
+            const std::function<bool()>& shouldStop) {
+        INIT_RASTERIO_EXTRA_ARG(FExtra);
+        const double columns = static_cast<double>(stored.Width) / level.Width;
+        const double rows = static_cast<double>(stored.Height) / level.Height;
+        FExtra.bFloatingPointWindowValidity = TRUE;
+        FExtra.dfXOff = rect.Left * columns;
+        FExtra.dfYOff = rect.Top * rows;
+        FExtra.dfXSize = rect.GetWidth() * columns;
+        FExtra.dfYSize = rect.GetHeight() * rows;
+        FExtra.pfnProgress = &GoesOn;
+        FExtra.pProgressData = const_cast<std::function<bool()>*>(&shouldStop);
+        Left = static_cast<int>(FExtra.dfXOff);
+        Top = static_cast<int>(FExtra.dfYOff);
+        Width = std::min(static_cast<int>(std::ceil(FExtra.dfXOff + FExtra.dfXSize)), stored.Width) - Left;
+        Height = std::min(static_cast<int>(std::ceil(FExtra.dfYOff + FExtra.dfYSize)), stored.Height) - Top;
+    }
+
+    GDALRasterIOExtraArg* GetExtra() { return &FExtra; }
+
+    int Left;
+    int Top;
+    int Width;
+    int Height;
+
+private:
+    static int CPL_STDCALL GoesOn(double, const char*, void* shouldStop) {
+        return (*static_cast<const std::function<bool()>*>(shouldStop))() ? FALSE : TRUE;
+    }
+
+    GDALRasterIOExtraArg FExtra;
+};
+
 } // namespace
 
 /// The file, opened as often as it is read at a time: a dataset is for one thread at a time.
@@ -57,12 +95,14 @@ public:
 
     TMapArea Area;
     bool IsGeographic = true;
-    std::vector<TTileLevel> Levels;
-    std::vector<int> Overviews; // of each level but the first
+    std::vector<TTileLevel> Levels; // those that are made come after the stored ones
+    std::vector<int> Overviews;     // of each stored level but the first
     TUnitConversion Conversion;
     QString Note;
 
-    void Read(int level, TRect rect, std::span<float> cells) {
+    int StoredLevels() const { return static_cast<int>(Overviews.size()) + 1; }
+
+    void Read(int level, TRect rect, std::span<float> cells, const std::function<bool()>& shouldStop) {
         const TTileLevel& size = Levels[static_cast<std::size_t>(level)];
         if (FIsFromEast)
             rect = TRect(size.Width - rect.Right, rect.Top, size.Width - rect.Left, rect.Bottom);
@@ -72,13 +112,19 @@ public:
         TDatasetPtr dataset = Take();
         {
             const TQuietGdal quiet;
+            const int stored = std::min(level, StoredLevels() - 1);
             GDALRasterBand* band = dataset->GetRasterBand(FBand);
-            if (level > 0)
-                band = band->GetOverview(Overviews[static_cast<std::size_t>(level - 1)]);
-            if (!band ||
-                band->RasterIO(GF_Read, rect.Left, rect.Top, rect.GetWidth(), rect.GetHeight(), slice.GetBytes(),
-                               rect.GetWidth(), rect.GetHeight(), band->GetRasterDataType(), 0, 0, nullptr) != CE_None)
-                throw EClimateFile(FFileName, quiet.Explain(QStringLiteral("is damaged here")));
+            if (stored > 0)
+                band = band->GetOverview(Overviews[static_cast<std::size_t>(stored - 1)]);
+            TWindow window(rect, size, Levels[static_cast<std::size_t>(stored)], shouldStop);
+            if (!band || band->RasterIO(GF_Read, window.Left, window.Top, window.Width, window.Height, slice.GetBytes(),
+                                        rect.GetWidth(), rect.GetHeight(), band->GetRasterDataType(), 0, 0,
+                                        window.GetExtra()) != CE_None) {
+                if (!shouldStop())
+                    throw EClimateFile(FFileName, quiet.Explain(QStringLiteral("is damaged here")));
+                Give(std::move(dataset));
+                return;
+            }
         }
         Give(std::move(dataset));
         FCells->Unpack(slice.GetCells(), cells, Conversion);
@@ -161,6 +207,10 @@ private:
                 Levels.push_back(size);
                 Overviews.push_back(number);
             }
+        for (TTileLevel last = Levels.back(); std::int64_t{last.Width} * last.Height > MostSmallestCells;) {
+            last = {last.Width / 2 + last.Width % 2, last.Height / 2 + last.Height % 2};
+            Levels.push_back(last);
+        }
     }
 
     const QString FFileName;
@@ -179,6 +229,7 @@ TGeoTiffTiles::TGeoTiffTiles(const QString& fileName, int band)
       FBand(band),
       FFiles(std::make_unique<TFiles>(fileName, band)) {
     FLevels = FFiles->Levels;
+    FStoredLevels = FFiles->StoredLevels();
     FConversion = FFiles->Conversion;
     FNote = FFiles->Note;
     const TMapArea& area = FFiles->Area;
@@ -193,7 +244,7 @@ TGeoTiffTiles::~TGeoTiffTiles() = default;
 void TGeoTiffTiles::ReadCells(int level, const TRect& rect, std::span<float> cells,
                               const std::function<bool()>& shouldStop) const {
     if (!shouldStop())
-        FFiles->Read(level, rect, cells);
+        FFiles->Read(level, rect, cells, shouldStop);
 }
 
 } // namespace lmx

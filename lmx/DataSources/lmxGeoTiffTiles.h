@@ -7,13 +7,18 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 
 namespace lmx {
 
 /// A band of a GeoTIFF or a cloud-optimised GeoTIFF, by its tiles and overviews. Each thread that reads at a time has
-/// the file open for itself. Without overviews the whole of a large file is read to show all of it: make them, for
-/// example by gdaladdo.
+/// the file open for itself.
+///
+/// Where the smallest form that the file has is larger than MostSmallestCells, there are levels behind it, each half as
+/// wide and high, which are made while they are read: a cell is the one in the middle of those that it stands for. To
+/// show all of a large file without overviews its cells must be read once; make overviews, for example by gdaladdo,
+/// where that takes too long.
 class LMX_DATASOURCES_EXPORT TGeoTiffTiles final : public ITileSource {
 public:
     /// @param fileName a path of this computer, or a file on a host of TClimateDataset::SetAllowedHosts
@@ -26,9 +31,11 @@ public:
     QString GetFileName() const override { return FFileName; }
     TWorldMapArea GetArea() const override { return FArea; }
     const std::vector<TTileLevel>& GetLevels() const override { return FLevels; }
+    int GetStoredLevelCount() const override { return FStoredLevels; }
     void ReadCells(int level, const TRect& rect, std::span<float> cells,
                    const std::function<bool()>& shouldStop) const override;
 
+    static constexpr std::int64_t MostSmallestCells = 1 << 20; ///< of the last level
     int GetBand() const { return FBand; }
     /// How the numbers of the file become those of the map, by the units that the file names.
     const TUnitConversion& GetConversion() const { return FConversion; }
@@ -42,6 +49,7 @@ private:
     std::unique_ptr<TFiles> FFiles;
     TWorldMapArea FArea;
     std::vector<TTileLevel> FLevels;
+    int FStoredLevels = 1;
     TUnitConversion FConversion;
     QString FNote;
 };

@@ -38,6 +38,9 @@ public:
     virtual TWorldMapArea GetArea() const = 0;
     /// The raster itself, then its overviews, each smaller than the one before. Never empty.
     virtual const std::vector<TTileLevel>& GetLevels() const = 0;
+    /// How many of these levels are stored, from the first on; here all of them. Those behind are made from the cells
+    /// of the last stored one whenever they are read, which costs as much as reading all of these cells.
+    virtual int GetStoredLevelCount() const { return static_cast<int>(GetLevels().size()); }
     /// Reads the cells of a rectangle within a level, row by row from the north, into `cells`, which has room for
     /// exactly these; those without data are flags (TSpatialConst). May return early once `shouldStop` says so; the
     /// cells are not looked at then.

@@ -6,8 +6,13 @@
 #include <lmx/Colour/lmxRasterRows.h>
 #include <lmx/Controls/Legend/lmxRasterLegendControl.h>
 #include <lmx/DataSources/Private/lmxTilePicture.h>
+#include <lmx/DataSources/Private/lmxTiledDisplayPage.h>
+#include <lmx/Dialogs/lmxLayerPropertiesAttributesFrame.h>
+#include <lmx/Dialogs/lmxLayerPropertiesBoundsFrame.h>
+#include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
 #include <cmath>
@@ -19,6 +24,15 @@ namespace {
 
 // What is read for a coarse picture: no more than a few tiles.
 constexpr std::int64_t CheapCells = std::int64_t{4} * TTileReader::Side * TTileReader::Side;
+
+// Cells that the first step of a picture reads for tiles that are made: a moment's work. Each step reads four times as
+// many as the one before, so that the picture comes to its end even if the cache keeps nothing.
+constexpr std::int64_t FirstBudget = std::int64_t{1} << 24;
+constexpr int MostGrowth = 16; // steps
+
+std::int64_t BudgetOf(int step) {
+    return FirstBudget << (2 * std::min(step, MostGrowth));
+}
 
 // The numbers of a part of the view, a cell for each pixel.
 class TViewCells final : public IMapData, public ICookieData, public IRasterRows {
@@ -59,7 +73,7 @@ private:
 class TTiledRasterMapLayer::TRender final : public TRenderThreadHandler {
 public:
     TRender(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal,
-            TTiledRasterMapLayer& layer, std::shared_ptr<IBaseColorCalculator> colorCalc, bool isSharp)
+            TTiledRasterMapLayer& layer, std::shared_ptr<IBaseColorCalculator> colorCalc, int step)
         : TRenderThreadHandler(viewSize, visibleMapArea, vpLocal),
           FLayer(&layer),
           FSource(layer.FSource),
@@ -67,7 +81,7 @@ public:
           FArea(layer.FSource ? layer.FSource->GetArea().Area : TMapArea()),
           FColorCalc(std::move(colorCalc)),
           FOpacity(static_cast<float>(layer.FOpacity / 255.0)),
-          FIsSharp(isSharp) {}
+          FStep(step) {}
 
 protected:
     bool GetHasContent() const override { return FSource && FColorCalc; }
@@ -76,14 +90,20 @@ protected:
         const TTileReader reader(
             FSource, FCache, [&thread] { return thread.ShouldStop(); },
             [this](const QString& failure) { TellFailure(failure); });
-        bool isCoarse = false;
+        TShown shown;
+        shown.Budget = BudgetOf(FStep);
         for (const TTilePiece& piece : TilePiecesOf(FArea, FSource->GetLevels().front(), VPLocal))
-            isCoarse |= DrawPiece(bitmap, piece, reader);
+            DrawPiece(bitmap, piece, reader, shown);
         if (!thread.ShouldStop())
-            TellHowSharp(thread, isCoarse);
+            Tell(thread, shown);
     }
 
 private:
+    struct TShown {
+        bool IsCoarse = false; // something of it is drawn from a coarser level than it should be, or not at all
+        TTileRange Range;
+        std::int64_t Budget = 0;
+    };
     struct TAxes {
         TTileAxis Columns;
         TTileAxis Rows;
@@ -106,33 +126,35 @@ private:
             if (reader.HasAll(level, axes.Columns, axes.Rows))
                 return level;
         }
-        const TTileLevel& last = levels.back();
-        return std::int64_t{last.Width} * last.Height <= CheapCells ? static_cast<int>(levels.size()) - 1 : sharp;
+        const int cheap = FSource->GetStoredLevelCount() - 1;
+        const TTileLevel& last = levels[static_cast<std::size_t>(cheap)];
+        return cheap > sharp && std::int64_t{last.Width} * last.Height <= CheapCells ? cheap : sharp;
     }
 
-    // Whether it is drawn from a coarser level than it should be.
-    bool DrawPiece(TBitmap32& bitmap, const TTilePiece& piece, const TTileReader& reader) const {
+    void DrawPiece(TBitmap32& bitmap, const TTilePiece& piece, const TTileReader& reader, TShown& shown) const {
         if (piece.Pixels.IsEmpty() || piece.Cells.Right <= piece.Cells.Left || piece.Cells.Bottom <= piece.Cells.Top)
-            return false;
+            return;
         const double cellsAPixel =
             static_cast<double>(piece.Cells.GetWidth()) / static_cast<double>(piece.Pixels.Right - piece.Pixels.Left);
         const int sharp = TileLevelFor(FSource->GetLevels(), cellsAPixel);
         TAxes axes = AxesOf(piece, sharp);
         if (axes.Columns.IsEmpty() || axes.Rows.IsEmpty())
-            return false;
+            return;
         int level = sharp;
-        if (!FIsSharp && (level = CoarseLevel(piece, reader, sharp)) != sharp)
+        if (FStep == 0 && (level = CoarseLevel(piece, reader, sharp)) != sharp)
             axes = AxesOf(piece, level);
         TViewCells cells(axes.Columns.Cells.size(), axes.Rows.Cells.size());
-        if (!reader.Fill(level, axes.Columns, axes.Rows, cells.Cells()))
-            return false;
+        const TTileFilling filling = reader.Fill(level, axes.Columns, axes.Rows, cells.Cells(), shown.Budget);
+        if (filling == TTileFilling::tfGivenUp)
+            return;
+        shown.IsCoarse |= level != sharp || filling == TTileFilling::tfPartly;
+        shown.Range.Add(RangeOf(cells.Cells()));
         cells.FindValues();
         const auto picture =
             TBitmap32RasterRendererFactory::GetObject()->Render(&cells, &cells, FOpacity, FColorCalc.get());
         picture->SetDrawMode(TDrawMode::dmOpaque);
         bitmap.Draw(axes.Columns.First, axes.Rows.First, *picture);
         bitmap.SetDrawMode(TDrawMode::dmBlend); // onto the map: half transparent cells let it shine through
-        return level != sharp;
     }
 
     void TellFailure(const QString& failure) const {
@@ -143,10 +165,12 @@ private:
     }
 
     // Comes before the picture itself is handed over.
-    void TellHowSharp(const TThreadPoolThread& thread, bool isCoarse) const {
-        TThread::Synchronize([layer = FLayer, render = &thread, area = VisibleMapArea, isCoarse] {
-            if (layer && layer->GetCurrentThread().get() == render)
-                layer->NoteSharpness(area, isCoarse);
+    void Tell(const TThreadPoolThread& thread, const TShown& shown) const {
+        TThread::Synchronize([layer = FLayer, render = &thread, area = VisibleMapArea, step = FStep, shown] {
+            if (!layer || layer->GetCurrentThread().get() != render)
+                return;
+            const TValueRange range{shown.Range.Low, shown.Range.High};
+            layer->NotePicture(area, step, shown.IsCoarse, shown.Range.HasValues() ? &range : nullptr);
         });
     }
 
@@ -156,7 +180,7 @@ private:
     const TMapArea FArea;
     const std::shared_ptr<IBaseColorCalculator> FColorCalc;
     const float FOpacity;
-    const bool FIsSharp;
+    const int FStep;
 };
 
 TTiledRasterMapLayer::TTiledRasterMapLayer(const std::shared_ptr<ILayerManager>& layerManager,
@@ -170,6 +194,7 @@ void TTiledRasterMapLayer::SetSource(std::shared_ptr<const ITileSource> source) 
     if (source == FSource)
         return;
     FSource = std::move(source);
+    FShownRange = {};
     const std::shared_ptr<const ITileSource> shown = FSource;
     const TBorrowed self(this); // whoever is told may destroy the layer
     if (shown)
@@ -199,6 +224,17 @@ void TTiledRasterMapLayer::SetOpacity(std::uint8_t opacity) {
     FOpacity = opacity;
     OutdateBuffer();
     Invalidate();
+}
+
+TValueRange TTiledRasterMapLayer::FindValueRange() const {
+    if (!(FValueRange == TValueRange::Empty()) || !FSource)
+        return FValueRange;
+    if (FShownRange.GetHasValue())
+        return FShownRange.GetValue();
+    const TTileReader reader(
+        FSource, FCache, [] { return false; }, [](const QString&) {});
+    const TTileRange range = reader.ReadSomeRange();
+    return range.HasValues() ? TValueRange(range.Low, range.High) : TValueRange::Empty();
 }
 
 TNullable<float> TTiledRasterMapLayer::GetCachedValue(const TMapPoint& point) const {
@@ -231,6 +267,17 @@ void TTiledRasterMapLayer::CreateLegendComponent() {
     SetLegendComponent(GetHasContent() ? CreateLegendControlOf(nullptr, FColorCalc) : nullptr);
 }
 
+void TTiledRasterMapLayer::InitPropertiesDialog(TLayerPropertiesDialog* dialog) {
+    if (!dialog)
+        throw EExArgumentNilException(QStringLiteral("TTiledRasterMapLayer.InitPropertiesDialog"),
+                                      QStringLiteral("Dialog"));
+    dialog->AddOptionFrame(std::make_unique<TLayerPropertiesBoundsOptionFrame>(this));
+    if (FSource)
+        dialog->AddOptionFrame(std::make_unique<TTiledDisplayPage>(*this));
+    dialog->AddOptionFrame(
+        std::make_unique<TLayerPropertiesAttributesOptionFrame>(&GetAttributes(), GetLifetime().Watch()));
+}
+
 TLayerOptionFlags TTiledRasterMapLayer::GetLayerOptionFlags() const {
     return TBufferedMapLayer::GetLayerOptionFlags() + TLayerOptionFlags{TLayerOptionFlag::lofDuplicate};
 }
@@ -244,39 +291,47 @@ void TTiledRasterMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitma
     FPaintedView = viewport->GetLifetime().Watch();
     const TBorrowed self(this);
     TBufferedMapLayer::Paint(world, viewport, bitmap);
-    if (self && !GetCurrentThread() && IsCoarse(*viewport))
-        StartTileRender(viewport->GetViewSize(), viewport->GetVisibleMapArea(), viewport->GetLocal(), true);
+    if (!self || GetCurrentThread())
+        return;
+    if (const int step = NextStep(*viewport); step > 0)
+        StartTileRender(viewport->GetViewSize(), viewport->GetVisibleMapArea(), viewport->GetLocal(), step);
 }
 
 void TTiledRasterMapLayer::RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea,
                                         const TWorldViewportLocal& vpLocal) {
-    StartTileRender(viewSize, visibleMapArea, vpLocal, false);
+    StartTileRender(viewSize, visibleMapArea, vpLocal, 0);
 }
 
 // A calculator of the host's may free the layer when it is cloned.
 void TTiledRasterMapLayer::StartTileRender(TSize viewSize, const TMapArea& visibleMapArea,
-                                           const TWorldViewportLocal& vpLocal, bool isSharp) {
+                                           const TWorldViewportLocal& vpLocal, int step) {
     const std::shared_ptr<IBaseColorCalculator> colorCalc = FColorCalc;
     const TBorrowed self(this);
     std::shared_ptr<IBaseColorCalculator> clone = colorCalc ? colorCalc->Clone() : nullptr;
     if (!self)
         return;
-    StartRender(std::make_shared<TRender>(viewSize, visibleMapArea, vpLocal, *this, std::move(clone), isSharp));
+    StartRender(std::make_shared<TRender>(viewSize, visibleMapArea, vpLocal, *this, std::move(clone), step));
     FRenderedView = FPaintedView;
 }
 
-void TTiledRasterMapLayer::NoteSharpness(const TMapArea& area, bool isCoarse) {
+void TTiledRasterMapLayer::NotePicture(const TMapArea& area, int step, bool isCoarse, const TValueRange* range) {
+    if (range)
+        FShownRange = FShownRange.GetHasValue() ? TValueRange(std::min(FShownRange.GetValue().Low, range->Low),
+                                                              std::max(FShownRange.GetValue().High, range->High))
+                                                : *range;
+
     std::erase_if(FCoarse,
                   [this](const TCoarse& coarse) { return coarse.View.IsOver() || coarse.View == FRenderedView; });
     if (isCoarse)
-        FCoarse.push_back({FRenderedView, area});
+        FCoarse.push_back({FRenderedView, area, step + 1});
 }
 
-bool TTiledRasterMapLayer::IsCoarse(const TWorldViewport& viewport) const {
+int TTiledRasterMapLayer::NextStep(const TWorldViewport& viewport) const {
     const TLifeWatch view = viewport.GetLifetime().Watch();
-    return std::any_of(FCoarse.begin(), FCoarse.end(), [&](const TCoarse& coarse) {
+    const auto found = std::find_if(FCoarse.begin(), FCoarse.end(), [&](const TCoarse& coarse) {
         return coarse.View == view && coarse.Area.Equals(viewport.GetVisibleMapArea());
     });
+    return found == FCoarse.end() ? 0 : found->Steps;
 }
 
 std::unique_ptr<TBaseLayerManagerLayer>

@@ -19,7 +19,8 @@ namespace lmx {
 /// Shows a raster that is larger than memory. It reads only the cells that the view shows, from the smallest form of
 /// the raster that has one for each pixel, on threads of the pool, and keeps tiles of them in a cache of a fixed size.
 /// Panning and zooming show the picture of before until the new one is there; where tiles have to be read first, a
-/// coarse picture of what is at hand comes before the sharp one.
+/// coarse picture of what is at hand comes before the sharp one. Where the source has to make a small form of a large
+/// raster, which takes a while, the picture fills up in a few steps; the tiles that were made stay in the cache.
 ///
 /// A pixel shows the cell that it would show if the whole raster were drawn there (in an overview, the cell that stands
 /// for that one). The calculator is cloned for each render, and the clone asked on the render's thread.
@@ -42,6 +43,10 @@ public:
     void SetOpacity(std::uint8_t opacity);
     const TValueRange& GetValueRange() const { return FValueRange; } ///< a note of the host's; empty until set
     void SetValueRange(const TValueRange& range) { FValueRange = range; }
+    /// The range of the values as well as it is known: the host's note; else that of all that pictures have shown of
+    /// the source, for which a view of the whole is enough; else that of a few tiles of its smallest stored form, which
+    /// are read now. Of an overview it is, and so may miss an extreme. Empty without a value.
+    TValueRange FindValueRange() const;
     const TNullable<TClimateVariable>& GetClimateVariable() const { return FClimateVariable; }
     void SetClimateVariable(const TNullable<TClimateVariable>& variable) { FClimateVariable = variable; }
 
@@ -54,6 +59,10 @@ public:
 
     bool GetHasContent() const override; ///< whether there are a source and a calculator
     void CreateLegendComponent() override;
+    /// "Extent", "Raster display", for the range of FindValueRange, and "Layer attributes"; the second one not before
+    /// there is a source.
+    /// @throws EExArgumentNilException if `dialog` is nil, and as TLayerPropertiesDisplayFrame::SetData.
+    void InitPropertiesDialog(TLayerPropertiesDialog* dialog) override;
     TLayerOptionFlags GetLayerOptionFlags() const override; ///< the base's and lofDuplicate
     QString GetLayerTypeName() const override;              ///< "Tiled raster"
     void Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) override;
@@ -65,22 +74,24 @@ public:
 private:
     class TRender;
 
-    /// A view that shows a coarse picture of this area.
+    /// A view that shows a coarse picture of this area, and in how many steps it was made.
     struct TCoarse {
         TLifeWatch View;
         TMapArea Area;
+        int Steps = 0;
     };
 
-    void StartTileRender(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal,
-                         bool isSharp);
-    void NoteSharpness(const TMapArea& area, bool isCoarse);
-    bool IsCoarse(const TWorldViewport& viewport) const;
+    void StartTileRender(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal, int step);
+    void NotePicture(const TMapArea& area, int step, bool isCoarse, const TValueRange* range);
+    /// The step that comes next; 0 if the view shows no coarse picture.
+    int NextStep(const TWorldViewport& viewport) const;
 
     std::shared_ptr<TTileCache> FCache;
     std::shared_ptr<const ITileSource> FSource;
     std::shared_ptr<IBaseColorCalculator> FColorCalc;
     std::uint8_t FOpacity = 255;
     TValueRange FValueRange = TValueRange::Empty();
+    TNullable<TValueRange> FShownRange; // of the source
     TNullable<TClimateVariable> FClimateVariable;
     TLifeWatch FPaintedView;  // the viewport of the newest paint
     TLifeWatch FRenderedView; // the one that the newest render is for

@@ -51,7 +51,7 @@ const QMap<QString, QStringList>& AllowedRooms() {
             {"Controls", map + QStringList{"Controls/Legend"}},
             {"MapDoc", view},
             {"Dialogs", view},
-            {"DataSources", view + QStringList{"MapDoc"}},
+            {"DataSources", view + QStringList{"Dialogs", "MapDoc"}},
             {"Pictures", view + QStringList{"MapDoc"}},
         };
     }();

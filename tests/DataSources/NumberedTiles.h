@@ -19,11 +19,16 @@ namespace lmx::tests {
 /// which are counted modulo 1000, and a cell of an overview what the cell in its top left corner holds.
 class TNumberedTiles final : public ITileSource {
 public:
-    TNumberedTiles(std::vector<TTileLevel> levels, const TMapArea& area) : FLevels(std::move(levels)), FArea(area) {}
+    /// @param stored how many of the levels are; 0: all
+    TNumberedTiles(std::vector<TTileLevel> levels, const TMapArea& area, int stored = 0)
+        : FLevels(std::move(levels)),
+          FArea(area),
+          FStored(stored > 0 ? stored : static_cast<int>(FLevels.size())) {}
 
     QString GetFileName() const override { return QStringLiteral("numbers.tif"); }
     TWorldMapArea GetArea() const override { return {FArea, TLatLonWorldSystemFactory::GetObject()}; }
     const std::vector<TTileLevel>& GetLevels() const override { return FLevels; }
+    int GetStoredLevelCount() const override { return FStored; }
 
     void ReadCells(int level, const TRect& rect, std::span<float> cells,
                    const std::function<bool()>& shouldStop) const override {
@@ -57,6 +62,7 @@ public:
 private:
     const std::vector<TTileLevel> FLevels;
     const TMapArea FArea;
+    const int FStored;
 };
 
 } // namespace lmx::tests

@@ -80,6 +80,77 @@ TEST_F(GeoTiffTiles, ReadAnyPartOfAnyLevel) {
     EXPECT_EQ(Read(tiles, 1, {10, 5, 12, 6}), (std::vector<float>{1020, 1022}));
 }
 
+// A cell of a level that is made is the one in the middle of those that it stands for, wherever it is read from.
+TEST_F(GeoTiffTiles, MakeTheLevelsThatALargeFileLacks) {
+    TTiffOf16Bits tiff;
+    tiff.Width = 4101;
+    tiff.Height = 1101;
+    tiff.Cell = [](int column, int row) { return static_cast<std::int16_t>((row * 7 + column * 13) % 9973); };
+    for (const bool isFromSouthEast : {false, true}) {
+        tiff.Transform = {-180, 0.08, 0, 90, 0, -0.08};
+        if (isFromSouthEast)
+            tiff.Transform = {150, -0.08, 0, -20, 0, 0.08};
+        const TGeoTiffTiles tiles(Write(tiff));
+        ASSERT_EQ(tiles.GetLevels().size(), 3U);
+        EXPECT_EQ(tiles.GetStoredLevelCount(), 1);
+        EXPECT_EQ(tiles.GetLevels()[1].Width, 2051);
+        EXPECT_EQ(tiles.GetLevels()[1].Height, 551);
+        EXPECT_EQ(tiles.GetLevels()[2].Width, 1026);
+        EXPECT_EQ(tiles.GetLevels()[2].Height, 276);
+        for (int level = 1; level < 3; ++level) {
+            const TTileLevel& size = tiles.GetLevels()[static_cast<std::size_t>(level)];
+            const auto base = [](int cell, int count, int full) {
+                return static_cast<int>((cell + 0.5) * full / count);
+            };
+            const TRect rects[] = {
+                {0, 0, 3, 2}, {256, 200, 259, 201}, {size.Width - 2, size.Height - 3, size.Width, size.Height}};
+            for (const TRect& rect : rects) {
+                const auto cells = Read(tiles, level, rect);
+                std::size_t index = 0;
+                for (int row = rect.Top; row < rect.Bottom; ++row)
+                    for (int column = rect.Left; column < rect.Right; ++column) {
+                        const int x = isFromSouthEast ? size.Width - 1 - column : column;
+                        const int y = isFromSouthEast ? size.Height - 1 - row : row;
+                        EXPECT_EQ(cells[index++], static_cast<float>(tiff.Cell(base(x, size.Width, tiff.Width),
+                                                                               base(y, size.Height, tiff.Height))))
+                            << level << ": " << column << ", " << row;
+                    }
+            }
+        }
+    }
+}
+
+TEST_F(GeoTiffTiles, MakeLevelsOfTheLastOverviewAndOnlyAsManyAsAreNeeded) {
+    TTiffOf16Bits tiff;
+    tiff.Width = 1024;
+    tiff.Height = 1024;
+    EXPECT_EQ(TGeoTiffTiles(Write(tiff)).GetLevels().size(), 1U);
+    tiff.Width = 4096;
+    tiff.Overviews = {2};
+    const TGeoTiffTiles tiles(Write(tiff, "b.tif"));
+    ASSERT_EQ(tiles.GetLevels().size(), 2U); // of 2048 x 512 cells
+    EXPECT_EQ(tiles.GetStoredLevelCount(), 2);
+    tiff.Height = 3000;
+    const TGeoTiffTiles higher(Write(tiff, "c.tif"));
+    ASSERT_EQ(higher.GetLevels().size(), 3U);
+    EXPECT_EQ(higher.GetStoredLevelCount(), 2);
+    EXPECT_EQ(Read(higher, 2, {100, 40, 101, 41}), std::vector<float>{static_cast<float>(tiff.Cell(402, 162))});
+}
+
+TEST_F(GeoTiffTiles, StopInTheMiddleOfALevelThatIsMade) {
+    TTiffOf16Bits tiff;
+    tiff.Width = 2051;
+    tiff.Height = 1101;
+    const TGeoTiffTiles tiles(Write(tiff));
+    std::vector<float> cells(256 * 256, 5);
+    int asked = 0;
+    tiles.ReadCells(1, {0, 0, 256, 256}, cells, [&asked] { return ++asked > 3; });
+    EXPECT_GT(asked, 3);
+    EXPECT_LT(asked, 20);
+    EXPECT_EQ(Read(tiles, 1, {0, 0, 1, 1}),
+              std::vector<float>{static_cast<float>(tiff.Cell(0, 0))}); // 0.5 * 2051 / 1026 is below 1
+}
+
 TEST_F(GeoTiffTiles, TurnFilesThatBeginInTheSouthOrInTheEast) {
     TTiffOf16Bits tiff;
     tiff.Transform = {-180, 1.2, 0, -90, 0, 0.9};

@@ -166,6 +166,75 @@ TEST_F(TiledRasterMapLayer, ACoarsePictureComesBeforeTheSharpOne) {
     EXPECT_EQ(Layer->GetCurrentThread(), nullptr); // and there it ends
 }
 
+// The tiles of a level that is made cost a tenth of a second each: the picture fills up in steps, and stays at hand.
+TEST_F(TiledRasterMapLayer, APictureThatMustBeMadeFillsUpInSteps) {
+    Tiles = std::make_shared<TNumberedTiles>(
+        std::vector<TTileLevel>{{32000, 16000}, {16000, 8000}, {8000, 4000}, {4000, 2000}, {2000, 1000}, {1000, 500}},
+        Globe, 1);
+    Layer->SetSource(Tiles);
+    TTestMap map(720, 360);
+    map.Viewport.SetScale(2); // 44 cells a pixel: the last level, of 4 x 2 tiles
+    map.Viewport.SetCenter({0, 0});
+    std::vector<int> reads;
+    do {
+        Paint(map);
+        ASSERT_TRUE(PumpUntilRendersEnd());
+        reads.push_back(Tiles->Reads);
+    } while (reads.size() < 9 && (reads.size() < 2 || reads.back() != reads[reads.size() - 2]));
+    EXPECT_EQ(reads, (std::vector<int>{1, 2, 6, 8, 8}));
+    Paint(map);
+    EXPECT_EQ(Layer->GetCurrentThread(), nullptr);
+    map.Viewport.SetTranslation({40, 10});
+    PaintSharp(map);
+    map.Viewport.SetScale(4); // a zoom: what is missing is shown from the coarser level meanwhile
+    Paint(map);
+    ASSERT_TRUE(PumpUntilRendersEnd());
+    EXPECT_NE(Layer->GetBufferedBitmap()->Bitmap.Pixel(700, 350) | Layer->GetBufferedBitmap()->Bitmap.Pixel(701, 350),
+              0U);
+    EXPECT_EQ(Tiles->Reads, 8);
+}
+
+TEST_F(TiledRasterMapLayer, APictureThatMustBeMadeComesToItsEndWithoutACache) {
+    Cache->SetCapacity(0);
+    Tiles = std::make_shared<TNumberedTiles>(
+        std::vector<TTileLevel>{{8000, 4000}, {4000, 2000}, {2000, 1000}, {1000, 500}}, Globe, 1);
+    Layer->SetSource(Tiles);
+    TTestMap map(720, 360);
+    map.Viewport.SetScale(2);
+    map.Viewport.SetCenter({0, 0});
+    for (int step = 0; step < 3; ++step) {
+        Paint(map);
+        ASSERT_TRUE(PumpUntilRendersEnd());
+    }
+    Paint(map);
+    EXPECT_EQ(Layer->GetCurrentThread(), nullptr);
+    const TMapPoint place = map.Viewport.PointToMapPoint({500, 300});
+    const float cell = Tiles->Cell(3, static_cast<std::int32_t>((place.X + 180) * 1000 / 360),
+                                   static_cast<std::int32_t>((90 - place.Y) * 500 / 180));
+    EXPECT_EQ(Layer->GetBufferedBitmap()->Bitmap.Pixel(500, 300),
+              TSpatialConst::IsFlag(cell) ? 0 : TOwnColors().GetColor(cell));
+}
+
+TEST_F(TiledRasterMapLayer, TheRangeOfItsValuesIsWhatIsKnownOfIt) {
+    EXPECT_EQ(Layer->FindValueRange(), TValueRange::Empty());
+    Show({{2560, 2560}, {40, 20}}, {0, 20, 40, 0}); // the overview has rows 0, 128, ... and columns 0, 64, ...
+    EXPECT_EQ(Layer->FindValueRange(), TValueRange(0, 920'984)); // column 1984 of row 1920
+    const int reads = Tiles->Reads;
+    EXPECT_EQ(reads, 1);
+    EXPECT_EQ(Layer->FindValueRange().Low, 0);
+    EXPECT_EQ(Tiles->Reads, reads); // from the cache
+    TTestMap map(64, 64);
+    map.Viewport.SetScale(64);
+    map.Viewport.SetCenter({0.5L, 19.75L});
+    PaintSharp(map);
+    const TValueRange seen = Layer->FindValueRange();
+    EXPECT_GE(seen.Low, 0);
+    EXPECT_LE(seen.High, 95'063);
+    EXPECT_GT(seen.High, 90'000);
+    Layer->SetValueRange({-5, 5});
+    EXPECT_EQ(Layer->FindValueRange(), TValueRange(-5, 5));
+}
+
 TEST_F(TiledRasterMapLayer, TwoViewsBothBecomeSharp) {
     Show({{7200, 3600}, {450, 225}});
     TTestMap left(200, 100);

@@ -55,6 +55,16 @@ int TileLevelFor(std::span<const TTileLevel> levels, double cellsAPixel) {
     return best;
 }
 
+TTileRange RangeOf(std::span<const float> cells) {
+    TTileRange range;
+    for (const float cell : cells)
+        if (TSpatialConst::IsValue(cell)) {
+            range.Low = std::min(range.Low, cell);
+            range.High = std::max(range.High, cell);
+        }
+    return range;
+}
+
 std::vector<TTilePiece> TilePiecesOf(const TMapArea& area, const TTileLevel& full,
                                      const TWorldViewportLocal& viewport) {
     std::vector<TTilePiece> pieces;
@@ -82,7 +92,7 @@ TTileReader::TTileReader(std::shared_ptr<const ITileSource> source, std::shared_
 
 // A tile that cannot be read shows nothing, and is not read again at each paint.
 std::shared_ptr<const TTileCells> TTileReader::Get(int level, std::int32_t column, std::int32_t row) const {
-    const TTileKey key{FSource->GetId(), level, column, row};
+    const TTileKey key = KeyOf(level, column, row);
     if (auto cells = FCache->Get(key))
         return cells;
     const TTileLevel& size = FSource->GetLevels()[static_cast<std::size_t>(level)];
@@ -102,52 +112,130 @@ std::shared_ptr<const TTileCells> TTileReader::Get(int level, std::int32_t colum
     return cells;
 }
 
+// Four tiles from all over the level tell more than the first four.
+TTileRange TTileReader::ReadSomeRange() const {
+    const int level = FSource->GetStoredLevelCount() - 1;
+    const TTileLevel& size = FSource->GetLevels()[static_cast<std::size_t>(level)];
+    const auto placesOf = [](std::int32_t cells) {
+        const std::int32_t last = (cells - 1) / Side;
+        std::vector<std::int32_t> places = {(last + 2) / 4};
+        if (const std::int32_t second = last - (last + 2) / 4; second > places[0])
+            places.push_back(second);
+        return places;
+    };
+    TTileRange range;
+    for (const std::int32_t row : placesOf(size.Height))
+        for (const std::int32_t column : placesOf(size.Width))
+            if (const auto tile = Get(level, column, row))
+                range.Add(RangeOf(*tile));
+    return range;
+}
+
 bool TTileReader::HasAll(int level, const TTileAxis& columns, const TTileAxis& rows) const {
     const std::int32_t lastColumn = columns.Cells.back() / Side;
     const std::int32_t lastRow = rows.Cells.back() / Side;
     for (std::int32_t row = rows.Cells.front() / Side; row <= lastRow; ++row)
         for (std::int32_t column = columns.Cells.front() / Side; column <= lastColumn; ++column)
-            if (!FCache->Has({FSource->GetId(), level, column, row}))
+            if (!FCache->Has(KeyOf(level, column, row)))
                 return false;
     return true;
 }
 
+// What reading a tile of a level costs beyond a read of its own cells: the cells that it is made of.
+std::int64_t TTileReader::CostOf(int level) const {
+    const int stored = FSource->GetStoredLevelCount();
+    if (level < stored)
+        return 0;
+    const TTileLevel& from = FSource->GetLevels()[static_cast<std::size_t>(stored - 1)];
+    const TTileLevel& size = FSource->GetLevels()[static_cast<std::size_t>(level)];
+    return std::int64_t{Side} * from.Width / size.Width * (std::int64_t{Side} * from.Height / size.Height);
+}
+
+TTileAxis TTileReader::Coarser(const std::vector<std::int32_t>& cells, std::size_t from, std::size_t to,
+                               std::int32_t count, std::int32_t coarseCount) const {
+    TTileAxis axis;
+    for (std::size_t i = from; i < to; ++i)
+        axis.Cells.push_back(static_cast<std::int32_t>(std::int64_t{cells[i]} * coarseCount / count));
+    return axis;
+}
+
+// All of it is at hand, so nothing is read.
+void TTileReader::FillFromCoarser(int level, const TTileAxis& columns, const TTileAxis& rows, const TPart& part,
+                                  std::span<float> cells) const {
+    const std::vector<TTileLevel>& levels = FSource->GetLevels();
+    const TTileLevel& size = levels[static_cast<std::size_t>(level)];
+    const std::size_t width = columns.Cells.size();
+    std::vector<float> found((part.Right - part.Left) * (part.Bottom - part.Top), TSpatialConst::NoData);
+    for (int coarse = level + 1; coarse < static_cast<int>(levels.size()); ++coarse) {
+        const TTileLevel& coarseSize = levels[static_cast<std::size_t>(coarse)];
+        const TTileAxis x = Coarser(columns.Cells, part.Left, part.Right, size.Width, coarseSize.Width);
+        const TTileAxis y = Coarser(rows.Cells, part.Top, part.Bottom, size.Height, coarseSize.Height);
+        if (!HasAll(coarse, x, y))
+            continue;
+        std::int64_t none = 0;
+        Fill(coarse, x, y, found, none);
+        break;
+    }
+    for (std::size_t y = part.Top; y < part.Bottom; ++y)
+        std::copy_n(found.data() + (y - part.Top) * (part.Right - part.Left), part.Right - part.Left,
+                    cells.data() + y * width + part.Left);
+}
+
+void TTileReader::CopyTile(const TTileCells& tile, std::size_t stride, const TTileAxis& columns, const TTileAxis& rows,
+                           const TPart& part, std::span<float> cells) {
+    for (std::size_t y = part.Top; y < part.Bottom; ++y) {
+        float* const to = cells.data() + y * columns.Cells.size();
+        if (tile.empty()) {
+            std::fill(to + part.Left, to + part.Right, TSpatialConst::NoData);
+            continue;
+        }
+        const float* const from = tile.data() + static_cast<std::size_t>(rows.Cells[y] % Side) * stride;
+        for (std::size_t x = part.Left; x < part.Right; ++x)
+            to[x] = from[columns.Cells[x] % Side];
+    }
+}
+
 // Tile by tile, so that no more of them need to be there at a time than one: the axes grow, so a tile's columns and
 // rows stand together.
-bool TTileReader::Fill(int level, const TTileAxis& columns, const TTileAxis& rows, std::span<float> cells) const {
+TTileFilling TTileReader::Fill(int level, const TTileAxis& columns, const TTileAxis& rows, std::span<float> cells,
+                               std::int64_t& budget) const {
     const std::size_t width = columns.Cells.size();
     const std::int32_t levelWidth = FSource->GetLevels()[static_cast<std::size_t>(level)].Width;
+    const std::int64_t cost = CostOf(level);
+    bool isWhole = true;
+    bool hasRead = false;
     const auto endOf = [](const std::vector<std::int32_t>& axis, std::size_t from) {
         std::size_t end = from;
         while (end < axis.size() && axis[end] / Side == axis[from] / Side)
             ++end;
         return end;
     };
-    for (std::size_t top = 0, bottom; top < rows.Cells.size(); top = bottom) {
-        bottom = endOf(rows.Cells, top);
-        for (std::size_t left = 0, right; left < width; left = right) {
-            right = endOf(columns.Cells, left);
-            const std::int32_t column = columns.Cells[left] / Side;
-            const std::int32_t row = rows.Cells[top] / Side;
+    TPart part;
+    for (part.Top = 0; part.Top < rows.Cells.size(); part.Top = part.Bottom) {
+        part.Bottom = endOf(rows.Cells, part.Top);
+        for (part.Left = 0; part.Left < width; part.Left = part.Right) {
+            part.Right = endOf(columns.Cells, part.Left);
+            const std::int32_t column = columns.Cells[part.Left] / Side;
+            const std::int32_t row = rows.Cells[part.Top] / Side;
             if (FShouldStop())
-                return false;
-            const auto tile = Get(level, column, row);
-            if (!tile)
-                return false;
-            const auto stride = static_cast<std::size_t>(std::min(Side, levelWidth - column * Side));
-            for (std::size_t y = top; y < bottom; ++y) {
-                float* const to = cells.data() + y * width;
-                if (tile->empty()) {
-                    std::fill(to + left, to + right, TSpatialConst::NoData);
+                return TTileFilling::tfGivenUp;
+            if (cost > 0 && !FCache->Has(KeyOf(level, column, row))) {
+                if (hasRead && cost > budget) {
+                    isWhole = false;
+                    FillFromCoarser(level, columns, rows, part, cells);
                     continue;
                 }
-                const float* const from = tile->data() + static_cast<std::size_t>(rows.Cells[y] - row * Side) * stride;
-                for (std::size_t x = left; x < right; ++x)
-                    to[x] = from[columns.Cells[x] - column * Side];
+                hasRead = true;
+                budget = std::max<std::int64_t>(0, budget - cost);
             }
+            const auto tile = Get(level, column, row);
+            if (!tile)
+                return TTileFilling::tfGivenUp;
+            CopyTile(*tile, static_cast<std::size_t>(std::min(Side, levelWidth - column * Side)), columns, rows, part,
+                     cells);
         }
     }
-    return true;
+    return isWhole ? TTileFilling::tfWhole : TTileFilling::tfPartly;
 }
 
 } // namespace lmx

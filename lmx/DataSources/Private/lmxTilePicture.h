@@ -5,8 +5,11 @@
 #include <lmx/Graphics/lmxWideRect.h>
 #include <lmx/Layers/Render/lmxRenderThreadHandler.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <span>
 #include <vector>
@@ -33,6 +36,19 @@ TTileAxis TileAxisOf(std::int64_t left, std::int64_t right, std::int32_t from, s
 /// that has a cell for each pixel, or the raster itself.
 int TileLevelFor(std::span<const TTileLevel> levels, double cellsAPixel);
 
+/// A range of values, without any at first.
+struct TTileRange {
+    float Low = std::numeric_limits<float>::infinity();
+    float High = -std::numeric_limits<float>::infinity();
+
+    bool HasValues() const { return Low <= High; }
+    void Add(const TTileRange& other) {
+        Low = std::min(Low, other.Low);
+        High = std::max(High, other.High);
+    }
+};
+TTileRange RangeOf(std::span<const float> cells); ///< flags are no values
+
 /// One part of a raster on a view: a raster over the seam of its world has two.
 struct TTilePiece {
     TWideRect Pixels; ///< where the part lies
@@ -41,6 +57,12 @@ struct TTilePiece {
 
 /// The parts of the raster that show, for a viewport.
 std::vector<TTilePiece> TilePiecesOf(const TMapArea& area, const TTileLevel& full, const TWorldViewportLocal& viewport);
+
+enum class TTileFilling {
+    tfGivenUp, ///< the view wants nothing of it any more
+    tfPartly,  ///< something was left out
+    tfWhole
+};
 
 /// The tiles of a source: squares of `Side` cells, those of the last column and row cut.
 class TTileReader {
@@ -54,13 +76,37 @@ public:
     std::shared_ptr<const TTileCells> Get(int level, std::int32_t column, std::int32_t row) const;
     /// Whether every tile under these cells of a level is in the cache.
     bool HasAll(int level, const TTileAxis& columns, const TTileAxis& rows) const;
-    /// Writes the cells that the axes name into `cells`, which is as wide and as high as they are long.
-    /// False if it was given up.
-    bool Fill(int level, const TTileAxis& columns, const TTileAxis& rows, std::span<float> cells) const;
+    /// Writes the cells that the axes name into `cells`, which is as wide and as high as they are long. For tiles that
+    /// are made it reads at most `budget` cells, but always those of the first one that is missing, and takes what it
+    /// has read off; what it leaves out shows a coarser level as far as that is in the cache.
+    TTileFilling Fill(int level, const TTileAxis& columns, const TTileAxis& rows, std::span<float> cells,
+                      std::int64_t& budget) const;
+
+    /// The range of the values in a few tiles of the smallest level that is stored.
+    TTileRange ReadSomeRange() const;
 
     const ITileSource& GetSource() const { return *FSource; }
 
 private:
+    /// A part of the view that lies in one tile.
+    struct TPart {
+        std::size_t Left = 0;
+        std::size_t Top = 0;
+        std::size_t Right = 0;
+        std::size_t Bottom = 0;
+    };
+
+    TTileKey KeyOf(int level, std::int32_t column, std::int32_t row) const {
+        return {FSource->GetId(), level, column, row};
+    }
+    static void CopyTile(const TTileCells& tile, std::size_t stride, const TTileAxis& columns, const TTileAxis& rows,
+                         const TPart& part, std::span<float> cells);
+    std::int64_t CostOf(int level) const;
+    TTileAxis Coarser(const std::vector<std::int32_t>& cells, std::size_t from, std::size_t to, std::int32_t count,
+                      std::int32_t coarseCount) const;
+    void FillFromCoarser(int level, const TTileAxis& columns, const TTileAxis& rows, const TPart& part,
+                         std::span<float> cells) const;
+
     const std::shared_ptr<const ITileSource> FSource;
     const std::shared_ptr<TTileCache> FCache;
     const std::function<bool()> FShouldStop;
