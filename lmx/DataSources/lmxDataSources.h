@@ -23,6 +23,7 @@
 #include <lmx/DataSources/lmxGeoTiffTiles.h>
 #include <lmx/DataSources/lmxTileCache.h>
 #include <lmx/DataSources/lmxTileSource.h>
+#include <lmx/DataSources/lmxTileStatistics.h>
 #include <lmx/DataSources/lmxTiledRasterMapLayer.h>
 #include <lmx/DataSources/lmxTiledRasterMapLayerPersist.h>
 #include <lmx/DataSources/lmxTimeStrip.h>

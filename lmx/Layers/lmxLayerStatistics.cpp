@@ -31,18 +31,6 @@ TField FieldOf(const TIdrisiMapLayer& layer) {
     return TField::Of(ImageOf(layer));
 }
 
-std::vector<TFieldRing> RingsOf(const TShapeFileLayer& shapes, const TShpFilePolygonShape& polygon) {
-    std::vector<TFieldRing> rings;
-    for (std::size_t part = 0; part < polygon.GetPartCount(); ++part) {
-        TFieldRing& ring = rings.emplace_back();
-        for (const TShpPoint& vertex : polygon.GetPart(part)) {
-            const TMapPoint place = shapes.ProjectMapPoint(vertex.X, vertex.Y);
-            ring.push_back({static_cast<double>(place.X), static_cast<double>(place.Y)});
-        }
-    }
-    return rings;
-}
-
 QString UnitsOf(const TIdrisiMapLayer& layer) {
     return ImageOf(layer).getHeader()->GetValueUnits();
 }
@@ -84,11 +72,24 @@ TFieldStatistics StatisticsOf(const TIdrisiMapLayer& layer, const TMapArea& area
 
 TFieldStatistics StatisticsOf(const TIdrisiMapLayer& layer, const TShapeFileLayer& shapes, std::size_t polygon) {
     const TField field = FieldOf(layer);
+    TFieldRegion region(field, FieldRingsOf(shapes, polygon));
+    return StatisticsOf(field, region);
+}
+
+std::vector<TFieldRing> FieldRingsOf(const TShapeFileLayer& shapes, std::size_t polygon) {
     const TShpFile* file = shapes.GetShpFile();
     if (!file)
         throw EInvalidOperation(QStringLiteral("The layer \"%1\" has no shape file").arg(shapes.GetLayerName()));
-    TFieldRegion region(field, RingsOf(shapes, file->GetPolygon(polygon)));
-    return StatisticsOf(field, region);
+    const TShpFilePolygonShape& shape = file->GetPolygon(polygon);
+    std::vector<TFieldRing> rings;
+    for (std::size_t part = 0; part < shape.GetPartCount(); ++part) {
+        TFieldRing& ring = rings.emplace_back();
+        for (const TShpPoint& vertex : shape.GetPart(part)) {
+            const TMapPoint place = shapes.ProjectMapPoint(vertex.X, vertex.Y);
+            ring.push_back({static_cast<double>(place.X), static_cast<double>(place.Y)});
+        }
+    }
+    return rings;
 }
 
 std::unique_ptr<TIdrisiMapLayer> DifferenceLayer(const std::shared_ptr<ILayerManager>& manager,

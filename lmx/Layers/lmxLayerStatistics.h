@@ -1,12 +1,14 @@
 #pragma once
 
 #include <lmx/Coordinates/wskMappingTypes.h>
+#include <lmx/Raster/lmxFieldRegion.h>
 #include <lmx/Raster/lmxFieldStatistics.h>
 #include <lmx/Runtime/lmxExport.h>
 
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <vector>
 
 namespace lmx {
 
@@ -28,6 +30,9 @@ LMX_EXPORT TFieldStatistics StatisticsOf(const TIdrisiMapLayer& layer, const TMa
 /// @throws EInvalidOperation `The layer "x" has no shape file`; EArgumentException "Polygon index is out of range".
 LMX_EXPORT TFieldStatistics StatisticsOf(const TIdrisiMapLayer& layer, const TShapeFileLayer& shapes,
                                          std::size_t polygon);
+/// The rings of a polygon of a shape layer, by the layer's projection.
+/// @throws as the statistics of it.
+LMX_EXPORT std::vector<TFieldRing> FieldRingsOf(const TShapeFileLayer& shapes, std::size_t polygon);
 
 // New layers, not yet in the list of `manager`, rendered, with the image that they own. Their name says what they are,
 // and their colours run from blue over white to red; white is no difference. Units are those of `a` if all have them
