@@ -5,6 +5,7 @@
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <utility>
 
@@ -21,6 +22,8 @@ TAllowedHosts& AllowedHosts() {
     static TAllowedHosts hosts;
     return hosts;
 }
+
+std::atomic<int> RemoteTimeout = 30;
 
 } // namespace
 
@@ -64,6 +67,14 @@ void TClimateDataset::SetAllowedHosts(const QStringList& hosts) {
 QStringList TClimateDataset::GetAllowedHosts() {
     const std::lock_guard lock(AllowedHosts().Mutex);
     return AllowedHosts().Hosts;
+}
+
+void TClimateDataset::SetRemoteTimeout(int seconds) {
+    RemoteTimeout = std::max(1, seconds);
+}
+
+int TClimateDataset::GetRemoteTimeout() {
+    return RemoteTimeout;
 }
 
 } // namespace lmx

@@ -111,9 +111,13 @@ public:
     TClimatePicture Read(const TClimateSelection& selection) const;
 
     /// Hosts from which files may be read, by name, without regard to case. None at first: a document or a file name
-    /// then never makes a connection. Any thread.
+    /// then never makes a connection. A server that is allowed is trusted with where it redirects to. Any thread.
     static void SetAllowedHosts(const QStringList& hosts);
     static QStringList GetAllowedHosts();
+    /// How long a request to such a host may take, in seconds, kept above 0; 30 at first. One that takes longer is a
+    /// failure. It holds for files that are opened from then on. Any thread.
+    static void SetRemoteTimeout(int seconds);
+    static int GetRemoteTimeout();
 
 private:
     QString FFileName;

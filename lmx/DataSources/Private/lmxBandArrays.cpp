@@ -5,6 +5,7 @@
 #include <lmx/DataSources/lmxClimateExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>
 
+#include <cpl_vsi_error.h>
 #include <gdal_priv.h>
 
 #include <algorithm>
@@ -95,8 +96,12 @@ std::unique_ptr<GDALDataset, TCloseDataset> OpenBands(const TGdalName& name, con
     RegisterClimateDrivers();
     std::unique_ptr<GDALDataset, TCloseDataset> dataset(GDALDataset::Open(
         name.Name.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_INTERNAL, drivers, nullptr, nullptr));
+    if (!dataset && name.IsRemote())
+        VSIToCPLError(CE_Failure, CPLE_OpenFailed); // what the server said
     if (!dataset)
-        throw EClimateFile(fileName, quiet.Explain(problem));
+        throw EClimateFile(
+            fileName,
+            quiet.Explain(name.IsRemote() ? QStringLiteral("is no GeoTIFF that can be read from there") : problem));
     return dataset;
 }
 

@@ -49,7 +49,8 @@ private:
 };
 
 /// Opens a file of bands by its one driver, for one thread at a time.
-/// @throws EClimateFile with `problem`, and what GDAL says of it, if it cannot be opened.
+/// @throws EClimateFile with `problem`, and what GDAL says of it, if it cannot be opened; one on another computer with
+/// a problem of its own, for there it may not be the file's fault.
 std::unique_ptr<GDALDataset, TCloseDataset> OpenBands(const TGdalName& name, const QString& fileName,
                                                       const QString& problem);
 

@@ -40,6 +40,8 @@ struct TGdalName {
     QByteArray Name;
     const char* Driver = nullptr;
     bool IsMultidimensional = true;
+
+    bool IsRemote() const { return Name.startsWith("/vsicurl/"); }
 };
 
 /// @throws EClimateFile if the path cannot be told to the driver.

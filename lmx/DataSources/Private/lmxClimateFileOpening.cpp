@@ -32,7 +32,9 @@ TGdalName RemoteName(const QString& fileName, const QStringList& allowedHosts) {
     const QUrl url(fileName, QUrl::StrictMode);
     if (!url.isValid() || !allowedHosts.contains(url.host(), Qt::CaseInsensitive))
         throw EClimateFile(fileName, QStringLiteral("lies on a host that this program does not allow to be read from"));
-    return {"/vsicurl/" + url.toEncoded(), "GTiff", false};
+    const QByteArray name = "/vsicurl/" + url.toEncoded();
+    VSICurlPartialClearCache(name.constData()); // what failed an hour ago is tried again
+    return {name, "GTiff", false};
 }
 
 void OpenForReading(QFile& file, const QString& fileName) {

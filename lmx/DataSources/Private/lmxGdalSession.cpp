@@ -1,5 +1,8 @@
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 
+#include <lmx/DataSources/lmxClimateDataset.h>
+#include <lmx/Runtime/lmxNumberText.h>
+
 #include <cpl_conv.h>
 #include <cpl_error.h>
 #include <gdal_frmts.h>
@@ -24,7 +27,6 @@ constexpr std::pair<const char*, const char*> ThreadOptions[] = {
     {"GRIB_ADJUST_LONGITUDE_RANGE", "NO"},
     {"GRIB_NORMALIZE_UNITS", "NO"},
     {"GDAL_HTTP_MAX_RETRY", "0"},
-    {"GDAL_HTTP_TIMEOUT", "30"},
 };
 
 void CPL_STDCALL KeepFirstText(CPLErr kind, CPLErrorNum, const char* text) {
@@ -164,12 +166,18 @@ private:
 } // namespace
 
 TQuietGdal::TQuietGdal() {
-    for (const auto& [name, value] : ThreadOptions) {
-        const char* const before = CPLGetThreadLocalConfigOption(name, nullptr);
-        FOptions.push_back({name, before != nullptr, QByteArray(before)});
-        CPLSetThreadLocalConfigOption(name, value);
-    }
+    for (const auto& [name, value] : ThreadOptions)
+        SetOption(name, value);
+    const QByteArray seconds = IntToStr(TClimateDataset::GetRemoteTimeout()).toLatin1();
+    SetOption("GDAL_HTTP_TIMEOUT", seconds);
+    SetOption("GDAL_HTTP_CONNECTTIMEOUT", seconds);
     CPLPushErrorHandlerEx(&KeepFirstText, &FFirstText);
+}
+
+void TQuietGdal::SetOption(const char* name, const QByteArray& value) {
+    const char* const before = CPLGetThreadLocalConfigOption(name, nullptr);
+    FOptions.push_back({name, before != nullptr, QByteArray(before)});
+    CPLSetThreadLocalConfigOption(name, value.constData());
 }
 
 TQuietGdal::~TQuietGdal() {

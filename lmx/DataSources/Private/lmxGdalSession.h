@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -31,6 +32,8 @@ private:
         bool WasSet;
         QByteArray Before;
     };
+
+    void SetOption(const char* name, const QByteArray& value);
 
     QString FFirstText;
     std::vector<TOption> FOptions;
