@@ -6,6 +6,7 @@
 #include <lmx/Dialogs/Private/lmxBasicPalettePage.h>
 #include <lmx/Dialogs/Private/lmxColorClassesPage.h>
 #include <lmx/Dialogs/Private/lmxGradientPage.h>
+#include <lmx/Dialogs/Private/lmxLazyTab.h>
 #include <lmx/Dialogs/Private/lmxMultipartGradientPage.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRasterMapLayer.h>
@@ -16,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -37,16 +39,13 @@ void WantColors(bool isEmpty) {
 TLayerPropertiesDisplayFrame::TLayerPropertiesDisplayFrame(QWidget* parent)
     : QWidget(parent),
       FPages(new QTabWidget(this)),
-      FGradientPage(new TGradientPage),
-      FMultipartGradientPage(new TMultipartGradientPage),
-      FClassifiedPage(new TColorClassesPage),
-      FBasicPalPage(new TBasicPalettePage) {
+      FGradientPage(AddPage<TGradientPage>("GradientPage", QStringLiteral("Gradient"))),
+      FMultipartGradientPage(
+          AddPage<TMultipartGradientPage>("MultipartGradientPage", QStringLiteral("Multipart gradient"))),
+      FClassifiedPage(AddPage<TColorClassesPage>("ClassifiedPage", QStringLiteral("Classified"))),
+      FBasicPalPage(AddPage<TBasicPalettePage>("BasicPalPage", QStringLiteral("Basic palette"))) {
     FPages->setObjectName(QStringLiteral("Pages"));
     FPages->setUsesScrollButtons(false); // the tabs are always all in sight
-    AddPage(FGradientPage, "GradientPage", QStringLiteral("Gradient"));
-    AddPage(FMultipartGradientPage, "MultipartGradientPage", QStringLiteral("Multipart gradient"));
-    AddPage(FClassifiedPage, "ClassifiedPage", QStringLiteral("Classified"));
-    AddPage(FBasicPalPage, "BasicPalPage", QStringLiteral("Basic palette"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(FPages, 1);
@@ -54,9 +53,19 @@ TLayerPropertiesDisplayFrame::TLayerPropertiesDisplayFrame(QWidget* parent)
 }
 
 template<class Page>
-void TLayerPropertiesDisplayFrame::AddPage(Page* page, const char* name, const QString& caption) {
-    page->setObjectName(QString::fromLatin1(name));
-    FPages->addTab(page, caption);
+TLazyTab<Page>* TLayerPropertiesDisplayFrame::AddPage(const char* name, const QString& caption) {
+    auto* tab = new TLazyTab<Page>(FPages->tabBar(), [this](Page& page) { Prepare(page); });
+    tab->setObjectName(QString::fromLatin1(name));
+    FPages->addTab(tab, caption);
+    return tab;
+}
+
+template<class Page>
+void TLayerPropertiesDisplayFrame::Prepare(Page& page) const {
+    if (FValueRange)
+        page.SetValueRange(*FValueRange);
+    if constexpr (requires { page.SetConfig(FConfig); })
+        page.SetConfig(FConfig);
 }
 
 QWidget* TLayerPropertiesDisplayFrame::BuildOpacity() {
@@ -88,28 +97,28 @@ void TLayerPropertiesDisplayFrame::SetData(const TValueRange& valueRange,
                                            const std::shared_ptr<ILayerManagerConfig>& config) {
     if (!colorCalc)
         throw EArgumentException(QStringLiteral("ColorCalc is null"));
-    FGradientPage->SetValueRange(valueRange);
-    FMultipartGradientPage->SetValueRange(valueRange);
-    FClassifiedPage->SetValueRange(valueRange);
-    FClassifiedPage->SetConfig(config);
-    FBasicPalPage->SetValueRange(valueRange);
-    FBasicPalPage->SetConfig(config);
+    FValueRange = valueRange;
+    FConfig = config;
+    FGradientPage->PrepareAnew();
+    FMultipartGradientPage->PrepareAnew();
+    FClassifiedPage->PrepareAnew();
+    FBasicPalPage->PrepareAnew();
     FOpacity->setValue(opacity);
     ShowCalculator(colorCalc);
 }
 
 void TLayerPropertiesDisplayFrame::ShowCalculator(const std::shared_ptr<IBaseColorCalculator>& colorCalc) {
     if (const auto* palette = dynamic_cast<const IBasicPaletteColorCalculator*>(colorCalc.get())) {
-        FBasicPalPage->SetBasicPalette(*palette);
+        FBasicPalPage->Get().SetBasicPalette(*palette);
         FPages->setCurrentWidget(FBasicPalPage);
     } else if (const auto* classes = dynamic_cast<const IColorClassCalculator*>(colorCalc.get())) {
-        FClassifiedPage->SetColorClasses(*classes);
+        FClassifiedPage->Get().SetColorClasses(*classes);
         FPages->setCurrentWidget(FClassifiedPage);
     } else if (const auto* gradient = dynamic_cast<const IGradientColorCalculator*>(colorCalc.get())) {
-        FGradientPage->SetGradient(*gradient);
+        FGradientPage->Get().SetGradient(*gradient);
         FPages->setCurrentWidget(FGradientPage);
     } else if (const auto* parts = dynamic_cast<const IMultipartGradientColorCalculator*>(colorCalc.get())) {
-        FMultipartGradientPage->SetMultipartGradient(*parts);
+        FMultipartGradientPage->Get().SetMultipartGradient(*parts);
         FPages->setCurrentWidget(FMultipartGradientPage);
     } else {
         throw EArgumentException(QStringLiteral("Unsupported ColorCalc"));
@@ -117,20 +126,20 @@ void TLayerPropertiesDisplayFrame::ShowCalculator(const std::shared_ptr<IBaseCol
 }
 
 std::shared_ptr<IGradientColorCalculator> TLayerPropertiesDisplayFrame::CreateGradientColorCalc() const {
-    return FGradientPage->CreateColorCalc();
+    return FGradientPage->Get().CreateColorCalc();
 }
 
 std::shared_ptr<IMultipartGradientColorCalculator>
 TLayerPropertiesDisplayFrame::CreateMultipartGradientColorCalc() const {
-    return FMultipartGradientPage->CreateColorCalc();
+    return FMultipartGradientPage->Get().CreateColorCalc();
 }
 
 std::shared_ptr<IColorClassCalculator> TLayerPropertiesDisplayFrame::CreateClassifiedColorCalc() const {
-    return FClassifiedPage->CreateColorCalc();
+    return FClassifiedPage->Get().CreateColorCalc();
 }
 
 std::shared_ptr<IBasicPaletteColorCalculator> TLayerPropertiesDisplayFrame::CreateBasicPaletteColorCalc() const {
-    return FBasicPalPage->CreateColorCalc();
+    return FBasicPalPage->Get().CreateColorCalc();
 }
 
 std::shared_ptr<IBaseColorCalculator> TLayerPropertiesDisplayFrame::CreateColorCalc() const {
@@ -140,11 +149,11 @@ std::shared_ptr<IBaseColorCalculator> TLayerPropertiesDisplayFrame::CreateColorC
     if (page == FMultipartGradientPage)
         return CreateMultipartGradientColorCalc();
     if (page == FClassifiedPage) {
-        WantColors(FClassifiedPage->IsEmpty());
+        WantColors(FClassifiedPage->Get().IsEmpty());
         return CreateClassifiedColorCalc();
     }
     if (page == FBasicPalPage) {
-        WantColors(FBasicPalPage->IsEmpty());
+        WantColors(FBasicPalPage->Get().IsEmpty());
         return CreateBasicPaletteColorCalc();
     }
     throw ENotImplemented(QStringLiteral("Unable to apply changes for the specified raster type"));

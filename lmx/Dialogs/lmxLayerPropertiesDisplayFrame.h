@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 QT_BEGIN_NAMESPACE
 class QLineEdit;
@@ -29,9 +30,11 @@ class TColorClassesPage;
 class TGradientPage;
 class TMultipartGradientPage;
 class TRasterMapLayer;
+template<class Page>
+class TLazyTab;
 
 /// How a raster is coloured: a tab for each of the four kinds of colouring, and the opacity. All of it works on copies;
-/// only the tab that is seen last counts.
+/// only the tab that is seen last counts. What is in a tab is made when the tab is first seen.
 class LMX_EXPORT TLayerPropertiesDisplayFrame : public QWidget {
 public:
     explicit TLayerPropertiesDisplayFrame(QWidget* parent = nullptr);
@@ -56,17 +59,21 @@ public:
 
 private:
     template<class Page>
-    void AddPage(Page* page, const char* name, const QString& caption);
+    TLazyTab<Page>* AddPage(const char* name, const QString& caption);
+    template<class Page>
+    void Prepare(Page& page) const;
     QWidget* BuildOpacity();
     void ShowCalculator(const std::shared_ptr<IBaseColorCalculator>& colorCalc);
     void rbOpacityChange();
     void edOpacityChange();
 
+    std::optional<TValueRange> FValueRange; ///< nothing before SetData
+    std::shared_ptr<ILayerManagerConfig> FConfig;
     QTabWidget* FPages;
-    TGradientPage* FGradientPage;
-    TMultipartGradientPage* FMultipartGradientPage;
-    TColorClassesPage* FClassifiedPage;
-    TBasicPalettePage* FBasicPalPage;
+    TLazyTab<TGradientPage>* FGradientPage;
+    TLazyTab<TMultipartGradientPage>* FMultipartGradientPage;
+    TLazyTab<TColorClassesPage>* FClassifiedPage;
+    TLazyTab<TBasicPalettePage>* FBasicPalPage;
     QSlider* FOpacity = nullptr;
     QLineEdit* FOpacityEdit = nullptr;
 };

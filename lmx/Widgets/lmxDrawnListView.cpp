@@ -94,9 +94,8 @@ void TDrawnListView::AddColumn(const TListColumn& column) {
     const int index = static_cast<int>(FColumns.size());
     FColumns.push_back(column);
     FModel->InsertColumn(index, column.Title);
-    header()->resizeSection(index, column.Width);
+    header()->resizeSection(index, std::max(column.Width, header()->sectionSizeHint(index)));
     header()->setSectionResizeMode(index, column.TakesRest ? QHeaderView::Stretch : QHeaderView::Interactive);
-    WidenColumns();
 }
 
 void TDrawnListView::RemoveColumn(int column) {

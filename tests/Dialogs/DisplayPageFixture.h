@@ -2,6 +2,7 @@
 
 #include <lmx/Colour/lmxBasicPaletteColorCalculator.h>
 #include <lmx/Colour/lmxColorClassCalculator.h>
+#include <lmx/Dialogs/Private/lmxLazyTab.h>
 #include <lmx/Dialogs/lmxLayerPropertiesDisplayFrame.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
 #include <tests/Dialogs/PropertiesDialogFixture.h>
@@ -45,10 +46,12 @@ struct TDisplayPageTest : testing::Test {
         ShowActive(Frame);
     }
     QString ActivePage() { return Find<QTabWidget>(Frame, "Pages").currentWidget()->objectName(); }
-    /// A widget of one tab.
+    /// A widget of one tab, which is made unless it is there.
     template<class Widget>
     Widget& In(const char* page, const char* name) {
-        return Find<Widget>(Find<QWidget>(Frame, page), name);
+        auto& tab = Find<QWidget>(Frame, page);
+        dynamic_cast<TLazyPlace&>(tab).Make();
+        return Find<Widget>(tab, name);
     }
     QString WriteFile(const QString& name, const QByteArray& content) {
         const QString path = Folder.filePath(name);

@@ -191,6 +191,7 @@ TEST_F(GradientEditorFrame, TakesAScaleOfThePackFromItsMenu) {
     auto& presets = Find<QPushButton>("btnPresets");
     EXPECT_EQ(presets.text(), "Pre&sets");
     QMenu& menu = *presets.menu();
+    menu.popup({0, 0});
     QStringList groups;
     for (const QAction* entry : menu.actions())
         groups += entry->isSeparator() ? QStringLiteral("-") : entry->text();
@@ -213,7 +214,9 @@ TEST_F(GradientEditorFrame, TakesAScaleOfThePackFromItsMenu) {
 
 TEST_F(GradientEditorFrame, PicturesTheScalesInItsMenu) {
     Show();
-    QMenu* climate = Find<QPushButton>("btnPresets").menu()->actions()[4]->menu();
+    QMenu& menu = *Find<QPushButton>("btnPresets").menu();
+    menu.popup({0, 0});
+    QMenu* climate = menu.actions()[4]->menu();
     climate->popup({0, 0});
     const QImage picture = climate->grab().toImage();
     const QRect row = climate->actionGeometry(climate->actions()[5]);
@@ -225,6 +228,10 @@ TEST_F(GradientEditorFrame, PicturesTheScalesInItsMenu) {
     EXPECT_LT(qGray(at(95)), 80) << "the dark end";
     EXPECT_GT(qGray(at(8)), 230) << "the light end";
     climate->close();
+    menu.close();
+    menu.popup({0, 0});
+    EXPECT_EQ(menu.actions().size(), 7) << "the groups come once";
+    menu.close();
 }
 
 TEST_F(GradientEditorFrame, TurnsTheGradientRound) {

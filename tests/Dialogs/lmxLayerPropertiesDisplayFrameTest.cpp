@@ -1,5 +1,6 @@
 #include <lmx/Dialogs/lmxLayerPropertiesDisplayFrame.h>
 
+#include <lmx/Colour/lmxColorClassList.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxMultipartGradient.h>
 #include <lmx/Dialogs/lmxGradientEditorFrame.h>
@@ -11,8 +12,10 @@
 #include <tests/Layers/IdrisiMapLayerFixture.h>
 #include <tests/Support/DialogChecks.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
+#include <QTabBar>
 
 namespace lmx {
 namespace {
@@ -35,7 +38,7 @@ std::shared_ptr<IBasicPaletteColorCalculator> Palette(int count = 2) {
 
 struct LayerPropertiesDisplayFrame : tests::TDisplayPageTest {
     bool IsEmpty() {
-        return Find<TGradientEditorFrame>(Frame, "SingleGradientEditor").GetGradEdit()->GetCount() == 0 &&
+        return In<TGradientEditorFrame>("GradientPage", "SingleGradientEditor").GetGradEdit()->GetCount() == 0 &&
                In<TDrawnListView>("MultipartGradientPage", "lvMultipartGradients").GetRowCount() == 0 &&
                In<TDrawnListView>("ClassifiedPage", "lvClasses").GetRowCount() == 0 &&
                In<TDrawnListView>("BasicPalPage", "lvBasicPalette").GetRowCount() == 0;
@@ -74,15 +77,39 @@ TEST_F(LayerPropertiesDisplayFrame, OpensOnAPaletteAndLeavesTheOtherTabsEmpty) {
     EXPECT_EQ(ActivePage(), "BasicPalPage");
     EXPECT_EQ(In<TDrawnListView>("BasicPalPage", "lvBasicPalette").GetRowCount(), 2);
     EXPECT_EQ(In<TDrawnListView>("ClassifiedPage", "lvClasses").GetRowCount(), 0);
-    EXPECT_EQ(Find<TGradientEditorFrame>(Frame, "SingleGradientEditor").GetGradEdit()->GetCount(), 0);
+    EXPECT_EQ(In<TGradientEditorFrame>("GradientPage", "SingleGradientEditor").GetGradEdit()->GetCount(), 0);
     EXPECT_EQ(Opacity.value(), 77);
     EXPECT_EQ(OpacityEdit.text(), "77");
+}
+
+// What is not seen costs nothing when the page comes up.
+TEST_F(LayerPropertiesDisplayFrame, MakesATabWhenItIsFirstSeen) {
+    Show(Palette(), {10, 60});
+    const auto isMade = [this](const char* name) { return Frame.findChild<QWidget*>(QString::fromLatin1(name)); };
+    EXPECT_TRUE(isMade("lvBasicPalette"));
+    EXPECT_FALSE(isMade("SingleGradientEditor"));
+    EXPECT_FALSE(isMade("lvMultipartGradients"));
+    EXPECT_FALSE(isMade("lvClasses"));
+    QTest::mouseClick(Pages.tabBar(), Qt::LeftButton, {}, Pages.tabBar()->tabRect(1).center());
+    ASSERT_TRUE(isMade("lvMultipartGradients"));
+    EXPECT_TRUE(isMade("lvMultipartGradients")->isVisible());
+    EXPECT_EQ(In<QLabel>("MultipartGradientPage", "lbFullRange").text(), "Full range: 10.000 - 60.000");
+    EXPECT_FALSE(isMade("lvClasses"));
+    EXPECT_EQ(Frame.CreateClassifiedColorCalc()->GetColorClasses()->GetClasses().Count(), 0);
+    EXPECT_TRUE(isMade("lvClasses"));
+}
+
+TEST_F(LayerPropertiesDisplayFrame, PreparesATabThatIsThereAnew) {
+    Show(Palette(), {10, 60});
+    Frame.SetData({20, 30}, Palette(), 255, Config);
+    EXPECT_FLOAT_EQ(Frame.CreateBasicPaletteColorCalc()->GetMinVal(), 20);
+    EXPECT_FLOAT_EQ(Frame.CreateBasicPaletteColorCalc()->GetMaxVal(), 30);
 }
 
 TEST_F(LayerPropertiesDisplayFrame, OpensOnAGradientOverItsOwnRange) {
     Frame.SetData({0, 100}, Gradient(), 255, Config);
     EXPECT_EQ(ActivePage(), "GradientPage");
-    const TGradientEditor& editor = *Find<TGradientEditorFrame>(Frame, "SingleGradientEditor").GetGradEdit();
+    const TGradientEditor& editor = *In<TGradientEditorFrame>("GradientPage", "SingleGradientEditor").GetGradEdit();
     EXPECT_EQ(editor.GetLowValue(), -5);
     EXPECT_EQ(editor.GetHighValue(), 5);
     const auto created = Frame.CreateGradientColorCalc();
@@ -94,7 +121,7 @@ TEST_F(LayerPropertiesDisplayFrame, OpensOnAGradientOverItsOwnRange) {
 
 TEST_F(LayerPropertiesDisplayFrame, GivesAnEmptyEditorTheRangeOfTheLayer) {
     Frame.SetData({-20, 40}, Palette(), 255, Config);
-    const TGradientEditor& editor = *Find<TGradientEditorFrame>(Frame, "SingleGradientEditor").GetGradEdit();
+    const TGradientEditor& editor = *In<TGradientEditorFrame>("GradientPage", "SingleGradientEditor").GetGradEdit();
     EXPECT_EQ(editor.GetLowValue(), -20);
     EXPECT_EQ(editor.GetHighValue(), 40);
     EXPECT_TRUE(Frame.CreateGradientColorCalc()->GetGradient()->GetColorStops().empty());

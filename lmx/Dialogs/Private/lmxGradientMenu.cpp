@@ -8,6 +8,7 @@
 #include <QProxyStyle>
 
 #include <map>
+#include <utility>
 
 namespace lmx {
 
@@ -70,15 +71,20 @@ private:
 
 } // namespace
 
-TGradientMenu::TGradientMenu(TChosen chosen, QWidget* parent) : QMenu(parent) {
+TGradientMenu::TGradientMenu(TChosen chosen, QWidget* parent) : QMenu(parent), FChosen(std::move(chosen)) {
+    connect(this, &QMenu::aboutToShow, this, &TGradientMenu::ListScales, Qt::SingleShotConnection);
+}
+
+void TGradientMenu::ListScales() {
+    QAction* const first = actions().value(0);
     TSwatchMenu* group = nullptr;
     for (const TColorScale& scale : TColorPack::GetScales()) {
         if (!group || group->title() != scale.Group) {
             group = new TSwatchMenu(scale.Group, this);
             group->setObjectName(scale.Group);
-            addMenu(group);
+            insertMenu(first, group);
         }
-        group->Add(scale, chosen);
+        group->Add(scale, FChosen);
     }
 }
 
