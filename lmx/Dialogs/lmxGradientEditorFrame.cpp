@@ -24,6 +24,8 @@ namespace lmx {
 
 namespace {
 
+constexpr int CommandSpacing = 4; // as between the commands of the other editors
+
 const QString ClipboardTag = QStringLiteral("GRADIENT");
 
 } // namespace
@@ -120,6 +122,7 @@ void TGradientEditorFrame::LayOut() {
     fields->addWidget(FValue, 1);
     fields->addWidget(FPresets);
     auto* commands = new QHBoxLayout;
+    commands->setSpacing(CommandSpacing);
     for (QAbstractButton* button : {FPrevious, FNext, FDelete, FClear, FCopy, FPaste})
         commands->addWidget(button);
     commands->addStretch();

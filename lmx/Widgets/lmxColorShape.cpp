@@ -10,8 +10,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
-#include <QStyle>
-#include <QStyleOptionFocusRect>
+
+#include <algorithm>
 
 namespace lmx {
 
@@ -37,16 +37,20 @@ void TColorShape::SelectColor() {
         SetColor(chooser->GetColor());
 }
 
+QSize TColorShape::sizeHint() const {
+    return {60, std::max(22, fontMetrics().height() + 4)};
+}
+
+// The field reaches to the edges, as the fields above and below it do. The mark of the focus stands inside, on ground
+// of the window's colour, so that it stands off any colour.
 void TColorShape::paintEvent(QPaintEvent*) {
-    constexpr int FocusRoom = 3; // around the field, so that the mark stands off any colour
+    constexpr int MarkRoom = 3;
     QPainter painter(this);
+    QRect field = rect();
     if (hasFocus()) {
-        QStyleOptionFocusRect mark;
-        mark.initFrom(this);
-        mark.backgroundColor = palette().color(QPalette::Window);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, this);
+        DrawBoxOnGrid(painter, field, palette().color(QPalette::Highlight), palette().color(QPalette::Window));
+        field.adjust(MarkRoom, MarkRoom, -MarkRoom, -MarkRoom);
     }
-    const QRect field = rect().adjusted(FocusRoom, FocusRoom, -FocusRoom, -FocusRoom);
     DrawImageOnGrid(
         painter, field.topLeft(),
         RenderColorField(field.size(), devicePixelRatioF(), Color32(FColor), palette().color(QPalette::WindowText)));

@@ -18,7 +18,7 @@ public:
     /// Lets the user choose, beginning with the present colour, which stays after a cancel.
     void SelectColor();
 
-    QSize sizeHint() const override { return {60, 22}; }
+    QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -23,14 +23,48 @@ TEST_F(ColorShape, BeginsWhite) {
     EXPECT_EQ(Shape.accessibleDescription(), "#FFFFFF");
 }
 
-TEST_F(ColorShape, ShowsItsColourInAFrame) {
+TEST_F(ColorShape, ShowsItsColourInAFrameThatReachesToTheEdges) {
     Shape.SetColor(Orange);
     Shape.resize(Shape.sizeHint());
     const QImage picture = tests::PictureOf(Shape);
-    EXPECT_EQ(picture.pixel(picture.width() / 2, picture.height() / 2), 0xFFFF8000U);
-    const int frame = static_cast<int>(3 * Shape.devicePixelRatioF() + 0.5);
-    EXPECT_EQ(picture.pixel(frame, picture.height() / 2), Shape.palette().color(QPalette::WindowText).rgb());
+    const QRgb frame = Shape.palette().color(QPalette::WindowText).rgb();
+    const int middle = picture.height() / 2;
+    EXPECT_EQ(picture.pixel(picture.width() / 2, middle), 0xFFFF8000U);
+    EXPECT_EQ(picture.pixel(0, middle), frame);
+    EXPECT_EQ(picture.pixel(picture.width() - 1, middle), frame);
+    EXPECT_EQ(picture.pixel(picture.width() / 2, 0), frame);
+    EXPECT_EQ(picture.pixel(picture.width() / 2, picture.height() - 1), frame);
     EXPECT_EQ(Shape.accessibleDescription(), "#FF8000");
+}
+
+TEST_F(ColorShape, MarksTheFocusInsideItsEdges) {
+    QPalette colors;
+    colors.setColor(QPalette::Highlight, Qt::red);
+    colors.setColor(QPalette::Window, Qt::blue);
+    colors.setColor(QPalette::WindowText, Qt::green);
+    Shape.setPalette(colors);
+    tests::ShowActive(Shape);
+    const auto edge = [this] {
+        std::string letters;
+        for (int x = 0; x < 5; ++x)
+            letters += tests::Letters(tests::PictureOf(Shape), tests::DevicePixel(Shape, {x, 10}), {10000, 0},
+                                      {{0xFFFF0000U, 'm'}, {0xFF0000FFU, 'g'}, {0xFF00FF00U, 'f'}, {0xFFFFFFFFU, 'c'}});
+        return letters;
+    };
+    Shape.setFocus();
+    EXPECT_EQ(edge(), "mggfc") << "mark, ground, frame, colour";
+    Shape.clearFocus();
+    EXPECT_EQ(edge(), "fcccc");
+}
+
+TEST_F(ColorShape, GrowsWithTheFont) {
+    const QSize small = Shape.sizeHint();
+    QFont font = Shape.font();
+    font.setPointSize(40);
+    Shape.setFont(font);
+    EXPECT_GT(Shape.sizeHint().height(), small.height());
+    EXPECT_GE(Shape.sizeHint().height(), Shape.fontMetrics().height());
+    EXPECT_EQ(Shape.sizeHint().width(), small.width());
 }
 
 TEST_F(ColorShape, ResolvesASystemColour) {
