@@ -3,8 +3,10 @@
 #include <lmx/DataSources/lmxClimateExceptions.h>
 
 #include <tests/DataSources/ClassicNetCdf.h>
+#include <tests/DataSources/TiffFiles.h>
 #include <tests/Support/Printers.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -297,6 +299,76 @@ TEST(ClimateConventions, BytesOfATiffMayHaveASign) {
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const TClimateCatalog catalog(OpenClimateBytes(file.readAll(), "a.tif"), "a.tif");
     EXPECT_THAT(CellsOf(catalog.Read({0})), ElementsAre(-5, 5, 127, -128));
+}
+
+// Cells 0 to 3 in the first row of the file, 100 to 103 in the second.
+TEST(ClimateConventions, TiffsLieAsTheirTransformSays) {
+    const QTemporaryDir folder;
+    TTiffOf16Bits tiff;
+    tiff.Width = 4;
+    tiff.Height = 2;
+    const auto write = [&](double left, double dx, double top, double dy, double turn = 0) {
+        tiff.Transform = {left, dx, turn, top, turn, dy};
+        tiff.Write(folder.filePath("a.tif"));
+        return TClimateDataset(folder.filePath("a.tif")).GetVariables().at(0);
+    };
+    const auto cells = [&] { return CellsOf(TClimateDataset(folder.filePath("a.tif")).Read({0})); };
+    write(-10, 5, 50, -5);
+    EXPECT_THAT(cells(), ElementsAre(0, 1, 2, 3, 100, 101, 102, 103));
+    write(-10, 5, 40, 5); // the first row is the southern one
+    EXPECT_THAT(cells(), ElementsAre(100, 101, 102, 103, 0, 1, 2, 3));
+    write(10, -5, 50, -5); // the first column is the eastern one
+    EXPECT_THAT(cells(), ElementsAre(3, 2, 1, 0, 103, 102, 101, 100));
+    write(170, 5, 50, -5); // over the antimeridian
+    EXPECT_EQ(TClimateDataset(folder.filePath("a.tif")).Read({0}).World, "latlonAntimerdian");
+    EXPECT_THAT(cells(), ElementsAre(0, 1, 2, 3, 100, 101, 102, 103));
+    write(0, 90, 90, -90); // turned to begin at 180 degrees west
+    EXPECT_THAT(cells(), ElementsAre(2, 3, 0, 1, 102, 103, 100, 101));
+    EXPECT_EQ(write(-10, 5, 50, -5, 1).Refusal, RefusalText(TClimateRefusal::crRotatedImage, "Band 1"));
+    tiff.System = "EPSG:2193"; // New Zealand Transverse Mercator
+    EXPECT_EQ(write(1.5e6, 1000, 5.5e6, -1000).Refusal, RefusalText(TClimateRefusal::crProjected, "Band 1"));
+    tiff.System = nullptr;
+    EXPECT_EQ(write(1.5e6, 1000, 5.5e6, -1000).Refusal, RefusalText(TClimateRefusal::crNoCoordinates, "Band 1"));
+    EXPECT_THAT(write(-10, 5, 50, -5).Notes,
+                ElementsAre("The file names no reference system; its numbers are taken for degrees of longitude and "
+                            "latitude."));
+    EXPECT_THAT(cells(), ElementsAre(0, 1, 2, 3, 100, 101, 102, 103));
+}
+
+/// One array of a Zarr, unpacked and in one piece.
+void WriteArray(const QTemporaryDir& folder, const QString& name, const QByteArray& type, const QByteArray& shape,
+                const QByteArray& attributes, const QByteArray& cells) {
+    QDir(folder.path()).mkdir(name);
+    const auto write = [&](const QString& file, const QByteArray& content) {
+        QFile to(folder.filePath(name + u'/' + file));
+        ASSERT_TRUE(to.open(QIODevice::WriteOnly));
+        to.write(content);
+    };
+    write(".zarray", "{\"zarr_format\": 2, \"shape\": [" + shape + "], \"chunks\": [" + shape + "], \"dtype\": \"" +
+                         type + "\", \"compressor\": null, \"fill_value\": null, \"order\": \"C\", \"filters\": null}");
+    write(".zattrs", "{" + attributes + "}");
+    write(shape.contains(',') ? "0.0" : "0", cells);
+}
+
+TEST(ClimateConventions, BytesOfAZarrMayHaveASignOrNone) {
+    const QTemporaryDir folder;
+    QFile group(folder.filePath(".zgroup"));
+    ASSERT_TRUE(group.open(QIODevice::WriteOnly));
+    group.write("{\"zarr_format\": 2}");
+    group.close();
+    const QByteArray places = TClassicValues(Double, {-45, 45}).Bytes;
+    WriteArray(folder, "lat", ">f8", "2", "\"_ARRAY_DIMENSIONS\": [\"lat\"], \"units\": \"degrees_north\"", places);
+    WriteArray(folder, "lon", ">f8", "2", "\"_ARRAY_DIMENSIONS\": [\"lon\"], \"units\": \"degrees_east\"", places);
+    const QByteArray dimensions = "\"_ARRAY_DIMENSIONS\": [\"lat\", \"lon\"]";
+    const QByteArray cells = TClassicValues(Byte, {-1, -2, 3, 4}).Bytes;
+    WriteArray(folder, "plain", "|i1", "2,2", dimensions, cells);
+    WriteArray(folder, "unsigned", "|i1", "2,2", dimensions + ", \"_Unsigned\": \"true\", \"_FillValue\": -1", cells);
+    WriteArray(folder, "wide", ">i2", "2,2", dimensions, TClassicValues(Short, {-1, -2, 300, 4}).Bytes);
+    const TClimateDataset dataset(folder.path());
+    const auto read = [&](const char* name) { return CellsOf(dataset.Read({dataset.FindVariable(name).GetValue()})); };
+    EXPECT_THAT(read("plain"), ElementsAre(3, 4, -1, -2));
+    EXPECT_THAT(read("unsigned"), ElementsAre(3, 4, -9990, 254));
+    EXPECT_THAT(read("wide"), ElementsAre(300, 4, -1, -2));
 }
 
 TEST(ClimateConventions, NumbersAboutNumbersKeepTheirUnits) {

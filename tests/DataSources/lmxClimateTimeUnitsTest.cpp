@@ -123,6 +123,9 @@ TEST(ClimateTimeUnits, RefuseWhatTheyDoNotUnderstand) {
         TClimateTimeUnits::Parse("days since 2000-01-01" + QString(1'000'000, u' ') + "x", TClimateCalendar()));
     EXPECT_FALSE(TClimateTimeUnits::Parse(QString(100'000, u'9'), TClimateCalendar()));
     EXPECT_TRUE(TClimateTimeUnits::Parse("days since 2000-02-30", TClimateCalendar(ck360Day)));
+    EXPECT_TRUE(TClimateTimeUnits::Parse("days since 2000-02-29", TClimateCalendar()));
+    EXPECT_FALSE(TClimateTimeUnits::Parse("days since 2000-02-29", TClimateCalendar(ckNoLeap)));
+    EXPECT_FALSE(TClimateTimeUnits::Parse("days since 2000-01-31", TClimateCalendar(ck360Day)));
 }
 
 TEST(ClimateTimeUnits, NumbersBeyondTheCalendarAreNoDates) {

@@ -6,9 +6,14 @@
 #include <lmx/DataSources/lmxClimateExceptions.h>
 #include <lmx/Runtime/lmxFormat.h>
 
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cpl_vsi.h>
 #include <gdal_priv.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -95,10 +100,31 @@ void TakeOwnProperties(const GDALMDArray& array, TSourceAttributes& result) {
         values.Set(QStringLiteral("_FillValue"), std::vector{fill});
 }
 
+// GDAL before 3.7 hands the signed bytes of a Zarr out as shorts: nothing but the file itself says that they are bytes.
+bool AreBytesOfZarr(const QByteArray& array) {
+    constexpr std::size_t most = 1 << 20;
+    VSILFILE* const file = VSIFOpenL((array + "/.zarray").constData(), "rb");
+    if (!file)
+        return false;
+    QByteArray text(most, Qt::Uninitialized);
+    text.truncate(qsizetype(VSIFReadL(text.data(), 1, most, file)));
+    VSIFCloseL(file);
+    return QJsonDocument::fromJson(text).object().value(QStringLiteral("dtype")) == QStringLiteral("|i1");
+}
+
+TRawSlice AsBytes(const TRawSlice& shorts) {
+    TRawSlice bytes(TClimateCellType::ctInt8, shorts.GetCount());
+    const auto* const from = reinterpret_cast<const std::int16_t*>(shorts.GetBytes());
+    std::transform(from, from + shorts.GetCount(), static_cast<std::int8_t*>(bytes.GetBytes()),
+                   [](std::int16_t cell) { return static_cast<std::int8_t>(cell); });
+    return bytes;
+}
+
 class TMultidimSource final : public IClimateSource {
 public:
     TMultidimSource(const TGdalName& name, const QString& fileName)
         : FFileName(fileName),
+          FStore(name.Name),
           FIsNetCdf(qstrcmp(name.Driver, "netCDF") == 0) {
         const char* const drivers[] = {name.Driver, nullptr};
         const TQuietGdal quiet;
@@ -137,15 +163,20 @@ public:
         std::size_t count = 1;
         for (const std::size_t length : window.Counts)
             count *= length;
-        TRawSlice slice(info.Type, count);
+        const GDALExtendedDataType& type = FArrays[array]->GetDataType();
+        TClimateCellType given = info.Type;
+        CellTypeOf(type.GetNumericDataType(), given);
+        TRawSlice slice(given, count);
         const TQuietGdal quiet;
         const std::vector<GUInt64> starts(window.Starts.begin(), window.Starts.end());
         // A scalar has no dimension to name.
         const bool isRead = count == 0 || FArrays[array]->Read(starts.data(), window.Counts.data(), nullptr, nullptr,
-                                                               FArrays[array]->GetDataType(), slice.GetBytes());
+                                                               type, slice.GetBytes());
         if (!isRead)
             throw EClimateFile(FFileName, info.Path.mid(1) + QStringLiteral(": ") +
                                               quiet.Explain(QStringLiteral("is damaged here")));
+        if (given != info.Type)
+            return AsBytes(slice);
         return slice;
     }
 
@@ -172,11 +203,14 @@ private:
         info.BlockSize.assign(blocks.begin(), blocks.end());
         const GDALExtendedDataType& type = array->GetDataType();
         info.IsNumeric = type.GetClass() == GEDTC_NUMERIC && CellTypeOf(type.GetNumericDataType(), info.Type);
+        if (!FIsNetCdf && info.Type == TClimateCellType::ctInt16 && AreBytesOfZarr(FStore + info.Path.toUtf8()))
+            info.Type = TClimateCellType::ctInt8;
         FArrays.push_back(array);
         FInfos.push_back(std::move(info));
     }
 
     const QString FFileName;
+    const QByteArray FStore; ///< by which GDAL finds the file, a Zarr's files below it
     const bool FIsNetCdf;
     std::unique_ptr<GDALDataset, TCloseDataset> FDataset;
     TGroup FRoot;
