@@ -64,19 +64,13 @@ int UnsignedBits(TClimateCellType type) {
     }
 }
 
-TClimateCellType AsUnsigned(TClimateCellType type) {
-    switch (type) {
-    case ctInt8:
-        return ctUInt8;
-    case ctInt16:
-        return ctUInt16;
-    case ctInt32:
-        return ctUInt32;
-    case ctInt64:
-        return ctUInt64;
-    default:
-        return type;
-    }
+/// The double that the shortest decimal text of a single means: 0.1 for 0.1F.
+double ShortestOf(float single) {
+    std::array<char, 32> text;
+    const auto written = std::to_chars(text.data(), text.data() + text.size(), single);
+    double number = 0;
+    std::from_chars(text.data(), written.ptr, number);
+    return number;
 }
 
 TClimateCellType AsSigned(TClimateCellType type) {
@@ -89,6 +83,21 @@ TClimateCellType AsSigned(TClimateCellType type) {
         return ctInt32;
     case ctUInt64:
         return ctInt64;
+    default:
+        return type;
+    }
+}
+
+TClimateCellType AsUnsigned(TClimateCellType type) {
+    switch (type) {
+    case ctInt8:
+        return ctUInt8;
+    case ctInt16:
+        return ctUInt16;
+    case ctInt32:
+        return ctUInt32;
+    case ctInt64:
+        return ctUInt64;
     default:
         return type;
     }
@@ -165,15 +174,6 @@ template<class Raw>
 void UnpackUnsigned(std::span<const Raw> raw, const TMeaning& meaning, float* values) {
     using TOther = std::make_unsigned_t<Raw>; // may stand for its signed type
     UnpackAny(std::span(reinterpret_cast<const TOther*>(raw.data()), raw.size()), meaning, values);
-}
-
-/// The double that the shortest decimal text of a single means: 0.1 for 0.1F.
-double ShortestOf(float single) {
-    std::array<char, 32> text;
-    const auto written = std::to_chars(text.data(), text.data() + text.size(), single);
-    double number = 0;
-    std::from_chars(text.data(), written.ptr, number);
-    return number;
 }
 
 } // namespace
