@@ -277,6 +277,22 @@ TEST_F(LegendItem, OfABillionPixelsShowsItsPart) {
     Scene.Painted();
 }
 
+TEST_F(LegendItem, StandsAnyFont) {
+    auto* item = AddLegend(nullptr, loVertical, {10, 5, 190, 95});
+    for (const auto& calculator :
+         std::initializer_list<std::shared_ptr<IBaseColorCalculator>>{nullptr, Gradient(), Classes(), Palette()}) {
+        item->SetLegendLayer(AddRaster(calculator));
+        item->SetFontName(QStringLiteral("There Is No Such Font"));
+        for (const int size : {8, 0, -8, -2147483647 - 1, 2147483647}) {
+            item->SetFontSize(size);
+            Scene.Painted();
+        }
+        item->SetFontName(QStringLiteral("Tahoma"));
+        item->SetFontSize(8);
+        EXPECT_NE(AllPixels(Scene.Painted()), AllPixels(tests::TTestMap(200, 100).Bitmap));
+    }
+}
+
 TEST_F(LegendItem, IsLargerOnADenseScreen) {
     Scene.Layer->SetDeviceRatio(2);
     EXPECT_EQ(TLegendObjectLayerItem(Scene.Layer.Get()).GetRect(), TRect(0, 0, 300, 300));

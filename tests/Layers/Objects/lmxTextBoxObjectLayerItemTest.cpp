@@ -173,5 +173,26 @@ TEST(TextBoxObjectLayerItem, StandsAnyText) {
     scene.Painted();
 }
 
+TEST(TextBoxObjectLayerItem, OfAWordThatIsTooWideShowsTheEndThatItIsAlignedBy) {
+    TObjectScene scene;
+    const auto picture = [&](const QString& text, TAlignment align) {
+        scene.Layer->GetObjects().Clear();
+        AddText(scene, text, align)->SetRect({10, 10, 190, 90});
+        return AllPixels(scene.Painted());
+    };
+    constexpr int Many = 300'000;
+    constexpr int Enough = 1000;
+    const std::pair<QChar, QChar> halves[] = {{u'i', u'W'}, {QChar(0x05D5), QChar(0x05E9)}};
+    for (const auto& [first, second] : halves) {
+        const QString word = QString(Many, first) + QString(Many, second);
+        const auto [left, right] = first == u'i' ? std::pair(first, second) : std::pair(second, first);
+        EXPECT_EQ(picture(word, TAlignment::taLeftJustify), picture(QString(Enough, left), TAlignment::taLeftJustify));
+        EXPECT_EQ(picture(word, TAlignment::taRightJustify),
+                  picture(QString(Enough, right), TAlignment::taRightJustify));
+        EXPECT_EQ(picture(QString(Many, first), TAlignment::taCenter),
+                  picture(QString(Enough, first), TAlignment::taCenter));
+    }
+}
+
 } // namespace
 } // namespace lmx
