@@ -97,19 +97,6 @@ TEST(ClimateTimes, TheYear0AndModuloHaveNoYears) {
                 ElementsAre("January", "February"));
 }
 
-// Thirty years of a model that counts from 0 are no climatology.
-TEST(ClimateTimes, ModelYearsFrom0GoOn) {
-    const TClimateTimes times({365 * 30 + 15, 365 * 30 + 45}, TimeAxis("days since 0000-01-01", "noleap"));
-    EXPECT_FALSE(times.IsClimatology());
-    EXPECT_THAT(CaptionsOf(times), ElementsAre("January 30", "February 30"));
-}
-
-TEST(ClimateTimes, BoundsMayFallWithTheirAxis) {
-    const TClimateTimes times({45, 15.5}, TimeAxis("days since 2001-01-01"), {59, 31, 31, 0});
-    EXPECT_THAT(CaptionsOf(times), ElementsAre("February 2001", "January 2001"));
-    EXPECT_THAT(times.GetNotes(), IsEmpty());
-}
-
 TEST(ClimateTimes, WithoutDatesStepsHaveNumbers) {
     const QString byNumber = QStringLiteral(" Steps are told by number.");
     const TClimateTimes lunar({17.5, 18}, TimeAxis("days since 2001-01-01", "lunar"));
@@ -141,6 +128,19 @@ TEST(ClimateTimes, BoundsThatMakeNoSenseDoNotCount) {
         EXPECT_THAT(times.GetNotes(), ElementsAre("The bounds of the time axis are not understood and do not count."));
         EXPECT_EQ(times.GetCaption(1), "February 2001");
     }
+}
+
+// Thirty years of a model that counts from 0 are no climatology.
+TEST(ClimateTimes, ModelYearsFrom0GoOn) {
+    const TClimateTimes times({365 * 30 + 15, 365 * 30 + 45}, TimeAxis("days since 0000-01-01", "noleap"));
+    EXPECT_FALSE(times.IsClimatology());
+    EXPECT_THAT(CaptionsOf(times), ElementsAre("January 30", "February 30"));
+}
+
+TEST(ClimateTimes, BoundsMayFallWithTheirAxis) {
+    const TClimateTimes times({45, 15.5}, TimeAxis("days since 2001-01-01"), {59, 31, 31, 0});
+    EXPECT_THAT(CaptionsOf(times), ElementsAre("February 2001", "January 2001"));
+    EXPECT_THAT(times.GetNotes(), IsEmpty());
 }
 
 } // namespace

@@ -23,12 +23,6 @@ TUnitSubject SubjectOf(const TClimateVariableInfo& info, const TClimateAttribute
             attributes.Text(QStringLiteral("units_metadata"))};
 }
 
-/// Numbers that must not be blended: 1 for water and 3 for ice do not make a 2 between them.
-bool AreCategories(const TClimateAttributes& attributes) {
-    return attributes.Has(QStringLiteral("flag_values")) || attributes.Has(QStringLiteral("flag_masks")) ||
-           attributes.Has(QStringLiteral("flag_meanings"));
-}
-
 /// A standard name may call places what is counted in another way.
 void RequireDegrees(const QString& axis, const QString& units) {
     static const QStringList others = QStringLiteral("1 rad radian radians degreewest degreeswest degreew degreesw "
@@ -165,7 +159,7 @@ QString TClimateCatalog::FindRefusal(TCatalogEntry& entry, const TClimateVariabl
     if (std::max<quint64>(info.TimeCount, info.Levels.size()) > MostAxisValues)
         return refused(QStringLiteral("has more steps than an axis may have"));
     try {
-        entry.Plan = PlanOf(entry);
+        entry.Plan = PlanOf(entry.Roles);
         return {};
     } catch (const EClimateRefusal& refusal) {
         return refused(QStringLiteral("cannot be placed on a map. ")) + refusal.Message();
@@ -174,11 +168,10 @@ QString TClimateCatalog::FindRefusal(TCatalogEntry& entry, const TClimateVariabl
     }
 }
 
-std::shared_ptr<const TClimateGridPlan> TClimateCatalog::PlanOf(const TCatalogEntry& entry) {
-    const std::size_t x = *entry.Roles.LongitudeArray;
-    const std::size_t y = *entry.Roles.LatitudeArray;
-    const bool areCategories = AreCategories(FIndex.GetAttributes(entry.Array).Values);
-    auto& plan = FPlans[{x, y, areCategories}];
+std::shared_ptr<const TClimateGridPlan> TClimateCatalog::PlanOf(const TClimateRoles& roles) {
+    const std::size_t x = *roles.LongitudeArray;
+    const std::size_t y = *roles.LatitudeArray;
+    auto& plan = FPlans[{x, y, roles.AreCategories}];
     if (plan)
         return plan;
     const QString bounds = QStringLiteral("bounds");
@@ -187,7 +180,7 @@ std::shared_ptr<const TClimateGridPlan> TClimateCatalog::PlanOf(const TCatalogEn
     for (const std::size_t axis : {x, y})
         if (FIndex.GetArrays()[axis].CellCount() > MostAxisValues)
             throw EClimateRefusal(QStringLiteral("An axis has more than 1,000,000 values"));
-    if (entry.Roles.IsNzmg) {
+    if (roles.IsNzmg) {
         plan = std::make_shared<TClimateGridPlan>(
             TClimateGridPlan::Nzmg(TClimateAxis::Metres(xName, FIndex.ReadNumbers(x), FIndex.ReadBounds(x, bounds)),
                                    TClimateAxis::Metres(yName, FIndex.ReadNumbers(y), FIndex.ReadBounds(y, bounds))));
@@ -196,7 +189,7 @@ std::shared_ptr<const TClimateGridPlan> TClimateCatalog::PlanOf(const TCatalogEn
         RequireDegrees(yName, FIndex.GetText(y, QStringLiteral("units")));
         plan = std::make_shared<TClimateGridPlan>(
             TClimateAxis::Longitude(xName, FIndex.ReadNumbers(x), FIndex.ReadBounds(x, bounds)),
-            TClimateAxis::Latitude(yName, FIndex.ReadNumbers(y), FIndex.ReadBounds(y, bounds)), areCategories);
+            TClimateAxis::Latitude(yName, FIndex.ReadNumbers(y), FIndex.ReadBounds(y, bounds)), roles.AreCategories);
     }
     return plan;
 }

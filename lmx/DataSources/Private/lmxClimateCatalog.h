@@ -27,6 +27,7 @@ struct TClimateRoles {
     std::optional<std::size_t> LevelArray;
     bool HasPressure = false; ///< a scalar of pressure
     bool IsNzmg = false;
+    bool AreCategories = false; ///< as TClimateGridPlan
     std::optional<TClimateRefusal> Refusal;
 };
 
@@ -61,7 +62,7 @@ private:
     void DescribeLevels(const TCatalogEntry& entry, TClimateVariableInfo& info) const;
     QString FindRefusal(TCatalogEntry& entry, const TClimateVariableInfo& info);
     std::shared_ptr<const TClimateTimes> TimesOf(const TClimateRoles& roles, std::size_t count);
-    std::shared_ptr<const TClimateGridPlan> PlanOf(const TCatalogEntry& entry);
+    std::shared_ptr<const TClimateGridPlan> PlanOf(const TClimateRoles& roles);
     std::vector<float> ReadCells(const TCatalogEntry& entry, const TClimateSelection& selection,
                                  const TUnitConversion& conversion) const;
 

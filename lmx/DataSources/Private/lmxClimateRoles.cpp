@@ -19,6 +19,7 @@ public:
 
     TClimateRoles Find() {
         FindMappings();
+        FRoles.AreCategories = HasFlags();
         for (std::size_t i = 0; i < FInfo.Dimensions.size(); ++i)
             TakeDimension(i);
         TakeScalars();
@@ -52,6 +53,13 @@ private:
             FRoles.IsNzmg = true;
         else if (!name.isEmpty() && name != QStringLiteral("latitude_longitude"))
             FRoles.Refusal = TClimateRefusal::crProjected;
+    }
+
+    // 1 for water and 3 for ice do not make a 2 between them.
+    bool HasFlags() const {
+        const TClimateAttributes& attributes = FIndex.GetAttributes(FArray).Values;
+        return attributes.Has(QStringLiteral("flag_values")) || attributes.Has(QStringLiteral("flag_masks")) ||
+               attributes.Has(QStringLiteral("flag_meanings"));
     }
 
     TClimateAxisKind KindOf(std::size_t coordinate) const {

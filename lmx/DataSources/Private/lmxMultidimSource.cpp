@@ -13,7 +13,6 @@
 #include <gdal_priv.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <string>
 #include <utility>
 
