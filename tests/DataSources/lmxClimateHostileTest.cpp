@@ -110,6 +110,32 @@ TEST_F(ClimateHostile, ATiffThatClaimsTwoBillionSquaredIsRefused) {
 }
 
 // What another driver would read as a list of other files is no climate file, whatever it is called.
+// 3200 fields, no two of the same time or level: a table of them would have ten million places.
+TEST_F(ClimateHostile, AGribOfManyTimesAndLevelsTakesNoTableOfThem) {
+    QFile sample(ClimateSample("tiny_grib1.grib"));
+    ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
+    QByteArray message = sample.readAll();
+    message.truncate(message.size() / 6);
+    QByteArray content;
+    for (int i = 0; i < 3200; ++i) {
+        char* const product = message.data() + 8 - 1; // octets are counted from 1
+        qToBigEndian(quint16(i + 1), product + 11);   // level
+        product[14] = char(1 + i / 672);              // month, day, hour
+        product[15] = char(1 + i % 28);
+        product[16] = char(i / 28 % 24);
+        content += message;
+    }
+    Write("many.grib", content);
+    const TClimateDataset dataset(Folder.filePath("many.grib"));
+    ASSERT_EQ(dataset.GetVariables().size(), 1U);
+    const TClimateVariableInfo& info = dataset.GetVariables()[0];
+    EXPECT_EQ(info.TimeCount, 3200U);
+    EXPECT_EQ(info.Levels.size(), 3200U);
+    EXPECT_EQ(info.Refusal, "Variable \"" + info.Name +
+                                "\" has so many times and levels that most of its fields are missing. Split it first, "
+                                "for example: grib_copy in \"out_[dataDate].grib\"");
+}
+
 TEST_F(ClimateHostile, ATextThatNamesOtherFilesIsNoClimateFile) {
     Write("x.nc", "<VRTDataset rasterXSize=\"1\" rasterYSize=\"1\"/>");
     EXPECT_EQ(MessageOf<EClimateFile>([&] { TClimateDataset(Folder.filePath("x.nc")); }),

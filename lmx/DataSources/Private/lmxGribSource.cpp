@@ -27,25 +27,35 @@ struct TField {
     QString Units;
     QString Comment;
     double Level = 0;
-    double Time = 0; // seconds since 1970
+    double Time = 0;            // seconds since 1970
+    std::size_t LevelPlace = 0; // on the axes of its group
+    std::size_t TimePlace = 0;
     std::size_t Grid = 0;
     int Band = 0;
+};
+
+// The values of an axis in the order in which fields bring them.
+class TAxisValues {
+public:
+    std::size_t PlaceOf(double value) {
+        const auto known = FPlaces.try_emplace(value, FValues.size());
+        if (known.second)
+            FValues.push_back(value);
+        return known.first->second;
+    }
+    const std::vector<double>& Get() const { return FValues; }
+
+private:
+    std::vector<double> FValues;
+    std::map<double, std::size_t> FPlaces; // a file may hold years of hours
 };
 
 // Bands of one array: fields that differ in time and level only.
 struct TFieldGroup {
     std::vector<TField> Fields;
-    std::vector<double> Times;
-    std::vector<double> Levels;
+    TAxisValues Times;
+    TAxisValues Levels;
 };
-
-std::size_t PlaceOf(std::vector<double>& values, double value) {
-    const auto place = std::find(values.begin(), values.end(), value);
-    const auto index = std::size_t(place - values.begin());
-    if (place == values.end())
-        values.push_back(value);
-    return index;
-}
 
 double NumberOf(const QString& text) {
     double number = 0;
@@ -84,6 +94,8 @@ TClimateAttributes LevelAttributes(const QString& kind, bool isSecondEdition) {
         attributes.Set(QStringLiteral("units"), QStringLiteral("m"));
     return attributes;
 }
+
+constexpr std::size_t MostPlaces = 10'000'000; // of times and levels, each with a field or without
 
 class TGribSource final : public IClimateSource {
 public:
@@ -129,8 +141,8 @@ private:
             if (known.second)
                 groups.emplace_back();
             TFieldGroup& group = groups[known.first->second];
-            PlaceOf(group.Times, field.Time);
-            PlaceOf(group.Levels, field.Level);
+            field.TimePlace = group.Times.PlaceOf(field.Time);
+            field.LevelPlace = group.Levels.PlaceOf(field.Level);
             group.Fields.push_back(field);
         }
         for (const TFieldGroup& group : groups)
@@ -170,16 +182,21 @@ private:
         DescribeBand(*FDataset, first.Band, info, attributes);
         TClimateAttributes time = Units(QStringLiteral("seconds since 1970-01-01"), QStringLiteral("time"));
         time.Set(QStringLiteral("calendar"), QStringLiteral("proleptic_gregorian"));
-        info.Dimensions.push_back(Coordinate(QStringLiteral("time"), group.Times, time));
-        const bool hasLevels = HasLevels(first.LevelKind) || group.Levels.size() > 1;
+        info.Dimensions.push_back(Coordinate(QStringLiteral("time"), group.Times.Get(), time));
+        const bool hasLevels = HasLevels(first.LevelKind) || group.Levels.Get().size() > 1;
         if (hasLevels)
-            info.Dimensions.push_back(Coordinate(first.LevelKind, group.Levels,
+            info.Dimensions.push_back(Coordinate(first.LevelKind, group.Levels.Get(),
                                                  LevelAttributes(first.LevelKind, IsSecondEdition(first.Band))));
         info.Path = FreePath(hasLevels ? first.Element + u'_' + first.LevelKind : first.Element);
         AddPlace(grid, first.Band, info);
         SetNames(first, group, attributes);
         info.BlockSize.insert(info.BlockSize.begin(), hasLevels ? 2 : 1, 1);
-        FArrays.AddBands(std::move(info), BandsOf(group), attributes);
+        const bool isSparse = group.Times.Get().size() > MostPlaces / group.Levels.Get().size();
+        if (isSparse && info.Refusal.isEmpty())
+            info.Refusal = Refusal(info, QStringLiteral("has so many times and levels that most of its fields are "
+                                                        "missing. Split it first, for example: grib_copy in "
+                                                        "\"out_[dataDate].grib\""));
+        FArrays.AddBands(std::move(info), isSparse ? std::vector<int>() : BandsOf(group), attributes);
     }
 
     bool IsSecondEdition(int band) const {
@@ -214,15 +231,14 @@ private:
         attributes.Set(QStringLiteral("long_name"), field.Comment);
         attributes.Set(QStringLiteral("GRIB_ELEMENT"), field.Element);
         attributes.Set(QStringLiteral("GRIB_LEVEL"),
-                       FloatToStr(group.Levels[0], TFormatSettings::Invariant()) + u'-' + field.LevelKind);
+                       FloatToStr(group.Levels.Get()[0], TFormatSettings::Invariant()) + u'-' + field.LevelKind);
     }
 
     static std::vector<int> BandsOf(const TFieldGroup& group) {
-        std::vector<int> bands(group.Times.size() * group.Levels.size(), 0);
-        TFieldGroup places = group;
+        const std::size_t levels = group.Levels.Get().size();
+        std::vector<int> bands(group.Times.Get().size() * levels, 0);
         for (const TField& field : group.Fields)
-            bands[PlaceOf(places.Times, field.Time) * group.Levels.size() + PlaceOf(places.Levels, field.Level)] =
-                field.Band;
+            bands[field.TimePlace * levels + field.LevelPlace] = field.Band;
         return bands;
     }
 
