@@ -67,7 +67,7 @@ public:
                                                "amplitude"}) ||
                ContainsAny(WithoutComments(FSubject.CellMethods), {"standard_deviation", "range", "anomaly"});
     }
-    /// Whether the numbers are no longer those of what the names say: squares of them, or how many there are.
+    /// Whether the numbers are about those that the names mean: squares of them, or how many there are.
     bool IsAboutNumbers() const {
         return ContainsAny(FSubject.StandardName, {" number_of_observations", " status_flag"}) ||
                ContainsAny(WithoutComments(FSubject.CellMethods), {"variance", "sum_of_squares"});

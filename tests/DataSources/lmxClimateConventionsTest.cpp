@@ -324,6 +324,11 @@ TEST(ClimateConventions, TiffsLieAsTheirTransformSays) {
     EXPECT_THAT(cells(), ElementsAre(0, 1, 2, 3, 100, 101, 102, 103));
     write(0, 90, 90, -90); // turned to begin at 180 degrees west
     EXPECT_THAT(cells(), ElementsAre(2, 3, 0, 1, 102, 103, 100, 101));
+    tiff.Height = 1;
+    EXPECT_EQ(write(-10, 5, 50, -5).Name, "Band 1") << "bounds are no variable";
+    EXPECT_THAT(cells(), ElementsAre(0, 1, 2, 3));
+    EXPECT_EQ(TClimateDataset(folder.filePath("a.tif")).Read({0}).Image->getHeader()->GetMinY(), 45);
+    tiff.Height = 2;
     EXPECT_EQ(write(-10, 5, 50, -5, 1).Refusal, RefusalText(TClimateRefusal::crRotatedImage, "Band 1"));
     tiff.System = "EPSG:2193"; // New Zealand Transverse Mercator
     EXPECT_EQ(write(1.5e6, 1000, 5.5e6, -1000).Refusal, RefusalText(TClimateRefusal::crProjected, "Band 1"));

@@ -63,8 +63,12 @@ TRawSlice TBandArrays::Read(GDALDataset& dataset, std::size_t array, const TSour
 }
 
 TRawSlice TBandArrays::ReadValues(const TContent& content, const TSourceWindow& window) const {
-    const std::size_t first = window.Starts.empty() ? 0 : std::size_t(window.Starts[0]);
-    const std::size_t count = window.Counts.empty() ? 1 : window.Counts[0];
+    // All dimensions but the first are read whole.
+    std::size_t inner = 1;
+    for (std::size_t i = 1; i < window.Counts.size(); ++i)
+        inner *= window.Counts[i];
+    const std::size_t first = window.Starts.empty() ? 0 : std::size_t(window.Starts[0]) * inner;
+    const std::size_t count = window.Counts.empty() ? 1 : window.Counts[0] * inner;
     if (first > content.Values.size() || count > content.Values.size() - first)
         throw EClimateFile(FFileName, QStringLiteral("has no such values"));
     TRawSlice slice(TClimateCellType::ctDouble, count);

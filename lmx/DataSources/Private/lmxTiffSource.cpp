@@ -68,12 +68,17 @@ private:
             centres.push_back(edge + step * (i + 0.5));
         const QString path = number == 0 ? (FIsGeographic ? QStringLiteral("/lon") : QStringLiteral("/x"))
                                          : (FIsGeographic ? QStringLiteral("/lat") : QStringLiteral("/y"));
-        const TClimateAttributes attributes =
+        TClimateAttributes attributes =
             FIsGeographic ? (number == 0 ? Named(QStringLiteral("degrees_east"), QStringLiteral("longitude"))
                                          : Named(QStringLiteral("degrees_north"), QStringLiteral("latitude")))
                           : Named(QStringLiteral("m"), number == 0 ? QStringLiteral("projection_x_coordinate")
                                                                    : QStringLiteral("projection_y_coordinate"));
         FAxes[number] = {path, quint64(count)};
+        if (count == 1) { // nothing else tells how wide it is
+            attributes.Set(QStringLiteral("bounds"), path + QStringLiteral("_bounds"));
+            FArrays.AddValues(path + QStringLiteral("_bounds"), {FAxes[number], {QStringLiteral("/bounds"), 2}},
+                              {edge, edge + step}, {});
+        }
         FArrays.AddValues(path, {FAxes[number]}, std::move(centres), attributes);
     }
 
