@@ -13,6 +13,7 @@ namespace lmx {
 namespace {
 
 constexpr double MaxFontPixels = 4096; // the side of the largest picture that is drawn
+constexpr int LeastLetterPixels = 4;   // letters in smaller fonts are specks
 
 bool IsPositive(double length) {
     return length > 0 && std::isfinite(length);
@@ -70,12 +71,12 @@ private:
 
     int FontPixelsOf(const TTextItem& item) const {
         if (item.FontSize < 0)
-            return LargestThatFits(item);
+            return LargestLegible(item);
         return RoundToPixel(std::min(item.FontSize * FScale, MaxFontPixels));
     }
 
-    // 0 if none does. Texts grow with their fonts, so the sizes that fit are found by halving.
-    int LargestThatFits(const TTextItem& item) const {
+    // 0 if none is that fits. Texts grow with their fonts, so the sizes that fit are found by halving.
+    int LargestLegible(const TTextItem& item) const {
         const double width = item.Width < 0 ? std::numeric_limits<double>::infinity() : item.Width * FScale;
         const double height = (item.Height < 0 ? FDocument.Height : item.Height) * FScale;
         int fits = 0;
@@ -86,7 +87,7 @@ private:
             const TSize size = FBitmap.TextExtent(item.Text);
             (size.cx <= width && size.cy <= height ? fits : tooLarge) = pixels;
         }
-        return fits;
+        return fits >= LeastLetterPixels ? fits : 0;
     }
 
     const TVectorDoc& FDocument;

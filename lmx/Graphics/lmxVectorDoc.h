@@ -38,7 +38,8 @@ struct TPolygonItem {
 struct TTextItem {
     QString Text;
     QString FontName = {};
-    double FontSize = -1; ///< height of the font; automatic: the largest whose text fits Width and Height, if any does
+    double FontSize = -1;      ///< height of the font; automatic: the largest whose text fits Width and Height; none if
+                               ///< that is less than 4 pixels, as letters are specks then
     TFloatPoint Position = {}; ///< of what the alignments name
     double Width = -1;         ///< automatic: as wide as the text is
     double Height = -1;        ///< automatic: as high as the document

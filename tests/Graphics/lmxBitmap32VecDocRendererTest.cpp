@@ -239,6 +239,14 @@ TEST(Bitmap32VecDocRenderer, ATextThatFitsInNoSizeIsNotDrawn) {
     EXPECT_EQ(InkOf(Rendered({512, 512, {shapeless}}, 64, 64)), TRect(64, 64, 0, 0));
 }
 
+TEST(Bitmap32VecDocRenderer, AnAutomaticTextIsNoSpeck) {
+    TTextItem item = Letter({256, 256}, THAlign::haCenter, TVAlign::vaMiddle);
+    EXPECT_EQ(InkOf(Rendered({512, 512, {item}}, 32, 32)), TRect(32, 32, 0, 0));
+    EXPECT_GE(InkOf(Rendered({512, 512, {item}}, 96, 96)).GetHeight(), 3);
+    item.FontSize = 16; // a pixel
+    EXPECT_FALSE(InkOf(Rendered({512, 512, {item}}, 32, 32)).IsEmpty()) << "a size that is told is taken";
+}
+
 TEST(Bitmap32VecDocRenderer, LeavesTheFontOfTheBitmap) {
     TBitmap32 bitmap = WhiteBitmap(64, 64);
     bitmap.GetFont().Name = QStringLiteral("Courier");
