@@ -4,7 +4,6 @@
 #include <lmx/Colour/lmxIdrisiImageMapData.h>
 #include <lmx/Colour/lmxValueRange.h>
 #include <lmx/Graphics/lmxBitmap32.h>
-#include <lmx/Runtime/lmxNumberText.h>
 #include <lmx/Runtime/lmxThread.h>
 
 #include <QCheckBox>
@@ -157,8 +156,8 @@ void TClimateFileDialog::ShowVariable() {
             const lmx::TClimateTimes& steps = FDataset->GetTimes(static_cast<std::size_t>(FVariables->currentRow()));
             for (std::size_t i = 0; i < std::min(steps.GetCount(), MostTimes); ++i)
                 FTime->addItem(steps.GetCaption(i));
-            for (const double level : info->Levels)
-                FLevel->addItem(lmx::FloatToGeneral(level, 7) + ' ' + info->LevelUnits);
+            for (std::size_t i = 0; i < info->Levels.size(); ++i)
+                FLevel->addItem(info->GetLevelCaption(i));
         }
         FTime->setEnabled(FTime->count() > 1);
         FLevel->setEnabled(FLevel->count() > 1);

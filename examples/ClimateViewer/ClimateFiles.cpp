@@ -163,7 +163,9 @@ private:
         layer->SetLayerName(manager->GetNextName(LayerName(FTitle, FLevel, FCaption)));
         layer->SetClimateVariable(picture.Variable);
         layer->TakeImage(std::move(picture.Image));
-        layer->SetColorCalc(DefaultColors(layer->GetValueRange()));
+        FRange = layer->GetValueRange();
+        FColors = DefaultColors(FRange);
+        layer->SetColorCalc(FColors);
         layer->Render();
         auto* const added = FAddLayer(std::move(layer));
         FLayer = dynamic_cast<lmx::TIdrisiMapLayer*>(added);
@@ -186,7 +188,8 @@ private:
             OnHasTimes(false);
     }
 
-    // The colours stay, so that a step shows what changes.
+    // The colours stay, so that a step shows what changes; those that the viewer chose get wider, as what lies beyond
+    // their range would not be seen.
     void ShowFrame() {
         const std::shared_ptr<const lmx::TFrame> frame = FPlayer.GetFrame();
         if (!FLayer || !frame)
@@ -194,13 +197,25 @@ private:
         const lmx::TBorrowed<lmx::TIdrisiMapLayer> layer = FLayer;
         FCaption = FPlayer.GetCaption();
         layer->DeleteBitmap(); // which nobody needs rendered once more
-        layer->TakeImage(lmx::TImageFactory::Copy(*frame->Image));
+        layer->SetIsReadyToDraw(false);
+        if (layer)
+            layer->TakeImage(lmx::TImageFactory::Copy(*frame->Image));
+        if (layer && frame->HasValues)
+            WidenColors(*layer.Get(), frame->Range);
         if (layer)
             layer->Render();
         if (layer)
-            layer->DoNotifyInvalidated();
-        if (layer)
             layer->SetLayerName(LayerName(FTitle, FLevel, FCaption));
+        if (layer)
+            layer->DoNotifyInvalidated();
+    }
+
+    void WidenColors(lmx::TIdrisiMapLayer& layer, const lmx::TValueRange& range) {
+        if (layer.GetColorCalc() != FColors || (FRange.Low <= range.Low && range.High <= FRange.High))
+            return;
+        FRange = {std::min(FRange.Low, range.Low), std::max(FRange.High, range.High)};
+        FColors = DefaultColors(FRange);
+        layer.SetColorCalc(FColors);
     }
 
     QWidget* FWindow;
@@ -208,6 +223,8 @@ private:
     lmx::TFramePlayer FPlayer;
     lmx::TTimeStrip* FStrip;
     lmx::TBorrowed<lmx::TIdrisiMapLayer> FLayer; // whose times are played
+    lmx::TValueRange FRange;                     // of the colours that the viewer chose for it
+    std::shared_ptr<lmx::IBaseColorCalculator> FColors;
     QString FTitle;
     QString FLevel;
     QString FCaption;

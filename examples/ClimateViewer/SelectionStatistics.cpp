@@ -47,6 +47,7 @@ TStatisticsDialog::TStatisticsDialog(QWidget* parent) : QDialog(parent), FTable(
     FTable->setColumnCount(static_cast<int>(headings.size()));
     FTable->setHorizontalHeaderLabels(headings);
     FTable->verticalHeader()->hide();
+    FTable->horizontalHeader()->setStretchLastSection(true);
     FTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     lmx::GuardClick(buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole), [this] { Copy(); });

@@ -171,7 +171,8 @@ void TViewerWindow::MakeMenus() {
     file->addAction(tr("Add model &field"), this, [this] { AddModelField(); });
     file->addSeparator();
     FDocuments->AddTo(*file);
-    file->addAction(tr("Export &picture..."), QKeySequence("Ctrl+E"), this, [this] { ExportPicture(*FView, FClimate->GetTimeCaption(), this); });
+    file->addAction(tr("Export &picture..."), QKeySequence("Ctrl+E"), this,
+                    [this] { ExportPicture(*FView, FClimate->GetTimeCaption(), this); });
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
     QMenu* modes = menuBar()->addMenu(tr("&Mode"));

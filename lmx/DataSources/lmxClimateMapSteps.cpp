@@ -162,13 +162,15 @@ void TClimateMapSteps::Show(std::size_t step) {
             name = name.chopped(each.Caption.size()) + picture.TimeCaption;
         each.Caption = picture.TimeCaption;
         each.Layer->DeleteBitmap(); // which nobody needs rendered once more
-        each.Layer->TakeImage(std::move(picture.Image));
+        each.Layer->SetIsReadyToDraw(false);
         if (each.Layer)
-            each.Layer->Render();
+            each.Layer->TakeImage(std::move(picture.Image));
         if (each.Layer)
-            each.Layer->DoNotifyInvalidated();
+            each.Layer->Render(); // views hear that it is ready
         if (each.Layer)
             each.Layer->SetLayerName(name);
+        if (each.Layer)
+            each.Layer->DoNotifyInvalidated();
     }
 }
 

@@ -53,8 +53,12 @@ TEST_F(ClimateMapSteps, PutTheirDataOnTheLayer) {
     int told = 0;
     const TSubscription invalidated =
         Manager->GetOnLayerInvalidated().Add([&](ILayerManager*, TBaseMapLayer*) { ++told; });
+    int ready = 0; // which views go by
+    const TSubscription drawn =
+        layer->GetOnReadyToDrawChanged().Add([&](TBaseMapLayer* changed) { ready += changed->GetIsReadyToDraw(); });
     steps.Show(6);
     EXPECT_GT(told, 0);
+    EXPECT_GT(ready, 0);
     EXPECT_EQ(layer->GetLayerName(), "Field, July");
     const TClimateDataset dataset(ClimateSample("coads_sst.nc"));
     const auto july = dataset.Read({dataset.FindVariable("SST").GetValue(), 6});

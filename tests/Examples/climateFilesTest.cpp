@@ -13,15 +13,26 @@
 #include <tests/Support/Threads.h>
 
 #include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDockWidget>
+#include <QDragEnterEvent>
+#include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include "ColorSchemes.h"
+#include "PictureExport.h"
 
 #ifdef LMX_HAS_DATASOURCES
 #include "ClimateFileDialog.h"
@@ -91,16 +102,102 @@ TEST_F(ClimateFiles, StepThroughTheirTimes) {
     ASSERT_TRUE(PumpUntil([&] { return !Window.IsBusy(); }));
     TIdrisiMapLayer* const layer = TopRaster();
     const float january = layer->GetImage()->GetValue(180, 45);
-    const auto colors = layer->GetColorCalc();
+    const auto colors = MakeColorScheme("Classes: six of viridis", {-2, 34}, DataFolder);
+    layer->SetColorCalc(colors);
+    const QImage shown = Window.GetView()->grab().toImage();
     QTest::keyClick(strip, Qt::Key_Right);
     QTest::keyClick(strip, Qt::Key_Right);
     ASSERT_TRUE(PumpUntil([&] { return layer->GetLayerName().endsWith(QStringLiteral(", March")); }));
     EXPECT_NE(layer->GetImage()->GetValue(180, 45), january);
     EXPECT_EQ(layer->GetColorCalc(), colors); // what changes can be seen
     EXPECT_NE(layer->GetBitmap(), nullptr);
+    EXPECT_NE(Window.GetView()->grab().toImage(), shown);
     Manager().GetLayers().Remove(layer);
     QTest::keyClick(strip, Qt::Key_End); // and nothing happens
     ASSERT_TRUE(PumpUntil([&] { return !Window.IsBusy(); }));
+}
+
+// What a step has beyond the range of the first one is seen, too.
+TEST_F(ClimateFiles, ColorsThatTheViewerChoseGetWider) {
+    Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 6});
+    Open(Sample("coads_sst.nc"));
+    ASSERT_TRUE(PumpUntil([&] { return !Window.IsBusy(); }));
+    TIdrisiMapLayer* const layer = TopRaster();
+    const auto rangeOf = [&] {
+        const auto& colors = dynamic_cast<const IBaseMinMaxColorCalculator&>(*layer->GetColorCalc());
+        return TValueRange(colors.GetMinVal(), colors.GetMaxVal());
+    };
+    const TValueRange july = rangeOf();
+    EXPECT_EQ(july, layer->GetValueRange());
+    QTest::keyClick(Window.GetClimateFiles().GetTimeStrip(), Qt::Key_Home);
+    ASSERT_TRUE(PumpUntil([&] { return layer->GetLayerName().endsWith(QStringLiteral(", January")); }));
+    EXPECT_LT(rangeOf().Low, july.Low);
+    EXPECT_EQ(rangeOf().Low, layer->GetValueRange().Low);
+    EXPECT_EQ(rangeOf().High, july.High);
+}
+
+TEST_F(ClimateFiles, TitlesInCapitalsReadAsSentences) {
+    Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 6});
+    Open(Sample("coads_sst.nc"));
+    EXPECT_EQ(TopRaster()->GetLayerName(), "Sea surface temperature, July");
+}
+
+TEST_F(ClimateFiles, LevelsAreChosenAsMapsNameThem) {
+    const TModalAnswer<TClimateFileDialog> answer([](TClimateFileDialog& dialog) {
+        auto* const levels = dialog.findChild<QComboBox*>("Level");
+        ASSERT_EQ(levels->count(), 4);
+        EXPECT_EQ(levels->itemText(2), "500 hPa");
+        QTest::keyClick(levels, Qt::Key_End);
+        EXPECT_EQ(dialog.GetSelection()->Level, 3U);
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open), Qt::LeftButton);
+    });
+    Open(Sample("levels_pressure.nc"));
+    ASSERT_NE(TopRaster(), nullptr);
+    EXPECT_EQ(TopRaster()->GetLayerName(), "ta, 200 hPa, January 1990");
+}
+
+// A picture of the map says which step it shows, without being told.
+TEST_F(ClimateFiles, AnExportedPictureHasTheTimeOfTheData) {
+    const QTemporaryDir folder;
+    Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 6});
+    Open(Sample("coads_sst.nc"));
+    TScriptedFileDialog files;
+    files->Answers = {folder.filePath("map.png")};
+    const TModalAnswer<TPictureDialog> answer([](TPictureDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>("Time")->text(), "July");
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    });
+    for (QAction* action : Window.menuBar()->actions().at(0)->menu()->actions())
+        if (action->shortcut() == QKeySequence("Ctrl+E"))
+            action->trigger();
+    EXPECT_EQ(QImage(folder.filePath("map.png")).text(QStringLiteral("Time")), "July");
+}
+
+TEST_F(ClimateFiles, AMapForPrintIsOfTheWholeWorld) {
+    const QTemporaryDir folder;
+    Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 6});
+    Open(Sample("coads_sst.nc"));
+    SaveSheet(*Window.GetView(), QStringLiteral("Sea"), Window.GetClimateFiles().GetTimeCaption(),
+              folder.filePath("sheet.png"));
+    const QImage sheet(folder.filePath("sheet.png"));
+    EXPECT_EQ(sheet.size(), QSize(2400, 1280));
+    EXPECT_EQ(sheet.text(QStringLiteral("Title")), "Sea");
+    EXPECT_EQ(sheet.text(QStringLiteral("Time")), "July");
+    EXPECT_EQ(sheet.text(QStringLiteral("Extent")), "west -180, south -90, east 180, north 90");
+    EXPECT_TRUE(sheet.text(QStringLiteral("Layers")).contains(QStringLiteral("units °C")));
+}
+
+TEST_F(ClimateFiles, OpenWhenDroppedOnTheWindow) {
+    Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 0});
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(Sample("coads_sst.nc"))});
+    QDragEnterEvent enter(QPoint(100, 100), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&Window, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(100, 100), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&Window, &drop);
+    ASSERT_NE(TopRaster(), nullptr);
+    EXPECT_EQ(TopRaster()->GetLayerName(), "Sea surface temperature, January");
 }
 
 TEST_F(ClimateFiles, AreChosenInADialog) {

@@ -136,7 +136,7 @@ TEST_F(PictureSteps, ColorsMayFitAllSteps) {
     const int narrow = shown();
     ASSERT_EQ(Run({"--steps", "1", "--background", "#010203", "--range", "all"}).ExitCode, 0);
     EXPECT_GT(shown(), 3 * narrow);
-    EXPECT_GT(shown(), 8000);
+    EXPECT_GT(shown(), 4000);
 }
 
 TEST_F(PictureSteps, AFileThatIsGoneWritesNothing) {
