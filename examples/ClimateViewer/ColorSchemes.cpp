@@ -4,9 +4,8 @@
 #include <lmx/Colour/lmxColorClassCalculator.h>
 #include <lmx/Colour/lmxColorClassList.h>
 #include <lmx/Colour/lmxColorKey.h>
-#include <lmx/Colour/lmxColorPalette.h>
+#include <lmx/Colour/lmxColorPack.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
-#include <lmx/Colour/lmxGradientData.h>
 #include <lmx/Colour/lmxMultipartGradient.h>
 #include <lmx/Colour/lmxValueRange.h>
 #include <lmx/Graphics/lmxGradient.h>
@@ -16,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <vector>
 
 namespace {
@@ -28,29 +28,31 @@ lmx::TValueRange WithWidth(const lmx::TValueRange& range) {
     return range.Low < range.High ? range : lmx::TValueRange(range.Low - margin, range.Low + margin);
 }
 
-TCalculator MakeGradient(const lmx::TValueRange& range, const QString& folder, const QString& scale) {
-    const auto data = lmx::TGradientDataFactory::GetObject();
-    data->LoadFromFile(folder + "/gradients/" + scale + ".xml");
-    return lmx::TGradientColorCalculatorFactory::GetObject(range, data->CreateGradient(range.Low, range.High));
+// The coast of a relief lies at zero, if there is land and sea; other scales run from end to end.
+TCalculator MakeScale(const lmx::TValueRange& range, const lmx::TColorScale& scale) {
+    const auto gradient = scale.CreateGradient();
+    if (scale.Kind != lmx::TColorScaleKind::cskRelief || range.Low >= 0 || range.High <= 0)
+        return lmx::TGradientColorCalculatorFactory::GetObject(range, gradient);
+    const double coast = -range.Low / (range.High - range.Low);
+    std::vector<lmx::TColorStop> stops = gradient->GetColorStops();
+    for (std::size_t i = 0; i < stops.size(); ++i) {
+        double& location = stops[i].Location;
+        location = i < stops.size() / 2 ? 2 * location * coast : coast + (2 * location - 1) * (1 - coast);
+    }
+    return lmx::TGradientColorCalculatorFactory::GetObject(range, lmx::TGradientFactory::GetObject(stops));
 }
 
-std::vector<lmx::TColor32> LoadPalette(const QString& folder, const QString& scale) {
-    lmx::TColorPalette palette;
-    palette.Load(folder + "/palettes/" + scale + ".pal");
-    return {palette.begin(), palette.end()};
-}
-
-TCalculator MakeEvenPalette(const lmx::TValueRange& range, const QString& folder, const QString& scale) {
+TCalculator MakeEvenPalette(const lmx::TValueRange& range, const lmx::TColorScale& scale) {
     std::vector<lmx::TColorKeyItem> items;
-    for (lmx::TColor32 color : LoadPalette(folder, scale))
+    for (const lmx::TColor32 color : scale.Colors)
         items.emplace_back(lmx::Format(u"%d", {static_cast<int>(items.size()) + 1}), color);
     return lmx::TBasicPaletteColorCalculatorFactory::GetObject(range, items, false);
 }
 
 // Six classes; a value beyond them takes the nearest one.
-TCalculator MakeClasses(const lmx::TValueRange& range, const QString& folder, const QString& scale) {
+TCalculator MakeClasses(const lmx::TValueRange& range, const lmx::TColorScale& scale) {
     constexpr int ClassCount = 6;
-    const std::vector<lmx::TColor32> colors = LoadPalette(folder, scale);
+    const std::vector<lmx::TColor32>& colors = scale.Colors;
     const auto classes = lmx::TColorClassesFactory::GetObject();
     const auto bound = [&](int i) { return static_cast<float>(range.Low + (range.High - range.Low) * i / ClassCount); };
     for (int i = 0; i < ClassCount; ++i) {
@@ -77,39 +79,42 @@ TCalculator MakeTwoGradients(const lmx::TValueRange& range) {
 }
 
 struct TScheme {
-    const char* Name;
-    TCalculator (*Make)(const lmx::TValueRange& range, const QString& folder);
+    QString Name;
+    QString Group;
+    std::function<TCalculator(const lmx::TValueRange& range)> Make;
 };
 
-constexpr std::array<TScheme, 7> Schemes = {{
-    {"Gradient: viridis",
-     [](const auto& range, const QString& folder) { return MakeGradient(range, folder, "viridis"); }},
-    {"Gradient: inferno",
-     [](const auto& range, const QString& folder) { return MakeGradient(range, folder, "inferno"); }},
-    {"Gradient: blue to red",
-     [](const auto& range, const QString& folder) { return MakeGradient(range, folder, "blue_red"); }},
-    {"Even palette: cividis",
-     [](const auto& range, const QString& folder) { return MakeEvenPalette(range, folder, "cividis"); }},
-    {"Even palette: viridis",
-     [](const auto& range, const QString& folder) { return MakeEvenPalette(range, folder, "viridis"); }},
-    {"Classes: six of viridis",
-     [](const auto& range, const QString& folder) { return MakeClasses(range, folder, "viridis"); }},
-    {"Two gradients", [](const auto& range, const QString&) { return MakeTwoGradients(range); }},
-}};
+std::vector<TScheme> MakeSchemes() {
+    std::vector<TScheme> schemes;
+    for (const lmx::TColorScale& scale : lmx::TColorPack::GetScales())
+        schemes.push_back({scale.Name, scale.Group, [&scale](const auto& range) { return MakeScale(range, scale); }});
+    const QString steps = "Steps";
+    for (const QString& name : {QString("Viridis"), QString("Cividis")})
+        schemes.push_back({"Even palette: " + name.toLower(), steps,
+                           [name](const auto& range) { return MakeEvenPalette(range, *lmx::TColorPack::Find(name)); }});
+    schemes.push_back({"Classes: six of viridis", steps,
+                       [](const auto& range) { return MakeClasses(range, *lmx::TColorPack::Find("Viridis")); }});
+    schemes.push_back({"Two gradients", "Parts", [](const auto& range) { return MakeTwoGradients(range); }});
+    return schemes;
+}
+
+const std::vector<TScheme>& Schemes() {
+    static const std::vector<TScheme> schemes = MakeSchemes();
+    return schemes;
+}
 
 } // namespace
 
-QStringList ColorSchemeNames() {
-    QStringList names;
-    for (const TScheme& scheme : Schemes)
-        names += scheme.Name;
+std::vector<TColorSchemeName> ColorSchemeNames() {
+    std::vector<TColorSchemeName> names;
+    for (const TScheme& scheme : Schemes())
+        names.push_back({scheme.Name, scheme.Group});
     return names;
 }
 
-std::shared_ptr<lmx::IBaseColorCalculator> MakeColorScheme(const QString& name, const lmx::TValueRange& range,
-                                                           const QString& folder) {
-    for (const TScheme& scheme : Schemes)
+std::shared_ptr<lmx::IBaseColorCalculator> MakeColorScheme(const QString& name, const lmx::TValueRange& range) {
+    for (const TScheme& scheme : Schemes())
         if (name == scheme.Name)
-            return scheme.Make(WithWidth(range), folder);
+            return scheme.Make(WithWidth(range));
     throw lmx::EArgumentException("name");
 }

@@ -41,7 +41,7 @@ QString UnitsOf(const lmx::TRasterMapLayer& raster) {
 
 } // namespace
 
-TLayerDetails::TLayerDetails(lmx::TBaseMapLayer* layer, const QString& dataFolder, QWidget* parent)
+TLayerDetails::TLayerDetails(lmx::TBaseMapLayer* layer, QWidget* parent)
     : QWidget(parent),
       FRaster(dynamic_cast<lmx::TRasterMapLayer*>(layer)),
       FShapes(dynamic_cast<lmx::TBaseShapeLayer*>(layer)) {
@@ -50,7 +50,7 @@ TLayerDetails::TLayerDetails(lmx::TBaseMapLayer* layer, const QString& dataFolde
     column->setSpacing(3);
     if (FRaster) {
         AddOpacity();
-        AddColors(dataFolder);
+        AddColors();
     }
     if (FShapes)
         AddColorButton();
@@ -97,10 +97,17 @@ void TLayerDetails::AddOpacity() {
     });
 }
 
-void TLayerDetails::AddColors(const QString& dataFolder) {
+void TLayerDetails::AddColors() {
     FColors = new QComboBox(this);
     FColors->addItem(tr("Own colours"));
-    FColors->addItems(ColorSchemeNames());
+    QString group;
+    for (const TColorSchemeName& scheme : ColorSchemeNames()) {
+        if (scheme.Group != group)
+            FColors->insertSeparator(FColors->count());
+        group = scheme.Group;
+        FColors->addItem(scheme.Name);
+    }
+    FColors->setMaxVisibleItems(FColors->count());
     FColors->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     FColors->setMinimumContentsLength(12);
     FColors->setFocusPolicy(Qt::StrongFocus);
@@ -108,14 +115,14 @@ void TLayerDetails::AddColors(const QString& dataFolder) {
     FStrip = new TColorStrip(this);
     layout()->addWidget(FColors);
     layout()->addWidget(FStrip);
-    connect(FColors, &QComboBox::activated, this, [=, this](int index) { ChooseColors(index, dataFolder); });
+    connect(FColors, &QComboBox::activated, this, [this](int index) { ChooseColors(index); });
 }
 
-void TLayerDetails::ChooseColors(int index, const QString& dataFolder) {
+void TLayerDetails::ChooseColors(int index) {
     lmx::GuardEvent(this, [&] {
         if (FRaster)
-            FShownColors = index == 0 ? FOwnColors
-                                      : MakeColorScheme(FColors->itemText(index), FRaster->GetValueRange(), dataFolder);
+            FShownColors =
+                index == 0 ? FOwnColors : MakeColorScheme(FColors->itemText(index), FRaster->GetValueRange());
         FShownIndex = index;
     });
     if (FRaster)

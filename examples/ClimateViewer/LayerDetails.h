@@ -24,7 +24,7 @@ class TRasterMapLayer;
 /// colour. It follows the layer, and may outlive it.
 class TLayerDetails : public QWidget, public lmx::TEventReceiver {
 public:
-    TLayerDetails(lmx::TBaseMapLayer* layer, const QString& dataFolder, QWidget* parent);
+    TLayerDetails(lmx::TBaseMapLayer* layer, QWidget* parent);
 
     /// Whether there is anything to set.
     bool HasAny() const { return FRaster || FShapes; }
@@ -38,9 +38,9 @@ protected:
 
 private:
     void AddOpacity();
-    void AddColors(const QString& dataFolder);
+    void AddColors();
     void AddColorButton();
-    void ChooseColors(int index, const QString& dataFolder);
+    void ChooseColors(int index);
     void ChooseColor();
     void Update();
     void UpdateRaster();

@@ -43,8 +43,7 @@ void AddEntries(QMenu& menu, lmx::TBaseMapLayer& layer) {
 
 } // namespace
 
-TLayerRow::TLayerRow(lmx::TBaseMapLayer* layer, const QList<QAction*>& commands, const QString& dataFolder,
-                     QWidget* parent)
+TLayerRow::TLayerRow(lmx::TBaseMapLayer* layer, const QList<QAction*>& commands, QWidget* parent)
     : QFrame(parent),
       FLayer(layer),
       FOpen(new lmx::TLayerOpenCloseToggleButton(this)),
@@ -54,7 +53,7 @@ TLayerRow::TLayerRow(lmx::TBaseMapLayer* layer, const QList<QAction*>& commands,
       FNameEditor(new QLineEdit(this)),
       FMenu(new QMenu(this)),
       FBody(new QWidget(this)),
-      FDetails(new TLayerDetails(layer, dataFolder, FBody)),
+      FDetails(new TLayerDetails(layer, FBody)),
       FLegendPlace(new QVBoxLayout) {
     setFocusPolicy(Qt::StrongFocus);
     addActions(commands);

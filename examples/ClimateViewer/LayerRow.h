@@ -22,9 +22,8 @@ class TBaseToggleButton;
 /// layer's properties, and below the heading those of its colours. It follows the layer, and may outlive it.
 class TLayerRow : public QFrame, public lmx::TEventReceiver {
 public:
-    /// `commands` go to the end of the layer's menu, and work by their keys while the row has the focus. `dataFolder`
-    /// holds the colour scales.
-    TLayerRow(lmx::TBaseMapLayer* layer, const QList<QAction*>& commands, const QString& dataFolder, QWidget* parent);
+    /// `commands` go to the end of the layer's menu, and work by their keys while the row has the focus.
+    TLayerRow(lmx::TBaseMapLayer* layer, const QList<QAction*>& commands, QWidget* parent);
     ~TLayerRow() override;
 
     lmx::TBaseMapLayer* GetLayer() const { return FLayer.Get(); } ///< nil once it is gone

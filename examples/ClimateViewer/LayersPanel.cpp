@@ -22,7 +22,7 @@ constexpr int DragMargin = 30; // from the edge of the panel, where a drag scrol
 
 } // namespace
 
-TLayersPanel::TLayersPanel(const QString& dataFolder, QWidget* parent)
+TLayersPanel::TLayersPanel(QWidget* parent)
     : QWidget(parent),
       FCommands(new TLayerCommands(
           [this](lmx::TBaseMapLayer* layer) {
@@ -33,7 +33,6 @@ TLayersPanel::TLayersPanel(const QString& dataFolder, QWidget* parent)
               }
           },
           this)),
-      FDataFolder(dataFolder),
       FScroll(new QScrollArea(this)) {
     auto* column = new QWidget;
     FColumn = new QVBoxLayout(column);
@@ -125,7 +124,7 @@ std::vector<TLayerRow*> TLayersPanel::RowsOf(const std::vector<lmx::TBaseMapLaye
     for (lmx::TBaseMapLayer* layer : layers) {
         TLayerRow* row = RowOf(layer);
         if (!row) {
-            row = new TLayerRow(layer, FCommands->GetActions(), FDataFolder, FScroll->widget());
+            row = new TLayerRow(layer, FCommands->GetActions(), FScroll->widget());
             row->installEventFilter(this);
         }
         rows.push_back(row);

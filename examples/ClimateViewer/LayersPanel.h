@@ -27,8 +27,7 @@ class TBaseMapLayer;
 /// (LayerCommands.h).
 class TLayersPanel : public QWidget {
 public:
-    /// `dataFolder` holds the colour scales.
-    TLayersPanel(const QString& dataFolder, QWidget* parent);
+    explicit TLayersPanel(QWidget* parent);
     ~TLayersPanel() override;
 
     /// Shows another manager's layers, or none with nil.
@@ -60,7 +59,6 @@ private:
 
     std::shared_ptr<lmx::ILayerManager> FManager;
     TLayerCommands* FCommands;
-    QString FDataFolder;
     QScrollArea* FScroll;
     QVBoxLayout* FColumn;
     std::vector<TLayerRow*> FRows; // top first

@@ -61,13 +61,12 @@ constexpr int WheelStep = QWheelEvent::DefaultDeltasPerStep; // fine wheels send
 
 } // namespace
 
-TViewerWindow::TViewerWindow(const QString& dataFolder)
+TViewerWindow::TViewerWindow()
     : FMap(new lmx::TMapControl(this)),
       FView(FMap->GetMapView()),
       FModes(new TModeActions(FView)),
       FWorlds(new TWorldActions(FView)),
-      FDataFolder(dataFolder),
-      FLayers(new TLayersPanel(dataFolder, this)),
+      FLayers(new TLayersPanel(this)),
       FRulers(new lmx::TMapViewRulersPanelControl(this)),
       FAnnotations(new lmx::TObjectLayerLegendControl(this)),
       FQueryTable(new lmx::TMapViewInfoQueryListControl(this)),
@@ -350,7 +349,7 @@ void TViewerWindow::AddModelField() {
         auto layer = std::make_unique<lmx::TIdrisiMapLayer>(GetLayerManager());
         layer->SetLayerName(GetLayerManager()->GetNextName(tr("Rossby-Haurwitz wave, height in m")));
         layer->TakeImage(MakeGaussianField());
-        layer->SetColorCalc(MakeColorScheme("Classes: six of viridis", layer->GetValueRange(), FDataFolder));
+        layer->SetColorCalc(MakeColorScheme("Classes: six of viridis", layer->GetValueRange()));
         layer->Render();
         AddRaster(std::move(layer));
     });

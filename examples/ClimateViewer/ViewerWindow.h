@@ -39,8 +39,7 @@ class TThread;
 /// is given.
 class TViewerWindow : public QMainWindow {
 public:
-    /// `dataFolder` holds the colour scales.
-    explicit TViewerWindow(const QString& dataFolder);
+    TViewerWindow();
     ~TViewerWindow() override;
 
     /// The view's; whoever gives it another one gives it one that is not nil before anything is opened.
@@ -103,7 +102,6 @@ private:
     TWorldActions* FWorlds;
     QList<QAction*> FZooms;
     std::shared_ptr<TMeasureMode> FMeasure;
-    QString FDataFolder;
     TLayersPanel* FLayers;
     lmx::TMapViewRulersPanelControl* FRulers;
     lmx::TObjectLayerLegendControl* FAnnotations;

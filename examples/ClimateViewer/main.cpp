@@ -59,9 +59,9 @@ QImage MapOf(TViewerWindow& window) {
 }
 
 /// Whether the window's map comes back from a document pixel by pixel.
-bool ComesBack(TViewerWindow& window, const QString& document, const QString& data) {
+bool ComesBack(TViewerWindow& window, const QString& document) {
     window.GetDocuments()->GetDocument().Save(document);
-    TViewerWindow fresh(data);
+    TViewerWindow fresh;
     fresh.GetView()->setFixedSize(window.GetView()->size());
     fresh.show();
     QApplication::processEvents(); // the window takes its final layout
@@ -126,7 +126,7 @@ int Run(const QApplication& application) {
     const bool ends = options.isSet(picture) || options.isSet(sheet);
     if (ends)
         lmx::TMsgBox::SetService(messages);
-    TViewerWindow window(options.value(data));
+    TViewerWindow window;
     window.resize(1280, 760);
     if (options.isSet(bare))
         AddSampleCoasts(window.GetLayerManager(), options.value(data));
@@ -156,7 +156,7 @@ int Run(const QApplication& application) {
         std::cerr << "cannot write " << options.value(picture).toStdString() << '\n';
         return 1;
     }
-    if (options.isSet(document) && !ComesBack(window, options.value(document), options.value(data))) {
+    if (options.isSet(document) && !ComesBack(window, options.value(document))) {
         std::cerr << options.value(document).toStdString() << " does not show the same map\n";
         return 1;
     }

@@ -1,6 +1,8 @@
 #include <lmx/Colour/lmxColorPack.h>
 
 #include <lmx/Colour/lmxColorPalette.h>
+#include <lmx/Colour/lmxGradientData.h>
+#include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Support/Printers.h>
@@ -229,6 +231,37 @@ TEST(ColorPack, NamesThoseWhoWantToBeNamed) {
     EXPECT_TRUE(
         text.contains("Copyright (c) 2002 Cynthia Brewer, Mark Harrower and The Pennsylvania State University"));
     EXPECT_TRUE(text.contains("Copyright (c) 2022, Paul Tol"));
+}
+
+// The examples hold the published tables, every 17th colour of 256, as palettes and as gradients.
+TEST(ColorPack, AgreesWithThePublishedTables) {
+    const QString folder = QStringLiteral(LMX_SOURCE_DIR "/examples/data/");
+    for (const char* name : {"Viridis", "Inferno", "Cividis", "Blue to red"}) {
+        const TColorScale* scale = TColorPack::Find(QString::fromLatin1(name));
+        ASSERT_NE(scale, nullptr) << name;
+        const QString title = scale->GetFileTitle().remove(QStringLiteral("to_"));
+        TColorPalette palette;
+        palette.Load(folder + QStringLiteral("palettes/") + title + QStringLiteral(".pal"));
+        EXPECT_EQ(static_cast<const std::vector<TColor32>&>(palette), scale->Colors) << name;
+        const auto data = TGradientDataFactory::GetObject();
+        data->LoadFromFile(folder + QStringLiteral("gradients/") + title + QStringLiteral(".xml"));
+        const auto gradient = data->CreateGradient(0, 1);
+        ASSERT_EQ(gradient->GetColorStops().size(), scale->Colors.size()) << name;
+        for (std::size_t i = 0; i < scale->Colors.size(); ++i)
+            EXPECT_EQ(gradient->GetColorStops()[i].Color, scale->Colors[i]) << name << ' ' << i;
+    }
+}
+
+// "Bright" and "muted" of P. Tol: Colour Schemes, in their order.
+TEST(ColorPack, AgreesWithTheSchemesOfTol) {
+    const auto colorsOf = [](const char* name) {
+        QStringList colors;
+        for (const TColor32 color : TColorPack::Find(QString::fromLatin1(name))->Colors)
+            colors += Color32ToString(color).sliced(3);
+        return colors.join(u' ');
+    };
+    EXPECT_EQ(colorsOf("Bright"), "4477AA 66CCEE 228833 CCBB44 EE6677 AA3377 BBBBBB");
+    EXPECT_EQ(colorsOf("Muted"), "332288 88CCEE 44AA99 117733 999933 DDCC77 CC6677 882255 AA4499");
 }
 
 // The colours of D. A. Green's formula at both ends, in the middle and at a third.

@@ -43,8 +43,6 @@ namespace {
 
 using namespace tests;
 
-const QString DataFolder = QStringLiteral(LMX_EXAMPLE_DATA);
-
 QString Sample(const char* name) {
     return QStringLiteral(LMX_SOURCE_DIR "/tests/data/netcdf/") + QString::fromLatin1(name);
 }
@@ -74,7 +72,7 @@ protected:
     }
 
     TScriptedMsgBox Messages;
-    TViewerWindow Window{DataFolder};
+    TViewerWindow Window;
 };
 
 #ifdef LMX_HAS_DATASOURCES
@@ -102,7 +100,7 @@ TEST_F(ClimateFiles, StepThroughTheirTimes) {
     ASSERT_TRUE(PumpUntil([&] { return !Window.IsBusy(); }));
     TIdrisiMapLayer* const layer = TopRaster();
     const float january = layer->GetImage()->GetValue(180, 45);
-    const auto colors = MakeColorScheme("Classes: six of viridis", {-2, 34}, DataFolder);
+    const auto colors = MakeColorScheme("Classes: six of viridis", {-2, 34});
     layer->SetColorCalc(colors);
     const QImage shown = Window.GetView()->grab().toImage();
     QTest::keyClick(strip, Qt::Key_Right);

@@ -93,7 +93,7 @@ protected:
     QAction* Entry() { return Window.menuBar()->actions()[2]->menu()->actions().first(); }
 
     const TFormatSettingsScope Point{TFormatSettings{u'.'}};
-    TViewerWindow Window{DataFolder};
+    TViewerWindow Window;
 };
 
 TEST_F(LayerProperties, OpenByADoubleClickOnTheHeading) {
@@ -164,6 +164,7 @@ TEST_F(LayerProperties, LoadAPaletteOfThePack) {
         ASSERT_TRUE(dialog.SelectPage(QStringLiteral("Raster display")));
         auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("Pages"));
         tabs->setCurrentIndex(3);
+        QCoreApplication::processEvents(); // which lays it out
         const tests::TModalAnswer<TModalDialog> choice([](TModalDialog& browser) {
             QTest::keyClicks(browser.focusWidget(), QStringLiteral("sea ice"));
             QTest::keyClick(browser.focusWidget(), Qt::Key_Return);

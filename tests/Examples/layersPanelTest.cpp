@@ -36,8 +36,6 @@
 namespace lmx {
 namespace {
 
-const QString DataFolder = QStringLiteral(LMX_EXAMPLE_DATA);
-
 /// A layer that lists do not show.
 class TUnlistedLayer : public tests::TTestLayer {
 public:
@@ -134,7 +132,7 @@ protected:
     TBaseMapLayer* Middle;
     TBaseMapLayer* High;
     QWidget Window;
-    TLayersPanel* Panel = new TLayersPanel(DataFolder, &Window);
+    TLayersPanel* Panel = new TLayersPanel(&Window);
 };
 
 enum { Properties, Rename, Duplicate, ShowOrHide, MoveUp, MoveDown, RemoveIt };
@@ -361,8 +359,8 @@ TEST_F(LayersPanel, ARasterShowsItsColours) {
     auto* choice = Part<QComboBox>(QStringLiteral("Colours of rain"));
     const auto own = raster->GetColorCalc();
     choice->setFocus();
-    Press(Qt::Key_Down); // "Gradient: viridis"
-    EXPECT_EQ(choice->currentText(), QStringLiteral("Gradient: viridis"));
+    Press(Qt::Key_Down);
+    EXPECT_EQ(choice->currentText(), QStringLiteral("Viridis"));
     EXPECT_NE(raster->GetColorCalc(), own);
     EXPECT_NEAR(colorAt(0.98).green(), 231, 12) << "the yellow end";
     Press(Qt::Key_Up);

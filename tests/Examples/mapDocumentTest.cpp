@@ -53,7 +53,7 @@ protected:
     }
 
     static std::unique_ptr<TViewerWindow> MakeWindow() {
-        auto window = std::make_unique<TViewerWindow>(DataFolder);
+        auto window = std::make_unique<TViewerWindow>();
         window->GetView()->setFixedSize(480, 300);
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));

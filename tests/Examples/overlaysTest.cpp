@@ -160,7 +160,7 @@ TEST_F(ViewerOverlays, TheIndicatorTellsOfARender) {
 }
 
 TEST_F(ViewerOverlays, OpenFromTheMenuAndTakeAnotherColour) {
-    TViewerWindow window(DataFolder);
+    TViewerWindow window;
     window.show();
     TScriptedFileDialog dialogs;
     dialogs->Answers = {Folder.Path("line.shp")};
@@ -182,7 +182,7 @@ TEST_F(ViewerOverlays, OpenFromTheMenuAndTakeAnotherColour) {
 }
 
 TEST_F(ViewerOverlays, OpenByDropping) {
-    TViewerWindow window(DataFolder);
+    TViewerWindow window;
     QMimeData files;
     files.setUrls({QUrl::fromLocalFile(Folder.Path("line.shp")), QUrl::fromLocalFile(Folder.Path("line.vct"))});
     QDragEnterEvent enter({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, {});
@@ -196,7 +196,7 @@ TEST_F(ViewerOverlays, OpenByDropping) {
 
 TEST_F(ViewerOverlays, ADamagedFileIsShownInABox) {
     Folder.Write("cut.shp", TShapeBytes().Point(1, {1, 1}).File(1).chopped(1));
-    TViewerWindow window(DataFolder);
+    TViewerWindow window;
     TScriptedMsgBox boxes;
     window.OpenFile(Folder.Path("cut.shp"));
     ASSERT_TRUE(PumpUntil([&] { return !boxes->Shown.empty(); }));
@@ -207,7 +207,7 @@ TEST_F(ViewerOverlays, ADamagedFileIsShownInABox) {
 
 TEST_F(ViewerOverlays, TheRecordsThatAreWholeAreShownAndTheOthersCounted) {
     Folder.Write("cut.shp", TShapeBytes().Point(1, {1, 1}).Point(1, {2, 2}).File(1).chopped(1));
-    TViewerWindow window(DataFolder);
+    TViewerWindow window;
     TScriptedMsgBox boxes;
     window.OpenFile(Folder.Path("cut.shp"));
     ASSERT_TRUE(PumpUntil([&] { return !boxes->Shown.empty(); }));
@@ -222,7 +222,7 @@ TEST_F(ViewerOverlays, TheRecordsThatAreWholeAreShownAndTheOthersCounted) {
 
 TEST_F(ViewerOverlays, CoordinatesThatNobodyKnowsAreTold) {
     Folder.Write("line.prj", "PROJCS[\"Nowhere\"]");
-    TViewerWindow window(DataFolder);
+    TViewerWindow window;
     TScriptedMsgBox boxes;
     window.OpenFile(Folder.Path("line.shp"));
     ASSERT_TRUE(PumpUntil([&] { return !boxes->Shown.empty(); }));
@@ -233,7 +233,7 @@ TEST_F(ViewerOverlays, CoordinatesThatNobodyKnowsAreTold) {
 }
 
 TEST_F(ViewerOverlays, AWindowMayCloseWhileAFileIsRead) {
-    auto window = std::make_unique<TViewerWindow>(DataFolder);
+    auto window = std::make_unique<TViewerWindow>();
     const auto manager = window->GetLayerManager();
     window->OpenFile(DataFolder + QStringLiteral("/ne_50m_land.shp"));
     window = nullptr;

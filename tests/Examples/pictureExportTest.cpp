@@ -58,7 +58,7 @@ protected:
     }
 
     QTemporaryDir Folder;
-    TViewerWindow Window{DataFolder};
+    TViewerWindow Window;
 };
 
 TEST_F(PictureExport, WritesWhatTheDialogAsksFor) {

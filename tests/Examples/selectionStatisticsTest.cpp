@@ -64,7 +64,7 @@ protected:
     }
 
     const TFormatSettingsScope Point{TFormatSettings{u'.'}};
-    TViewerWindow Window{DataFolder};
+    TViewerWindow Window;
     TStatisticsDialog* Dialog = nullptr;
 };
 

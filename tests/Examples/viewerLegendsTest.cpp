@@ -55,7 +55,7 @@ protected:
     }
 
     const TFormatSettingsScope Point{TFormatSettings{u'.'}};
-    TViewerWindow Window{DataFolder};
+    TViewerWindow Window;
 };
 
 TEST_F(ViewerLegends, StandInTheRowsOfTheirLayers) {

@@ -97,7 +97,7 @@ protected:
     }
 
     const TFormatSettingsScope Point{TFormatSettings{u'.'}};
-    TViewerWindow Window{DataFolder};
+    TViewerWindow Window;
 };
 
 enum { FileMenu, ModeMenu, LayerMenu, ViewMenu, HelpMenu };

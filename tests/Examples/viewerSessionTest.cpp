@@ -126,7 +126,7 @@ protected:
     }
 
     const TFormatSettingsScope Point{TFormatSettings{u'.'}};
-    TViewerWindow Window{DataFolder};
+    TViewerWindow Window;
 };
 
 void ViewerSession::DoSession() {

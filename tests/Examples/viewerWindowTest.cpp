@@ -30,7 +30,6 @@
 
 #include <gtest/gtest.h>
 
-#include "ColorSchemes.h"
 #include "ModeActions.h"
 #include "ModeIcons.h"
 #include "OpenRaster.h"
@@ -73,7 +72,7 @@ protected:
     QList<QAction*> MenuEntries(int menu) { return Window.menuBar()->actions().at(menu)->menu()->actions(); }
 
     const TFormatSettingsScope Point{TFormatSettings{u'.'}};
-    TViewerWindow Window{DataFolder};
+    TViewerWindow Window;
 };
 
 TEST_F(ViewerWindow, OpensAnAsciiGridFromTheMenu) {
@@ -162,11 +161,12 @@ TEST_F(ViewerWindow, ThePanelRecoloursALayer) {
     EXPECT_EQ(choices[1]->accessibleName(), QStringLiteral("Colours of Relief"));
     auto& relief = dynamic_cast<TIdrisiMapLayer&>(*Layers()[0]);
     choices[1]->setFocus();
-    for (int i = 0; i < 4; ++i)
-        QTest::keyClick(choices[1], Qt::Key_Down); // "Even palette: cividis"
-    EXPECT_EQ(choices[1]->currentText(), QStringLiteral("Even palette: cividis"));
-    EXPECT_NE(std::dynamic_pointer_cast<IBasicPaletteColorCalculator>(relief.GetColorCalc()), nullptr);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(choices[1], Qt::Key_Down); // "Viridis", "Inferno", "Cividis"
+    EXPECT_EQ(choices[1]->currentText(), QStringLiteral("Cividis"));
     EXPECT_EQ(relief.GetColorCalc()->GetColor(static_cast<float>(relief.GetValueRange().Low)), 0xFF00224EU);
+    QTest::keyClick(choices[1], Qt::Key_End);
+    EXPECT_EQ(choices[1]->currentText(), QStringLiteral("Two gradients"));
     EXPECT_TRUE(relief.GetIsReadyToDraw());
 }
 
@@ -247,26 +247,6 @@ TEST_F(ViewerWindow, PlacesStayOnTopAndInsideTheWorld) {
         EXPECT_GE(pin->GetLon(), 0) << pin->GetName().toStdString();
         EXPECT_LE(pin->GetLon(), 360) << pin->GetName().toStdString();
     }
-}
-
-TEST(ColorSchemes, AllColourBothEndsOfARange) {
-    for (const QString& name : ColorSchemeNames()) {
-        const auto calculator = MakeColorScheme(name, TValueRange(-100, 300), DataFolder);
-        for (const float value : {-100.0F, -1.0F, 0.0F, 150.0F, 300.0F})
-            EXPECT_EQ(AlphaComponent(calculator->GetColor(value)), 255) << name.toStdString() << ' ' << value;
-        EXPECT_NE(calculator->GetColor(-100), calculator->GetColor(300)) << name.toStdString();
-    }
-}
-
-TEST(ColorSchemes, TwoGradientsMeetAtZero) {
-    const auto calculator = MakeColorScheme(QStringLiteral("Two gradients"), TValueRange(-100, 300), DataFolder);
-    EXPECT_EQ(calculator->GetColor(0), 0xFFD1E5F0U);
-    EXPECT_EQ(calculator->GetColor(std::nextafter(0.0F, 1.0F)), 0xFFE9E3C8U);
-}
-
-TEST(ColorSchemes, AnUnknownNameIsRefused) {
-    EXPECT_EQ(tests::MessageOf<EArgumentException>([] { MakeColorScheme(QStringLiteral("x"), {}, DataFolder); }),
-              QStringLiteral("name"));
 }
 
 TEST_F(ViewerWindow, EveryWorldHasAnEntryAKeyAndAButton) {
