@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPointer>
 #include <QTextBlock>
 #include <QTextBoundaryFinder>
 #include <QTextCursor>
@@ -105,7 +106,10 @@ void TTextMemo::keyPressEvent(QKeyEvent* event) {
     FIsAtKey = true;
     PassSeam(*event);
     const int before = textCursor().position();
+    const QPointer<TTextMemo> self(this); // whoever hears of the change may do anything
     QPlainTextEdit::keyPressEvent(event);
+    if (!self)
+        return;
     FIsAtKey = false;
     LeaveSeam(!staysInRow && textCursor().position() == before + 1);
 }

@@ -283,28 +283,39 @@ private:
         return WidthOf(FFont, FText.Text, {place, place + ItemLength});
     }
 
-    /// Keeps what is seen of both ends, or `least` letters of each if these are fewer than are looked at.
+    /// Keeps what is seen of both ends, or `least` letters of each if that is more.
     void KeepEnds(const TStretch& items, qsizetype least = 0) {
-        const qsizetype before = std::max(SeenFrom(items, false), std::min(least, LongestEnd));
-        const qsizetype behind = std::max(SeenFrom(items, true), std::min(least, LongestEnd));
+        const qsizetype before = std::max(SeenFrom(items, false), least);
+        const qsizetype behind = std::max(SeenFrom(items, true), least);
         if (before + behind < items.GetLength())
             FText.Remove(items.Begin + before, items.GetLength() - before - behind);
     }
 
+    /// Keeps what is seen around the middle of the word that the items are part of.
     void KeepMiddle(const TRun& run, const TStretch& items) {
         const TStretch word = WordAround(items);
-        const double rest =
-            WidthOf(FFont, FText.Text, {word.Begin, items.Begin}) + WidthOf(FFont, FText.Text, {items.End, word.End});
-        const double farthest = WidthOf(FFont, FText.Text, items) / 2 - FSeenWidth - rest;
-        if (farthest < 0)
-            return KeepEnds(items, items.GetLength() / 2);
-        const TEnd before = ItemsWithin(items, farthest, false);
-        const TEnd behind = ItemsWithin(items, farthest, true);
+        const double left = WidthOf(FFont, FText.Text, {word.Begin, items.Begin});
+        const double right = left + WidthOf(FFont, FText.Text, items);
+        const double width = right + WidthOf(FFont, FText.Text, {items.End, word.End});
+        const double middle = width / 2 - OffsetIn(word);
         const bool isMirrored = RunsToTheLeft(FText.Text, run);
-        const double right = (before.Width - behind.Width) / 2;
-        FText.Remove(items.End - behind.Length, behind.Length);
-        FText.Remove(items.Begin, before.Length);
-        FText.Offsets.insert(FText.Offsets.begin(), {items.Begin, isMirrored ? -right : right});
+        const TEnd atLeft = ItemsWithin(items, middle - FSeenWidth - left, isMirrored);
+        const TEnd atRight = ItemsWithin(items, right - middle - FSeenWidth, !isMirrored);
+        if (atLeft.Length + atRight.Length == 0)
+            return KeepEnds(items, LongestEnd);
+        const qsizetype before = isMirrored ? atRight.Length : atLeft.Length;
+        const qsizetype behind = isMirrored ? atLeft.Length : atRight.Length;
+        FText.Remove(items.End - behind, behind);
+        FText.Remove(items.Begin, before);
+        FText.Offsets.insert(FText.Offsets.begin(), {word.Begin, (atLeft.Width - atRight.Width) / 2});
+    }
+
+    /// By which the word will move for what it has lost already.
+    double OffsetIn(const TStretch& word) const {
+        double right = 0;
+        for (const TLaidText::TOffset& offset : FText.Offsets)
+            right += offset.Place >= word.Begin && offset.Place < word.End ? offset.Right : 0;
+        return right;
     }
 
     TStretch WordAround(const TStretch& items) const {
