@@ -1,5 +1,6 @@
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Layers/Objects/lmxRectangleObjectTypeItem.h>
+#include <lmx/Pictures/lmxMapPicture.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Controls/ChaosDocument.h>
 #include <tests/Controls/ChaosTables.h>
@@ -59,6 +60,15 @@ void ManagerAgain(TChaosScene& s) {
     NoManager(s);
     if (s.View)
         s.View->SetLayerManager(s.Manager);
+}
+
+void PaintPicture(TChaosScene& s) {
+    TMapPictureOptions options;
+    options.Size = {160, 120};
+    options.ShowsLegends = true;
+    options.ShowsCompassRose = true;
+    if (const auto manager = s.Manager)
+        TMapPicture(manager, TLatLonWorldSystemFactory::GetObject(), options).Paint();
 }
 
 const std::vector<TDeed>& ChaosDeeds() {
@@ -203,6 +213,7 @@ const std::vector<TDeed>& ChaosDeeds() {
         {"read a document", ReadChaosDocument},
         {"save a document", SaveChaosDocument},
         {"free the readers and writers", [](S& s) { s.Documents.reset(); }},
+        {"paint a picture", PaintPicture},
         {"unsubscribe", [](S& s) { s.Subscriptions.clear(); }},
         {"forget every handler", View([](auto& v) {
              v.SetOnViewportUpdated({});

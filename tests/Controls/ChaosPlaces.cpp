@@ -6,6 +6,7 @@
 #include <lmx/Dialogs/lmxLegendObjectDialog.h>
 #include <lmx/Dialogs/lmxTextObjectDialog.h>
 #include <lmx/Layers/lmxLayerStackPainter.h>
+#include <lmx/Pictures/lmxMapPicture.h>
 #include <lmx/Widgets/lmxDrawnListView.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 #include <lmx/Widgets/lmxPngButton.h>
@@ -16,6 +17,7 @@
 #include <QDialog>
 #include <QMenu>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -218,6 +220,30 @@ void PaintStackAside(TChaosScene& s) {
     PaintLayerStack(s.Manager, viewport, bitmap);
 }
 
+/// Two frames of a map, each of which calls the host first.
+class TChaosPictureFrames final : public IMapPictureFrames {
+public:
+    explicit TChaosPictureFrames(TSharedHooks hooks) : FHooks(std::move(hooks)) {}
+    int GetFrameCount() const override { return 2; }
+    QString ShowFrame(int) override {
+        FHooks->Call(QStringLiteral("Picture.ShowFrame"));
+        return QStringLiteral("now");
+    }
+
+private:
+    TSharedHooks FHooks;
+};
+
+void SaveFrames(TChaosScene& s) {
+    const QTemporaryDir folder;
+    TMapPictureOptions options;
+    options.Size = {40, 30};
+    TChaosPictureFrames frames(s.Hooks);
+    if (const auto manager = s.Manager)
+        TMapPicture(manager, TLatLonWorldSystemFactory::GetObject(), options)
+            .SaveFrames(folder.filePath(QStringLiteral("map.png")), frames);
+}
+
 std::vector<TPlace> AllPlaces() {
     using S = TChaosScene;
     using I = ILayerManager;
@@ -366,6 +392,10 @@ std::vector<TPlace> AllPlaces() {
 
         {"Layer.Paint", Hook("Layer.Paint"), Repaint},
         {"Layer.Paint aside", Hook("Layer.Paint"), PaintStackAside},
+        {"Layer.Paint for a picture", Hook("Layer.Paint"), PaintPicture},
+        {"Buffered.RenderBuffer for a picture", Hook("Buffered.RenderBuffer"), PaintPicture},
+        {"Item.Paint for a picture", Hook("Item.Paint"), PaintPicture},
+        {"Picture.ShowFrame", Hook("Picture.ShowFrame"), SaveFrames},
         {"Layer.GetHasContent", Hook("Layer.GetHasContent"), Repaint},
         {"Layer.Invalidate", Hook("Layer.Invalidate"), worldSystem},
         {"Layer.GetMouseSupport", Hook("Layer.GetMouseSupport"), Clicking(TMapMode::mdNone)},

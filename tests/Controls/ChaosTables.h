@@ -60,5 +60,6 @@ void MoveLayer(TChaosScene& s);
 void AnotherManager(TChaosScene& s);
 void NoManager(TChaosScene& s);
 void ManagerAgain(TChaosScene& s);
+void PaintPicture(TChaosScene& s);
 
 } // namespace lmx::tests
