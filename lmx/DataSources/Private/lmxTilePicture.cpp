@@ -24,6 +24,14 @@ std::int32_t CellEdge(extended share, std::int32_t count) {
     return RoundToPixel(share * static_cast<extended>(count));
 }
 
+/// The cells of a coarser level that stand for some of a level's.
+TTileAxis Coarser(std::span<const std::int32_t> cells, std::int32_t count, std::int32_t coarseCount) {
+    TTileAxis axis;
+    for (const std::int32_t cell : cells)
+        axis.Cells.push_back(static_cast<std::int32_t>(std::int64_t{cell} * coarseCount / count));
+    return axis;
+}
+
 bool IsFinite(const TMapArea& area) {
     return std::isfinite(area.Left) && std::isfinite(area.Top) && std::isfinite(area.Right) &&
            std::isfinite(area.Bottom);
@@ -151,14 +159,6 @@ std::int64_t TTileReader::CostOf(int level) const {
     return std::int64_t{Side} * from.Width / size.Width * (std::int64_t{Side} * from.Height / size.Height);
 }
 
-TTileAxis TTileReader::Coarser(const std::vector<std::int32_t>& cells, std::size_t from, std::size_t to,
-                               std::int32_t count, std::int32_t coarseCount) const {
-    TTileAxis axis;
-    for (std::size_t i = from; i < to; ++i)
-        axis.Cells.push_back(static_cast<std::int32_t>(std::int64_t{cells[i]} * coarseCount / count));
-    return axis;
-}
-
 // All of it is at hand, so nothing is read.
 void TTileReader::FillFromCoarser(int level, const TTileAxis& columns, const TTileAxis& rows, const TPart& part,
                                   std::span<float> cells) const {
@@ -168,8 +168,10 @@ void TTileReader::FillFromCoarser(int level, const TTileAxis& columns, const TTi
     std::vector<float> found((part.Right - part.Left) * (part.Bottom - part.Top), TSpatialConst::NoData);
     for (int coarse = level + 1; coarse < static_cast<int>(levels.size()); ++coarse) {
         const TTileLevel& coarseSize = levels[static_cast<std::size_t>(coarse)];
-        const TTileAxis x = Coarser(columns.Cells, part.Left, part.Right, size.Width, coarseSize.Width);
-        const TTileAxis y = Coarser(rows.Cells, part.Top, part.Bottom, size.Height, coarseSize.Height);
+        const TTileAxis x =
+            Coarser(std::span(columns.Cells).subspan(part.Left, part.Right - part.Left), size.Width, coarseSize.Width);
+        const TTileAxis y =
+            Coarser(std::span(rows.Cells).subspan(part.Top, part.Bottom - part.Top), size.Height, coarseSize.Height);
         if (!HasAll(coarse, x, y))
             continue;
         std::int64_t none = 0;

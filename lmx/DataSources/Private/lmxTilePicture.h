@@ -102,8 +102,6 @@ private:
     static void CopyTile(const TTileCells& tile, std::size_t stride, const TTileAxis& columns, const TTileAxis& rows,
                          const TPart& part, std::span<float> cells);
     std::int64_t CostOf(int level) const;
-    TTileAxis Coarser(const std::vector<std::int32_t>& cells, std::size_t from, std::size_t to, std::int32_t count,
-                      std::int32_t coarseCount) const;
     void FillFromCoarser(int level, const TTileAxis& columns, const TTileAxis& rows, const TPart& part,
                          std::span<float> cells) const;
 
