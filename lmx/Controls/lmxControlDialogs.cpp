@@ -187,6 +187,7 @@ std::vector<TQueryPointAnswer> AskForQueryPoints(QWidget* parent) {
     if (!IsConfirmed(dialog))
         return {};
     std::vector<TQueryPointAnswer> answers;
+    answers.reserve(dialog->GetItems().size());
     for (const TIQPAItem& item : dialog->GetItems()) {
         TMapPoint point;
         if (TryStrToFloat(item.X, point.X) && TryStrToFloat(item.Y, point.Y))

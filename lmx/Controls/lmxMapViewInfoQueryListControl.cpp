@@ -10,6 +10,8 @@
 #include <lmx/Widgets/lmxPngButton.h>
 
 #include <QAction>
+#include <QMenu>
+#include <QScopeGuard>
 
 namespace lmx {
 
@@ -181,8 +183,15 @@ std::optional<TInfoQueryRowDataValue> TMapViewInfoQueryListControl::GetRowValue(
 
 void TMapViewInfoQueryListControl::AddPoint(TInfoQueryPoint* point) {
     const int row = FTable->AddPoint(point);
-    if (ReadValues(row) && FTable->GetPoint(row) == point)
-        GetList()->RowsInserted(row);
+    if (ReadValues(row) && !FIsAddingMany)
+        TellOfRows();
+}
+
+// Rows come at the end.
+void TMapViewInfoQueryListControl::TellOfRows() {
+    const int told = GetList()->GetRowCount();
+    if (const int untold = FTable->GetCount() - told; untold > 0)
+        GetList()->RowsInserted(told, untold);
 }
 
 // Calculators may be a host's and end this control: the table stays until it has been read.
@@ -231,7 +240,9 @@ void TMapViewInfoQueryListControl::IQPLayer_PointAdded(TInfoQueryPointLayer*, TI
 }
 
 void TMapViewInfoQueryListControl::IQPLayer_PointRemoved(TInfoQueryPointLayer*, TInfoQueryPoint* point) {
-    const int row = FTable->IndexOf(point);
+    const TBorrowed self(this);
+    TellOfRows();
+    const int row = self ? FTable->IndexOf(point) : -1;
     if (row < 0)
         return;
     FTable->RemovePoint(row);
@@ -240,7 +251,8 @@ void TMapViewInfoQueryListControl::IQPLayer_PointRemoved(TInfoQueryPointLayer*, 
 
 // A point has another label or colour.
 void TMapViewInfoQueryListControl::IQPLayer_Invalidated(TBaseMapLayer*) {
-    GetList()->viewport()->update();
+    if (!FIsAddingMany)
+        GetList()->viewport()->update();
 }
 
 void TMapViewInfoQueryListControl::LayerManager_LayerAdded(ILayerManager*, TBaseMapLayer* layer) {
@@ -272,13 +284,21 @@ void TMapViewInfoQueryListControl::AddSingle_Click() {
         AddNewPoint(answer->Point, answer->Color, answer->Label);
 }
 
+// The list is told of all the rows at once.
 void TMapViewInfoQueryListControl::AddMultiple_Click() {
     const TBorrowed self(this);
-    for (const TQueryPointAnswer& answer : AskForQueryPoints(this)) {
-        if (!self)
-            return;
-        AddNewPoint(answer.Point, answer.Color, answer.Label);
-    }
+    const std::vector<TQueryPointAnswer> answers = AskForQueryPoints(this);
+    if (!self)
+        return;
+    FIsAddingMany = true;
+    const auto end = qScopeGuard([&self] {
+        if (self)
+            self->FIsAddingMany = false;
+    });
+    for (auto answer = answers.begin(); self && answer != answers.end(); ++answer)
+        AddNewPoint(answer->Point, answer->Color, answer->Label);
+    if (self)
+        TellOfRows();
 }
 
 void TMapViewInfoQueryListControl::Delete_Click() {

@@ -97,6 +97,7 @@ private:
     TMapViewInfoQueryListControl(TDrawnListView* list, QWidget* parent);
     void AddCommands();
     void AddPoint(TInfoQueryPoint* point);
+    void TellOfRows();        ///< the list of those that it was not told of yet
     bool ReadValues(int row); ///< whether the control is still there after it; so below
     bool ReadAllValues();
     void AddLayer(TIdrisiMapLayer* layer);
@@ -114,6 +115,7 @@ private:
     TBorrowed<TInfoQueryPointLayer> FIQPLayer;
     std::weak_ptr<ILayerManager> FLayerManager;
     TMapPoint FCursorMapPt;
+    bool FIsAddingMany = false;
     QMenu* FAddMenu = nullptr;
     TPngButton* FAddButton = nullptr;
     TPngButton* FDeleteButton = nullptr;

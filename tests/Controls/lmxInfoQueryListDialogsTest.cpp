@@ -44,6 +44,21 @@ struct InfoQueryListDialogs : testing::Test {
         dialog.findChild<QLineEdit*>("edPointY")->setText(y);
         dialog.findChild<QLineEdit*>("edPointLabel")->setText(label);
     }
+    /// Pastes a text of points into the dialog for many.
+    void AddMany(const char* text) {
+        const tests::TScriptedClipboard clipboard;
+        clipboard->Text = QString::fromLatin1(text);
+        const TModalAnswer<TMany> answer([&](TMany& dialog) {
+            const TModalAnswer<TPaste> paste([](TPaste& inner) {
+                inner.findChild<QComboBox*>("cbX")->setCurrentIndex(1);
+                inner.findChild<QComboBox*>("cbY")->setCurrentIndex(2);
+                Press(inner, "btnOK");
+            });
+            Press(dialog, "Button4");
+            Press(dialog, "btnOK");
+        });
+        Table->AddMultiple_Click();
+    }
     void Edit(int row) {
         Table->GetList()->SelectRow(row);
         Table->GetEditButton()->click();
@@ -171,21 +186,36 @@ TEST_F(InfoQueryListDialogs, AddsNoneOfManyIfThatIsCancelled) {
     EXPECT_EQ(Table->GetRowCount(), 0);
 }
 
+TEST_F(InfoQueryListDialogs, TellsTheListOfManyRowsAtOnce) {
+    std::vector<std::pair<int, int>> told;
+    const QObject* model = Table->GetList()->model();
+    QObject::connect(static_cast<const QAbstractItemModel*>(model), &QAbstractItemModel::rowsInserted, model,
+                     [&told](const QModelIndex&, int first, int last) { told.emplace_back(first, last); });
+    AddPoint(0, 0, "before");
+    AddMany("x,y\n1,2\n3,4\n5,6\n");
+    EXPECT_EQ(told, (std::vector<std::pair<int, int>>{{0, 0}, {1, 3}}));
+    EXPECT_EQ(Table->GetList()->GetRowCount(), 4);
+    EXPECT_EQ(Told(3), "5.000, 6.000|");
+}
+
+TEST_F(InfoQueryListDialogs, FollowsPointsThatGoWhileManyCome) {
+    AddPoint(0, 0, "before");
+    const TSubscription removing = Points->GetOnAdded().Add([this](auto*, TInfoQueryPoint* point) {
+        if (point->GetPoint().X == 3)
+            Points->GetPoints().Remove(Points->GetPoints()[0]);
+        if (point->GetPoint().X == 5)
+            Points->GetPoints().Remove(point);
+    });
+    AddMany("x,y\n1,2\n3,4\n5,6\n7,8\n");
+    ASSERT_EQ(Table->GetRowCount(), 3);
+    EXPECT_EQ(Table->GetList()->GetRowCount(), 3);
+    EXPECT_EQ(Told(0), "1.000, 2.000|");
+    EXPECT_EQ(Told(1), "3.000, 4.000|");
+    EXPECT_EQ(Told(2), "7.000, 8.000|");
+}
+
 TEST_F(InfoQueryListDialogs, StopsAddingWhenALayerOrTheTableGoes) {
-    const tests::TScriptedClipboard clipboard;
-    clipboard->Text = "x,y\n1,2\n3,4\n";
-    const auto addMany = [&] {
-        const TModalAnswer<TMany> answer([&](TMany& dialog) {
-            const TModalAnswer<TPaste> paste([](TPaste& inner) {
-                inner.findChild<QComboBox*>("cbX")->setCurrentIndex(1);
-                inner.findChild<QComboBox*>("cbY")->setCurrentIndex(2);
-                Press(inner, "btnOK");
-            });
-            Press(dialog, "Button4");
-            Press(dialog, "btnOK");
-        });
-        Table->AddMultiple_Click();
-    };
+    const auto addMany = [this] { AddMany("x,y\n1,2\n3,4\n"); };
     TSubscription removing = Points->GetOnAdded().Add([&](auto*, auto*) { Table->SetIQPLayer(nullptr); });
     addMany();
     EXPECT_EQ(Points->GetPoints().Count(), 1);
