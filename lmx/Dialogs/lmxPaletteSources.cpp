@@ -43,8 +43,10 @@ private:
 class TColorPackProvider final : public IResBrowserSourceProvider {
 public:
     std::shared_ptr<IResBrowserSource> GetSource() override {
-        if (!FFolder)
+        if (!FFolder || !FFolder->isValid())
             FFolder.emplace();
+        if (!FFolder->isValid())
+            throw EFileException(QDir::tempPath(), FFolder->errorString());
         TColorPack::SavePalettes(FFolder->path());
         return std::make_shared<TColorPackSource>(FFolder->path());
     }

@@ -144,6 +144,30 @@ TEST_P(EveryDialog, IsReadAndOperated) {
     tests::CheckForm(GetParam().Make, GetParam().SharedKeys);
 }
 
+// The page is laid out in what the list leaves, so that nothing jumps when the user goes from page to page.
+TEST(PropertiesDialog, KeepsTheWidthOfItsListOnEveryPage) {
+    const auto form = Properties(QStringLiteral("Extent"), Classes());
+    auto& dialog = static_cast<TLayerPropertiesDialog&>(*form);
+    tests::ShowActive(dialog);
+    const QSize size = dialog.size();
+    const auto expectSame = [&](const QString& place) {
+        for (int i = 0; i < 6; ++i)
+            QCoreApplication::processEvents();
+        EXPECT_EQ(tests::PagesOf(dialog).width(), 161) << place.toStdString();
+        EXPECT_EQ(dialog.size(), size) << place.toStdString();
+    };
+    for (const char* page : {"Extent", "Raster display", "Image header", "Layer attributes"}) {
+        EXPECT_TRUE(dialog.SelectPage(QString::fromLatin1(page)));
+        expectSame(QString::fromLatin1(page));
+    }
+    dialog.SelectPage(QStringLiteral("Raster display"));
+    auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("Pages"));
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        expectSame(tabs->tabText(tab));
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Rows, EveryDialog, testing::ValuesIn(Rows()), [](const auto& row) { return row.param.Name; });
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <lmx/Colour/lmxColorPalette.h>
 #include <lmx/Dialogs/Private/lmxPaletteChoice.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
+#include <lmx/Runtime/lmxExceptions.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/ScriptedServices.h>
 
@@ -73,6 +74,19 @@ TEST_F(PaletteSources, KeepThePackWhenItsSourceHasGone) {
     EXPECT_FALSE(QFile::exists(fileName));
 }
 
+TEST_F(PaletteSources, TellOfAPackThatCannotBeWritten) {
+    AddColorPack(*Config);
+    const QByteArray before = qgetenv("TMPDIR");
+    Write("none", "a file, and no folder");
+    const QString none = Folder.filePath("none");
+    qputenv("TMPDIR", none.toLocal8Bit());
+    const QString message = tests::MessageOf<EFileException>([this] { Config->PaletteSources()[0]->GetSource(); });
+    before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+    EXPECT_TRUE(message.startsWith(none + ": ")) << message.toStdString();
+    const auto source = Config->PaletteSources()[0]->GetSource();
+    EXPECT_TRUE(QFile::exists(source->GetResources()[0].FileName)) << "the next time it is";
+}
+
 TEST_F(PaletteSources, ReachTheUserWhoLoadsOne) {
     Write("own.pal", TwoColors);
     AddColorPack(*Config);
@@ -117,10 +131,14 @@ TEST_F(PaletteSources, LeaveOutWhatCannotBeReadWithANote) {
     EXPECT_EQ(NamesOf(source.GetResources()), QStringList(":good"));
     QStringList notes = source.GetNotes();
     ASSERT_EQ(notes.size(), 7);
-    EXPECT_EQ(notes[2], Folder.filePath("empty.pal") + ": Invalid palette file");
-    EXPECT_EQ(notes[6], Folder.filePath("none.pal") + ": there are no colors");
+    QStringList said;
     for (const QString& note : notes)
-        EXPECT_TRUE(note.startsWith(Folder.path() + u'/')) << note.toStdString();
+        said += QString(note).remove(Folder.path() + u'/');
+    EXPECT_EQ(said, (QStringList{"bytes.pal: line 1 of the palette is not an index and three components",
+                                 "cut.smp: the palette is cut short", "empty.pal: Invalid palette file",
+                                 "huge.pal: holds more than 16777216 bytes",
+                                 "large.pal: '256' is not a valid color component",
+                                 "letters.pal: 'red' is not a valid integer value", "none.pal: there are no colors"}));
     source.GetResources();
     EXPECT_EQ(source.GetNotes(), notes) << "not twice";
 }

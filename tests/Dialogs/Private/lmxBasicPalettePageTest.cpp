@@ -184,6 +184,17 @@ TEST_F(BasicPalettePage, CopiesAndPastes) {
     EXPECT_EQ(Rows(), (QStringList{"1|A|", "2|30 - 60|"}));
 }
 
+TEST_F(BasicPalettePage, KeepsTheSelectedIndexIfThereStillIsOne) {
+    tests::ClickRow(List, 1);
+    Clipboard->Data["application/x-lmx-colorkey"] = "(\"A\":#FF112233),(\"B\":#FF445566)";
+    Press("btnBasicPalPaste");
+    EXPECT_EQ(List.GetSelectedRows(), std::vector<int>{1});
+    Clipboard->Data["application/x-lmx-colorkey"] = "(\"A\":#FF112233)";
+    Press("btnBasicPalPaste");
+    EXPECT_TRUE(List.GetSelectedRows().empty());
+    EXPECT_FALSE(In<QPushButton>("BasicPalPage", "edBasicEditBtn").isEnabled());
+}
+
 TEST_F(BasicPalettePage, PastesNothingOfOtherKinds) {
     const QString before = Key();
     Clipboard->Text = "(\"A\":#FF112233)";
