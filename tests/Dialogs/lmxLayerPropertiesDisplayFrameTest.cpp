@@ -93,7 +93,7 @@ TEST_F(LayerPropertiesDisplayFrame, MakesATabWhenItIsFirstSeen) {
     QTest::mouseClick(Pages.tabBar(), Qt::LeftButton, {}, Pages.tabBar()->tabRect(1).center());
     ASSERT_TRUE(isMade("lvMultipartGradients"));
     EXPECT_TRUE(isMade("lvMultipartGradients")->isVisible());
-    EXPECT_EQ(In<QLabel>("MultipartGradientPage", "lbFullRange").text(), "Full range: 10.000 - 60.000");
+    EXPECT_EQ(In<QLabel>("MultipartGradientPage", "lbFullRange").text(), tests::Local("Full range: 10.000 - 60.000"));
     EXPECT_FALSE(isMade("lvClasses"));
     EXPECT_EQ(Frame.CreateClassifiedColorCalc()->GetColorClasses()->GetClasses().Count(), 0);
     EXPECT_TRUE(isMade("lvClasses"));
