@@ -1,6 +1,6 @@
 #include <lmx/DataSources/lmxFramePlayer.h>
 
-#include <lmx/Climate/lmxSpatialConst.h>
+#include <lmx/Climate/lmxFoundRange.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
@@ -19,22 +19,12 @@ namespace {
 constexpr double SlowestPace = 0.1;
 constexpr double FastestPace = 60;
 
-/// The range of the values of an image; false, and nothing is stored, if there are only flags.
-bool FindRange(TRealImage& image, TValueRange& range) {
-    bool hasValues = false;
-    float low = 0;
-    float high = 0;
+/// The range of the values of an image, whatever its header says.
+TFoundRange RangeOf(TRealImage& image) {
+    TFoundRange range;
     for (std::int32_t row = 1; row <= image.getHeader()->GetHeight(); ++row)
-        for (const float number : image.GetRow(row)) {
-            if (TSpatialConst::IsFlag(number))
-                continue;
-            low = hasValues ? std::min(low, number) : number;
-            high = hasValues ? std::max(high, number) : number;
-            hasValues = true;
-        }
-    if (hasValues)
-        range = {static_cast<double>(low), static_cast<double>(high)};
-    return hasValues;
+        range.Add(image.GetRow(row));
+    return range;
 }
 
 } // namespace
@@ -359,7 +349,10 @@ TFramePlayer::TOutcome TFramePlayer::Read(IFrameSource& source, std::size_t inde
             outcome.Failure = QStringLiteral("The frame could not be read");
             return outcome;
         }
-        frame->HasValues = FindRange(*frame->Image, frame->Range);
+        const TFoundRange range = RangeOf(*frame->Image);
+        frame->HasValues = range.HasValues();
+        if (frame->HasValues)
+            frame->Range = {static_cast<double>(range.GetLeast()), static_cast<double>(range.GetGreatest())};
         outcome.Frame = std::move(frame);
     } catch (const Exception& failure) {
         outcome.Failure = failure.Description();

@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 
 namespace lmx {
@@ -168,6 +169,20 @@ TEST_F(FramePlayer, ReadsAheadAndGivesBack) {
     EXPECT_EQ(Source->Living(), 1);
     Player->SetSource(nullptr);
     EXPECT_EQ(Source->Living(), 0);
+}
+
+TEST_F(FramePlayer, PlayingHoldsNoMoreThanItReadsAhead) {
+    Open(12, 3);
+    Player->SetFramesPerSecond(60);
+    int most = 0;
+    const TSubscription frames =
+        Player->GetOnFrame().Add([&](TFramePlayer*) { most = std::max(most, Source->Living()); });
+    Player->Play();
+    ASSERT_TRUE(PumpUntil([&] { return !Player->IsPlaying(); }));
+    EXPECT_EQ(Player->GetFrame()->Index, 11U);
+    EXPECT_LE(most, 3 + 2) << "the one shown before goes after the one that is shown, and one is being read";
+    Player->SetSource(nullptr);
+    EXPECT_TRUE(PumpUntil([&] { return Source->Living() == 0; }));
 }
 
 TEST_F(FramePlayer, NoFrameIsReadTwiceInALoopThatFits) {

@@ -1,5 +1,6 @@
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
 
+#include <lmx/Climate/lmxFoundRange.h>
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
 #include <lmx/Runtime/Private/lmxMemory.h>
@@ -9,7 +10,6 @@
 #include <QFile>
 
 #include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace lmx {
@@ -55,22 +55,20 @@ bool TAbstractImage::UpdateValueRange() {
     const auto width = static_cast<std::size_t>(std::max(0, FHeader.GetWidth()));
     NeedMemoryFor<float>(width);
     std::vector<float> row = WithinMemory([width] { return std::vector<float>(width); });
-    float low = INFINITY;
-    float high = -INFINITY;
+    TFoundRange range;
     for (std::int32_t y = 1; y <= FHeader.GetHeight(); ++y) {
         ReadRow(y, row);
-        for (const float number : row)
-            if (TSpatialConst::IsValue(number)) {
-                low = std::min(low, number);
-                high = std::max(high, number);
-            }
+        range.Add(row);
     }
-    const bool hasValues = low <= high;
-    FHeader.SetMinValue(hasValues ? low : 0);
-    FHeader.SetMaxValue(hasValues ? high : 0);
+    StoreValueRange(range);
+    return range.HasValues();
+}
+
+void TAbstractImage::StoreValueRange(const TFoundRange& range) {
+    FHeader.SetMinValue(range.HasValues() ? range.GetLeast() : 0);
+    FHeader.SetMaxValue(range.HasValues() ? range.GetGreatest() : 0);
     FHeader.SetDisplayMin(FHeader.GetMinValue());
     FHeader.SetDisplayMax(FHeader.GetMaxValue());
-    return hasValues;
 }
 
 void TAbstractImage::LoadFromStream(QIODevice&) {

@@ -14,6 +14,8 @@ class QIODevice;
 
 namespace lmx {
 
+class TFoundRange;
+
 /// A raster of numbers with its header: root of the Idrisi image classes.
 ///
 /// Columns and rows count from 1; row 1 is the northern one, column 1 the western. Missing data has one form, whatever
@@ -88,6 +90,9 @@ protected:
     /// Writes the data file in the form that HeaderForFile names.
     /// @throws EFileException if the device does not take it all.
     virtual void SaveData(QIODevice& data) const { SaveToStream(data); }
+
+    /// Sets the header's range, and that of the display; 0 to 0 if there are no values.
+    void StoreValueRange(const TFoundRange& range);
 
     /// The header as it is written beside the data. Packed images are written as binary ones.
     TImageHeader HeaderForFile() const;

@@ -1,5 +1,6 @@
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 
+#include <lmx/Climate/lmxFoundRange.h>
 #include <lmx/Formats/Idrisi/Private/lmxCellFlag.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageCells.h>
 #include <lmx/Formats/Idrisi/Private/lmxImageFiles.h>
@@ -14,6 +15,7 @@
 
 #include <algorithm>
 #include <type_traits>
+#include <utility>
 
 namespace lmx {
 
@@ -124,16 +126,19 @@ void TTypedImage<Image, Cell>::ReadRow(std::int32_t row, std::span<float> number
     CheckRow(row);
     if (numbers.size() != static_cast<std::size_t>(FColumns))
         throw EArgumentException(QStringLiteral("Length of the row does not match"));
-    const TCellFlag<Cell> flag(*getHeader());
-    if (FCells.empty()) {
-        std::fill(numbers.begin(), numbers.end(), flag.ToNumber(Cell{}));
-        return;
-    }
-    const Cell* cells = FCells.data() + RowStart(row);
-    if (!flag.IsDeclared())
-        std::copy_n(cells, numbers.size(), numbers.begin());
+    if (FCells.empty())
+        std::fill(numbers.begin(), numbers.end(), TCellFlag<Cell>(*getHeader()).ToNumber(Cell{}));
     else
-        std::transform(cells, cells + FColumns, numbers.begin(), [&flag](Cell cell) { return flag.ToNumber(cell); });
+        NumbersOf(std::span(FCells).subspan(RowStart(row), numbers.size()), numbers);
+}
+
+template<class Image, class Cell>
+void TTypedImage<Image, Cell>::NumbersOf(std::span<const Cell> cells, std::span<float> numbers) const {
+    const TCellFlag<Cell> flag(*getHeader());
+    if (flag.IsPlain())
+        std::copy(cells.begin(), cells.end(), numbers.begin());
+    else
+        std::transform(cells.begin(), cells.end(), numbers.begin(), [&flag](Cell cell) { return flag.ToNumber(cell); });
 }
 
 template<class Image, class Cell>
@@ -141,6 +146,41 @@ std::span<Cell> TTypedImage<Image, Cell>::GetRow(std::int32_t row) {
     CheckRow(row);
     NeedCells();
     return std::span<Cell>(FCells).subspan(RowStart(row), static_cast<std::size_t>(FColumns));
+}
+
+template<class Image, class Cell>
+void TTypedImage<Image, Cell>::AddTo(TFoundRange& range, std::span<const Cell> cells, std::span<float> room) const {
+    if constexpr (std::is_same_v<Cell, float>) {
+        if (TCellFlag<Cell>(*getHeader()).IsPlain()) {
+            range.Add(cells);
+            return;
+        }
+    }
+    NumbersOf(cells, room);
+    range.Add(room);
+}
+
+template<class Image, class Cell>
+void TTypedImage<Image, Cell>::FillRows(const std::function<void(std::int32_t row, std::span<Cell> cells)>& fill) {
+    NeedMemoryFor<Cell>(CellCount());
+    const auto columns = static_cast<std::size_t>(FColumns);
+    std::vector<Cell> cells;
+    std::vector<Cell> rowCells;
+    std::vector<float> numbers;
+    WithinMemory([&] {
+        cells.reserve(CellCount());
+        rowCells.resize(columns);
+        numbers.resize(columns);
+    });
+    PreferLargePages(cells.data(), CellCount() * sizeof(Cell));
+    TFoundRange range;
+    for (std::int32_t row = 1; row <= FRows; ++row) {
+        fill(row, rowCells);
+        AddTo(range, rowCells, numbers);
+        cells.insert(cells.end(), rowCells.begin(), rowCells.end());
+    }
+    FCells = std::move(cells);
+    StoreValueRange(range);
 }
 
 template<class Image, class Cell>

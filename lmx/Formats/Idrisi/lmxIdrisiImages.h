@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -33,6 +34,12 @@ public:
     /// @throws EArgumentException "Row index is out of range"; EOutOfMemory if there is no room for all cells.
     std::span<Cell> GetRow(std::int32_t row);
 
+    /// Stores all cells, row by row from the first one, and the range of their values as UpdateValueRange does, each
+    /// row while it is at hand: the way to fill a large image. `fill` must write each cell of the row that it gets; if
+    /// it raises, the image is as it was.
+    /// @throws EOutOfMemory if there is no room for all cells.
+    void FillRows(const std::function<void(std::int32_t row, std::span<Cell> cells)>& fill);
+
 protected:
     /// Reads the header of the file and, if `load` is true, the cells; otherwise they are zeros.
     /// @throws EFileException if a file is missing or "does not fit into memory", EFileFormatException if it is damaged
@@ -54,6 +61,8 @@ private:
     std::size_t CheckedIndex(std::int32_t column, std::int32_t row) const;
     std::size_t RowStart(std::int32_t row) const;
     void NeedCells();
+    void NumbersOf(std::span<const Cell> cells, std::span<float> numbers) const;
+    void AddTo(TFoundRange& range, std::span<const Cell> cells, std::span<float> room) const;
 
     std::int32_t FColumns = 0;
     std::int32_t FRows = 0;

@@ -237,6 +237,57 @@ TYPED_TEST(EveryImageClass, FindsTheRangeOfItsValues) {
     EXPECT_EQ(empty.getHeader()->GetMaxValue(), 0);
 }
 
+TYPED_TEST(EveryImageClass, IsFilledRowByRowWithItsRange) {
+    TypeParam image(QString(), FlaggedHeader(3, 2, 1));
+    image.GetRow(2)[1] = 77;
+    std::vector<std::int32_t> rows;
+    image.FillRows([&](std::int32_t row, auto cells) {
+        rows.push_back(row);
+        ASSERT_EQ(cells.size(), 3U);
+        for (std::size_t i = 0; i < 3; ++i)
+            cells[i] = static_cast<typename decltype(cells)::value_type>(row == 1 ? i + 1 : i + 4);
+    });
+    EXPECT_EQ(rows, (std::vector<std::int32_t>{1, 2}));
+    EXPECT_EQ(CellsOf(image), (std::vector<float>{TSpatialConst::NoData, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(image.getHeader()->GetMinValue(), 2);
+    EXPECT_EQ(image.getHeader()->GetDisplayMax(), 6);
+    image.FillRows([](std::int32_t, auto cells) { std::fill(cells.begin(), cells.end(), 1); });
+    EXPECT_EQ(image.getHeader()->GetMinValue(), 0);
+    EXPECT_EQ(image.getHeader()->GetMaxValue(), 0);
+}
+
+// Cells that are the numbers they stand for, and cells that are not.
+TYPED_TEST(EveryImageClass, ReadsRowsAsItReadsCells) {
+    for (const float flag : {TSpatialConst::NoData, 3.0F, 77.0F}) {
+        TypeParam image = Counting<TypeParam>(FlaggedHeader(3, 2, flag));
+        if (flag == TSpatialConst::NoData && !std::is_same_v<TypeParam, TByteImage>)
+            image.SetCell(2, 1, flag);
+        std::vector<float> row(3);
+        for (std::int32_t y = 1; y <= 2; ++y) {
+            image.ReadRow(y, row);
+            for (std::int32_t x = 1; x <= 3; ++x)
+                EXPECT_EQ(row[static_cast<std::size_t>(x - 1)], image.GetCell(x, y)) << flag << ' ' << x << ' ' << y;
+        }
+    }
+}
+
+TYPED_TEST(EveryImageClass, IsAsItWasWhenItCannotBeFilled) {
+    TypeParam image = Counting<TypeParam>();
+    EXPECT_EQ(MessageOf<EInvalidOperation>([&] {
+                  image.FillRows([](std::int32_t row, auto cells) {
+                      cells[0] = 9;
+                      if (row == 2)
+                          throw EInvalidOperation(QStringLiteral("damaged"));
+                  });
+              }),
+              QStringLiteral("damaged"));
+    EXPECT_EQ(CellsOf(image), (std::vector<float>{1, 2, 3, 4, 5, 6}));
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    TypeParam claim(QString(), SmallHeader(most, most));
+    EXPECT_EQ(MessageOf<EOutOfMemory>([&] { claim.FillRows([](std::int32_t, auto) {}); }),
+              QStringLiteral("Out of memory"));
+}
+
 TEST(IdrisiImages, HaveTheirOwnTypes) {
     TImageHeader header = SmallHeader(1, 1);
     header.SetDataType(TImageDataType::dtRgb24);

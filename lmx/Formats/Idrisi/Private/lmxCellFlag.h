@@ -34,6 +34,9 @@ public:
     /// Whether the header declares a flag that a cell can hold.
     bool IsDeclared() const { return FIsDeclared; }
 
+    /// Whether every cell is the number that it stands for: nothing is declared, or what is missing in the library.
+    bool IsPlain() const { return !FIsDeclared || FFlag == TSpatialConst::NoData; }
+
     /// The cell that stands for missing data, if a flag is declared.
     Cell GetFlag() const { return static_cast<Cell>(FFlag); }
 
