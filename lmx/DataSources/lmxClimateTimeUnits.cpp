@@ -6,6 +6,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -196,6 +197,11 @@ const TUnitRow* FindUnit(const QString& name) {
     return nullptr;
 }
 
+/// Whether singles cannot tell a number from one that they hold.
+bool IsSameSingle(double number, double single) {
+    return static_cast<double>(static_cast<float>(number)) == single;
+}
+
 } // namespace
 
 std::optional<TClimateTimeUnits> TClimateTimeUnits::Parse(const QString& text, const TClimateCalendar& calendar) {
@@ -239,6 +245,23 @@ std::optional<TClimateDate> TClimateTimeUnits::DateOf(double value) const {
         return std::nullopt;
     const TClimateDate date = FCalendar.FromMilliseconds(Round(sum));
     return FCalendar.IsDate(date) ? std::optional(date) : std::nullopt;
+}
+
+std::vector<double> TClimateTimeUnits::MeantBy(std::vector<double> singles) const {
+    constexpr std::int32_t minute = 60;
+    constexpr std::int32_t hour = 60 * minute;
+    if (FUnitMonths != 0)
+        return singles;
+    for (const std::int32_t seconds : {24 * hour, 12 * hour, 6 * hour, 3 * hour, hour, 30 * minute, 15 * minute,
+                                       10 * minute, 5 * minute, minute, 30, 15, 10, 5, 1}) {
+        const long double step = seconds * 1000.0L / FUnitMilliseconds;
+        std::vector<double> meant;
+        for (const double single : singles)
+            meant.push_back(static_cast<double>(std::nearbyint(static_cast<long double>(single) / step) * step));
+        if (std::equal(meant.begin(), meant.end(), singles.begin(), IsSameSingle))
+            return meant;
+    }
+    return singles;
 }
 
 std::optional<TClimateDate> TClimateTimeUnits::DateOfMonths(double value) const {

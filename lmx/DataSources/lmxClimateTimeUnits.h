@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace lmx {
 
@@ -32,6 +33,13 @@ public:
     /// The date of a number of the axis, to the nearest millisecond. None for NaN, infinities and what lies beyond the
     /// calendar.
     std::optional<TClimateDate> DateOf(double value) const;
+
+    /// What the writer of an axis in single precision meant: in the middle of the 21st century singles tell days since
+    /// 1800 to eleven minutes. Each number becomes the multiple of a day, or else of 12, 6, 3 hours, 1 hour, 30, 15,
+    /// 10, 5 minutes, 1 minute, 30, 15, 10, 5 seconds or 1 second since the reference, of the longest of which every
+    /// number has a multiple that is the same single. Without such a step, and for months and years, all stay.
+    /// @param singles numbers that singles hold exactly; others stay
+    std::vector<double> MeantBy(std::vector<double> singles) const;
 
 private:
     TClimateTimeUnits() = default;

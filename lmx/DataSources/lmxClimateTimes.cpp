@@ -48,8 +48,9 @@ QString MonthsText(const TClimateDate& first, const TClimateDate& last) {
 } // namespace
 
 TClimateTimes::TClimateTimes(std::vector<double> values, const TClimateAttributes& attributes,
-                             std::vector<double> bounds)
-    : FValues(std::move(values)) {
+                             std::vector<double> bounds, bool areSingles)
+    : FValues(std::move(values)),
+      FAreSingles(areSingles) {
     FIsClimatology = attributes.Has(QStringLiteral("climatology")) || attributes.Has(QStringLiteral("modulo"));
     FHasDates = ReadDates(attributes, bounds);
     if (!FHasDates) {
@@ -86,7 +87,7 @@ bool TClimateTimes::ReadDates(const TClimateAttributes& attributes, const std::v
         return false;
     }
     FDates.reserve(FValues.size());
-    for (const double value : FValues) {
+    for (const double value : FAreSingles ? units->MeantBy(FValues) : FValues) {
         const auto date = units->DateOf(value);
         if (!date) {
             FNotes += QStringLiteral("A value of the time axis is no date.") + byNumber;
@@ -102,7 +103,7 @@ bool TClimateTimes::ReadDates(const TClimateAttributes& attributes, const std::v
     FIsClimatology = FIsClimatology || isYearless;
     if (!attributes.Has(QStringLiteral("climatology")) && FIsClimatology)
         FHasYears = false;
-    ReadSpans(*units, bounds);
+    ReadSpans(*units, FAreSingles ? units->MeantBy(bounds) : bounds);
     return true;
 }
 
@@ -145,11 +146,23 @@ std::optional<TClimateDate> TClimateTimes::GetDate(std::size_t index) const {
 
 QString TClimateTimes::GetCaption(std::size_t index) const {
     if (!FHasDates)
-        return QStringLiteral("Step %1 (%2)")
-            .arg(IntToStr(static_cast<std::int64_t>(index) + 1), FloatToStr(FValues.at(index)));
+        return QStringLiteral("Step %1 (%2)").arg(IntToStr(static_cast<std::int64_t>(index) + 1), ValueText(index));
     if (FSpans.empty())
         return DateCaption(FDates.at(index));
     return FIsClimatology ? ClimatologyCaption(FSpans.at(index)) : SpanCaption(FSpans.at(index), FDates.at(index));
+}
+
+/// Of a single the fewest digits that mean it.
+QString TClimateTimes::ValueText(std::size_t index) const {
+    const double value = FValues.at(index);
+    if (!FAreSingles)
+        return FloatToStr(value);
+    constexpr int enough = 9;
+    int digits = 6;
+    while (digits < enough &&
+           static_cast<float>(StrToFloat(FloatToGeneral(value, digits))) != static_cast<float>(value))
+        ++digits;
+    return FloatToGeneral(value, digits);
 }
 
 TClimateDate TClimateTimes::LastMoment(const TSpan& span) const {

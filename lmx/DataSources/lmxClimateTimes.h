@@ -27,8 +27,12 @@ public:
     /// @param bounds begin and end of each step in turn (or all the other way round), of the attribute "bounds" or
     /// "climatology"; empty if there are none. Any other number of them is ignored, with a note.
     ///
+    /// @param areSingles whether the file has values and bounds in single precision: then dates and captions are what
+    /// their writer meant, TClimateTimeUnits::MeantBy
+    ///
     /// If units or calendar are not understood, or a value is no date, no step has a date: a note says why.
-    TClimateTimes(std::vector<double> values, const TClimateAttributes& attributes, std::vector<double> bounds = {});
+    TClimateTimes(std::vector<double> values, const TClimateAttributes& attributes, std::vector<double> bounds = {},
+                  bool areSingles = false);
 
     std::size_t GetCount() const { return FValues.size(); }
     const TClimateCalendar& GetCalendar() const { return FCalendar; }
@@ -58,6 +62,7 @@ private:
     };
 
     bool ReadDates(const TClimateAttributes& attributes, const std::vector<double>& bounds);
+    QString ValueText(std::size_t index) const;
     void ReadSpans(const TClimateTimeUnits& units, const std::vector<double>& bounds);
     void FindHabits();
     QString SpanCaption(const TSpan& span, const TClimateDate& date) const;
@@ -70,6 +75,7 @@ private:
     std::vector<TSpan> FSpans;        ///< empty without bounds
     TClimateCalendar FCalendar;
     QStringList FNotes;
+    bool FAreSingles = false;
     bool FHasDates = false;
     bool FIsClimatology = false;
     bool FHasYears = true;   ///< whether years mean anything

@@ -2,9 +2,12 @@
 
 #include <tests/Support/Printers.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
+#include <vector>
 
 namespace lmx {
 namespace {
@@ -152,6 +155,41 @@ TEST(ClimateTimeUnits, TellTheirReference) {
     EXPECT_EQ(units->GetReference().ToIsoText(), "-0001-12-31T23:00:00");
     EXPECT_EQ(units->GetCalendar(), TClimateCalendar(ckNoLeap));
     EXPECT_FALSE(TClimateTimeUnits::Parse("days since 0001-01-01", TClimateCalendar())->IsYearless());
+}
+
+std::vector<double> MeantBySingles(const char* units, const std::vector<double>& values) {
+    std::vector<double> singles;
+    for (const double value : values)
+        singles.push_back(static_cast<double>(static_cast<float>(value)));
+    return TClimateTimeUnits::Parse(QString::fromLatin1(units), TClimateCalendar())->MeantBy(singles);
+}
+
+TEST(ClimateTimeUnits, SinglesMeanTheLongestStepThatTheyAllHold) {
+    using testing::ElementsAre;
+    constexpr double minute = 1 / 1440.0;
+    EXPECT_THAT(MeantBySingles("days since 1800-01-01", {79'000, 79'001}), ElementsAre(79'000, 79'001));
+    EXPECT_THAT(MeantBySingles("days since 1800-01-01", {79'000, 79'000 + 60 * minute}),
+                ElementsAre(79'000, testing::DoubleEq(79'000 + 60 * minute)));
+    EXPECT_THAT(MeantBySingles("days since 2000-01-01", {6000, 6000 + 20 * minute, 6000 + 30 * minute}),
+                ElementsAre(6000, testing::DoubleEq(6000 + 20 * minute), testing::DoubleEq(6000 + 30 * minute)))
+        << "ten minutes, which singles tell to less than one there";
+    EXPECT_THAT(MeantBySingles("seconds since 1970-01-01", {1'461'024'000, 1'461'027'600}),
+                ElementsAre(1'461'024'000, 1'461'027'600))
+        << "singles are 128 seconds apart there";
+    EXPECT_THAT(MeantBySingles("hours since 1900-01-01", {0.1, 0.2}),
+                ElementsAre(testing::DoubleEq(0.1), testing::DoubleEq(0.2)));
+}
+
+TEST(ClimateTimeUnits, WhatNoStepMeetsStays) {
+    const auto single = [](double value) { return static_cast<double>(static_cast<float>(value)); };
+    EXPECT_EQ(MeantBySingles("seconds since 1970-01-01", {0.1234, 5}), (std::vector{single(0.1234), 5.0}));
+    EXPECT_EQ(MeantBySingles("months since 1970-01-01", {0.1}), (std::vector{single(0.1)}));
+    EXPECT_EQ(MeantBySingles("days since 1970-01-01", {}), std::vector<double>());
+    const auto units = TClimateTimeUnits::Parse("days since 1800-01-01", TClimateCalendar());
+    EXPECT_EQ(units->MeantBy({79'000.04}), std::vector{79'000.04}) << "no single";
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_TRUE(std::isnan(units->MeantBy({nan})[0]));
+    EXPECT_EQ(units->MeantBy({1e300}), std::vector{1e300});
 }
 
 } // namespace

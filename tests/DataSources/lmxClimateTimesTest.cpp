@@ -97,6 +97,38 @@ TEST(ClimateTimes, TheYear0AndModuloHaveNoYears) {
                 ElementsAre("January", "February"));
 }
 
+/// As a writer stores them.
+std::vector<double> Singles(std::vector<double> values) {
+    for (double& value : values)
+        value = static_cast<double>(static_cast<float>(value));
+    return values;
+}
+
+TEST(ClimateTimes, SinglesShowWhatTheirWriterMeant) {
+    const std::vector<double> hourly = Singles({79'000, 79'000 + 1 / 24.0, 79'000 + 2 / 24.0, 79'000 + 23 / 24.0});
+    const TClimateAttributes days = TimeAxis("days since 1800-01-01");
+    EXPECT_THAT(
+        CaptionsOf(TClimateTimes(hourly, days, {}, true)),
+        ElementsAre("18 April 2016 00:00", "18 April 2016 01:00", "18 April 2016 02:00", "18 April 2016 23:00"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes(hourly, days)),
+                ElementsAre("18 April 2016 00:00", "18 April 2016 00:56:15", "18 April 2016 02:03:45",
+                            "18 April 2016 23:03:45"));
+    EXPECT_EQ(TClimateTimes(hourly, days, {}, true).GetDate(1), (TClimateDate{2016, 4, 18, 3'600'000}));
+    EXPECT_EQ(TClimateTimes(hourly, days, {}, true).GetValue(1), hourly[1]) << "as the file has it";
+    // What lies a little beside midnight is a day.
+    const TClimateAttributes minutes = TimeAxis("minutes since 0001-01-01", "proleptic_gregorian");
+    const std::vector<double> daily = Singles({736'000 * 1440.0, 736'001 * 1440.0});
+    EXPECT_THAT(CaptionsOf(TClimateTimes(daily, minutes, {}, true)), ElementsAre("7 February 2016", "8 February 2016"));
+}
+
+TEST(ClimateTimes, BoundsInSinglesShowWhatTheirWriterMeant) {
+    const auto at = [](double day) { return 79'000 + day + 1 / 3.0; };
+    const TClimateTimes times(Singles({at(0.5), at(1.5)}), TimeAxis("days since 1799-12-31 16:00"),
+                              Singles({at(0), at(1), at(1), at(2)}), true);
+    EXPECT_THAT(CaptionsOf(times), ElementsAre("18 April 2016", "19 April 2016"));
+    EXPECT_EQ(times.GetDate(0)->ToIsoText(), "2016-04-18T12:00:00");
+}
+
 TEST(ClimateTimes, WithoutDatesStepsHaveNumbers) {
     const QString byNumber = QStringLiteral(" Steps are told by number.");
     const TClimateTimes lunar({17.5, 18}, TimeAxis("days since 2001-01-01", "lunar"));
@@ -104,6 +136,12 @@ TEST(ClimateTimes, WithoutDatesStepsHaveNumbers) {
     EXPECT_EQ(lunar.GetDate(0), std::nullopt);
     EXPECT_EQ(lunar.GetCaption(0), QString("Step 1 (17.5)").replace(u'.', TFormatSettings::Current().DecimalSeparator));
     EXPECT_EQ(lunar.GetCaption(1), "Step 2 (18)");
+    const TClimateTimes singles(Singles({17.1, 20'010'116, 1e-3}), TClimateAttributes(), {}, true);
+    EXPECT_EQ(singles.GetCaption(0),
+              QString("Step 1 (17.1)").replace(u'.', TFormatSettings::Current().DecimalSeparator));
+    EXPECT_EQ(singles.GetCaption(1), "Step 2 (20010116)");
+    EXPECT_EQ(singles.GetCaption(2),
+              QString("Step 3 (0.001)").replace(u'.', TFormatSettings::Current().DecimalSeparator));
     EXPECT_THAT(lunar.GetNotes(), ElementsAre("The calendar \"lunar\" of the time axis is not known." + byNumber));
     EXPECT_THAT(TClimateTimes({1}, TClimateAttributes()).GetNotes(),
                 ElementsAre("The time axis has no units." + byNumber));

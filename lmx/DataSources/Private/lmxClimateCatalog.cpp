@@ -130,10 +130,10 @@ std::shared_ptr<const TClimateTimes> TClimateCatalog::TimesOf(const TClimateRole
     if (!times) {
         const TClimateAttributes& attributes = FIndex.GetAttributes(*roles.TimeArray).Values;
         const bool isClimatology = attributes.Has(QStringLiteral("climatology"));
+        const bool areSingles = FIndex.GetArrays()[*roles.TimeArray].Type == TClimateCellType::ctFloat;
+        const QString bounds = isClimatology ? QStringLiteral("climatology") : QStringLiteral("bounds");
         times = std::make_shared<TClimateTimes>(FIndex.ReadNumbers(*roles.TimeArray), attributes,
-                                                FIndex.ReadBounds(*roles.TimeArray, isClimatology
-                                                                                        ? QStringLiteral("climatology")
-                                                                                        : QStringLiteral("bounds")));
+                                                FIndex.ReadBounds(*roles.TimeArray, bounds), areSingles);
     }
     return times;
 }
