@@ -1,17 +1,14 @@
 #include <lmx/DataSources/lmxClimateCells.h>
 
-#include <lmx/Climate/lmxSpatialConst.h>
-#include <lmx/DataSources/Private/lmxAsValue.h>
-#include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/DataSources/Private/lmxCellUnpacker.h>
 #include <lmx/Runtime/lmxText.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstddef>
 #include <optional>
-#include <type_traits>
+#include <utility>
 
 namespace lmx {
 
@@ -103,79 +100,6 @@ TClimateCellType AsUnsigned(TClimateCellType type) {
     }
 }
 
-/// What one raw number means: the one place that says so.
-struct TMeaning {
-    double Scale;
-    double Offset;
-    double RawLow;
-    double RawHigh;
-    float ValueLow;
-    float ValueHigh;
-    double Mark; ///< the first one; NaN if there is none
-    std::span<const double> OtherMarks;
-    bool IsConverted;
-    double Factor; ///< of the change of units
-    double Shift;
-
-    /// The first mark only, and no change of units: without branches, for long rows.
-    float Simple(double raw) const {
-        const auto value = static_cast<float>(raw * Scale + Offset);
-        const bool isFlag = !((raw >= RawLow) & (raw <= RawHigh)) | (raw == Mark) |
-                            !((value >= ValueLow) & (value <= ValueHigh)) | !(std::abs(value) < 1e30F);
-        // -9999 is the other number that is a flag, and NoData itself is one as it stands.
-        return (isFlag | (value == -9999.0F)) ? TSpatialConst::NoData : value;
-    }
-
-    bool IsSimple() const { return !IsConverted && OtherMarks.empty(); }
-
-    float operator()(double raw) const {
-        const float value = Simple(raw);
-        if (TSpatialConst::IsFlag(value) || std::find(OtherMarks.begin(), OtherMarks.end(), raw) != OtherMarks.end())
-            return TSpatialConst::NoData;
-        return IsConverted ? AsValue(static_cast<float>((raw * Scale + Offset) * Factor + Shift)) : value;
-    }
-};
-
-template<class Raw>
-void UnpackEach(std::span<const Raw> raw, const TMeaning& meaning, float* values) {
-    const TMeaning local = meaning; // which no store can change
-    if (local.IsSimple()) {
-        for (std::size_t i = 0; i < raw.size(); ++i)
-            values[i] = local.Simple(static_cast<double>(raw[i]));
-        return;
-    }
-    for (std::size_t i = 0; i < raw.size(); ++i)
-        values[i] = local(static_cast<double>(raw[i]));
-}
-
-/// For types of few numbers: each is looked at once.
-template<class Raw>
-void UnpackByTable(std::span<const Raw> raw, const TMeaning& meaning, float* values) {
-    constexpr std::size_t count = std::size_t{1} << (8 * sizeof(Raw));
-    using TIndex = std::make_unsigned_t<Raw>;
-    std::vector<float> table(count);
-    for (std::size_t i = 0; i < count; ++i)
-        table[i] = meaning(static_cast<double>(static_cast<Raw>(static_cast<TIndex>(i))));
-    const float* const entries = table.data();
-    for (std::size_t i = 0; i < raw.size(); ++i)
-        values[i] = entries[static_cast<TIndex>(raw[i])];
-}
-
-template<class Raw>
-void UnpackAny(std::span<const Raw> raw, const TMeaning& meaning, float* values) {
-    if constexpr (std::is_integral_v<Raw> && sizeof(Raw) <= 2) {
-        if (raw.size() > (std::size_t{1} << (8 * sizeof(Raw))))
-            return UnpackByTable(raw, meaning, values);
-    }
-    UnpackEach(raw, meaning, values);
-}
-
-template<class Raw>
-void UnpackUnsigned(std::span<const Raw> raw, const TMeaning& meaning, float* values) {
-    using TOther = std::make_unsigned_t<Raw>; // may stand for its signed type
-    UnpackAny(std::span(reinterpret_cast<const TOther*>(raw.data()), raw.size()), meaning, values);
-}
-
 } // namespace
 
 TClimateCells::TClimateCells(const TClimateCellTraits& traits, const TClimateAttributes& attributes)
@@ -238,6 +162,9 @@ void TClimateCells::ReadMarks(const TClimateCellTraits& traits, const TClimateAt
     }
     for (const double number : missing)
         FMarks.push_back(OfType(number));
+    std::erase_if(FMarks, [](double mark) { return std::isnan(mark); }); // which no number equals
+    std::sort(FMarks.begin(), FMarks.end());
+    FMarks.erase(std::unique(FMarks.begin(), FMarks.end()), FMarks.end()); // both attributes mostly say the same
 }
 
 // Cells and marks of a file in doubles may have been singles on their way, each on its own: 1e20 is
@@ -285,31 +212,26 @@ std::vector<float> TClimateCells::Unpack(const TRawClimateCells& raw) const {
 
 void TClimateCells::Unpack(const TRawClimateCells& raw, std::span<float> values, const TUnitConversion& conversion,
                            double daysInMonth) const {
-    const double factor = conversion.IsByMonth ? conversion.Factor / daysInMonth : conversion.Factor;
-    const TMeaning meaning{FScale,
-                           FOffset,
-                           FRawLimits.Low,
-                           FRawLimits.High,
-                           static_cast<float>(FValueLimits.Low),
-                           static_cast<float>(FValueLimits.High),
-                           FMarks.empty() ? std::numeric_limits<double>::quiet_NaN() : FMarks.front(),
-                           FMarks.empty() ? std::span<const double>() : std::span(FMarks).subspan(1),
-                           !conversion.IsIdentity(),
-                           factor,
-                           conversion.Offset};
-    const int unsignedBits = UnsignedBits(FType);
-    std::visit(
-        [&](const auto& cells) {
-            using TRaw = std::remove_const_t<typename std::remove_reference_t<decltype(cells)>::element_type>;
-            if (cells.size() != values.size())
-                throw EArgumentException(QStringLiteral("Values"));
-            if constexpr (std::is_integral_v<TRaw> && std::is_signed_v<TRaw>) {
-                if (unsignedBits == static_cast<int>(8 * sizeof(TRaw)))
-                    return UnpackUnsigned(cells, meaning, values.data());
-            }
-            UnpackAny(cells, meaning, values.data());
-        },
-        raw);
+    MakeUnpack(values.size(), conversion, daysInMonth)(raw, values);
+}
+
+TClimateCells::TUnpack TClimateCells::MakeUnpack(std::size_t count, const TUnitConversion& conversion,
+                                                 double daysInMonth) const {
+    TCellMeaning meaning;
+    meaning.Type = FType;
+    meaning.Scale = FScale;
+    meaning.Offset = FOffset;
+    meaning.RawLow = FRawLimits.Low;
+    meaning.RawHigh = FRawLimits.High;
+    meaning.ValueLow = static_cast<float>(FValueLimits.Low);
+    meaning.ValueHigh = static_cast<float>(FValueLimits.High);
+    meaning.Marks = FMarks;
+    meaning.IsConverted = !conversion.IsIdentity();
+    meaning.Factor = conversion.IsByMonth ? conversion.Factor / daysInMonth : conversion.Factor;
+    meaning.Shift = conversion.Offset;
+    return [unpacker = TCellUnpacker(std::move(meaning), count)](const TRawClimateCells& raw, std::span<float> values) {
+        unpacker.Unpack(raw, values);
+    };
 }
 
 } // namespace lmx

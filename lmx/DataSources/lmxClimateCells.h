@@ -6,7 +6,9 @@
 
 #include <QStringList>
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <span>
 #include <variant>
@@ -68,6 +70,11 @@ public:
     /// As Unpack, in other units: flags stay flags and values stay values.
     void Unpack(const TRawClimateCells& raw, std::span<float> values, const TUnitConversion& conversion,
                 double daysInMonth = 1) const;
+
+    using TUnpack = std::function<void(const TRawClimateCells& raw, std::span<float> values)>;
+    /// What Unpack does, for cells that come in pieces: what is worth preparing for `count` of them is prepared once.
+    /// It may be called for any number of cells, from any thread, and outlives this object.
+    TUnpack MakeUnpack(std::size_t count, const TUnitConversion& conversion = {}, double daysInMonth = 1) const;
 
 private:
     struct TLimits {

@@ -59,6 +59,10 @@ TClimatePicture TClimateDataset::Read(const TClimateSelection& selection) const 
     return FCatalog->Read(selection);
 }
 
+TClimatePicture TClimateDataset::Read(const TClimateSelection& selection, TKeptBlock& kept) const {
+    return FCatalog->Read(selection, kept);
+}
+
 void TClimateDataset::SetAllowedHosts(const QStringList& hosts) {
     const std::lock_guard lock(AllowedHosts().Mutex);
     AllowedHosts().Hosts = hosts;

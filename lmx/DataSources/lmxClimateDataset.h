@@ -19,6 +19,7 @@
 namespace lmx {
 
 class TClimateCatalog;
+class TKeptBlock;
 
 struct TClimateDimension {
     QString Name;
@@ -120,6 +121,9 @@ public:
     static int GetRemoteTimeout();
 
 private:
+    friend class TClimateFrames;
+    TClimatePicture Read(const TClimateSelection& selection, TKeptBlock& kept) const;
+
     QString FFileName;
     std::unique_ptr<TClimateCatalog> FCatalog;
 };

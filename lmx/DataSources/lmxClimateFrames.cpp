@@ -1,5 +1,6 @@
 #include <lmx/DataSources/lmxClimateFrames.h>
 
+#include <lmx/DataSources/Private/lmxKeptBlock.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <algorithm>
@@ -19,7 +20,8 @@ const std::shared_ptr<const TClimateDataset>& Checked(const std::shared_ptr<cons
 
 TClimateFrames::TClimateFrames(std::shared_ptr<const TClimateDataset> dataset, const TClimateSelection& selection)
     : FDataset(Checked(dataset)),
-      FSelection(selection) {
+      FSelection(selection),
+      FKept(std::make_unique<TKeptBlock>(MostKeptBytes)) {
     if (selection.Variable >= FDataset->GetVariables().size())
         throw EArgumentException(QStringLiteral("Variable"));
     const TClimateVariableInfo& info = FDataset->GetVariables()[selection.Variable];
@@ -30,6 +32,8 @@ TClimateFrames::TClimateFrames(std::shared_ptr<const TClimateDataset> dataset, c
     FHasTimes = FDataset->GetTimes(selection.Variable).GetCount() > 0;
     FCount = FHasTimes ? FDataset->GetTimes(selection.Variable).GetCount() : 1;
 }
+
+TClimateFrames::~TClimateFrames() = default;
 
 std::optional<TClimateDate> TClimateFrames::GetDate(std::size_t index) const {
     return FHasTimes ? FDataset->GetTimes(FSelection.Variable).GetDate(index) : std::nullopt;
@@ -48,7 +52,7 @@ std::shared_ptr<TRealImage> TClimateFrames::ReadFrame(std::size_t index, const T
         return nullptr;
     TClimateSelection selection = FSelection;
     selection.Time = index;
-    return FDataset->Read(selection).Image;
+    return FDataset->Read(selection, *FKept).Image;
 }
 
 } // namespace lmx

@@ -152,41 +152,34 @@ std::int64_t TClimateGridPlan::SourceOf(std::int32_t column, std::int32_t row) c
            FColumnSources[static_cast<std::size_t>(column)];
 }
 
-std::vector<float> TClimateGridPlan::Apply(std::span<const float> cells) const {
-    const auto sourceColumns = static_cast<std::size_t>(FSourceColumns);
-    if (cells.size() != sourceColumns * static_cast<std::size_t>(FSourceRows))
-        throw EArgumentException(QStringLiteral("Cells"));
-    try {
-        if (FGridding)
-            return FGridding->Apply(cells);
-        std::vector<float> picture;
-        picture.reserve(static_cast<std::size_t>(FColumns) * static_cast<std::size_t>(FRows));
-        for (const std::int32_t row : FRowSources) {
-            const float* const source = cells.data() + static_cast<std::size_t>(row) * sourceColumns;
-            for (const std::int32_t column : FColumnSources)
-                picture.push_back(source[column]);
+/// Rows of the picture, from the north, from those of the file.
+TClimateGridPlan::TReadRow TClimateGridPlan::PictureRows(const TReadRow& readRow) const {
+    const auto sourceOf = [this](std::int32_t row) { return FRowSources[static_cast<std::size_t>(row)]; };
+    if (FColumnSources == InOrder(static_cast<std::size_t>(FSourceColumns), false))
+        return [=](std::int32_t row, std::span<float> cells) { readRow(sourceOf(row), cells); };
+    return [=, this, source = std::vector<float>(static_cast<std::size_t>(FSourceColumns)),
+            held = -1](std::int32_t row, std::span<float> cells) mutable {
+        if (const std::int32_t wanted = sourceOf(row); wanted != held) { // halves of a row follow each other
+            readRow(wanted, source);
+            held = wanted;
         }
-        return picture;
-    } catch (const std::bad_alloc&) {
-        throw EOutOfMemory();
-    }
+        std::transform(FColumnSources.begin(), FColumnSources.end(), cells.begin(),
+                       [&](std::int32_t column) { return source[static_cast<std::size_t>(column)]; });
+    };
 }
 
-std::unique_ptr<TRealImage> TClimateGridPlan::MakeImage(std::span<const float> cells, const QString& title,
-                                                        const QString& units) const {
-    const auto columns = static_cast<std::size_t>(FColumns);
-    if (cells.size() != columns * static_cast<std::size_t>(FRows))
-        throw EArgumentException(QStringLiteral("Cells"));
-    bool hasValues = false;
-    float least = 0;
-    float most = 0;
-    for (const float number : cells) {
-        if (TSpatialConst::IsFlag(number))
-            continue;
-        least = hasValues ? std::min(least, number) : number;
-        most = hasValues ? std::max(most, number) : number;
-        hasValues = true;
-    }
+TClimateGridPlan::TReadRow TClimateGridPlan::InterpolatedRows(const TReadRow& readRow) const {
+    const auto sourceColumns = static_cast<std::size_t>(FSourceColumns);
+    std::vector<float> source(sourceColumns * static_cast<std::size_t>(FSourceRows));
+    for (std::int32_t row = 0; row < FSourceRows; ++row)
+        readRow(row, std::span(source).subspan(static_cast<std::size_t>(row) * sourceColumns, sourceColumns));
+    return [picture = FGridding->Apply(source)](std::int32_t row, std::span<float> cells) {
+        const std::size_t start = static_cast<std::size_t>(row) * cells.size();
+        std::copy_n(picture.begin() + static_cast<std::ptrdiff_t>(start), cells.size(), cells.begin());
+    };
+}
+
+TImageHeader TClimateGridPlan::MakeHeader(const QString& title, const QString& units) const {
     const bool isPlane = FWorld == QStringLiteral("nzmg");
     TImageHeader header;
     header.SetTitle(title);
@@ -205,18 +198,21 @@ std::unique_ptr<TRealImage> TClimateGridPlan::MakeImage(std::span<const float> c
     header.SetMaxX(static_cast<float>(FBounds.Right));
     header.SetMinY(static_cast<float>(FBounds.Bottom));
     header.SetMaxY(static_cast<float>(FBounds.Top));
-    header.SetMinValue(least);
-    header.SetMaxValue(most);
-    header.SetDisplayMin(least);
-    header.SetDisplayMax(most);
     header.SetFlagValue(TSpatialConst::NoData);
     header.SetFlag(true);
-    auto image = std::make_unique<TRealImage>(QString(), header);
-    for (std::int32_t row = 0; row < FRows; ++row) {
-        const std::span<const float> from = cells.subspan(static_cast<std::size_t>(row) * columns, columns);
-        std::copy(from.begin(), from.end(), image->GetRow(row + 1).begin());
+    return header;
+}
+
+std::unique_ptr<TRealImage> TClimateGridPlan::MakeImage(const TReadRow& readRow, const QString& title,
+                                                        const QString& units) const {
+    try {
+        auto image = std::make_unique<TRealImage>(QString(), MakeHeader(title, units));
+        const TReadRow readPictureRow = FGridding ? InterpolatedRows(readRow) : PictureRows(readRow);
+        image->FillRows([&](std::int32_t row, std::span<float> cells) { readPictureRow(row - 1, cells); });
+        return image;
+    } catch (const std::bad_alloc&) {
+        throw EOutOfMemory();
     }
-    return image;
 }
 
 } // namespace lmx

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -50,20 +51,19 @@ public:
     /// Whether each cell of the file is one cell of the picture.
     bool IsExact() const { return !IsInterpolated() && FColumns == FSourceColumns && FRows == FSourceRows; }
 
-    /// The cells of the picture from those of the file, which hold latitude by latitude, as the axes have them.
-    /// @throws EArgumentException "Cells" if there are not as many as the axes have; EOutOfMemory.
-    std::vector<float> Apply(std::span<const float> cells) const;
-
     /// Which cell of the file is seen at a place of the picture, counted from the north-west. -1 if the picture is
     /// interpolated.
     /// @throws EArgumentException "Cell" for a place outside.
     std::int64_t SourceOf(std::int32_t column, std::int32_t row) const;
 
-    /// An image of cells that Apply gave, with range, flag and place in its header. An image of flags only has the
-    /// range 0 to 0.
-    /// @throws EArgumentException "Cells" if there are not as many as the picture has; EOutOfMemory.
-    std::unique_ptr<TRealImage> MakeImage(std::span<const float> cells, const QString& title,
-                                          const QString& units) const;
+    /// Gives the values of a latitude of the file, counted as the axis has them, flags as TSpatialConst::NoData.
+    using TReadRow = std::function<void(std::int32_t row, std::span<float> cells)>;
+
+    /// The picture of a slice, with range, flag and place in its header; the range is 0 to 0 if there are flags only.
+    /// Rows are read in the order of the picture, straight into it where nothing is between, and some may be read
+    /// twice.
+    /// @throws EOutOfMemory; what the reading raises.
+    std::unique_ptr<TRealImage> MakeImage(const TReadRow& readRow, const QString& title, const QString& units) const;
 
 private:
     TClimateGridPlan() = default;
@@ -72,6 +72,9 @@ private:
     bool PlanWorldColumns(double west, std::vector<std::int32_t> columns);
     void PlanRows(const TClimateAxis& latitude);
     void CheckSize(const QString& axis) const;
+    TReadRow PictureRows(const TReadRow& readRow) const;
+    TReadRow InterpolatedRows(const TReadRow& readRow) const;
+    TImageHeader MakeHeader(const QString& title, const QString& units) const;
 
     TMapArea FBounds;
     QString FWorld;

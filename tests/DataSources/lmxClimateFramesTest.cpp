@@ -1,12 +1,21 @@
 #include <lmx/DataSources/lmxClimateFrames.h>
 
+#include <lmx/DataSources/Private/lmxClimateCatalog.h>
+#include <lmx/DataSources/Private/lmxClimateFileOpening.h>
 #include <lmx/DataSources/lmxFramePlayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <tests/DataSources/BlockFiles.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/Threads.h>
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace lmx {
@@ -92,6 +101,64 @@ TEST(ClimateFrames, ArePlayed) {
     }
     EXPECT_EQ(shown, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
     EXPECT_EQ(player.GetCaption(), "December");
+}
+
+/// A source that is seen when it reads.
+class TWatchedSource final : public IClimateSource {
+public:
+    TWatchedSource(std::unique_ptr<IClimateSource> source, std::vector<TSourceWindow>& windows)
+        : FSource(std::move(source)),
+          FWindows(windows) {}
+    const std::vector<TSourceArray>& GetArrays() const override { return FSource->GetArrays(); }
+    bool IsNetCdf() const override { return FSource->IsNetCdf(); }
+    TClimateAttributes ReadFileAttributes() override { return FSource->ReadFileAttributes(); }
+    TSourceAttributes ReadAttributes(std::size_t array) override { return FSource->ReadAttributes(array); }
+    TRawSlice Read(std::size_t array, const TSourceWindow& window) override {
+        if (window.Counts.size() == 3)
+            FWindows.push_back(window);
+        return FSource->Read(array, window);
+    }
+
+private:
+    std::unique_ptr<IClimateSource> FSource;
+    std::vector<TSourceWindow>& FWindows;
+};
+
+TEST(ClimateFrames, ABlockOfSeveralTimesIsUnpackedOnce) {
+    const QTemporaryDir folder;
+    for (const char* const driver : {"netCDF", "Zarr"}) {
+        SCOPED_TRACE(driver);
+        const QString path = folder.filePath(driver == std::string("Zarr") ? "blocks.zarr" : "blocks.nc");
+        RunOnReader([&] { MakeBlockFile(path, driver, "3,2,6"); });
+        std::vector<TSourceWindow> windows;
+        const TClimateCatalog catalog(std::make_unique<TWatchedSource>(OpenClimateSource(path, {}), windows), path);
+        ASSERT_EQ(catalog.GetInfos().size(), 1U);
+        TKeptBlock kept(TClimateFrames::MostKeptBytes);
+        for (std::size_t time = 0; time < 7; ++time) {
+            const auto image = catalog.Read({0, time}, kept).Image;
+            EXPECT_EQ(image->GetCell(1, 1), float(24 * time));
+            EXPECT_EQ(image->GetCell(6, 4), float(24 * time + 23));
+        }
+        ASSERT_EQ(windows.size(), 3U) << "blocks of three times, of which the last has one";
+        EXPECT_EQ(windows[1], (TSourceWindow{{3, 0, 0}, {3, 4, 6}}));
+        EXPECT_EQ(windows[2], (TSourceWindow{{6, 0, 0}, {1, 4, 6}}));
+    }
+}
+
+// The blocks themselves are taken away after the first frame.
+TEST(ClimateFrames, FramesComeFromTheBlockThatIsKept) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("blocks.zarr");
+    RunOnReader([&] { MakeBlockFile(path, "Zarr", "3,2,6"); });
+    const auto dataset = std::make_shared<TClimateDataset>(path);
+    TClimateFrames frames(dataset, {0});
+    EXPECT_EQ(frames.ReadFrame(0, Never)->GetCell(1, 1), 0);
+    for (const char* const block : {"0.0.0", "0.1.0", "0/0/0", "0/1/0"})
+        QFile::remove(path + "/v/" + block);
+    EXPECT_EQ(frames.ReadFrame(2, Never)->GetCell(1, 1), 48);
+    EXPECT_EQ(frames.ReadFrame(2, Never)->GetCell(6, 4), 71);
+    EXPECT_EQ(frames.ReadFrame(3, Never)->GetCell(1, 1), 72);
+    EXPECT_NE(frames.ReadFrame(2, Never)->GetCell(1, 1), 48) << "the block before is given back";
 }
 
 } // namespace

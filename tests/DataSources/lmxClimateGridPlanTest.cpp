@@ -13,8 +13,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <numbers>
-#include <numeric>
+#include <span>
 
 namespace lmx {
 namespace {
@@ -35,12 +36,31 @@ TClimateGridPlan PlanOf(const std::vector<double>& lons, const std::vector<doubl
     return TClimateGridPlan(TClimateAxis::Longitude("lon", lons, {}), TClimateAxis::Latitude("lat", lats, {}));
 }
 
+std::unique_ptr<TRealImage> ImageOf(const TClimateGridPlan& plan, const std::vector<float>& cells, std::size_t lons) {
+    return plan.MakeImage(
+        [&](std::int32_t row, std::span<float> to) {
+            ASSERT_EQ(to.size(), lons);
+            std::copy_n(cells.begin() + row * static_cast<std::ptrdiff_t>(lons), lons, to.begin());
+        },
+        "Rain", "mm/day");
+}
+
+/// The cells of the picture from those of the file, both from the first row on.
+std::vector<float> PictureOf(const TClimateGridPlan& plan, const std::vector<float>& cells, std::size_t lons) {
+    const auto image = ImageOf(plan, cells, lons);
+    std::vector<float> picture;
+    for (std::int32_t row = 1; row <= plan.GetRows(); ++row)
+        picture.insert(picture.end(), image->GetRow(row).begin(), image->GetRow(row).end());
+    EXPECT_EQ(std::int64_t(picture.size()), std::int64_t{plan.GetColumns()} * plan.GetRows());
+    return picture;
+}
+
 /// Columns of the file along the northern row of the picture.
 std::vector<float> FirstRow(const TClimateGridPlan& plan, std::size_t lons, std::size_t lats) {
     std::vector<float> cells;
     for (std::size_t i = 0; i < lons * lats; ++i)
         cells.push_back(static_cast<float>(i % lons));
-    auto picture = plan.Apply(cells);
+    auto picture = PictureOf(plan, cells, lons);
     picture.resize(static_cast<std::size_t>(plan.GetColumns()));
     return picture;
 }
@@ -79,13 +99,13 @@ double WorstOf(const TClimateGridPlan& plan, const std::vector<float>& picture) 
 TEST(ClimateGridPlan, PutsRowsFromTheNorth) {
     const std::vector<float> cells{1, 2, 3, 4, 5, 6};
     const auto rising = PlanOf({5, 15}, {10, 20, 30});
-    EXPECT_THAT(rising.Apply(cells), ElementsAre(5, 6, 3, 4, 1, 2));
+    EXPECT_THAT(PictureOf(rising, cells, 2), ElementsAre(5, 6, 3, 4, 1, 2));
     EXPECT_EQ(rising.GetBounds(), TMapArea(0, 35, 20, 5));
     EXPECT_EQ(rising.GetWorld(), "latlon");
     EXPECT_TRUE(rising.IsExact());
     EXPECT_EQ(rising.SourceOf(1, 0), 5);
-    EXPECT_THAT(PlanOf({5, 15}, {30, 20, 10}).Apply(cells), ElementsAre(1, 2, 3, 4, 5, 6));
-    EXPECT_THAT(PlanOf({15, 5}, {30, 20, 10}).Apply(cells), ElementsAre(2, 1, 4, 3, 6, 5));
+    EXPECT_THAT(PictureOf(PlanOf({5, 15}, {30, 20, 10}), cells, 2), ElementsAre(1, 2, 3, 4, 5, 6));
+    EXPECT_THAT(PictureOf(PlanOf({15, 5}, {30, 20, 10}), cells, 2), ElementsAre(2, 1, 4, 3, 6, 5));
 }
 
 TEST(ClimateGridPlan, TurnsColumnsToTheSeam) {
@@ -116,10 +136,10 @@ TEST(ClimateGridPlan, HalvesRowsOnThePoles) {
     const auto plan = PlanOf({-90, 90}, {90, 0, -90});
     EXPECT_EQ(plan.GetBounds(), TMapArea(-180, 90, 180, -90));
     EXPECT_EQ(plan.GetRows(), 4);
-    EXPECT_THAT(plan.Apply(std::vector<float>{1, 2, 3, 4, 5, 6}), ElementsAre(1, 2, 3, 4, 3, 4, 5, 6));
+    EXPECT_THAT(PictureOf(plan, {1, 2, 3, 4, 5, 6}, 2), ElementsAre(1, 2, 3, 4, 3, 4, 5, 6));
     const auto north = PlanOf({5, 15}, {70, 80, 90});
     EXPECT_EQ(north.GetBounds(), TMapArea(0, 90, 20, 65));
-    EXPECT_THAT(north.Apply(std::vector<float>{1, 2, 3, 4, 5, 6}), ElementsAre(5, 6, 3, 4, 3, 4, 1, 2, 1, 2));
+    EXPECT_THAT(PictureOf(north, {1, 2, 3, 4, 5, 6}, 2), ElementsAre(5, 6, 3, 4, 3, 4, 1, 2, 1, 2));
 }
 
 TEST(ClimateGridPlan, PlacesRegionsInAWorld) {
@@ -140,7 +160,7 @@ TEST(ClimateGridPlan, OneColumnMayGoRoundTheEarth) {
     const TClimateGridPlan plan(TClimateAxis::Longitude("lon", {0}, {-180, 180}),
                                 TClimateAxis::Latitude("lat", {-45, 45}, {}));
     EXPECT_EQ(plan.GetBounds(), TMapArea(-180, 90, 180, -90));
-    EXPECT_THAT(plan.Apply(std::vector<float>{1, 2}), ElementsAre(2, 1));
+    EXPECT_THAT(PictureOf(plan, {1, 2}, 1), ElementsAre(2, 1));
 }
 
 TEST(ClimateGridPlan, AGaussianGridMeetsItsFormula) {
@@ -152,10 +172,10 @@ TEST(ClimateGridPlan, AGaussianGridMeetsItsFormula) {
     EXPECT_EQ(plan.GetColumns(), 384);
     EXPECT_EQ(plan.GetRows(), 192);
     EXPECT_EQ(plan.SourceOf(0, 0), -1);
-    EXPECT_LT(WorstOf(plan, plan.Apply(FieldOn(lons, lats))), 0.03);
+    EXPECT_LT(WorstOf(plan, PictureOf(plan, FieldOn(lons, lats), lons.size())), 0.03);
     std::vector<double> rising(lats.rbegin(), lats.rend());
     const auto other = PlanOf(lons, rising);
-    EXPECT_LT(WorstOf(other, other.Apply(FieldOn(lons, rising))), 0.03);
+    EXPECT_LT(WorstOf(other, PictureOf(other, FieldOn(lons, rising), lons.size())), 0.03);
 }
 
 TEST(ClimateGridPlan, ACircleThatTheSeamCutsOddlyIsInterpolated) {
@@ -164,14 +184,14 @@ TEST(ClimateGridPlan, ACircleThatTheSeamCutsOddlyIsInterpolated) {
     const auto plan = PlanOf(lons, lats);
     EXPECT_TRUE(plan.IsInterpolated());
     EXPECT_EQ(plan.GetColumns(), 72);
-    EXPECT_LT(WorstOf(plan, plan.Apply(FieldOn(lons, lats))), 0.4);
+    EXPECT_LT(WorstOf(plan, PictureOf(plan, FieldOn(lons, lats), lons.size())), 0.4);
 }
 
 TEST(ClimateGridPlan, UnevenRegionsKeepTheirOuterHalves) {
     const auto plan = PlanOf({10, 12, 16}, {0, 2});
     EXPECT_TRUE(plan.IsInterpolated());
     EXPECT_EQ(plan.GetBounds(), TMapArea(9, 3, 18, -1));
-    const auto picture = plan.Apply(std::vector<float>{1, 2, 3, 1, 2, 3});
+    const auto picture = PictureOf(plan, {1, 2, 3, 1, 2, 3}, 3);
     ASSERT_EQ(plan.GetColumns(), 9);
     ASSERT_EQ(plan.GetRows(), 4);
     for (std::size_t row = 0; row < 4; ++row) {
@@ -185,7 +205,7 @@ TEST(ClimateGridPlan, UnevenRegionsKeepTheirOuterHalves) {
 
 TEST(ClimateGridPlan, FlagsAreThoseOfTheNearestCell) {
     const auto plan = PlanOf({10, 12, 16}, {0, 2});
-    const auto picture = plan.Apply(std::vector<float>{1, Flag, 3, 1, Flag, 3});
+    const auto picture = PictureOf(plan, {1, Flag, 3, 1, Flag, 3}, 3);
     EXPECT_THAT(std::vector<float>(picture.begin(), picture.begin() + 9),
                 ElementsAre(1, 1, Flag, Flag, Flag, 3, 3, 3, 3));
 }
@@ -193,7 +213,7 @@ TEST(ClimateGridPlan, FlagsAreThoseOfTheNearestCell) {
 TEST(ClimateGridPlan, HostileSpacingsStaySmall) {
     const auto plan = PlanOf({10, 10.0000000001, 16}, {0, 2});
     EXPECT_LE(std::int64_t{plan.GetColumns()} * plan.GetRows(), 1'100'000);
-    EXPECT_EQ(plan.Apply(std::vector<float>{1, 2, 3, 1, 2, 3}).size(),
+    EXPECT_EQ(PictureOf(plan, {1, 2, 3, 1, 2, 3}, 3).size(),
               static_cast<std::size_t>(plan.GetColumns()) * static_cast<std::size_t>(plan.GetRows()));
     const auto flat = PlanOf({10, 11, 13}, {0, 1e-9});
     EXPECT_GE(flat.GetRows(), 1);
@@ -202,10 +222,25 @@ TEST(ClimateGridPlan, HostileSpacingsStaySmall) {
               "cdo remapbil,r360x180 in out");
 }
 
+// Halves of a row on a pole, or of columns on the seam, are read once where they follow each other.
+TEST(ClimateGridPlan, ReadsRowsInTheOrderOfThePicture) {
+    const auto rowsOf = [](const TClimateGridPlan& plan) {
+        std::vector<std::int32_t> rows;
+        plan.MakeImage([&](std::int32_t row, std::span<float>) { rows.push_back(row); }, {}, {});
+        return rows;
+    };
+    EXPECT_THAT(rowsOf(PlanOf({5, 15}, {10, 20, 30})), ElementsAre(2, 1, 0));
+    EXPECT_THAT(rowsOf(PlanOf({0, 90, 180, 270}, {90, 0, -90})), ElementsAre(0, 1, 2));
+    EXPECT_THAT(rowsOf(PlanOf({10, 12, 16}, {0, 2})), ElementsAre(0, 1));
+}
+
 TEST(ClimateGridPlan, ChecksWhatItIsGiven) {
     const auto plan = PlanOf({5, 15}, {10, 20});
-    EXPECT_EQ(MessageOf<EArgumentException>([&] { plan.Apply(std::vector<float>(3)); }), "Cells");
-    EXPECT_EQ(MessageOf<EArgumentException>([&] { plan.MakeImage(std::vector<float>(3), {}, {}); }), "Cells");
+    const auto fails = [](std::int32_t row, std::span<float>) {
+        if (row == 0)
+            throw EInvalidOperation(QStringLiteral("damaged"));
+    };
+    EXPECT_EQ(MessageOf<EInvalidOperation>([&] { plan.MakeImage(fails, {}, {}); }), "damaged");
     EXPECT_EQ(MessageOf<EArgumentException>([&] { plan.SourceOf(2, 0); }), "Cell");
     EXPECT_EQ(MessageOf<EArgumentException>([&] { plan.SourceOf(0, -1); }), "Cell");
 }
@@ -215,8 +250,8 @@ TEST(ClimateGridPlan, ShowsTheNewZealandMapGrid) {
                                              TClimateAxis::Metres("y", {5405000, 5455000}, {}));
     EXPECT_EQ(plan.GetWorld(), "nzmg");
     EXPECT_EQ(plan.GetBounds(), TMapArea(1980000, 5480000, 2080000, 5380000));
-    EXPECT_THAT(plan.Apply(std::vector<float>{1, 2, 3, 4}), ElementsAre(3, 4, 1, 2));
-    EXPECT_FALSE(plan.MakeImage(std::vector<float>(4), {}, {})->getHeader()->IsGeographic());
+    EXPECT_THAT(PictureOf(plan, {1, 2, 3, 4}, 2), ElementsAre(3, 4, 1, 2));
+    EXPECT_FALSE(ImageOf(plan, std::vector<float>(4), 2)->getHeader()->IsGeographic());
     EXPECT_EQ(
         MessageOf<EClimateRefusal>([] {
             TClimateGridPlan::Nzmg(TClimateAxis::Metres("x", {0, 1, 5}, {}), TClimateAxis::Metres("y", {0, 1}, {}));
@@ -226,12 +261,14 @@ TEST(ClimateGridPlan, ShowsTheNewZealandMapGrid) {
 
 TEST(ClimateGridPlan, MakesAnImageOfItsCells) {
     const auto plan = PlanOf({170, 180}, {10, 20, 30});
-    const auto image = plan.MakeImage(std::vector<float>{1, 2, Flag, 4, 5, 6.5F}, "Rain", "mm/day");
+    const auto image = ImageOf(plan, {5, 6.5F, Flag, 4, 1, 2}, 2);
     const TImageHeader& header = *image->getHeader();
     EXPECT_EQ(header.GetTitle(), "Rain");
     EXPECT_EQ(header.GetValueUnits(), "mm/day");
     EXPECT_EQ(header.GetMinValue(), 1);
     EXPECT_EQ(header.GetMaxValue(), 6.5F);
+    EXPECT_EQ(header.GetDisplayMin(), 1);
+    EXPECT_EQ(header.GetDisplayMax(), 6.5F);
     EXPECT_EQ(header.GetMaxX(), 185);
     EXPECT_EQ(header.GetMinY(), 5);
     EXPECT_EQ(header.GetResolutionX(), 10);
@@ -239,7 +276,7 @@ TEST(ClimateGridPlan, MakesAnImageOfItsCells) {
     EXPECT_TRUE(TSpatialConst::IsFlag(image->GetCell(1, 2)));
     EXPECT_EQ(image->GetCell(2, 3), 6.5F);
     EXPECT_EQ(TWorldMapArea(&header).WorldSystem->Identifier(), plan.GetWorld());
-    EXPECT_EQ(plan.MakeImage(std::vector<float>(6, Flag), {}, {})->getHeader()->GetMaxValue(), 0);
+    EXPECT_EQ(ImageOf(plan, std::vector<float>(6, Flag), 2)->getHeader()->GetMaxValue(), 0);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/DataSources/Private/lmxClimateSource.h>
+#include <lmx/DataSources/Private/lmxKeptBlock.h>
 #include <lmx/DataSources/Private/lmxSourceIndex.h>
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/DataSources/lmxClimateGridPlan.h>
@@ -54,6 +55,8 @@ public:
 
     /// As TClimateDataset::Read.
     TClimatePicture Read(const TClimateSelection& selection) const;
+    /// @param kept what the file stores as one with the step that was read before
+    TClimatePicture Read(const TClimateSelection& selection, TKeptBlock& kept) const;
 
 private:
     void Add(std::size_t array);
@@ -63,8 +66,9 @@ private:
     QString FindRefusal(TCatalogEntry& entry, const TClimateVariableInfo& info);
     std::shared_ptr<const TClimateTimes> TimesOf(const TClimateRoles& roles, std::size_t count);
     std::shared_ptr<const TClimateGridPlan> PlanOf(const TClimateRoles& roles);
-    std::vector<float> ReadCells(const TCatalogEntry& entry, const TClimateSelection& selection,
-                                 const TUnitConversion& conversion) const;
+    std::unique_ptr<TRealImage> ReadImage(const TClimateSelection& selection, const TUnitConversion& conversion,
+                                          const QString& title, TKeptBlock& kept) const;
+    TRawSlice ReadSlice(const TClimateSelection& selection, TKeptBlock& kept) const;
 
     const QString FFileName;
     std::unique_ptr<IClimateSource> FSource;

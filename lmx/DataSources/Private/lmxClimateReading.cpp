@@ -8,18 +8,27 @@
 
 #include <algorithm>
 #include <new>
+#include <type_traits>
+#include <variant>
 
 namespace lmx {
 
 namespace {
 
-// Cells of rows and columns in the other order.
-std::vector<float> Transposed(const std::vector<float>& cells, std::size_t rows, std::size_t columns) {
-    std::vector<float> result(cells.size());
-    for (std::size_t column = 0; column < columns; ++column)
-        for (std::size_t row = 0; row < rows; ++row)
-            result[row * columns + column] = cells[column * rows + row];
-    return result;
+// Cells in a row, or in steps of more.
+TRawClimateCells EachStep(const TRawClimateCells& raw, std::size_t first, std::size_t step, std::size_t count,
+                          TRawSlice& picked) {
+    return std::visit(
+        [&](const auto& cells) -> TRawClimateCells {
+            if (step == 1)
+                return cells.subspan(first, count);
+            using TCell = std::remove_const_t<typename std::remove_reference_t<decltype(cells)>::element_type>;
+            auto* const to = static_cast<TCell*>(picked.GetBytes());
+            for (std::size_t i = 0; i < count; ++i)
+                to[i] = cells[first + i * step];
+            return picked.GetCells();
+        },
+        raw);
 }
 
 // Numbers by the month need the days of the month; a step without a date keeps the units of the file.
@@ -31,19 +40,6 @@ double DaysInMonthOf(const TClimateTimes& times, std::size_t step) {
 // Documents of another folder find the file by it.
 QString WholePath(const QString& fileName) {
     return QFileInfo::exists(fileName) ? QFileInfo(fileName).absoluteFilePath() : fileName;
-}
-
-// Whether the file has the cells of the picture one by one: then they need no second copy.
-bool IsInOrder(const TClimateGridPlan& plan) {
-    if (!plan.IsExact())
-        return false;
-    for (std::int32_t column = 0; column < plan.GetColumns(); ++column)
-        if (plan.SourceOf(column, 0) != column)
-            return false;
-    for (std::int32_t row = 0; row < plan.GetRows(); ++row)
-        if (plan.SourceOf(0, row) != std::int64_t{row} * plan.GetColumns())
-            return false;
-    return true;
 }
 
 } // namespace
@@ -61,6 +57,11 @@ QString TClimateVariableInfo::GetLevelCaption(std::size_t level) const {
 }
 
 TClimatePicture TClimateCatalog::Read(const TClimateSelection& selection) const {
+    TKeptBlock none(0);
+    return Read(selection, none);
+}
+
+TClimatePicture TClimateCatalog::Read(const TClimateSelection& selection, TKeptBlock& kept) const {
     if (selection.Variable >= FEntries.size())
         throw EArgumentException(QStringLiteral("Variable"));
     const TCatalogEntry& entry = FEntries[selection.Variable];
@@ -82,13 +83,10 @@ TClimatePicture TClimateCatalog::Read(const TClimateSelection& selection) const 
     picture.World = entry.Plan->GetWorld();
     picture.Variable = info.Variable;
     try {
-        std::vector<float> cells = ReadCells(entry, selection, picture.Conversion);
-        if (!IsInOrder(*entry.Plan))
-            cells = entry.Plan->Apply(cells);
         QString title = picture.Title;
         for (const QString& part : {picture.LevelCaption, picture.TimeCaption})
             title += part.isEmpty() ? QString() : QStringLiteral(", ") + part;
-        picture.Image = entry.Plan->MakeImage(cells, title, picture.Conversion.ShownUnits);
+        picture.Image = ReadImage(selection, picture.Conversion, title, kept);
         picture.Image->getHeader()->SetComment(picture.Conversion.ToText());
         picture.Image->getHeader()->SetLineage(
             TClimateOrigin{WholePath(FFileName), info.Name, picture.TimeCaption, picture.LevelCaption}.ToLineage());
@@ -98,11 +96,31 @@ TClimatePicture TClimateCatalog::Read(const TClimateSelection& selection) const 
     return picture;
 }
 
-std::vector<float> TClimateCatalog::ReadCells(const TCatalogEntry& entry, const TClimateSelection& selection,
-                                              const TUnitConversion& conversion) const {
+std::unique_ptr<TRealImage> TClimateCatalog::ReadImage(const TClimateSelection& selection,
+                                                       const TUnitConversion& conversion, const QString& title,
+                                                       TKeptBlock& kept) const {
+    const TCatalogEntry& entry = FEntries[selection.Variable];
     const TSourceArray& array = FIndex.GetArrays()[entry.Array];
     const TSourceAttributes& attributes = FIndex.GetAttributes(entry.Array);
+    const TRawSlice slice = ReadSlice(selection, kept);
+    const auto rows = std::size_t(array.Dimensions[*entry.Roles.Latitude].Size);
+    const auto columns = std::size_t(array.Dimensions[*entry.Roles.Longitude].Size);
+    const bool hasRows = *entry.Roles.Latitude < *entry.Roles.Longitude; // else column stands after column
+    TRawSlice picked(array.Type, hasRows ? 0 : columns);
+    const TClimateCells meaning({array.Type, FSource->IsNetCdf(), attributes.HasFloatingLimits}, attributes.Values);
+    const TClimateCells::TUnpack unpack =
+        meaning.MakeUnpack(slice.GetCount(), conversion, DaysInMonthOf(*entry.Times, selection.Time));
+    const auto readRow = [&](std::int32_t number, std::span<float> cells) {
+        const auto row = static_cast<std::size_t>(number);
+        unpack(EachStep(slice.GetCells(), hasRows ? row * columns : row, hasRows ? 1 : rows, columns, picked), cells);
+    };
+    return entry.Plan->MakeImage(readRow, title, conversion.ShownUnits);
+}
+
+TRawSlice TClimateCatalog::ReadSlice(const TClimateSelection& selection, TKeptBlock& kept) const {
+    const TCatalogEntry& entry = FEntries[selection.Variable];
     const TClimateRoles& roles = entry.Roles;
+    const TSourceArray& array = FIndex.GetArrays()[entry.Array];
     TSourceWindow window;
     for (std::size_t i = 0; i < array.Dimensions.size(); ++i) {
         const bool isPlace = i == *roles.Longitude || i == *roles.Latitude;
@@ -110,13 +128,7 @@ std::vector<float> TClimateCatalog::ReadCells(const TCatalogEntry& entry, const 
         window.Counts.push_back(isPlace ? std::size_t(array.Dimensions[i].Size) : 1);
     }
     try {
-        const TRawSlice slice = FSource->Read(entry.Array, window);
-        const TClimateCells meaning({array.Type, FSource->IsNetCdf(), attributes.HasFloatingLimits}, attributes.Values);
-        std::vector<float> cells(slice.GetCount());
-        meaning.Unpack(slice.GetCells(), cells, conversion, DaysInMonthOf(*entry.Times, selection.Time));
-        if (*roles.Latitude < *roles.Longitude)
-            return cells;
-        return Transposed(cells, window.Counts[*roles.Latitude], window.Counts[*roles.Longitude]);
+        return roles.Time ? kept.Read(*FSource, entry.Array, window, *roles.Time) : FSource->Read(entry.Array, window);
     } catch (const EClimateFile& failure) {
         throw EClimateFile(FFileName, Format(u"step %d: %s", {qint64(selection.Time + 1), failure.Problem()}));
     }

@@ -76,6 +76,14 @@ TRawSlice::TRawSlice(TClimateCellType type, std::size_t count) : FCount(count), 
         throw EOutOfMemory();
 }
 
+TRawSlice TRawSlice::Part(std::size_t first, std::size_t count) const {
+    TRawSlice part;
+    part.FBytes = std::shared_ptr<std::byte[]>(FBytes, FBytes.get() + first * CellSizeOf(FType));
+    part.FCount = count;
+    part.FType = FType;
+    return part;
+}
+
 TRawClimateCells TRawSlice::GetCells() const {
     const std::byte* const bytes = FBytes.get();
     switch (FType) {

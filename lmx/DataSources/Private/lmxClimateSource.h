@@ -41,7 +41,7 @@ struct TSourceAttributes {
     bool HasFloatingLimits = false; ///< as TClimateCellTraits
 };
 
-/// Cells of a part of an array, in its own type and in the order of its dimensions.
+/// Cells of a part of an array, in its own type and in the order of its dimensions. Copies share the cells.
 class TRawSlice {
 public:
     TRawSlice() = default;
@@ -53,9 +53,11 @@ public:
     void* GetBytes() { return FBytes.get(); }
     const std::byte* GetBytes() const { return FBytes.get(); }
     TRawClimateCells GetCells() const;
+    /// Some of these cells in a row, which live as long as any that share them.
+    TRawSlice Part(std::size_t first, std::size_t count) const;
 
 private:
-    std::unique_ptr<std::byte[]> FBytes;
+    std::shared_ptr<std::byte[]> FBytes;
     std::size_t FCount = 0;
     TClimateCellType FType = TClimateCellType::ctFloat;
 };
@@ -66,6 +68,8 @@ std::size_t CellSizeOf(TClimateCellType type);
 struct TSourceWindow {
     std::vector<quint64> Starts;
     std::vector<std::size_t> Counts;
+
+    friend bool operator==(const TSourceWindow&, const TSourceWindow&) = default;
 };
 
 /// What stands in an open file: arrays with dimensions and attributes, as NetCDF sees the world. Formats that know
