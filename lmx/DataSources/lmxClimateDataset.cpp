@@ -2,6 +2,7 @@
 
 #include <lmx/DataSources/Private/lmxClimateCatalog.h>
 #include <lmx/DataSources/Private/lmxClimateFileOpening.h>
+#include <lmx/DataSources/Private/lmxFilesAtEnd.h>
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 
 #include <algorithm>
@@ -29,8 +30,10 @@ std::atomic<int> RemoteTimeout = 30;
 
 // Listed in one piece on the reader thread, which is not handed over to for each attribute then.
 TClimateDataset::TClimateDataset(const QString& fileName) : FFileName(fileName) {
+    const TFileUse use(fileName);
     auto source = OpenClimateSource(fileName, GetAllowedHosts());
     RunOnReader([&] { FCatalog = std::make_unique<TClimateCatalog>(std::move(source), fileName); });
+    FOpenFile = std::make_unique<TOpenFile>([this] { FCatalog->Close(); });
 }
 
 TClimateDataset::~TClimateDataset() = default;
@@ -56,10 +59,12 @@ const TClimateTimes& TClimateDataset::GetTimes(std::size_t variable) const {
 }
 
 TClimatePicture TClimateDataset::Read(const TClimateSelection& selection) const {
+    const TFileUse use(FFileName);
     return FCatalog->Read(selection);
 }
 
 TClimatePicture TClimateDataset::Read(const TClimateSelection& selection, TKeptBlock& kept) const {
+    const TFileUse use(FFileName);
     return FCatalog->Read(selection, kept);
 }
 

@@ -20,6 +20,7 @@ namespace lmx {
 
 class TClimateCatalog;
 class TKeptBlock;
+class TOpenFile;
 
 struct TClimateDimension {
     QString Name;
@@ -82,15 +83,16 @@ struct TClimatePicture {
 
 /// A climate file that is open: NetCDF, HDF5 with NetCDF's conventions, Zarr 2 (a folder, or stored in a zip), GRIB and
 /// GeoTIFF. What it is is told by its content. After construction any thread may call; NetCDF, HDF5, Zarr and GRIB are
-/// read on one thread of the library, one after the other. The file stays open as long as the object, and a program
-/// should close its datasets before main returns.
+/// read on one thread of the library, one after the other. The file stays open as long as the object. A dataset may
+/// outlive main: the end of the program waits for reads that have begun and closes the file, after which the object
+/// still tells what it knows but reads no more.
 class LMX_DATASOURCES_EXPORT TClimateDataset {
 public:
     /// Opens a file and lists its variables. No cells are read but those of axes.
     /// @param fileName of a file or folder of this computer; "http://" or "https://" and a host of SetAllowedHosts for
     /// a GeoTIFF on it
     /// @throws EClimateFile if it is missing, of an unknown kind, cut short or damaged, reaches for cells in other
-    /// files or claims sizes that no climate file has.
+    /// files or claims sizes that no climate file has; or once the program ends.
     explicit TClimateDataset(const QString& fileName);
     ~TClimateDataset();
     TClimateDataset(const TClimateDataset&) = delete;
@@ -108,7 +110,7 @@ public:
     const TClimateTimes& GetTimes(std::size_t variable) const;
 
     /// @throws EArgumentException "Variable", "Time" or "Level" if there is no such; EClimateFile, with the refusal, or
-    /// with variable and step if they cannot be read; EOutOfMemory.
+    /// with variable and step if they cannot be read, or "...: is closed: the program ends"; EOutOfMemory.
     TClimatePicture Read(const TClimateSelection& selection) const;
 
     /// Hosts from which files may be read, by name, without regard to case. None at first: a document or a file name
@@ -126,6 +128,7 @@ private:
 
     QString FFileName;
     std::unique_ptr<TClimateCatalog> FCatalog;
+    std::unique_ptr<TOpenFile> FOpenFile; // goes before what it closes
 };
 
 } // namespace lmx

@@ -43,7 +43,7 @@ struct TCatalogEntry {
     std::shared_ptr<const TClimateGridPlan> Plan; ///< nil if it is refused
 };
 
-/// What stands in a climate file and how it becomes pictures. Fixed after construction.
+/// What stands in a climate file and how it becomes pictures. Fixed after construction, but for the file itself.
 class TClimateCatalog {
 public:
     /// @throws EClimateFile
@@ -57,6 +57,8 @@ public:
     TClimatePicture Read(const TClimateSelection& selection) const;
     /// @param kept what the file stores as one with the step that was read before
     TClimatePicture Read(const TClimateSelection& selection, TKeptBlock& kept) const;
+    /// Closes the file. Nothing can be read then.
+    void Close() { FSource.reset(); }
 
 private:
     void Add(std::size_t array);

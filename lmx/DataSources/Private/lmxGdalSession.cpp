@@ -1,5 +1,6 @@
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 
+#include <lmx/DataSources/Private/lmxFilesAtEnd.h>
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/Runtime/lmxNumberText.h>
 
@@ -113,37 +114,46 @@ private:
 
 class TReader {
 public:
-    static TReader& Instance() {
-        static TReader reader;
-        return reader;
+    /// Never freed: objects that go at the very end still come here.
+    static TReader& GetSingleton() {
+        static TReader* const reader = Make();
+        return *reader;
     }
 
     void Post(const std::shared_ptr<TJob>& job) {
-        if (std::this_thread::get_id() == FThread.get_id()) {
-            job->Run();
-            return;
-        }
         {
             const std::lock_guard lock(FMutex);
-            FJobs.push_back(job);
+            if (!FIsEnding && std::this_thread::get_id() != FThread.get_id()) {
+                FJobs.push_back(job);
+                FChanged.notify_one();
+                return;
+            }
+        }
+        job->Run();
+    }
+
+    void End() {
+        {
+            const std::lock_guard lock(FMutex);
+            FIsEnding = true;
         }
         FChanged.notify_one();
+        if (FThread.joinable() && std::this_thread::get_id() != FThread.get_id())
+            FThread.join();
     }
 
 private:
-    TReader() : FThread([this] { Work(); }) {}
-    ~TReader() {
-        {
-            const std::lock_guard lock(FMutex);
-            FEnding = true;
-        }
-        FChanged.notify_one();
-        FThread.join();
+    static TReader* Make() {
+        H5open(); // the end of the thread then comes before that of the library
+        CloseFilesBeforeLibraries();
+        return new TReader;
     }
+
+    TReader() : FThread([this] { Work(); }) {}
 
     std::shared_ptr<TJob> Next() {
         std::unique_lock lock(FMutex);
-        FChanged.wait(lock, [this] { return FEnding || !FJobs.empty(); });
+        FChanged.wait(lock, [this] { return FIsEnding || !FJobs.empty(); });
         if (FJobs.empty())
             return nullptr;
         auto job = FJobs.front();
@@ -159,7 +169,7 @@ private:
     std::mutex FMutex;
     std::condition_variable FChanged;
     std::deque<std::shared_ptr<TJob>> FJobs;
-    bool FEnding = false;
+    bool FIsEnding = false;
     std::thread FThread; // last: it uses what stands above
 };
 
@@ -203,8 +213,12 @@ void RegisterClimateDrivers() {
 
 std::shared_ptr<TReaderJob> PostToReader(std::function<void()> work) {
     auto job = std::make_shared<TJob>(std::move(work));
-    TReader::Instance().Post(job);
+    TReader::GetSingleton().Post(job);
     return job;
+}
+
+void EndReader() {
+    TReader::GetSingleton().End();
 }
 
 void RunOnReader(std::function<void()> work) {

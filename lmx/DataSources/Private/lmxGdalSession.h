@@ -58,6 +58,9 @@ public:
 /// over by work that runs there, it runs at once.
 std::shared_ptr<TReaderJob> PostToReader(std::function<void()> work);
 
+/// Ends the thread after the work that it has. From then on work runs at once, on the thread that hands it over.
+void EndReader();
+
 /// Posts and waits.
 void RunOnReader(std::function<void()> work);
 

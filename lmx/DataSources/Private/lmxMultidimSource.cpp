@@ -1,5 +1,6 @@
 #include <lmx/DataSources/Private/lmxMultidimSource.h>
 
+#include <lmx/DataSources/Private/lmxFilesAtEnd.h>
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 #include <lmx/DataSources/Private/lmxGdalTypes.h>
 #include <lmx/DataSources/Private/lmxReaderThreadSource.h>
@@ -13,6 +14,7 @@
 #include <gdal_priv.h>
 
 #include <algorithm>
+#include <mutex>
 #include <string>
 #include <utility>
 
@@ -134,6 +136,9 @@ public:
         FRoot = FDataset ? FDataset->GetRootGroup() : nullptr;
         if (!FRoot)
             throw EClimateFile(fileName, quiet.Explain(QStringLiteral("is damaged or not understood")));
+        static std::once_flag isSetUp; // opening a file sets the driver's library up
+        if (FIsNetCdf)
+            std::call_once(isSetUp, CloseFilesBeforeLibraries);
         Walk(FRoot, 0);
     }
 
