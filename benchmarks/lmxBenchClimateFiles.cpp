@@ -2,9 +2,9 @@
 // walk over its arrays and their attributes; a slice of 4320 x 2160 packed shorts, from the file to a coloured layer,
 // at most 2.5 times GDAL's read of it in its own type and our colouring of an image that is at hand.
 
+#include <benchmarks/ClimateFile.h>
 #include <benchmarks/Measuring.h>
 #include <lmx/Colour/lmxGradientColorCalculator.h>
-#include <lmx/DataSources/Private/lmxGdalSession.h>
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
@@ -13,9 +13,6 @@
 #include <QApplication>
 #include <QTemporaryDir>
 
-#include <gdal_priv.h>
-
-#include <cmath>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -29,84 +26,6 @@ using namespace lmx::bench;
 
 constexpr int Columns = Sized(4320);
 constexpr int Rows = Sized(2160);
-
-void Check(bool isDone) {
-    if (!isDone)
-        throw EInvalidOperation(QStringLiteral("GDAL does not write what is to be measured"));
-}
-
-void SetText(GDALIHasAttribute& owner, const char* name, const char* text) {
-    const auto attribute = owner.CreateAttribute(name, {}, GDALExtendedDataType::CreateString());
-    Check(attribute && attribute->Write(text));
-}
-
-std::shared_ptr<GDALMDArray> AddAxis(GDALGroup& root, const char* name, const char* type, const char* units, int count,
-                                     double first, double step, std::vector<std::shared_ptr<GDALDimension>>& all) {
-    const auto dimension = root.CreateDimension(name, type, {}, GUInt64(count));
-    const auto axis = root.CreateMDArray(name, {dimension}, GDALExtendedDataType::Create(GDT_Float64));
-    Check(axis != nullptr);
-    axis->SetUnit(units);
-    std::vector<double> values;
-    for (int i = 0; i < count; ++i)
-        values.push_back(first + step * i);
-    const GUInt64 start = 0;
-    const std::size_t length = std::size_t(count);
-    Check(axis->Write(&start, &length, nullptr, nullptr, axis->GetDataType(), values.data()));
-    all.push_back(dimension);
-    return axis;
-}
-
-struct TMadeFile {
-    int Variables = 1;
-    int FileColumns = 0;
-    int FileRows = 0;
-    bool IsNetCdf4 = false;
-    bool HasCells = false;
-};
-
-void MakeFile(const QString& path, const TMadeFile& made) {
-    const TQuietGdal quiet;
-    RegisterClimateDrivers();
-    GDALDriver* const driver = GetGDALDriverManager()->GetDriverByName("netCDF");
-    const char* const format[] = {"FORMAT=NC4", nullptr};
-    const char* const classic[] = {"FORMAT=NC", nullptr};
-    const std::unique_ptr<GDALDataset> file(driver->CreateMultiDimensional(
-        path.toUtf8().constData(), nullptr, made.IsNetCdf4 || made.Variables > 1 ? format : classic));
-    Check(file != nullptr);
-    const auto root = file->GetRootGroup();
-    std::vector<std::shared_ptr<GDALDimension>> dimensions;
-    AddAxis(*root, "time", "TEMPORAL", "days since 2000-01-01", 3, 0, 1, dimensions);
-    AddAxis(*root, "lat", "HORIZONTAL_Y", "degrees_north", made.FileRows, 90 - 90.0 / made.FileRows,
-            -180.0 / made.FileRows, dimensions);
-    AddAxis(*root, "lon", "HORIZONTAL_X", "degrees_east", made.FileColumns, -180 + 180.0 / made.FileColumns,
-            360.0 / made.FileColumns, dimensions);
-    std::vector<std::int16_t> cells;
-    for (int i = 0; made.HasCells && i < made.FileRows * made.FileColumns; ++i)
-        cells.push_back(std::int16_t(9000 * std::sin(i * 1e-3) + i % 7));
-    for (int i = 0; i < made.Variables; ++i) {
-        const std::string name = "tas" + std::to_string(i);
-        const auto array = root->CreateMDArray(name, dimensions, GDALExtendedDataType::Create(GDT_Int16));
-        Check(array != nullptr);
-        array->SetUnit("K");
-        array->SetScale(0.01);
-        array->SetOffset(273.15);
-        array->SetNoDataValue(-32768);
-        SetText(*array, "standard_name", "air_temperature");
-        SetText(*array, "long_name", "Near-surface air temperature");
-        SetText(*array, "cell_methods", "time: mean");
-        for (GUInt64 step = 0; made.HasCells && step < 3; ++step) {
-            const GUInt64 starts[] = {step, 0, 0};
-            const std::size_t counts[] = {1, std::size_t(made.FileRows), std::size_t(made.FileColumns)};
-            Check(array->Write(starts, counts, nullptr, nullptr, array->GetDataType(), cells.data()));
-        }
-    }
-}
-
-std::unique_ptr<GDALDataset> OpenByGdal(const QString& path) {
-    const char* const drivers[] = {"netCDF", nullptr};
-    return std::unique_ptr<GDALDataset>(
-        GDALDataset::Open(("NETCDF:\"" + path.toUtf8() + '"').constData(), GDAL_OF_MULTIDIM_RASTER, drivers));
-}
 
 std::size_t WalkByGdal(const QString& path) {
     const auto file = OpenByGdal(path);
