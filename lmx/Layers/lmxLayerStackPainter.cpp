@@ -1,6 +1,7 @@
 #include <lmx/Layers/lmxLayerStackPainter.h>
 
 #include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Layers/Private/lmxPaintedLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 
 namespace lmx {
@@ -22,8 +23,7 @@ public:
         if (!GoesOn())
             return false;
         const TBorrowed borrowed(layer);
-        const bool isWanted = layer->GetIsVisible() && layer->GetHasContent() && borrowed && layer->GetIsReadyToDraw();
-        return !isWanted || Paint(borrowed);
+        return !IsPainted(*layer) || Paint(borrowed);
     }
 
     bool Paint(const TBorrowed<TBaseMapLayer>& layer) const {

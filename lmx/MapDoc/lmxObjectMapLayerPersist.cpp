@@ -49,9 +49,13 @@ void TObjectMapLayerPersist::WriteLayer(TMapDocResourcePersist&, const TBaseMapL
                                         TMapDocExternalResourcePolicy) {
     const auto& objects = LayerAs<const TObjectMapLayer>(layer);
     data.SetAttribute(ViewSize, SizeToString(Scaled(objects.GetPrevViewSize(), 1 / objects.GetDeviceRatio())));
-    for (const TBaseObjectLayerItem* const item : objects.GetObjects())
-        if (const auto persist = TObjectLayerTypeItemPersistFactory::GetObject(item->GetObjectClassType()))
+    objects.GetObjects().ForEach([&, self = TBorrowed(layer)](const TBaseObjectLayerItem* item) {
+        const TBorrowed living(item); // one of a host's says itself of which type it is
+        const auto persist = TObjectLayerTypeItemPersistFactory::GetObject(item->GetObjectClassType());
+        if (persist && living)
             persist->Write(item, data.AddChild(ObjectNode));
+        return static_cast<bool>(self);
+    });
 }
 
 } // namespace lmx

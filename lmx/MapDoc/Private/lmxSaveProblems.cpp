@@ -104,11 +104,12 @@ QStringList ProblemsOf(const TBaseObjectLayerItem& item) {
 
 QStringList ProblemsOf(const TObjectMapLayer& layer) {
     QStringList problems;
-    for (const TBaseObjectLayerItem* const item : layer.GetObjects()) {
-        if (item->GetObjectClassType() == QStringLiteral("SHAPELEGEND"))
-            return problems << QStringLiteral("The shape key stops the objects behind it");
-        problems += ProblemsOf(*item);
-    }
+    layer.GetObjects().ForEach([&problems](const TBaseObjectLayerItem* item) {
+        const bool isKey = item->GetObjectClassType() == QStringLiteral("SHAPELEGEND");
+        problems +=
+            isKey ? QStringList(QStringLiteral("The shape key stops the objects behind it")) : ProblemsOf(*item);
+        return !isKey;
+    });
     return problems;
 }
 

@@ -49,8 +49,7 @@ void TAnnotationCopies::Copy(const TObjectMapLayer& objects) {
     const double factor = FLayer.GetDeviceRatio() / objects.GetDeviceRatio();
     const TSize size = objects.GetPrevViewSize();
     FLayer.SetPrevViewSize({RoundToPixel(size.cx * factor), RoundToPixel(size.cy * factor)});
-    for (const TBaseObjectLayerItem* item : objects.GetObjects())
-        Copy(*item);
+    objects.GetObjects().ForEach([this](const TBaseObjectLayerItem* item) { Copy(*item); });
 }
 
 void TAnnotationCopies::Copy(const TBaseObjectLayerItem& item) {

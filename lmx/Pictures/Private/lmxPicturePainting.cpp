@@ -1,6 +1,7 @@
 #include <lmx/Pictures/Private/lmxPicturePainting.h>
 
 #include <lmx/Coordinates/wskWorld.h>
+#include <lmx/Layers/Private/lmxPaintedLayer.h>
 #include <lmx/Layers/lmxBufferedMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
@@ -118,13 +119,14 @@ std::vector<TBorrowed<TBaseMapLayer>> MarksOf(const TPictureOrder& order) {
 
 /// The first layer that is painted and is still being drawn, or nil.
 const TBufferedMapLayer* BusyLayer(const ILayerManager& manager) {
-    for (const TBaseMapLayer* layer : manager.GetLayers()) {
+    const TBufferedMapLayer* busy = nullptr;
+    manager.GetLayers().ForEach([&busy](const TBaseMapLayer* layer) {
         const auto* buffered = dynamic_cast<const TBufferedMapLayer*>(layer);
-        if (buffered && layer->GetIsVisible() && layer->GetHasContent() && layer->GetIsReadyToDraw() &&
-            (buffered->GetCurrentThread() || buffered->GetRenderThread()))
-            return buffered;
-    }
-    return nullptr;
+        if (buffered && IsPainted(*layer) && (buffered->GetCurrentThread() || buffered->GetRenderThread()))
+            busy = buffered;
+        return !busy;
+    });
+    return busy;
 }
 
 /// Waits for what layers draw in the background.
