@@ -1,5 +1,6 @@
 #include <lmx/Colour/lmxColorPalette.h>
 
+#include <lmx/Colour/Private/lmxColorComponent.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiPalFile.h>
 #include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -19,17 +20,10 @@ const QString& FirstLine() {
     return line;
 }
 
-std::uint8_t StringToComponent(const QString& text) {
-    const std::int32_t component = StrToInt(text);
-    if (component < 0 || component > 255)
-        throw EConvertError(u'\'' + text + QStringLiteral("' is not a valid color component"));
-    return static_cast<std::uint8_t>(component);
-}
-
 /// The first piece that is no component is the one that is named.
 TColor32 PiecesToColor(const QStringList& pieces) {
     std::uint8_t components[4];
-    std::transform(pieces.begin(), pieces.end(), components, StringToComponent);
+    std::transform(pieces.begin(), pieces.end(), components, StringToColorComponent);
     return Color32(components[0], components[1], components[2], components[3]);
 }
 

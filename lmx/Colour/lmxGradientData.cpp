@@ -1,5 +1,6 @@
 #include <lmx/Colour/lmxGradientData.h>
 
+#include <lmx/Colour/Private/lmxColorComponent.h>
 #include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Runtime/lmxExtended.h>
@@ -23,20 +24,13 @@ const QString EndAttribute = QStringLiteral("endAtValue");
 
 constexpr qsizetype ShortestColorText = 6;
 
-std::uint8_t StringToComponent(const QString& text) {
-    const std::int32_t component = StrToInt(text);
-    if (component < 0 || component > 255)
-        throw EConvertError(u'\'' + text + QStringLiteral("' is not a valid color component"));
-    return static_cast<std::uint8_t>(component);
-}
-
 TColor32 CommaTextToColor32(const QString& text) {
     const QStringList pieces = Split(text, u',');
     if (pieces.size() != 3 && pieces.size() != 4)
         throw EGradientDataException(QStringLiteral("Comma-seperated color value is invalid"));
     std::uint8_t components[4] = {0, 0, 0, 255};
     for (qsizetype i = 0; i < pieces.size(); ++i)
-        components[i] = StringToComponent(pieces[i]);
+        components[i] = StringToColorComponent(pieces[i]);
     return Color32(components[0], components[1], components[2], components[3]);
 }
 
