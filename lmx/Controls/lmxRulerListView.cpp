@@ -12,7 +12,7 @@ namespace lmx {
 
 namespace {
 
-enum TColumn { LocationColumn, TypeColumn, ColorColumn };
+enum TColumn { coLocation, coType, coColor };
 
 QColor OpaqueColor(const TRulerItem& ruler) {
     return QColor::fromRgb(Color32(WinColor(ruler.GetColor())));
@@ -41,9 +41,9 @@ void DrawLine(QPainter& canvas, const QRect& cell, TRulerOrientation orientation
 
 void DrawRulerItem(QPainter& canvas, const TListRow& row, const TRulerItem& ruler) {
     DrawRowGround(canvas, row);
-    DrawCellText(canvas, row.Cells[LocationColumn].adjusted(2, 0, -2, 0), LocationText(ruler));
-    DrawLine(canvas, row.Cells[TypeColumn].adjusted(2, 2, -2, -2), ruler.GetOrientation(), row.Ink());
-    DrawBoxOnGrid(canvas, row.Cells[ColorColumn].adjusted(3, 4, -3, -4), row.Ink(), OpaqueColor(ruler));
+    DrawCellText(canvas, row.Cells[coLocation].adjusted(2, 0, -2, 0), LocationText(ruler));
+    DrawLine(canvas, row.Cells[coType].adjusted(2, 2, -2, -2), ruler.GetOrientation(), row.Ink());
+    DrawBoxOnGrid(canvas, row.Cells[coColor].adjusted(3, 4, -3, -4), row.Ink(), OpaqueColor(ruler));
 }
 
 class TRulerListView::TRulerRows final : public IListRows {
@@ -54,9 +54,9 @@ public:
     QString GetText(int row, int column) const override {
         const TRulerItem& ruler = *Items[static_cast<std::size_t>(row)];
         switch (column) {
-        case LocationColumn:
+        case coLocation:
             return LocationText(ruler);
-        case TypeColumn:
+        case coType:
             return TypeText(ruler);
         default:
             return OpaqueColor(ruler).name().toUpper();

@@ -538,6 +538,8 @@ std::vector<TPlace> AllPlaces() {
     };
     const std::vector<TPlace> dialogs = ChaosDialogPlaces();
     places.insert(places.end(), dialogs.begin(), dialogs.end());
+    const std::vector<TPlace> lists = ChaosListPlaces();
+    places.insert(places.end(), lists.begin(), lists.end());
     return places;
 }
 

@@ -30,6 +30,7 @@ struct TDeed {
 
 const std::vector<TPlace>& ChaosPlaces();
 std::vector<TPlace> ChaosDialogPlaces(); ///< those of the properties and of the points, which are among them
+std::vector<TPlace> ChaosListPlaces();   ///< those of lists, likewise
 const std::vector<TDeed>& ChaosDeeds();
 
 // What is used, if it is still there.

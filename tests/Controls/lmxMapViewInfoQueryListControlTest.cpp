@@ -401,5 +401,45 @@ TEST_F(InfoQueryList, SurvivesCalculatorsThatChangeWhatItLists) {
     EXPECT_EQ(table, nullptr);
 }
 
+// ---- What goes meanwhile
+
+TEST_F(InfoQueryList, WhoHearsThatASelectionEndsWithAColumnMayEndTheTable) {
+    const auto ending = [this](auto change) {
+        AddPoint(1, 1);
+        AddRaster("a", {0, 2, 2, 0});
+        AddRaster("b", {0, 2, 2, 0});
+        Table = std::make_unique<TMapViewInfoQueryListControl>();
+        Table->SetIQPLayer(Points.get());
+        Table->SetLayerManager(Manager);
+        Select({0});
+        int told = 0;
+        const auto subscription = Table->GetList()->GetOnSelectionChanged().Add([&](TDrawnListView*) {
+            ++told;
+            Table.reset();
+        });
+        change();
+        EXPECT_EQ(told, 1);
+        EXPECT_EQ(Table, nullptr);
+        Manager->GetLayers().Clear();
+    };
+    ending([this] { Manager->GetLayers().Remove(Manager->GetLayers()[0]); });
+    ending([this] { Table->SetLayerManager(nullptr); });
+}
+
+TEST_F(InfoQueryList, WhoHearsThatASelectionEndsMaySetAnotherManager) {
+    AddPoint(1, 1);
+    AddRaster("a", {0, 2, 2, 0});
+    AddRaster("b", {0, 2, 2, 0});
+    Table->SetLayerManager(Manager);
+    Select({0});
+    const auto other = TLayerManagerFactory::GetObject();
+    const auto subscription =
+        Table->GetList()->GetOnSelectionChanged().Add([&](TDrawnListView*) { Table->SetLayerManager(other); });
+    Table->SetLayerManager(nullptr);
+    EXPECT_EQ(Table->GetLayerManager(), other);
+    EXPECT_EQ(Table->GetColumnLayer(0), nullptr);
+    EXPECT_EQ(Table->GetList()->model()->columnCount(), 1);
+}
+
 } // namespace
 } // namespace lmx

@@ -54,6 +54,18 @@ TEST(MapViewMenu, AFailureOfAnEntryIsShownAndGoesNoFurther) {
     EXPECT_EQ(boxes->Shown[0].Text, QStringLiteral("Nothing to copy"));
 }
 
+TEST(MapViewMenu, WhatIsChosenMayEndTheView) {
+    auto view = std::make_unique<TMapViewControl>(nullptr, TSpecialLayerAccess());
+    QMenu* const menu = view->GetPopupMenu();
+    view->AddPopupMenuItem(QStringLiteral("Close"), [&view] { view.reset(); });
+    view->show();
+    menu->popup({10, 10});
+    QTest::keyClick(menu, Qt::Key_Up); // to the last one
+    QTest::keyClick(menu, Qt::Key_Return);
+    EXPECT_EQ(view, nullptr);
+    TShownView::Settle();
+}
+
 TEST(MapViewMenu, OpensWithTheReleaseOfTheRightButton) {
     TShownView shown;
     QTest::mousePress(&shown.View, Qt::RightButton, {}, {20, 20});

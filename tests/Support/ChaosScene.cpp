@@ -269,6 +269,11 @@ bool TChaosItem::Survives(const char* operation) const {
     return static_cast<bool>(self);
 }
 
+QString TChaosItem::GetObjectClassType() const {
+    Survives("GetObjectClassType");
+    return {};
+}
+
 void TChaosItem::SetRect(const TRect& rect) {
     if (Survives("SetRect"))
         TBaseObjectLayerItem::SetRect(rect);

@@ -85,7 +85,7 @@ public:
     TChaosItem(TObjectMapLayer* layer, TSharedHooks hooks);
 
     QString GetObjectType() const override { return QStringLiteral("Chaos"); }
-    QString GetObjectClassType() const override { return {}; }
+    QString GetObjectClassType() const override;
     void SetRect(const TRect& rect) override;
     void Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& bitmap) override;
     void MouseDown(TWorldViewport* viewport, TPoint point) override;
