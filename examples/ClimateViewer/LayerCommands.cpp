@@ -2,6 +2,7 @@
 
 #include <lmx/Layers/lmxLayerDuplicator.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Widgets/lmxEventGuard.h>
 
 #include <QAction>
@@ -65,13 +66,15 @@ void TLayerCommands::Rename(lmx::TBaseMapLayer* layer) {
 
 void TLayerCommands::Duplicate(lmx::TBaseMapLayer* layer) {
     lmx::GuardEvent(nullptr, [&] {
-        const QString name = FManager->GetNextName(layer->GetLayerName());
-        lmx::TBaseMapLayer* copy = lmx::TLayerDuplicatorFactory::GetObject(layer, FManager)->Duplicate();
-        if (!copy)
-            return;
-        copy->SetLayerName(name);
-        MoveToGap(*FManager, copy, PlaceInList(*FManager, layer));
-        FManager->SetSelLayer(copy);
+        const auto manager = FManager; // whoever is told may set another one, and take the copy out
+        const QString name = manager->GetNextName(layer->GetLayerName());
+        const lmx::TBorrowed copy(lmx::TLayerDuplicatorFactory::GetObject(layer, manager)->Duplicate());
+        if (copy)
+            copy->SetLayerName(name);
+        if (copy)
+            MoveToGap(*manager, copy.Get(), PlaceInList(*manager, layer));
+        if (copy)
+            manager->SetSelLayer(copy.Get());
     });
 }
 

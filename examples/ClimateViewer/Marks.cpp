@@ -23,8 +23,9 @@ void FoldMarks(lmx::TMapViewControl& view, const lmx::IWorldSystem& world) {
         rulers->Invalidate();
     }
     if (lmx::TInfoQueryPointLayer* points = view.GetSpInfoQueryPointsLayer())
-        for (lmx::TInfoQueryPoint* point : points->GetPoints())
+        points->GetPoints().ForEach([&](lmx::TInfoQueryPoint* point) { // each of which tells the layer
             point->SetPoint(world.ToWorldPoint(point->GetPoint()));
+        });
     if (lmx::TSelectionMapLayer* selection = view.GetSpSelectionLayer()) {
         const lmx::TMapPoint from = selection->GetTopLeft();
         const lmx::TMapPoint to = selection->GetBottomRight();

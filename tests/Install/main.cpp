@@ -8,6 +8,7 @@
 #include <lmx/Formats/lmxFormats.h>
 #include <lmx/Graphics/lmxGraphics.h>
 #include <lmx/Layers/lmxLayers.h>
+#include <lmx/MapDoc/lmxMapDoc.h>
 #include <lmx/Pictures/lmxPictures.h>
 #include <lmx/Raster/lmxRaster.h>
 #include <lmx/Runtime/lmxRuntime.h>
