@@ -29,9 +29,14 @@ public:
     }
 
 private:
+    // The view in the map control cannot count its calls, but Qt says that it is being painted.
+    static bool IsPlatformAtWork(const TChaosScene& scene) {
+        const QWidget* const inner = scene.Map ? scene.Map->GetMapView() : nullptr;
+        return scene.PlatformCalls > 0 || (inner && inner->testAttribute(Qt::WA_WState_InPaintEvent));
+    }
     void Act(TChaosScene& scene) {
         FIsReached = true;
-        if (FNext == FDeeds.size() || FIsActing || (FDeeds[FNext]->EndsWidget && scene.PlatformCalls > 0))
+        if (FNext == FDeeds.size() || FIsActing || (FDeeds[FNext]->EndsWidget && IsPlatformAtWork(scene)))
             return;
         const TDeed& deed = *FDeeds[FNext++];
         if (qEnvironmentVariableIsSet("LMX_CHAOS_TRACE"))
