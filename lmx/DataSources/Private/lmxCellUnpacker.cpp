@@ -67,7 +67,8 @@ void UnpackConverted(std::span<const Raw> raw, const TRule rule, float* values) 
         const auto number = static_cast<double>(raw[i]);
         const auto shown = static_cast<float>(rule.ConvertedOf(number));
         const bool isFlag = rule.IsFlag(number);
-        becameFlags |= static_cast<int>(!isFlag & TSpatialConst::IsFlag(shown));
+        const bool isShownFlag = TSpatialConst::IsFlag(shown);
+        becameFlags |= static_cast<int>(!isFlag & isShownFlag);
         values[i] = isFlag ? TSpatialConst::NoData : shown;
     }
     for (std::size_t i = 0; becameFlags && i < raw.size(); ++i)
