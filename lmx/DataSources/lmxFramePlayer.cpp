@@ -5,6 +5,7 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxExtended.h>
 #include <lmx/Runtime/lmxThread.h>
+#include <lmx/Widgets/lmxEventGuard.h>
 
 #include <algorithm>
 #include <cmath>
@@ -33,8 +34,10 @@ TFramePlayer::TFramePlayer() : FClock(new QTimer), FWorker(TThreadPriority::tpLo
     FClock->setTimerType(Qt::PreciseTimer);
     SetFramesPerSecond(FFramesPerSecond);
     QObject::connect(FClock.get(), &QTimer::timeout, [self = TBorrowed(this)] {
-        if (self)
-            self->Advance();
+        GuardEvent(nullptr, [&self] { // a source may raise
+            if (self)
+                self->Advance();
+        });
     });
 }
 

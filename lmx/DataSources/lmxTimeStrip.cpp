@@ -2,6 +2,7 @@
 
 #include <lmx/DataSources/Private/lmxTimeStripButton.h>
 #include <lmx/Runtime/lmxExtended.h>
+#include <lmx/Widgets/lmxEventGuard.h>
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -49,7 +50,7 @@ TTimeStripButton* TTimeStrip::AddButton(TGlyph glyph, const QString& hint, TDeed
     auto* const button = new TTimeStripButton(this, glyph, hint);
     button->setObjectName(hint.toLower());
     layout()->addWidget(button);
-    connect(button, &QAbstractButton::clicked, this, [this, deed] {
+    GuardClick(button, [this, deed] {
         if (deed)
             Do(deed);
         else
@@ -65,10 +66,12 @@ void TTimeStrip::AddSlider() {
     FSlider->setMinimumWidth(80);
     layout()->addWidget(FSlider);
     connect(FSlider, &QSlider::valueChanged, this, [this](int value) {
-        TFramePlayer* const player = FPlayer.Get();
-        const auto index = static_cast<std::size_t>(value);
-        if (player && index < player->GetCount())
-            player->GoTo(index);
+        GuardEvent(this, [&] {
+            TFramePlayer* const player = FPlayer.Get();
+            const auto index = static_cast<std::size_t>(value);
+            if (player && index < player->GetCount())
+                player->GoTo(index);
+        });
     });
 }
 
@@ -87,8 +90,10 @@ void TTimeStrip::AddSettings() {
     FStep->addItems({Named("By frame"), Named("By month"), Named("By year")}); // in the order of TFrameStep
     layout()->addWidget(FStep);
     connect(FStep, &QComboBox::currentIndexChanged, this, [this](int index) {
-        if (FPlayer)
-            FPlayer->SetStep(static_cast<TFrameStep>(index));
+        GuardEvent(this, [&] {
+            if (FPlayer)
+                FPlayer->SetStep(static_cast<TFrameStep>(index));
+        });
     });
 
     FPace = new QSpinBox(this);
@@ -108,8 +113,10 @@ void TTimeStrip::AddSettings() {
     FLoop->setCheckable(true);
     layout()->addWidget(FLoop);
     connect(FLoop, &QAbstractButton::toggled, this, [this](bool isOn) {
-        if (FPlayer)
-            FPlayer->SetLoop(isOn);
+        GuardEvent(this, [&] {
+            if (FPlayer)
+                FPlayer->SetLoop(isOn);
+        });
     });
 }
 
@@ -176,20 +183,22 @@ void TTimeStrip::RefreshSettings(const TFramePlayer* player) {
 }
 
 void TTimeStrip::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-    case Qt::Key_Left:
-        return Do(&TFramePlayer::Previous);
-    case Qt::Key_Right:
-        return Do(&TFramePlayer::Next);
-    case Qt::Key_Home:
-        return Do(&TFramePlayer::First);
-    case Qt::Key_End:
-        return Do(&TFramePlayer::Last);
-    case Qt::Key_Space:
-        return TogglePlaying();
-    default:
-        QWidget::keyPressEvent(event);
-    }
+    GuardEvent(this, [this, event] {
+        switch (event->key()) {
+        case Qt::Key_Left:
+            return Do(&TFramePlayer::Previous);
+        case Qt::Key_Right:
+            return Do(&TFramePlayer::Next);
+        case Qt::Key_Home:
+            return Do(&TFramePlayer::First);
+        case Qt::Key_End:
+            return Do(&TFramePlayer::Last);
+        case Qt::Key_Space:
+            return TogglePlaying();
+        default:
+            return QWidget::keyPressEvent(event);
+        }
+    });
 }
 
 } // namespace lmx

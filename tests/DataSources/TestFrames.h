@@ -19,6 +19,7 @@ public:
     explicit TTestFrames(std::vector<TClimateDate> dates) : FCount(dates.size()), FDates(std::move(dates)) {}
 
     std::atomic<std::size_t> Fails = 99; ///< the frame that cannot be read
+    bool DatesRaise = false;
 
     void Close() { FIsOpen = false; } ///< reads wait until it is open, or until they are withdrawn
     void Open() { FIsOpen = true; }
@@ -31,6 +32,8 @@ public:
 
     std::size_t GetCount() const override { return FCount; }
     std::optional<TClimateDate> GetDate(std::size_t index) const override {
+        if (DatesRaise)
+            throw EInvalidOperation(QStringLiteral("the dates are damaged"));
         return FDates.empty() ? std::nullopt : std::optional(FDates.at(index));
     }
     TClimateCalendar GetCalendar() const override { return TClimateCalendar(); }

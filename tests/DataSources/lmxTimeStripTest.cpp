@@ -2,10 +2,12 @@
 
 #include <tests/DataSources/TestFrames.h>
 #include <tests/Support/Printers.h>
+#include <tests/Support/ScriptedServices.h>
 #include <tests/Support/Threads.h>
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QSlider>
 #include <QSpinBox>
@@ -175,6 +177,27 @@ TEST_F(TimeStrip, ThePlayerMayGoInAClick) {
     const auto subscription = Player->GetOnChanged().Add([&](TFramePlayer*) { Player.reset(); });
     Click("next");
     EXPECT_EQ(Player, nullptr);
+}
+
+TEST_F(TimeStrip, ShowsWhatASourceRaises) {
+    TScriptedMsgBox boxes;
+    Open(3);
+    Source->DatesRaise = true;
+    const auto shown = [&boxes] {
+        QCoreApplication::processEvents();
+        const QString text = boxes->Shown.empty() ? QString() : boxes->Shown.back().Text;
+        boxes->Shown.clear();
+        return text;
+    };
+    const QString told = QStringLiteral("the dates are damaged");
+    Strip.findChild<QComboBox*>("step")->setCurrentIndex(1);
+    EXPECT_EQ(shown(), told);
+    Click("next");
+    EXPECT_EQ(shown(), told);
+    QTest::keyClick(&Strip, Qt::Key_Right);
+    EXPECT_EQ(shown(), told);
+    Slider()->setValue(2);
+    EXPECT_EQ(shown(), told);
 }
 
 } // namespace
