@@ -72,7 +72,7 @@ public:
 };
 
 /// A map as a picture, without a window: the stack of a manager, its marks and annotations, and around it what a reader
-/// needs. Paint what has a title, legends, a scale, a time or a compass rose stands in a frame on a sheet; without any
+/// needs. What has a title, legends, a scale, a time or a compass rose stands in a frame on a sheet; without any
 /// of them the map fills the picture, and its pixels are those of PaintLayerStack at that size.
 ///
 /// Shapes, vectors and whatever else draws in the background are waited for: the event loop runs meanwhile, without the

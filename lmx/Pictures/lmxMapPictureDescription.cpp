@@ -8,6 +8,7 @@
 #include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Graphics/lmxColorText.h>
 #include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Layers/Private/lmxPaintedLayer.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
@@ -141,10 +142,10 @@ TMapPictureLayer TMapPictureLayer::Of(const TBaseMapLayer& layer) {
 
 std::vector<TMapPictureLayer> TMapPictureDescription::LayersOf(const ILayerManager& manager) {
     std::vector<TMapPictureLayer> layers;
-    for (const TBaseMapLayer* layer : manager.GetLayers())
-        if (layer->GetIsVisible() && layer->GetHasContent() && layer->GetIsReadyToDraw() &&
-            layer->GetShowsInLayersList())
+    manager.GetLayers().ForEach([&layers](const TBaseMapLayer* layer) {
+        if (IsPainted(*layer) && layer->GetShowsInLayersList())
             layers.push_back(TMapPictureLayer::Of(*layer));
+    });
     return layers;
 }
 

@@ -10,6 +10,7 @@
 #include <lmx/Layers/Objects/lmxLegendObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxShapeLegendObjectLayerItem.h>
 #include <lmx/Layers/Objects/lmxTextBoxObjectLayerItem.h>
+#include <lmx/Layers/Private/lmxPaintedLayer.h>
 #include <lmx/Layers/lmxBaseShapeLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxRasterMapLayer.h>
@@ -61,10 +62,6 @@ bool HasLegend(const TRasterMapLayer& raster) {
     return RowCountOf(colors) > 0 || dynamic_cast<const IGradientColorCalculator*>(colors);
 }
 
-bool IsPainted(const TBaseMapLayer& layer) {
-    return layer.GetIsVisible() && layer.GetHasContent() && layer.GetIsReadyToDraw();
-}
-
 /// Lines that a text takes, broken between words.
 int LinesOf(const QString& text, std::int32_t width, const TBitmap32& bitmap) {
     int lines = 1;
@@ -110,15 +107,18 @@ std::int32_t TPictureSheet::Pixels(double units) const {
 }
 
 void TPictureSheet::Survey(const ILayerManager& manager) {
-    for (TBaseMapLayer* layer : manager.GetLayers()) {
+    manager.GetLayers().ForEach([this](TBaseMapLayer* layer) {
         if (!IsPainted(*layer) || !layer->GetShowsInLayersList()) // or a part of another layer
-            continue;
+            return;
         auto* raster = dynamic_cast<TRasterMapLayer*>(layer);
         if (raster && HasLegend(*raster))
             FLegends.insert(FLegends.begin(), TBorrowed<TRasterMapLayer>(raster));
         if (auto* shapes = dynamic_cast<TBaseShapeLayer*>(layer))
-            FKeys.insert(FKeys.begin(), shapes);
-    }
+            FKeys.insert(FKeys.begin(), TBorrowed<TBaseShapeLayer>(shapes));
+    });
+    const auto hasGone = [](const auto& layer) { return !layer; }; // while a later one was asked
+    std::erase_if(FLegends, hasGone);
+    std::erase_if(FKeys, hasGone);
 }
 
 // The map keeps the proportions of what it shows, so that its frame is that of the data, and stands with its title in
@@ -274,12 +274,14 @@ std::int32_t TPictureSheet::AddKey(std::int32_t top) {
         return top;
     auto key = std::make_unique<TShapeLegendObjectLayerItem>(&FItems);
     key->SetShowAll(false);
-    key->SetLayers(FKeys);
+    std::vector<TBaseShapeLayer*> layers;
+    for (const auto& layer : FKeys)
+        layers.push_back(layer.Get());
+    key->SetLayers(layers);
     const std::int32_t left = FMap.Right + Pixels(Gap);
     const std::int32_t bottom = top + KeyHeight();
     key->SetRect({left - Pixels(10), top, left + Pixels(ColumnWidth), bottom}); // 10 units inside
     FItems.GetObjects().Add(std::move(key));
-    FKeys.clear(); // they may go from now on
     return bottom + Pixels(Gap);
 }
 

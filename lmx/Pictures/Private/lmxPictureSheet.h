@@ -56,7 +56,7 @@ private:
     const TMapPictureOptions FOptions;
     const TSize FSize;
     std::vector<TBorrowed<TRasterMapLayer>> FLegends; // from the top of the stack
-    std::vector<TBaseShapeLayer*> FKeys;              // of this moment
+    std::vector<TBorrowed<TBaseShapeLayer>> FKeys;
     TObjectMapLayer FItems;
     TLabel FTitle;
     TRect FMap;
