@@ -47,7 +47,7 @@ private:
 
 using TClassicAttributes = std::vector<std::pair<QByteArray, TClassicValues>>;
 
-/// Writes a classic NetCDF file (CDF-1) without records, byte by byte after its format specification.
+/// Writes a classic NetCDF file (CDF-1) without records, byte by byte as the format tells.
 class TClassicNetCdf {
 public:
     quint32 Dimension(const QByteArray& name, quint32 size) {

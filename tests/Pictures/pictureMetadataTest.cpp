@@ -65,7 +65,7 @@ QMap<QString, QString> ElementsOfXmp(const QByteArray& pdf) {
     return elements;
 }
 
-/// The file that is attached to a PDF: the object that its specification names, a packed stream.
+/// The file that is attached to a PDF: the object that its file entry names, a packed stream.
 QString AttachmentOf(const QByteArray& pdf) {
     const QByteArray before = "/EF <</F ";
     const qsizetype number = pdf.indexOf(before) + before.size();
