@@ -9,6 +9,10 @@
 #include <set>
 #include <utility>
 
+#ifdef Q_OS_LINUX
+#include <unistd.h>
+#endif
+
 namespace lmx {
 
 class TFilesAtEnd {
@@ -68,9 +72,29 @@ private:
     std::set<TOpenFile*> FFiles;
 };
 
+namespace {
+
+struct TEndOfThread {
+    ~TEndOfThread() { TFilesAtEnd::GetSingleton().End(); }
+};
+
+// What belongs to the thread that leaves main goes ahead of every static object, also of those that a read makes when
+// it first needs them.
+void EndWithMainThread() {
+#ifdef Q_OS_LINUX
+    if (gettid() == getpid()) {
+        static thread_local const TEndOfThread end;
+        static_cast<void>(end);
+    }
+#endif
+}
+
+} // namespace
+
 TFileUse::TFileUse(const QString& fileName) {
     if (!TFilesAtEnd::GetSingleton().BeginUse())
         throw EClimateFile(fileName, QStringLiteral("is closed: the program ends"));
+    EndWithMainThread();
 }
 
 TFileUse::~TFileUse() {
@@ -85,7 +109,8 @@ TOpenFile::~TOpenFile() {
     TFilesAtEnd::GetSingleton().Remove(*this);
 }
 
-// What is registered later runs earlier, and libraries register when they are set up.
+// For programs whose main thread reads no file. What is registered later runs earlier, and libraries register when they
+// are set up.
 void CloseFilesBeforeLibraries() {
     std::atexit([] { TFilesAtEnd::GetSingleton().End(); });
 }
