@@ -135,7 +135,7 @@ const std::vector<TDeed>& ChaosDeeds() {
          }},
         {"resize", View([](auto& v) { v.resize(75, 55); })},
         {"repaint at once", View([](auto& v) { v.repaint(); }), true},
-        {"grab", View([](auto& v) { v.grab(); })},
+        {"grab", View([](auto& v) { v.grab(); }), true},
         {"handle events", [](S&) { QCoreApplication::processEvents(); }},
         {"click",
          [](S& s) {

@@ -25,7 +25,7 @@ struct TPlace {
 struct TDeed {
     const char* Name;
     TUse Do;
-    bool EndsWidget = false; ///< the platform must not stand in the middle of painting it
+    bool EndsWidget = false; ///< or paints it: the platform must not stand in the middle of painting it
 };
 
 const std::vector<TPlace>& ChaosPlaces();
