@@ -14,7 +14,7 @@ namespace lmx {
 namespace {
 
 struct AddBasicPaletteColorDialog : testing::Test {
-    const tests::TScriptedColorChooser Chooser; // there before the dialog makes its own
+    tests::TScriptedColorChooser Chooser; // there before the dialog makes its own
     TAddBasicPaletteColorDialog Dialog;
 };
 

@@ -23,7 +23,7 @@ struct AddColorClassDialog : testing::Test {
     QLineEdit& Edit(const char* name) { return *Dialog.findChild<QLineEdit*>(QString::fromLatin1(name)); }
 
     const TFormatSettingsScope Point{TFormatSettings{u'.'}};
-    const tests::TScriptedColorChooser Chooser; // there before the dialog makes its own
+    tests::TScriptedColorChooser Chooser; // there before the dialog makes its own
     TAddColorClassDialog Dialog;
 };
 
