@@ -40,7 +40,7 @@ private:
     QByteArray BytesAt(qint64 offset, qint64 count) {
         if (!FDevice.seek(offset))
             RefuseCut();
-        const QByteArray bytes = FDevice.read(count);
+        QByteArray bytes = FDevice.read(count);
         if (bytes.size() != count)
             RefuseCut();
         return bytes;

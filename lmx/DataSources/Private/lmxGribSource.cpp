@@ -162,7 +162,7 @@ private:
         for (const TCoordinate& known : FCoordinates)
             if (known.Name == name && known.Values == values)
                 return known.Dimension;
-        const TSourceDimension dimension{FreePath(name), values.size()};
+        TSourceDimension dimension{FreePath(name), values.size()};
         FArrays.AddValues(dimension.Path, {dimension}, values, attributes);
         FCoordinates.push_back({name, dimension, values});
         return dimension;
