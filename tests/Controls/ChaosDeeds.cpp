@@ -64,7 +64,7 @@ void ManagerAgain(TChaosScene& s) {
 
 void PaintPicture(TChaosScene& s) {
     TMapPictureOptions options;
-    options.Size = {160, 120};
+    options.Size = {480, 320};
     options.ShowsLegends = true;
     options.ShowsCompassRose = true;
     if (const auto manager = s.Manager)
