@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::size_t FewStarts = 2; ///< so many are compared with each in turn
 constexpr std::size_t MostPages = std::size_t{1} << 22;
+constexpr std::size_t NearPieces = 8192; ///< whose pages and starts fit into the caches of a core
 constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
 constexpr std::uint64_t Channels = 0x00FF00FF00FF00FFU;
 constexpr std::uint64_t Halves = 0x0080008000800080U; ///< what rounds the sum of each channel
@@ -188,11 +189,13 @@ TColor32 TColorPieceTable::ColorOf(const TPiece& piece, float value) {
 void TColorPieceTable::GetColors(std::span<const float> values, TColor32* colors, std::span<const float>) const {
     std::uint32_t places[BlockSize];
     FCut.Find(values, places);
-    // Each table on the way to a piece is brought near for all values before the first one is read from it.
-    for (std::size_t i = 0; i < values.size(); ++i)
-        BringNear(&FFirstInPages[places[i]]);
-    for (std::size_t i = 0; i < values.size(); ++i)
-        BringNear(&FStarts[FFirstInPages[places[i]]]);
+    if (FPieces.size() > NearPieces) {
+        // Each table on the way to a piece is brought near for all values before the first one is read from it.
+        for (std::size_t i = 0; i < values.size(); ++i)
+            BringNear(&FFirstInPages[places[i]]);
+        for (std::size_t i = 0; i < values.size(); ++i)
+            BringNear(&FStarts[FFirstInPages[places[i]]]);
+    }
     for (std::size_t i = 0; i < values.size(); ++i) {
         places[i] = static_cast<std::uint32_t>(FindPiece(places[i], values[i]));
         BringNear(&FPieces[places[i]]);
