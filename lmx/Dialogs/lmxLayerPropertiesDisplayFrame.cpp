@@ -191,16 +191,10 @@ TLayerPropertiesDisplayOptionFrame::TLayerPropertiesDisplayOptionFrame(TRasterMa
                     manager ? manager->GetConfig() : nullptr);
 }
 
-// Whoever is told of the new calculator may end the layer, and the dialog with this page.
 void TLayerPropertiesDisplayOptionFrame::Apply() {
     TOptionFrame::Apply();
-    const TBorrowed<TRasterMapLayer> layer = FLayer;
-    if (!layer || !FFrame)
-        return;
-    const std::uint8_t opacity = FFrame->GetOpacity();
-    layer->SetColorCalc(FFrame->CreateColorCalc());
-    if (layer)
-        layer->SetOpacity(opacity);
+    if (FLayer && FFrame)
+        FFrame->ApplyTo(FLayer);
 }
 
 } // namespace lmx

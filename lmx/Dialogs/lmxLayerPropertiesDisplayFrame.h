@@ -57,6 +57,17 @@ public:
     std::shared_ptr<IBaseColorCalculator> CreateColorCalc() const;
     std::uint8_t GetOpacity() const;
 
+    /// Gives a layer a new calculator, edited or not, and then the opacity that is shown. Whoever is told of them may
+    /// end the layer, and the dialog with this frame.
+    /// @throws as CreateColorCalc; the layer is as it was then.
+    template<class Layer>
+    void ApplyTo(const TBorrowed<Layer> layer) const {
+        const std::uint8_t opacity = GetOpacity();
+        layer->SetColorCalc(CreateColorCalc());
+        if (layer)
+            layer->SetOpacity(opacity);
+    }
+
 private:
     template<class Page>
     TLazyTab<Page>* AddPage(const char* name, const QString& caption);

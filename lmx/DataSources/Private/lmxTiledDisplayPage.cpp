@@ -20,16 +20,10 @@ QWidget* TTiledDisplayPage::GetFrame() const {
     return FFrame;
 }
 
-// Whoever is told of the new calculator may end the layer, and the dialog with this page.
 void TTiledDisplayPage::Apply() {
     TOptionFrame::Apply();
-    const TBorrowed<TTiledRasterMapLayer> layer = FLayer;
-    if (!layer || !FFrame)
-        return;
-    const std::uint8_t opacity = FFrame->GetOpacity();
-    layer->SetColorCalc(FFrame->CreateColorCalc());
-    if (layer)
-        layer->SetOpacity(opacity);
+    if (FLayer && FFrame)
+        FFrame->ApplyTo(FLayer);
 }
 
 } // namespace lmx
