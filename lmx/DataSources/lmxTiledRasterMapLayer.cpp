@@ -101,7 +101,7 @@ protected:
 private:
     struct TShown {
         bool IsCoarse = false; // something of it is drawn from a coarser level than it should be, or not at all
-        TTileRange Range;
+        TFoundRange Range;
         std::int64_t Budget = 0;
     };
     struct TAxes {
@@ -148,7 +148,7 @@ private:
         if (filling == TTileFilling::tfGivenUp)
             return;
         shown.IsCoarse |= level != sharp || filling == TTileFilling::tfPartly;
-        shown.Range.Add(RangeOf(cells.Cells()));
+        shown.Range.Add(cells.Cells());
         cells.FindValues();
         const auto picture =
             TBitmap32RasterRendererFactory::GetObject()->Render(&cells, &cells, FOpacity, FColorCalc.get());
@@ -169,7 +169,7 @@ private:
         TThread::Synchronize([layer = FLayer, render = &thread, area = VisibleMapArea, step = FStep, shown] {
             if (!layer || layer->GetCurrentThread().get() != render)
                 return;
-            const TValueRange range{shown.Range.Low, shown.Range.High};
+            const TValueRange range{shown.Range.GetLeast(), shown.Range.GetGreatest()};
             layer->NotePicture(area, step, shown.IsCoarse, shown.Range.HasValues() ? &range : nullptr);
         });
     }
@@ -233,8 +233,8 @@ TValueRange TTiledRasterMapLayer::FindValueRange() const {
         return FShownRange.GetValue();
     const TTileReader reader(
         FSource, FCache, [] { return false; }, [](const QString&) {});
-    const TTileRange range = reader.ReadSomeRange();
-    return range.HasValues() ? TValueRange(range.Low, range.High) : TValueRange::Empty();
+    const TFoundRange range = reader.ReadSomeRange();
+    return range.HasValues() ? TValueRange(range.GetLeast(), range.GetGreatest()) : TValueRange::Empty();
 }
 
 TNullable<float> TTiledRasterMapLayer::GetCachedValue(const TMapPoint& point) const {

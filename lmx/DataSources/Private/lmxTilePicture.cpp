@@ -63,16 +63,6 @@ int TileLevelFor(std::span<const TTileLevel> levels, double cellsAPixel) {
     return best;
 }
 
-TTileRange RangeOf(std::span<const float> cells) {
-    TTileRange range;
-    for (const float cell : cells)
-        if (TSpatialConst::IsValue(cell)) {
-            range.Low = std::min(range.Low, cell);
-            range.High = std::max(range.High, cell);
-        }
-    return range;
-}
-
 std::vector<TTilePiece> TilePiecesOf(const TMapArea& area, const TTileLevel& full,
                                      const TWorldViewportLocal& viewport) {
     std::vector<TTilePiece> pieces;
@@ -121,7 +111,7 @@ std::shared_ptr<const TTileCells> TTileReader::Get(int level, std::int32_t colum
 }
 
 // Four tiles from all over the level tell more than the first four.
-TTileRange TTileReader::ReadSomeRange() const {
+TFoundRange TTileReader::ReadSomeRange() const {
     const int level = FSource->GetStoredLevelCount() - 1;
     const TTileLevel& size = FSource->GetLevels()[static_cast<std::size_t>(level)];
     const auto placesOf = [](std::int32_t cells) {
@@ -131,11 +121,11 @@ TTileRange TTileReader::ReadSomeRange() const {
             places.push_back(second);
         return places;
     };
-    TTileRange range;
+    TFoundRange range;
     for (const std::int32_t row : placesOf(size.Height))
         for (const std::int32_t column : placesOf(size.Width))
             if (const auto tile = Get(level, column, row))
-                range.Add(RangeOf(*tile));
+                range.Add(*tile);
     return range;
 }
 

@@ -1,15 +1,14 @@
 #pragma once
 
+#include <lmx/Climate/lmxFoundRange.h>
 #include <lmx/DataSources/lmxTileCache.h>
 #include <lmx/DataSources/lmxTileSource.h>
 #include <lmx/Graphics/lmxWideRect.h>
 #include <lmx/Layers/Render/lmxRenderThreadHandler.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <limits>
 #include <memory>
 #include <span>
 #include <vector>
@@ -35,19 +34,6 @@ TTileAxis TileAxisOf(std::int64_t left, std::int64_t right, std::int32_t from, s
 /// The level whose cells are to be shown where `fullCells` cells of the raster lie on `pixels` pixels: the smallest one
 /// that has a cell for each pixel, or the raster itself.
 int TileLevelFor(std::span<const TTileLevel> levels, double cellsAPixel);
-
-/// A range of values, without any at first.
-struct TTileRange {
-    float Low = std::numeric_limits<float>::infinity();
-    float High = -std::numeric_limits<float>::infinity();
-
-    bool HasValues() const { return Low <= High; }
-    void Add(const TTileRange& other) {
-        Low = std::min(Low, other.Low);
-        High = std::max(High, other.High);
-    }
-};
-TTileRange RangeOf(std::span<const float> cells); ///< flags are no values
 
 /// One part of a raster on a view: a raster over the seam of its world has two.
 struct TTilePiece {
@@ -83,7 +69,7 @@ public:
                       std::int64_t& budget) const;
 
     /// The range of the values in a few tiles of the smallest level that is stored.
-    TTileRange ReadSomeRange() const;
+    TFoundRange ReadSomeRange() const;
 
     const ITileSource& GetSource() const { return *FSource; }
 
