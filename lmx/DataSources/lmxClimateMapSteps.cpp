@@ -1,6 +1,6 @@
 #include <lmx/DataSources/lmxClimateMapSteps.h>
 
-#include <lmx/Climate/lmxSpatialConst.h>
+#include <lmx/Climate/lmxFoundRange.h>
 #include <lmx/Colour/lmxBaseColorCalculator.h>
 #include <lmx/DataSources/lmxClimateOrigin.h>
 #include <lmx/Formats/Idrisi/lmxAbstractImage.h>
@@ -10,7 +10,6 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -53,15 +52,6 @@ TClimateSelection SelectionOf(const TClimateDataset& dataset, const TClimateOrig
     if (units == info.Units && units != info.Conversion.ShownUnits)
         selection.Units = TClimateShownUnits::suFile;
     return selection;
-}
-
-void Widen(std::optional<TValueRange>& range, float value) {
-    if (!TSpatialConst::IsValue(value))
-        return;
-    if (!range)
-        range = TValueRange(value, value);
-    range->Low = std::min<double>(range->Low, value);
-    range->High = std::max<double>(range->High, value);
 }
 
 /// What of a date a name has.
@@ -149,51 +139,58 @@ std::vector<QString> TClimateMapSteps::GetDateNames() const {
     return {};
 }
 
+// Whoever is told may end layers, and the steps.
 void TClimateMapSteps::Show(std::size_t step) {
     if (step >= GetCount())
         throw EArgumentException(QStringLiteral("Step"));
-    for (TLayer& each : FLayers) {
-        each.Selection.Time = step;
-        TClimatePicture picture = each.Dataset->Read(each.Selection);
-        if (!each.Layer)
-            continue;
-        QString name = each.Layer->GetLayerName();
-        if (!each.Caption.isEmpty() && name.endsWith(each.Caption))
-            name = name.chopped(each.Caption.size()) + picture.TimeCaption;
-        each.Caption = picture.TimeCaption;
-        each.Layer->DeleteBitmap(); // which nobody needs rendered once more
-        each.Layer->SetIsReadyToDraw(false);
-        if (each.Layer)
-            each.Layer->TakeImage(std::move(picture.Image));
-        if (each.Layer)
-            each.Layer->Render(); // views hear that it is ready
-        if (each.Layer)
-            each.Layer->SetLayerName(name);
-        if (each.Layer)
-            each.Layer->DoNotifyInvalidated();
-    }
+    const TBorrowed self(this);
+    for (std::size_t i = 0; self && i < FLayers.size(); ++i)
+        ShowOn(FLayers[i], step);
+}
+
+void TClimateMapSteps::ShowOn(TLayer& each, std::size_t step) {
+    each.Selection.Time = step;
+    TClimatePicture picture = each.Dataset->Read(each.Selection);
+    const TBorrowed<TIdrisiMapLayer> layer = each.Layer;
+    if (!layer)
+        return;
+    QString name = layer->GetLayerName();
+    if (!each.Caption.isEmpty() && name.endsWith(each.Caption))
+        name = name.chopped(each.Caption.size()) + picture.TimeCaption;
+    each.Caption = picture.TimeCaption;
+    layer->DeleteBitmap(); // which nobody needs rendered once more
+    layer->SetIsReadyToDraw(false);
+    if (layer)
+        layer->TakeImage(std::move(picture.Image));
+    if (layer)
+        layer->Render(); // views hear that it is ready
+    if (layer)
+        layer->SetLayerName(name);
+    if (layer)
+        layer->DoNotifyInvalidated();
 }
 
 void TClimateMapSteps::SetColorRange(const TValueRange& range) {
-    for (const TLayer& each : FLayers)
-        StretchColors(each, range);
+    const TBorrowed self(this);
+    for (std::size_t i = 0; self && i < FLayers.size(); ++i)
+        StretchColors(FLayers[i], range);
 }
 
 void TClimateMapSteps::FitColors() {
-    for (const TLayer& each : FLayers)
-        if (const auto range = RangeOf(each))
-            StretchColors(each, *range);
+    const TBorrowed self(this);
+    for (std::size_t i = 0; self && i < FLayers.size(); ++i)
+        if (const TFoundRange range = RangeOf(FLayers[i]); range.HasValues())
+            StretchColors(FLayers[i], {range.GetLeast(), range.GetGreatest()});
 }
 
-std::optional<TValueRange> TClimateMapSteps::RangeOf(const TLayer& layer) {
-    std::optional<TValueRange> range;
+TFoundRange TClimateMapSteps::RangeOf(const TLayer& layer) {
+    TFoundRange range;
     TClimateSelection selection = layer.Selection;
     const std::size_t count = layer.Dataset->GetTimes(selection.Variable).GetCount();
     for (selection.Time = 0; selection.Time < count; ++selection.Time) {
         const TClimatePicture picture = layer.Dataset->Read(selection);
         for (std::int32_t row = 1; row <= picture.Image->getHeader()->GetHeight(); ++row)
-            for (const float value : picture.Image->GetRow(row))
-                Widen(range, value);
+            range.Add(picture.Image->GetRow(row));
     }
     return range;
 }

@@ -4,6 +4,7 @@
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/DataSources/lmxDataSourcesExport.h>
 #include <lmx/Runtime/lmxBorrowed.h>
+#include <lmx/Runtime/lmxLifetime.h>
 
 #include <QString>
 
@@ -16,6 +17,7 @@ namespace lmx {
 
 class ILayerManager;
 class TBaseMapLayer;
+class TFoundRange;
 class TIdrisiMapLayer;
 
 /// The steps in time of a map, also of one that a document has given back: its visible layers whose images come from
@@ -29,6 +31,7 @@ public:
     /// EInvalidOperation `The layers "A" and "B" have 12 and 24 steps in time`.
     explicit TClimateMapSteps(const std::shared_ptr<ILayerManager>& layerManager, const QString& folder = {});
 
+    const TLifetime& GetLifetime() const { return FLifetime; }
     std::size_t GetCount() const; ///< 0 if no layer has times
     // A step is below GetCount. The upper one of several layers has its dates.
 
@@ -60,10 +63,12 @@ private:
     void Add(TIdrisiMapLayer& layer, const std::shared_ptr<const TClimateDataset>& dataset,
              const TClimateSelection& selection, const QString& caption);
     const TClimateTimes& GetTimes() const;
-    static std::optional<TValueRange> RangeOf(const TLayer& layer);
+    static void ShowOn(TLayer& each, std::size_t step);
+    static TFoundRange RangeOf(const TLayer& layer);
     static void StretchColors(const TLayer& layer, const TValueRange& range);
 
     std::vector<TLayer> FLayers; ///< with times, from the bottom
+    TLifetime FLifetime;
 };
 
 } // namespace lmx

@@ -168,6 +168,18 @@ TEST_F(ClimateMapSteps, OneRangeOfColorsIsForAllSteps) {
     EXPECT_EQ(layer->GetColorCalc(), classes);
 }
 
+TEST_F(ClimateMapSteps, MayEndWhenAHostHearsOfAStep) {
+    const TBorrowed<TIdrisiMapLayer> lower = Add(ClimateSample(QStringLiteral("coads_sst.nc")), QStringLiteral("SST"));
+    const TBorrowed<TIdrisiMapLayer> upper = Add(ClimateSample(QStringLiteral("coads_sst.nc")), QStringLiteral("SST"));
+    auto steps = std::make_unique<TClimateMapSteps>(Manager);
+    const QString before = upper->GetLayerName();
+    const TSubscription told = lower->GetOnReadyToDrawChanged().Add([&](TBaseMapLayer*) { steps.reset(); });
+    steps->Show(6);
+    EXPECT_EQ(steps, nullptr);
+    EXPECT_NE(lower->GetBitmap(), nullptr); // the layer under way is finished
+    EXPECT_EQ(upper->GetLayerName(), before);
+}
+
 TEST_F(ClimateMapSteps, NamesHaveAsMuchOfTheDateAsTellsThemApart) {
     const auto namesOf = [this](const char* file, const char* variable) {
         Manager = TLayerManagerFactory::GetObject();
