@@ -14,9 +14,9 @@ namespace lmx {
 
 namespace {
 
-constexpr std::size_t FewStarts = 2; ///< so many are compared with each in turn
+constexpr std::size_t PagesPerStart = 4;
 constexpr std::size_t MostPages = std::size_t{1} << 22;
-constexpr std::size_t NearPieces = 8192; ///< whose pages and starts fit into the caches of a core
+constexpr std::size_t NearPieces = 8192; ///< whose pages fit into the caches of a core
 constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
 constexpr std::uint64_t Channels = 0x00FF00FF00FF00FFU;
 constexpr std::uint64_t Halves = 0x0080008000800080U; ///< what rounds the sum of each channel
@@ -97,7 +97,8 @@ LMX_AVX2 inline bool IsAnyRoundingOpen(__m256d quotients) {
 /// ColorOf for four values, each with a piece of its own; false, and nothing is written, where one of the positions has
 /// to be reckoned more exactly.
 template<class Piece>
-LMX_AVX2 inline bool ColorFour(const Piece* const (&pieces)[4], const float* values, TColor32* colors) {
+LMX_AVX2 inline bool ColorFour(const Piece* const (&pieces)[4], const float* values, __m256i layerAlpha,
+                               TColor32* colors) {
     const auto [mins, positionsPerValue, locations, stepsPerPosition] =
         Transposed(&pieces[0]->Min, &pieces[1]->Min, &pieces[2]->Min, &pieces[3]->Min).Columns;
     const __m256d quotients =
@@ -119,6 +120,10 @@ LMX_AVX2 inline bool ColorFour(const Piece* const (&pieces)[4], const float* val
     __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(_mm256_unpacklo_epi64(even, odd), lower),
                                    _mm256_mullo_epi16(_mm256_unpackhi_epi64(even, odd), upper));
     sum = _mm256_srli_epi16(_mm256_add_epi16(sum, InAll(Halves)), 8);
+    // Alphas times the layer alpha / 255, to the nearest, and the colours times 255 / 255: n / 255 is, for n below
+    // 65,536 and without a division, (m + m / 256) / 256 of m = n + 128.
+    sum = _mm256_add_epi16(_mm256_mullo_epi16(sum, layerAlpha), InAll(Halves));
+    sum = _mm256_srli_epi16(_mm256_add_epi16(sum, _mm256_srli_epi16(sum, 8)), 8);
     sum = _mm256_or_si256(sum, _mm256_srli_epi64(sum, 24));
     const __m256i gathered = _mm256_permutevar8x32_epi32(sum, _mm256_setr_epi32(0, 2, 4, 6, 0, 2, 4, 6));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(colors), _mm256_castsi256_si128(gathered));
@@ -128,12 +133,13 @@ LMX_AVX2 inline bool ColorFour(const Piece* const (&pieces)[4], const float* val
 /// Colours the values that fill whole fours; gives the first that is left to the rule.
 template<class Piece, class Rule>
 LMX_AVX2 std::size_t ColorFours(const Piece* pieces, const std::uint32_t* places, std::span<const float> values,
-                                TColor32* colors, Rule rule) {
+                                std::uint64_t layerAlpha, TColor32* colors, Rule rule) {
+    const __m256i alphas = InAll(layerAlpha << 48 | 0x000000FF00FF00FFU);
     const std::size_t count = values.size() / 4 * 4;
     for (std::size_t i = 0; i < count; i += 4) {
         const Piece* const four[] = {pieces + places[i], pieces + places[i + 1], pieces + places[i + 2],
                                      pieces + places[i + 3]};
-        if (!ColorFour(four, &values[i], colors + i)) [[unlikely]]
+        if (!ColorFour(four, &values[i], alphas, colors + i)) [[unlikely]]
             for (std::size_t j = i; j < i + 4; ++j)
                 colors[j] = rule(pieces[places[j]], values[j]);
     }
@@ -156,24 +162,39 @@ TColorPieceTable::TPiece::TPiece(const TColorPiece& piece)
 TColorPieceTable::TColorPieceTable(const TColorPieces& pieces, const TLayerOpacity& opacity)
     : FOpacity(opacity),
       FStarts(pieces.GetStarts().begin() + (IsNaNApart(pieces) ? 0 : 1), pieces.GetStarts().end()),
-      FCut(FStarts, 1, std::min<std::size_t>(4 * FStarts.size(), MostPages)),
-      FFirstInPages(FCut.FirstInEachPage(FStarts)) {
-    FStarts.insert(FStarts.end(), FewStarts, NaN);
+      FCut(FStarts, TPage::MostStarts, std::min<std::size_t>(PagesPerStart * FStarts.size(), MostPages)) {
     FPieces.reserve(pieces.GetCount() + 1);
     if (IsNaNApart(pieces))
         FPieces.emplace_back(pieces.GetNaNLook());
     for (const TColorPiece& piece : pieces.GetLooks())
         FPieces.emplace_back(piece);
+    const std::vector<std::uint32_t> firstInPages = FCut.FirstInEachPage(FStarts);
+    FPages.reserve(firstInPages.size());
+    for (std::size_t page = 0; page < FCut.GetCount(); ++page) {
+        const std::uint32_t first = firstInPages[page];
+        FPages.emplace_back(first, std::span(FStarts).subspan(first, firstInPages[page + 1] - first));
+    }
+    FPages.emplace_back(firstInPages.back(), std::span<const float>());
 }
 
-std::size_t TColorPieceTable::FindPiece(std::uint32_t page, float value) const {
-    std::size_t reached = FFirstInPages[page];
-    const std::size_t count = FFirstInPages[page + 1] - reached;
-    if (count > FewStarts)
-        return reached + CountReached<float>({&FStarts[reached], count}, value);
-    for (std::size_t i = 0; i < FewStarts; ++i)
-        reached += value >= FStarts[reached] ? 1 : 0; // of the pages behind it reaches none
-    return reached;
+TColorPieceTable::TPage::TPage(std::uint32_t first, std::span<const float> starts)
+    : First(first | (starts.size() > MostStarts ? Crowded : 0)) {
+    Starts.fill(NaN);
+    std::copy_n(starts.begin(), std::min(starts.size(), MostStarts), Starts.begin());
+}
+
+/// Index of the piece of a value that belongs to the page.
+[[gnu::always_inline]] inline std::uint32_t TColorPieceTable::FindPiece(std::uint32_t page, float value) const {
+    const TPage& place = FPages[page];
+    if (place.First & TPage::Crowded) [[unlikely]] {
+        const std::uint32_t first = place.First & ~TPage::Crowded;
+        const std::uint32_t end = FPages[page + 1].First & ~TPage::Crowded;
+        return first + static_cast<std::uint32_t>(CountReached<float>({&FStarts[first], end - first}, value));
+    }
+    std::uint32_t piece = place.First;
+    for (const float start : place.Starts)
+        piece += value >= start ? 1 : 0;
+    return piece;
 }
 
 TColor32 TColorPieceTable::ColorOf(const TPiece& piece, float value) {
@@ -189,26 +210,23 @@ TColor32 TColorPieceTable::ColorOf(const TPiece& piece, float value) {
 void TColorPieceTable::GetColors(std::span<const float> values, TColor32* colors, std::span<const float>) const {
     std::uint32_t places[BlockSize];
     FCut.Find(values, places);
-    if (FPieces.size() > NearPieces) {
-        // Each table on the way to a piece is brought near for all values before the first one is read from it.
+    const bool isFar = FPieces.size() > NearPieces;
+    if (isFar)
         for (std::size_t i = 0; i < values.size(); ++i)
-            BringNear(&FFirstInPages[places[i]]);
+            BringNear(&FPages[places[i]]);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        places[i] = FindPiece(places[i], values[i]);
+    if (isFar)
         for (std::size_t i = 0; i < values.size(); ++i)
-            BringNear(&FStarts[FFirstInPages[places[i]]]);
-    }
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        places[i] = static_cast<std::uint32_t>(FindPiece(places[i], values[i]));
-        BringNear(&FPieces[places[i]]);
-    }
+            BringNear(&FPieces[places[i]]);
+    const auto colorOf = [&](const TPiece& piece, float value) { return FOpacity.Fade(ColorOf(piece, value)); };
     std::size_t done = 0;
 #ifdef LMX_HAS_AVX2_KERNELS
     if (HasAvx2())
-        done = ColorFours(FPieces.data(), places, values, colors, ColorOf);
+        done = ColorFours(FPieces.data(), places, values, FOpacity.GetLayerAlpha(), colors, colorOf);
 #endif
     for (std::size_t i = done; i < values.size(); ++i)
-        colors[i] = ColorOf(FPieces[places[i]], values[i]);
-    for (std::size_t i = 0; i < values.size(); ++i)
-        colors[i] = FOpacity.Fade(colors[i]);
+        colors[i] = colorOf(FPieces[places[i]], values[i]);
 }
 
 } // namespace lmx

@@ -38,6 +38,21 @@ TEST(ColorPieceTable, FadesItsColors) {
     EXPECT_EQ(ColorsOf(pieces, {4, 5}, 0.5F), (std::vector<TColor32>{0x40000001U, 0x80000002U}));
 }
 
+TEST(ColorPieceTable, FadesAsTheLayerOpacityDoes) {
+    TColorPieces pieces(0x00102030U);
+    std::vector<float> values = {-1};
+    for (int alpha = 1; alpha < 256; ++alpha) {
+        values.push_back(static_cast<float>(alpha));
+        pieces.Add(values.back(), TColorPiece::Of(static_cast<TColor32>(alpha) << 24 | 0x00FF2000U));
+    }
+    for (int layerAlpha = 0; layerAlpha < 256; ++layerAlpha) {
+        const float opacity = static_cast<float>(layerAlpha) / 255;
+        const std::vector<TColor32> colors = ColorsOf(pieces, values, opacity);
+        for (std::size_t i = 0; i < values.size(); ++i)
+            ASSERT_EQ(colors[i], TLayerOpacity(opacity).Fade(pieces.GetLooks()[i].From)) << layerAlpha << ", " << i;
+    }
+}
+
 // A quotient next to the middle between two positions must be rounded as the exact one is. Two stops so close that
 // each position between them has another step show it.
 TEST(ColorPieceTable, RoundsPositionsAsTheDefinitionDoes) {
