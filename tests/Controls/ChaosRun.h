@@ -5,9 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
+#include <numeric>
 #include <random>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -99,13 +102,28 @@ private:
     bool FIsSetUp = false;
 };
 
+inline unsigned ChaosSetting(const char* name, unsigned otherwise) {
+    bool isNumber = false;
+    const unsigned value = qEnvironmentVariable(name).toUInt(&isNumber);
+    return isNumber ? value : otherwise;
+}
+
+/// Whether a deed is done at a place when only each LMX_CHAOS_SHARE-th one is. The places' names shift the shares, so
+/// that every deed is done somewhere.
+inline bool IsInShare(const TPlace& place, std::size_t deed) {
+    const std::size_t share = std::max(ChaosSetting("LMX_CHAOS_SHARE", 1), 1U);
+    const std::string_view name(place.Name);
+    return std::accumulate(name.begin(), name.end(), deed) % share == 0;
+}
+
 /// Every deed at one place. The environment variable LMX_CHAOS_DEEDS holds a text that the names of the deeds must
-/// have.
+/// have; LMX_CHAOS_SHARE says that each deed is done at one of so many places only.
 template<class Scene = TChaosScene>
 void MeetEveryDeed(const TPlace& place, const std::vector<TDeed>& deeds) {
     const QString wanted = qEnvironmentVariable("LMX_CHAOS_DEEDS");
-    for (const TDeed& deed : deeds) {
-        if (!QString::fromLatin1(deed.Name).contains(wanted))
+    for (std::size_t i = 0; i < deeds.size(); ++i) {
+        const TDeed& deed = deeds[i];
+        if (!QString::fromLatin1(deed.Name).contains(wanted) || !IsInShare(place, i))
             continue;
         SCOPED_TRACE(testing::Message() << place.Name << ": " << deed.Name);
         if (qEnvironmentVariableIsSet("LMX_CHAOS_TRACE"))
@@ -115,12 +133,6 @@ void MeetEveryDeed(const TPlace& place, const std::vector<TDeed>& deeds) {
         chaos.Run({&place});
         EXPECT_TRUE(chaos.IsEveryPlaceReached());
     }
-}
-
-inline unsigned ChaosSetting(const char* name, unsigned otherwise) {
-    bool isNumber = false;
-    const unsigned value = qEnvironmentVariable(name).toUInt(&isNumber);
-    return isNumber ? value : otherwise;
 }
 
 /// Several deeds at several places, by random numbers: LMX_CHAOS_SEED is the first seed and LMX_CHAOS_ROUNDS how many
