@@ -5,6 +5,7 @@
 #include <lmx/Dialogs/Private/lmxPaletteChoice.h>
 #include <lmx/Dialogs/lmxAddBasicPaletteColorDialog.h>
 #include <lmx/Runtime/lmxNumberText.h>
+#include <lmx/Runtime/lmxText.h>
 #include <lmx/Widgets/lmxClipboardEnvelope.h>
 #include <lmx/Widgets/lmxOwnedDialog.h>
 
@@ -58,7 +59,7 @@ private:
     const TColorKeyItem& Item(int row) const { return FKey->GetColors()[static_cast<std::size_t>(row)]; }
     QString LabelOf(int row) const {
         const QString& name = Item(row).Name;
-        if (!name.trimmed().isEmpty())
+        if (!Trim(name).isEmpty())
             return name;
         if (!FIsFirstNoData)
             return BandOf(FRange, row, GetCount()).ToString();

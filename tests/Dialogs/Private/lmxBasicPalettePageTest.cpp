@@ -5,6 +5,7 @@
 #include <tests/Dialogs/DisplayPageFixture.h>
 #include <tests/Support/ModalAnswer.h>
 
+#include <QLabel>
 #include <QRadioButton>
 
 namespace lmx {
@@ -52,12 +53,33 @@ TEST_F(BasicPalettePage, LabelsQuartersBehindTheColorForNoData) {
     EXPECT_EQ(Rows()[4], "5|48 - 60|");
 }
 
+// The rest of the range is that of no colour: one reserved colour alone has no band.
+TEST_F(BasicPalettePage, HasNoBandForAReservedColorAlone) {
+    TBasicPalettePage page;
+    page.SetValueRange({0, 60});
+    page.SetBasicPalette(*TBasicPaletteColorCalculatorFactory::GetObject({0, 1}, {{"", 0xFF000000U}}, true));
+    EXPECT_EQ(tests::TextsOf(Find<TDrawnListView>(page, "lvBasicPalette")), QStringList{"1|NODATA|"});
+}
+
+TEST_F(BasicPalettePage, TakesOnlyBlanksAndControlCharactersForNoName) {
+    TBasicPalettePage page;
+    page.SetValueRange({0, 60});
+    page.SetBasicPalette(*TBasicPaletteColorCalculatorFactory::GetObject(
+        {0, 1}, {{"\x01\t ", 0xFF000000U}, {QStringLiteral(u"\u00A0"), 0xFF000000U}, {" Name ", 0xFF000000U}}, false));
+    EXPECT_EQ(tests::TextsOf(Find<TDrawnListView>(page, "lvBasicPalette")),
+              (QStringList{"1|0 - 20|", QStringLiteral(u"2|\u00A0|"), "3| Name |"}));
+}
+
 TEST_F(BasicPalettePage, HasItsControls) {
     const std::vector<std::pair<const char*, const char*>> buttons{
         {"Button8", "Add..."},           {"edBasicEditBtn", "&Edit..."}, {"Button1", "Delete"},
         {"btnBasicPalLoad", "&Load..."}, {"btnBasicPalCopy", "&Copy"},   {"btnBasicPalPaste", "&Paste"}};
     for (const auto& [name, text] : buttons)
         EXPECT_EQ(In<QPushButton>("BasicPalPage", name).text(), QString::fromLatin1(text));
+    QStringList labels;
+    for (const QLabel* label : Find<QWidget>(Frame, "BasicPalPage").findChildren<QLabel*>())
+        labels.append(label->text());
+    EXPECT_EQ(labels, QStringList{"NODATA: "});
     EXPECT_EQ(First.text(), "Use first color for NODATA cells");
     EXPECT_EQ(Transparent.text(), "Use transparency for NODATA cells");
     EXPECT_TRUE(TBasicPalettePage().findChild<QRadioButton*>(QStringLiteral("rbTransparentNoData"))->isChecked());
@@ -98,6 +120,17 @@ TEST_F(BasicPalettePage, AddsAColor) {
     EXPECT_EQ(Frame.focusWidget(), &List);
 }
 
+TEST_F(BasicPalettePage, AddsNothingAfterACancel) {
+    const QString before = Key();
+    const TAnswer answer([](TAddBasicPaletteColorDialog& dialog) {
+        dialog.SetPalLabel(QStringLiteral("New"));
+        dialog.reject();
+    });
+    Press("Button8");
+    EXPECT_EQ(Key(), before);
+    EXPECT_EQ(List.GetRowCount(), 5);
+}
+
 TEST_F(BasicPalettePage, EditsTheOneSelectedColor) {
     EXPECT_FALSE(In<QPushButton>("BasicPalPage", "edBasicEditBtn").isEnabled());
     {
@@ -134,6 +167,7 @@ TEST_F(BasicPalettePage, DeletesWithoutAQuestionAndCountsAnew) {
     EXPECT_TRUE(Messages->Shown.empty());
     EXPECT_EQ(Rows(), (QStringList{"1|0 - 30|", "2|Name|"}));
     EXPECT_EQ(Key(), "(\"\":#FF000000),(\"Name\":#FF00FF00)");
+    EXPECT_FALSE(List.HasSelection());
     List.selectAll();
     QTest::keyClick(&List, Qt::Key_Delete);
     EXPECT_TRUE(Rows().isEmpty());
@@ -167,12 +201,31 @@ TEST_F(BasicPalettePage, IgnoresOtherResources) {
 
 TEST_F(BasicPalettePage, ChangesNothingForABadFile) {
     const QString before = Key();
-    AnswerBrowser(WriteFile("bad.pal", "QUORVAN45PAL\n1 2 3 4\nred 2 3 4\n"));
-    Press("btnBasicPalLoad");
-    LetMessagesCome();
-    ASSERT_EQ(Messages->Shown.size(), 1U);
-    EXPECT_EQ(Messages->Shown[0].Text, "'red' is not a valid integer value");
+    const QStringList rows = Rows();
+    const QString garbage = WriteFile("garbage.pal", "\x01\xFF\xFE garbage");
+    const std::vector<std::pair<QString, QString>> files{
+        {WriteFile("bad.pal", "QUORVAN45PAL\n1 2 3 4\nred 2 3 4\n"), "'red' is not a valid integer value"},
+        {WriteFile("far.pal", "QUORVAN45PAL\n1 2 3 256\n"), "'256' is not a valid color component"},
+        {WriteFile("none.pal", ""), "Invalid palette file"},
+        {garbage, garbage + ": line 1 of the palette is not an index and three components"}};
+    for (const auto& [fileName, message] : files) {
+        Messages->Shown.clear();
+        AnswerBrowser(fileName);
+        Press("btnBasicPalLoad");
+        LetMessagesCome();
+        ASSERT_EQ(Messages->Shown.size(), 1U) << fileName.toStdString();
+        EXPECT_EQ(Messages->Shown[0].Kind, "Error");
+        EXPECT_EQ(Messages->Shown[0].Text, message);
+    }
     EXPECT_EQ(Key(), before);
+    EXPECT_EQ(Rows(), rows);
+}
+
+TEST_F(BasicPalettePage, BrowsesNothingWithoutAConfig) {
+    Frame.SetData({0, 60}, Frame.CreateBasicPaletteColorCalc(), 255, nullptr);
+    Browser->Answers.push_back(std::nullopt);
+    Press("btnBasicPalLoad");
+    EXPECT_EQ(Browser->Shown, std::vector<std::vector<QString>>{{}});
 }
 
 TEST_F(BasicPalettePage, CopiesAndPastes) {
@@ -195,6 +248,20 @@ TEST_F(BasicPalettePage, KeepsTheSelectedIndexIfThereStillIsOne) {
     EXPECT_FALSE(In<QPushButton>("BasicPalPage", "edBasicEditBtn").isEnabled());
 }
 
+TEST_F(BasicPalettePage, ScrollsToTheSelectedIndex) {
+    QStringList colors;
+    for (int i = 0; i < 200; ++i)
+        colors.append(QStringLiteral("(\"\":#FF000000)"));
+    Clipboard->Data["application/x-lmx-colorkey"] = colors.join(u',').toUtf8();
+    Press("btnBasicPalPaste");
+    List.SelectRow(150);
+    List.scrollToTop();
+    ASSERT_FALSE(List.viewport()->rect().contains(List.RowRect(150)));
+    QTest::mouseClick(&First, Qt::LeftButton, {}, {8, First.height() / 2});
+    EXPECT_EQ(List.GetSelectedRow(), 150);
+    EXPECT_TRUE(List.viewport()->rect().contains(List.RowRect(150)));
+}
+
 TEST_F(BasicPalettePage, PastesNothingOfOtherKinds) {
     const QString before = Key();
     Clipboard->Text = "(\"A\":#FF112233)";
@@ -208,11 +275,20 @@ TEST_F(BasicPalettePage, KeepsWhatCouldBeReadOfADamagedText) {
     Clipboard->Data["application/x-lmx-colorkey"] = "(\"A\":#FF112233),(\"B\":#nonsense)";
     Press("btnBasicPalPaste");
     LetMessagesCome();
-    EXPECT_EQ(Messages->Shown.size(), 1U);
+    ASSERT_EQ(Messages->Shown.size(), 1U);
+    EXPECT_EQ(Messages->Shown[0].Text, "'#nonsense' is not a valid color value");
     EXPECT_EQ(Rows(), QStringList{"1|A|"});
-    Clipboard->Data["application/x-lmx-colorkey"] = "damaged from the start";
-    Press("btnBasicPalPaste");
-    EXPECT_TRUE(Rows().isEmpty());
+    for (const QByteArray& text : {QByteArray("damaged from the start"), QByteArray(), QByteArray(1'000'000, '('),
+                                   QByteArray("(\"") + QByteArray(1'000'000, 'x')}) {
+        Clipboard->Data["application/x-lmx-colorkey"] = "(\"A\":#FF112233)";
+        Press("btnBasicPalPaste");
+        EXPECT_EQ(Rows(), QStringList{"1|A|"});
+        Clipboard->Data["application/x-lmx-colorkey"] = text;
+        Press("btnBasicPalPaste");
+        LetMessagesCome();
+        EXPECT_TRUE(Rows().isEmpty()) << text.left(30).toStdString();
+        EXPECT_EQ(Messages->Shown.size(), 1U);
+    }
 }
 
 TEST_F(BasicPalettePage, DrawsAnOpaqueSwatch) {
