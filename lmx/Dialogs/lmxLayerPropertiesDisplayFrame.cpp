@@ -34,6 +34,14 @@ void WantColors(bool isEmpty) {
         throw Exception(QStringLiteral("Please specify one or more colors"));
 }
 
+// An earlier calculator that could not be rendered has cost the layer its picture, and its setters render only what
+// has one.
+void RenderAgain(const TBorrowed<TRasterMapLayer>& layer) {
+    layer->Render();
+    if (layer)
+        layer->DoNotifyInvalidated();
+}
+
 } // namespace
 
 TLayerPropertiesDisplayFrame::TLayerPropertiesDisplayFrame(QWidget* parent)
@@ -193,8 +201,13 @@ TLayerPropertiesDisplayOptionFrame::TLayerPropertiesDisplayOptionFrame(TRasterMa
 
 void TLayerPropertiesDisplayOptionFrame::Apply() {
     TOptionFrame::Apply();
-    if (FLayer && FFrame)
-        FFrame->ApplyTo(FLayer);
+    if (!FLayer || !FFrame)
+        return;
+    FHadPicture = FHadPicture || FLayer->GetBitmap();
+    FFrame->ApplyTo(FLayer, [layer = FLayer, hadPicture = FHadPicture] { // this page may go with the dialog
+        if (hadPicture && !layer->GetBitmap())
+            RenderAgain(layer);
+    });
 }
 
 } // namespace lmx

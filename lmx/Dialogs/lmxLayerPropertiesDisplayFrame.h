@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -58,12 +59,14 @@ public:
     std::uint8_t GetOpacity() const;
 
     /// Gives a layer a new calculator, edited or not, and then the opacity that is shown. Whoever is told of them may
-    /// end the layer, and the dialog with this frame.
+    /// end the layer, and the dialog with this frame. `between` is called between the two, if the layer is still there.
     /// @throws as CreateColorCalc; the layer is as it was then.
     template<class Layer>
-    void ApplyTo(const TBorrowed<Layer> layer) const {
+    void ApplyTo(const TBorrowed<Layer> layer, const std::function<void()>& between = {}) const {
         const std::uint8_t opacity = GetOpacity();
         layer->SetColorCalc(CreateColorCalc());
+        if (layer && between)
+            between();
         if (layer)
             layer->SetOpacity(opacity);
     }
@@ -97,12 +100,14 @@ public:
 
     QWidget* GetFrame() const override { return FFrame; }
     /// Gives the layer a new calculator, edited or not, and then the opacity. Nothing once the layer has gone.
-    /// @throws as TLayerPropertiesDisplayFrame::CreateColorCalc; the layer is as it was then.
+    /// @throws as TLayerPropertiesDisplayFrame::CreateColorCalc, the layer is as it was then; and what rendering with
+    /// the new calculator raises, which leaves the layer without a picture until the page is applied again.
     void Apply() override;
 
 private:
     QPointer<TLayerPropertiesDisplayFrame> FFrame;
     TBorrowed<TRasterMapLayer> FLayer;
+    bool FHadPicture = false;
 };
 
 } // namespace lmx

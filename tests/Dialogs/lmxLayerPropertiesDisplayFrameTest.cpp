@@ -4,6 +4,7 @@
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Colour/lmxMultipartGradient.h>
 #include <lmx/Dialogs/lmxGradientEditorFrame.h>
+#include <lmx/Dialogs/lmxLayerPropertiesAttributesFrame.h>
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -16,6 +17,9 @@
 #include <QLineEdit>
 #include <QSlider>
 #include <QTabBar>
+
+#include <algorithm>
+#include <string>
 
 namespace lmx {
 namespace {
@@ -35,6 +39,47 @@ std::shared_ptr<IBasicPaletteColorCalculator> Palette(int count = 2) {
     return TBasicPaletteColorCalculatorFactory::GetObject(
         {0, 1}, std::vector<TColorKeyItem>(static_cast<std::size_t>(count), {"", 0xFF00FF00U}), false);
 }
+
+// ---- Calculators of several kinds at once
+
+struct TAsPalette : virtual IBasicPaletteColorCalculator {
+    std::shared_ptr<IColorKey> GetColorKey() const override { return nullptr; }
+    void SetColorKey(std::shared_ptr<IColorKey>) override {}
+    bool GetReserveFirstColorForNoData() const override { return false; }
+    void SetReserveFirstColorForNoData(bool) override {}
+};
+struct TAsClasses : IColorClassCalculator {
+    std::shared_ptr<IColorClasses> GetColorClasses() const override { return nullptr; }
+    void SetColorClasses(std::shared_ptr<IColorClasses>) override {}
+    TOutOfRangePolicy GetOutOfRangePolicy() const override { return TOutOfRangePolicy::orpReturnNil; }
+    void SetOutOfRangePolicy(TOutOfRangePolicy) override {}
+};
+struct TAsGradient : virtual IGradientColorCalculator {
+    std::shared_ptr<IGradient> GetGradient() const override { return nullptr; }
+    void SetGradient(std::shared_ptr<IGradient>) override {}
+    TColor32 GetDefaultColor() const override { return 0; }
+    void SetDefaultColor(TColor32) override {}
+};
+struct TAsParts : virtual IMultipartGradientColorCalculator {
+    std::shared_ptr<IGradientColorCalculator> GetGradient(float) const override { return nullptr; }
+    TColorParts& GetGradients() override { return Parts; }
+    const TColorParts& GetGradients() const override { return Parts; }
+    TColorParts Parts;
+};
+
+template<class... Kinds>
+struct TOfKinds final : TBaseMinMaxColorCalculator, Kinds... {
+    TColor32 GetColor(float) const override { return 0; }
+    std::shared_ptr<IBaseColorCalculator> Clone() const override { return nullptr; }
+    std::shared_ptr<IBaseColorCalculator> Clone(float, float) const override { return nullptr; }
+};
+
+template<class... Kinds>
+std::shared_ptr<IBaseColorCalculator> OfKinds() {
+    return std::shared_ptr<TBaseMinMaxColorCalculator>(std::make_shared<TOfKinds<Kinds...>>());
+}
+
+// ---- The frame
 
 struct LayerPropertiesDisplayFrame : tests::TDisplayPageTest {
     bool IsEmpty() {
@@ -61,15 +106,41 @@ TEST_F(LayerPropertiesDisplayFrame, BeginsEmptyAndOpaque) {
     EXPECT_EQ(Opacity.maximum(), 255);
     EXPECT_EQ(Opacity.value(), 255);
     EXPECT_EQ(OpacityEdit.text(), "255");
+    const auto labels = Frame.findChildren<QLabel*>();
+    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](QLabel* label) { return label->text() == "Opacity:"; }));
 }
 
-TEST_F(LayerPropertiesDisplayFrame, WantsACalculatorThatItKnows) {
+TEST_F(LayerPropertiesDisplayFrame, WantsACalculator) {
+    Frame.SetData({10, 60}, Palette(), 77, Config);
     EXPECT_EQ(MessageOf<EArgumentException>([&] { Frame.SetData({0, 1}, nullptr, 255, Config); }), "ColorCalc is null");
+    EXPECT_EQ(Frame.GetOpacity(), 77) << "nothing has been taken";
+    EXPECT_FLOAT_EQ(Frame.CreateBasicPaletteColorCalc()->GetMaxVal(), 60);
+}
+
+// What it tests last it finds out last: range and opacity are there by then.
+TEST_F(LayerPropertiesDisplayFrame, WantsACalculatorThatItKnows) {
+    const auto unknown = std::make_shared<tests::TValueAsColor>();
     EXPECT_EQ(MessageOf<EArgumentException>([&] {
-                  Frame.SetData({0, 1}, std::make_shared<tests::TValueAsColor>(), 255, Config);
+                  Frame.SetData({10, 60}, unknown, 77, Config);
               }),
               "Unsupported ColorCalc");
     EXPECT_TRUE(IsEmpty());
+    EXPECT_EQ(Pages.currentIndex(), 0);
+    EXPECT_EQ(Frame.GetOpacity(), 77);
+    EXPECT_EQ(In<QLabel>("MultipartGradientPage", "lbFullRange").text(), tests::Local("Full range: 10.000 - 60.000"));
+    EXPECT_FLOAT_EQ(Frame.CreateGradientColorCalc()->GetMaxVal(), 60);
+}
+
+TEST_F(LayerPropertiesDisplayFrame, TakesTheFirstKindThatFits) {
+    Frame.SetData({0, 1}, OfKinds<TAsParts, TAsGradient>(), 255, Config);
+    EXPECT_EQ(ActivePage(), "GradientPage");
+    Pages.setCurrentIndex(1);
+    Frame.SetData({0, 1}, OfKinds<TAsParts, TAsGradient, TAsClasses>(), 255, Config);
+    EXPECT_EQ(ActivePage(), "ClassifiedPage");
+    Frame.SetData({0, 1}, OfKinds<TAsParts, TAsGradient, TAsClasses, TAsPalette>(), 255, Config);
+    EXPECT_EQ(ActivePage(), "BasicPalPage");
+    Frame.SetData({0, 1}, OfKinds<TAsParts>(), 255, Config);
+    EXPECT_EQ(ActivePage(), "MultipartGradientPage");
 }
 
 TEST_F(LayerPropertiesDisplayFrame, OpensOnAPaletteAndLeavesTheOtherTabsEmpty) {
@@ -148,10 +219,25 @@ TEST_F(LayerPropertiesDisplayFrame, LetsBarAndFieldOfTheOpacityFollowEachOther) 
 TEST_F(LayerPropertiesDisplayFrame, LeavesTheBarForWhatIsNoInteger) {
     Show(Palette());
     Opacity.setValue(100);
-    for (const char* text : {"", "x", "12x", "1.5", "1,5", "1e400", "NaN", "99999999999999"}) {
+    for (const char* text :
+         {"", " ", "x", "12x", "12 ", "1 2", "1.5", "1,5", "1e2", "1e400", "NaN", "99999999999999"}) {
         OpacityEdit.setText(QString::fromLatin1(text));
         EXPECT_EQ(Opacity.value(), 100) << text;
         EXPECT_EQ(OpacityEdit.text(), text) << "nobody rewrites what is being typed";
+    }
+    OpacityEdit.clear();
+    OpacityEdit.insert(QString(100'000, u'9'));
+    EXPECT_EQ(Opacity.value(), 100);
+}
+
+TEST_F(LayerPropertiesDisplayFrame, TakesEveryTextThatIsAnInteger) {
+    Show(Palette());
+    const std::vector<std::pair<const char*, int>> texts{
+        {"+5", 5}, {" 12", 12}, {"007", 7}, {"$40", 64}, {"0xfF", 255}};
+    for (const auto& [text, value] : texts) {
+        OpacityEdit.setText(QString::fromLatin1(text));
+        EXPECT_EQ(Opacity.value(), value) << text;
+        EXPECT_EQ(OpacityEdit.text(), QString::fromLatin1(std::to_string(value).c_str())) << "the bar writes it";
     }
 }
 
@@ -256,6 +342,66 @@ TEST_F(LayerPropertiesDisplayOptionFrame, SetsTheOpacityLast) {
     EXPECT_EQ(Layer.GetBitmap()->Pixel(0, 0) >> 24, 40U) << "rendered with it";
 }
 
+TEST_F(LayerPropertiesDisplayOptionFrame, RendersTheCalculatorBeforeTheOpacity) {
+    const auto calculator = Palette();
+    auto& frame = Open(calculator);
+    Find<QLineEdit>(frame, "edOpacity").setText(QStringLiteral("40"));
+    std::vector<std::pair<bool, int>> told; // is the calculator new, and the opacity
+    const auto subscription = Layer.GetOnInvalidated().Add(
+        [&](TBaseMapLayer*) { told.emplace_back(Layer.GetColorCalc() != calculator, Layer.GetOpacity()); });
+    Click(Find<QWidget>(Dialog, "pnMainActions"), "Button3");
+    EXPECT_EQ(told, (std::vector<std::pair<bool, int>>{{true, 255}, {true, 40}}));
+    EXPECT_TRUE(Dialog.isVisible());
+}
+
+// A reserved colour alone leaves none for the values.
+TEST_F(LayerPropertiesDisplayOptionFrame, RendersAgainWhatCouldNotBeRendered) {
+    auto& frame = Open(Palette(1));
+    Find<QAbstractButton>(frame, "rbFirstColorNoData").click();
+    Find<QLineEdit>(frame, "edOpacity").setText(QStringLiteral("40"));
+    for (int i = 0; i < 2; ++i)
+        Click(Find<QWidget>(Dialog, "pnMainActions"), "Button1");
+    EXPECT_TRUE(Dialog.isVisible());
+    const TShownMessage failure{"Error", "Error applying changes: Floating point division by zero", "Error", &Dialog};
+    EXPECT_EQ(Messages->Shown, (std::vector<TShownMessage>{failure, failure}));
+    EXPECT_EQ(Layer.GetOpacity(), 255);
+    EXPECT_FALSE(Layer.GetBitmap());
+
+    Find<QAbstractButton>(frame, "rbTransparentNoData").click();
+    int told = 0;
+    const auto subscription = Layer.GetOnInvalidated().Add([&told](TBaseMapLayer*) { ++told; });
+    Click(Find<QWidget>(Dialog, "pnMainActions"), "Button1");
+    EXPECT_FALSE(Dialog.isVisible());
+    EXPECT_EQ(Layer.GetOpacity(), 40);
+    ASSERT_TRUE(Layer.GetBitmap());
+    EXPECT_TRUE(Layer.GetIsReadyToDraw());
+    EXPECT_EQ(told, 2) << "of the calculator and of the opacity";
+}
+
+TEST_F(LayerPropertiesDisplayOptionFrame, RendersNoLayerThatHasNotBeenRendered) {
+    Layer.SetBitmap(nullptr);
+    Open(Palette());
+    EXPECT_TRUE(Dialog.ApplyChanges());
+    EXPECT_FALSE(Layer.GetBitmap());
+}
+
+TEST_F(LayerPropertiesDisplayOptionFrame, KeepsTheEditsOfLaterPagesOnTheScreen) {
+    auto& frame = Open(Palette());
+    auto& attributes =
+        dynamic_cast<TLayerPropertiesAttributesFrame&>(FrameOf(Dialog, QStringLiteral("Layer attributes")));
+    const TAttributes edited{{"New", {TAttributeDataType::adtInteger, "2"}}};
+    attributes.SetWorking(edited);
+    Find<QTabWidget>(frame, "Pages").setCurrentIndex(2);
+    ExpectToStay(QStringLiteral("Error applying changes: Please specify one or more colors"));
+    EXPECT_TRUE(Layer.GetAttributes().empty());
+    EXPECT_EQ(attributes.GetWorking(), edited);
+    Find<QTabWidget>(frame, "Pages").setCurrentIndex(3);
+    Click(Find<QWidget>(Dialog, "pnMainActions"), "Button1");
+    EXPECT_FALSE(Dialog.isVisible());
+    EXPECT_EQ(Layer.GetAttributes(), edited);
+    EXPECT_EQ(Messages->Shown.size(), 1U);
+}
+
 TEST_F(LayerPropertiesDisplayOptionFrame, WantsClasses) {
     auto& frame = Open(Palette());
     Find<QTabWidget>(frame, "Pages").setCurrentIndex(2);
@@ -296,7 +442,9 @@ TEST_F(LayerPropertiesDisplayOptionFrame, AppliesTheTabThatIsSeen) {
     EXPECT_EQ(Layer.GetBitmap()->Pixel(0, 0), 0xFF102030U);
     Find<QTabWidget>(frame, "Pages").setCurrentIndex(1);
     EXPECT_TRUE(Dialog.ApplyChanges());
-    EXPECT_TRUE(std::dynamic_pointer_cast<IMultipartGradientColorCalculator>(Layer.GetColorCalc()));
+    const auto parts = std::dynamic_pointer_cast<IMultipartGradientColorCalculator>(Layer.GetColorCalc());
+    ASSERT_TRUE(parts);
+    EXPECT_EQ(parts->GetGradients().size(), 0U) << "it wants none";
 }
 
 TEST_F(LayerPropertiesDisplayOptionFrame, IsAppliedWithoutHavingBeenSeen) {
