@@ -7,6 +7,9 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
+
+#include <cstdlib>
 
 namespace lmx {
 namespace {
@@ -67,18 +70,64 @@ TEST_F(LayerAttributeDialog, WantsAValueOfTheType) {
     EXPECT_TRUE(Accepts(TAttributeDataType::adtString, QStringLiteral("letters")));
     EXPECT_TRUE(Accepts(TAttributeDataType::adtString, QString()));
     EXPECT_TRUE(Accepts(TAttributeDataType::adtFloat, tests::Local("-1.5")));
+    EXPECT_TRUE(Accepts(TAttributeDataType::adtFloat, QStringLiteral(" 7 ")));
     EXPECT_TRUE(Accepts(TAttributeDataType::adtInteger, QStringLiteral("-2147483648")));
+    EXPECT_TRUE(Accepts(TAttributeDataType::adtInteger, QStringLiteral(" $FF")));
     EXPECT_TRUE(Messages->Shown.empty());
-    for (const char* text : {"letters", "", "1e400", "NaN", "1 2"})
+    for (const char* text : {"letters", "", "  ", "1e400", "1e39", "NaN", "INF", "1 2"})
         EXPECT_FALSE(Accepts(TAttributeDataType::adtFloat, QString::fromLatin1(text))) << text;
-    for (const char* text : {"letters", "", "1.5", "1,5", "2147483648"})
+    const bool hasPoint = TFormatSettings::Current().DecimalSeparator == u'.';
+    EXPECT_FALSE(Accepts(TAttributeDataType::adtFloat, hasPoint ? "1,5" : "1.5")) << "another decimal separator";
+    for (const char* text : {"letters", "", "  ", "1.5", "1,5", "2147483648", "7 ", "1e2"})
         EXPECT_FALSE(Accepts(TAttributeDataType::adtInteger, QString::fromLatin1(text))) << text;
-    ASSERT_EQ(Messages->Shown.size(), 10U);
+    ASSERT_EQ(Messages->Shown.size(), 17U);
     for (const TShownMessage& shown : Messages->Shown) {
         EXPECT_EQ(shown.Kind, "Error");
         EXPECT_EQ(shown.Text, "The specified value is not compatible with the specified data type.");
         EXPECT_EQ(shown.Title, "Data type");
     }
+}
+
+TEST_F(LayerAttributeDialog, StaysWithWhatWasTyped) {
+    TLayerAttributeDialog dialog;
+    dialog.SetAttribute(QStringLiteral("Depth"), {TAttributeDataType::adtInteger, QString()});
+    tests::ShowActive(dialog);
+    auto& value = Find<QLineEdit>(dialog, "edVal");
+    const QString digits(100'000, u'9'); // of which the field takes what it can hold
+    value.setFocus();
+    value.insert(digits);
+    ASSERT_GT(value.text().size(), 30'000);
+    Click(dialog, "Button1");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_TRUE(digits.startsWith(value.text()));
+    QTest::mouseClick(&Find<QPushButton>(dialog, "Button1"), Qt::LeftButton);
+    ASSERT_EQ(Messages->Shown.size(), 2U) << "each time";
+    EXPECT_EQ(Messages->Shown[0].Parent, &dialog);
+    value.setFocus();
+    value.selectAll();
+    QTest::keyClicks(&value, QStringLiteral("12"));
+    QTest::keyClick(&value, Qt::Key_Return);
+    EXPECT_EQ(dialog.result(), 1);
+    QString name;
+    TAttributeData data;
+    dialog.GetAttribute(name, data);
+    EXPECT_EQ(name, "Depth");
+    EXPECT_EQ(data, TAttributeData(TAttributeDataType::adtInteger, QStringLiteral("12")));
+}
+
+TEST_F(LayerAttributeDialog, GoesByTheTypeThatIsChosen) {
+    TLayerAttributeDialog dialog;
+    dialog.SetAttribute(QStringLiteral("Depth"), {TAttributeDataType::adtFloat, QStringLiteral("deep")});
+    tests::ShowActive(dialog);
+    Click(dialog, "Button1");
+    EXPECT_EQ(Messages->Shown.size(), 1U);
+    auto& types = Find<QComboBox>(dialog, "cbDataType");
+    types.setFocus();
+    QTest::keyClick(&types, Qt::Key_Up);
+    EXPECT_EQ(types.currentText(), "String");
+    Click(dialog, "Button1");
+    EXPECT_EQ(dialog.result(), 1);
+    EXPECT_EQ(Messages->Shown.size(), 1U);
 }
 
 TEST_F(LayerAttributeDialog, TakesAnEmptyName) {
@@ -97,7 +146,18 @@ TEST_F(LayerAttributeDialog, BeginsWithTheNameToBeTypedOver) {
     EXPECT_TRUE(name.hasFocus());
     EXPECT_EQ(name.selectedText(), "Name");
     QTest::keyClick(&name, Qt::Key_Escape);
-    EXPECT_EQ(dialog.GetModalResult(), TModalResult::mrCancel);
+    EXPECT_EQ(dialog.result(), 2);
+}
+
+TEST_F(LayerAttributeDialog, ComesUpInTheMiddleOfItsScreen) {
+    TLayerAttributeDialog dialog;
+    EXPECT_TRUE(Find<QPushButton>(dialog, "Button1").isDefault());
+    tests::ShowActive(dialog);
+    const QPoint off = dialog.frameGeometry().center() - dialog.screen()->availableGeometry().center();
+    EXPECT_LE(std::abs(off.x()), 1);
+    EXPECT_LE(std::abs(off.y()), 1);
+    Click(dialog, "Button2");
+    EXPECT_EQ(dialog.result(), 2);
 }
 
 TEST_F(LayerAttributeDialog, HasOneSize) {

@@ -94,6 +94,47 @@ TEST_F(LayerPropertiesAttributesFrame, AsksAgainForANameThatIsThere) {
     EXPECT_EQ(Frame.GetWorking().size(), 4U);
 }
 
+TEST_F(LayerPropertiesAttributesFrame, AddsNothingWhenTheSecondQuestionIsCancelled) {
+    const TAttributes before = Frame.GetWorking();
+    std::optional<TAnswer> second;
+    {
+        const TAnswer first([&second](auto& dialog) {
+            TypeName(dialog, QStringLiteral("Depth"));
+            second.emplace([](auto& again) { QTest::keyClick(again.focusWidget(), Qt::Key_Escape); });
+        });
+        Click(Frame, "btnAdd");
+    }
+    ExpectNameIsTaken();
+    EXPECT_EQ(Frame.GetWorking(), before);
+}
+
+TEST_F(LayerPropertiesAttributesFrame, TellsNamesApartByCase) {
+    const TAnswer answer([](auto& dialog) { TypeName(dialog, QStringLiteral("depth")); });
+    Click(Frame, "btnAdd");
+    EXPECT_TRUE(Messages->Shown.empty());
+    EXPECT_EQ(tests::TextsOf(List).last(), "depth|String|Value");
+}
+
+TEST_F(LayerPropertiesAttributesFrame, WorksOnAnEmptyNameAsOnAnyOther) {
+    {
+        const TAnswer answer([](auto& dialog) {
+            Find<QLineEdit>(dialog, "edName").clear();
+            Click(dialog, "Button1");
+        });
+        Click(Frame, "btnAdd");
+    }
+    EXPECT_EQ(tests::TextsOf(List)[0], "|String|Value");
+    {
+        const TAnswer answer([](auto& dialog) {
+            EXPECT_EQ(NameIn(dialog), "");
+            TypeName(dialog, QStringLiteral("Zeal"));
+        });
+        tests::DoubleClickRow(List, 0);
+    }
+    EXPECT_EQ(tests::TextsOf(List),
+              (QStringList{"Bias|Float|0", "Depth|Integer|7", "Source|String|gauge", "Zeal|String|Value"}));
+}
+
 TEST_F(LayerPropertiesAttributesFrame, LeavesEverythingAfterACancel) {
     const TAttributes before = Frame.GetWorking();
     {
@@ -157,6 +198,21 @@ TEST_F(LayerPropertiesAttributesFrame, AsksAgainWhenARenameMeetsAnotherName) {
     EXPECT_EQ(tests::TextsOf(List)[0], "Bias|Float|0");
 }
 
+TEST_F(LayerPropertiesAttributesFrame, GoesBackToItsOwnNameAfterAnother) {
+    tests::ClickRow(List, 0);
+    std::optional<TAnswer> second;
+    {
+        const TAnswer first([&second](auto& dialog) {
+            Find<QLineEdit>(dialog, "edVal").setText(QStringLiteral("12"));
+            TypeName(dialog, QStringLiteral("Source"));
+            second.emplace([](auto& again) { TypeName(again, QStringLiteral("Bias")); });
+        });
+        Click(Frame, "btnEdit");
+    }
+    ExpectNameIsTaken();
+    EXPECT_EQ(tests::TextsOf(List), (QStringList{"Bias|Float|12", "Depth|Integer|7", "Source|String|gauge"}));
+}
+
 TEST_F(LayerPropertiesAttributesFrame, AsksBeforeItDeletes) {
     Messages->Answers = {false, true};
     tests::ClickRow(List, 1);
@@ -216,6 +272,21 @@ TEST_F(LayerPropertiesAttributesOptionFrame, ReplacesTheAttributesOfTheLayer) {
     EXPECT_TRUE(Dialog.ApplyChanges());
     EXPECT_EQ(Layer->GetAttributes(), (TAttributes{{"New", {TAttributeDataType::adtInteger, "2"}}}));
     EXPECT_EQ(told, 0);
+}
+
+TEST_F(LayerPropertiesAttributesOptionFrame, LosesNothingByACancel) {
+    const TAttributes before{{"Old", {TAttributeDataType::adtString, "1"}}};
+    Layer->GetAttributes() = before;
+    Layer->InitPropertiesDialog(&Dialog);
+    tests::ShowActive(Dialog);
+    tests::ClickRow(tests::PagesOf(Dialog), 1);
+    const QWidget& frame = tests::FrameOf(Dialog, "Layer attributes");
+    tests::ClickRow(Find<TDrawnListView>(frame, "lvAttrListView"), 0);
+    Messages->Answers = {true};
+    Click(frame, "btnDelete");
+    EXPECT_EQ(Find<TDrawnListView>(frame, "lvAttrListView").GetRowCount(), 0);
+    Click(Find<QWidget>(Dialog, "pnMainActions"), "Button2");
+    EXPECT_EQ(Layer->GetAttributes(), before);
 }
 
 TEST_F(LayerPropertiesAttributesOptionFrame, AppliesNothingOnceTheLayerHasGone) {

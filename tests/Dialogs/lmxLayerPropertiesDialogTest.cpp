@@ -1,4 +1,5 @@
 #include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
+#include <lmx/Graphics/lmxSystemColors.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -56,8 +57,27 @@ TEST_F(LayerPropertiesDialog, SaysWhatItIsAbout) {
     EXPECT_EQ(Find<QPushButton>(*Dialog, "Button3").text(), "&Apply");
     for (const char* name : {"pnMainContainer", "pnHost", "pnMainActions"})
         EXPECT_TRUE(Dialog->findChild<QWidget*>(QString::fromLatin1(name))) << name;
-    EXPECT_TRUE(Dialog->findChild<QSplitter*>(QStringLiteral("Splitter1")));
+    EXPECT_EQ(Find<QWidget>(*Dialog, "pnMainContainer").layout()->contentsMargins(), QMargins(12, 0, 12, 12));
+    EXPECT_EQ(Find<QSplitter>(*Dialog, "Splitter1").widget(0), &PagesOf(*Dialog));
     EXPECT_EQ(Dialog->size(), QSize(721, 702));
+    EXPECT_TRUE(Title().isHidden()) << "as long as no page is selected";
+}
+
+TEST_F(LayerPropertiesDialog, HasAListForReading) {
+    Add("One");
+    Add("Two");
+    TDrawnListView& list = PagesOf(*Dialog);
+    EXPECT_EQ(tests::TitlesOf(list), QStringList{"Page"});
+    EXPECT_TRUE(list.isHeaderHidden());
+    EXPECT_EQ(list.editTriggers(), QAbstractItemView::NoEditTriggers);
+    tests::ShowActive(*Dialog);
+    tests::ClickRow(list, 1);
+    tests::ClickRow(list, 0, Qt::ControlModifier);
+    EXPECT_EQ(list.GetSelectedRow(), 0) << "one page at a time";
+    Find<QPushButton>(*Dialog, "Button2").setFocus();
+    const QPoint atTheEnd(list.viewport()->width() - 5, list.RowRect(0).center().y());
+    EXPECT_EQ(tests::PictureOf(*list.viewport()).pixel(atTheEnd), Color32(clHighlight))
+        << "the selection shows without the keyboard, over the whole row";
 }
 
 TEST_F(LayerPropertiesDialog, ComesUpInTheMiddleOfItsScreen) {
@@ -74,11 +94,14 @@ TEST_F(LayerPropertiesDialog, RefusesPagesThatAreNone) {
     EXPECT_EQ(MessageOf<EArgumentException>([&] { Dialog->AddOptionFrame(nullptr); }), "OptionFrame is null");
     EXPECT_EQ(MessageOf<EArgumentException>([&] { Add(""); }), "OptionFrame Name is empty");
     struct TFrameless : TOptionFrame {
-        TFrameless() : TOptionFrame(QStringLiteral("Frameless")) {}
+        using TOptionFrame::TOptionFrame;
         QWidget* GetFrame() const override { return nullptr; }
     };
-    EXPECT_EQ(MessageOf<EArgumentException>([&] { Dialog->AddOptionFrame(std::make_unique<TFrameless>()); }),
-              "OptionFrame.Frame is null");
+    const auto addFrameless = [&](const char* name) {
+        Dialog->AddOptionFrame(std::make_unique<TFrameless>(QString::fromLatin1(name)));
+    };
+    EXPECT_EQ(MessageOf<EArgumentException>([&] { addFrameless("Frameless"); }), "OptionFrame.Frame is null");
+    EXPECT_EQ(MessageOf<EArgumentException>([&] { addFrameless(""); }), "OptionFrame Name is empty");
     EXPECT_TRUE(tests::PageNamesOf(*Dialog).isEmpty());
     EXPECT_TRUE(Dialog->GetOptionFrames().IsEmpty());
 }
@@ -140,7 +163,7 @@ TEST_F(LayerPropertiesDialog, AppliesPagesThatNobodyHasSeen) {
     EXPECT_EQ(Applied, (QStringList{"One", "Two"}));
     EXPECT_FALSE(two.GetFrame()->parentWidget());
     EXPECT_FALSE(Dialog->isVisible());
-    EXPECT_EQ(Dialog->GetModalResult(), TModalResult::mrOk);
+    EXPECT_EQ(Dialog->result(), 1);
     EXPECT_TRUE(Messages->Shown.empty());
 }
 
@@ -156,6 +179,21 @@ TEST_F(LayerPropertiesDialog, StaysOpenWhenAPageFails) {
     EXPECT_EQ(Messages->Shown,
               (std::vector<TShownMessage>{{"Error", "Error applying changes: no luck", "Error", Dialog.get()}}));
     EXPECT_FALSE(Dialog->ApplyChanges());
+}
+
+TEST_F(LayerPropertiesDialog, StaysOpenWhenAPageFailsToBeAppliedOnly) {
+    AddWriter("One");
+    AddRaiser("Two", QStringLiteral("no luck"));
+    AddWriter("Three");
+    tests::ShowActive(*Dialog);
+    Click(*Dialog, "Button3");
+    EXPECT_TRUE(Dialog->isVisible());
+    EXPECT_EQ(Applied, QStringList{"One"});
+    EXPECT_EQ(Messages->Shown,
+              (std::vector<TShownMessage>{{"Error", "Error applying changes: no luck", "Error", Dialog.get()}}));
+    Click(*Dialog, "Button2");
+    EXPECT_EQ(Dialog->result(), 2);
+    EXPECT_EQ(Messages->Shown.size(), 1U);
 }
 
 TEST_F(LayerPropertiesDialog, TellsOfFailuresThatAreNotTheLibrarys) {

@@ -2,6 +2,8 @@
 #include <lmx/Formats/Idrisi/lmxImageHeader.h>
 #include <tests/Dialogs/PropertiesDialogFixture.h>
 
+#include <limits>
+
 namespace lmx {
 namespace {
 
@@ -21,6 +23,27 @@ TEST(LayerPropertiesImageHeaderFrame, WritesTextsIntegersAndFloats) {
     const auto& list = Find<TDrawnListView>(frame, "lvValueList");
     EXPECT_EQ(tests::TitlesOf(list), (QStringList{"Property", "Value"}));
     EXPECT_EQ(list.columnWidth(0), 150);
+    EXPECT_EQ(list.editTriggers(), QAbstractItemView::NoEditTriggers) << "for reading";
+}
+
+TEST(LayerPropertiesImageHeaderFrame, GivesTheValueWhatTheNameLeaves) {
+    TLayerPropertiesImageHeaderFrame frame;
+    frame.resize(500, 300);
+    tests::ShowActive(frame);
+    const auto& list = Find<TDrawnListView>(frame, "lvValueList");
+    EXPECT_EQ(list.columnWidth(1), list.viewport()->width() - 150);
+    frame.resize(700, 300);
+    EXPECT_EQ(list.columnWidth(1), list.viewport()->width() - 150);
+}
+
+TEST(LayerPropertiesImageHeaderFrame, WritesFloatsThatAreNoNumbers) {
+    TLayerPropertiesImageHeaderFrame frame;
+    frame.AddValue(QStringLiteral("Nothing"), std::numeric_limits<float>::quiet_NaN());
+    frame.AddValue(QStringLiteral("Endless"), -std::numeric_limits<float>::infinity());
+    frame.AddValue(QStringLiteral("Half"), 0.03125F);
+    frame.AddValue(QStringLiteral("Less"), -0.00001F);
+    EXPECT_EQ(ValuesOf(frame),
+              (QStringList{"Nothing|NAN", "Endless|-INF", tests::Local("Half|0.0313"), tests::Local("Less|0.0000")}));
 }
 
 TEST(LayerPropertiesImageHeaderFrame, ListsAHeaderInItsOrder) {

@@ -5,6 +5,7 @@
 #include <tests/Dialogs/DisplayPageFixture.h>
 #include <tests/Support/ModalAnswer.h>
 
+#include <QLabel>
 #include <QLineEdit>
 
 namespace lmx {
@@ -78,6 +79,8 @@ TEST_F(ColorClassesPage, AddsAClass) {
     {
         const TAnswer answer([](TAddColorClassDialog& dialog) {
             EXPECT_EQ(dialog.GetClassColor(), 0xFF000000U);
+            EXPECT_EQ(dialog.GetClassLabel(), "");
+            EXPECT_EQ(Find<QLabel>(dialog, "lbFullRange").text(), Local("0.000 - 100.000"));
             dialog.SetClassColor(0x40123456U);
             dialog.SetClassLabel(QStringLiteral("Flood"));
             dialog.SetMin(100);
@@ -91,6 +94,18 @@ TEST_F(ColorClassesPage, AddsAClass) {
     EXPECT_TRUE(Classes().endsWith(Local("(\"Flood\":100.0000:200.0000:#40123456)"))) << Classes().toStdString();
 }
 
+TEST_F(ColorClassesPage, AddsNothingAfterACancel) {
+    const QString before = Classes();
+    const TAnswer answer([](TAddColorClassDialog& dialog) {
+        dialog.SetMin(1);
+        dialog.SetMax(2);
+        dialog.reject();
+    });
+    Press("btnAddColorClass");
+    EXPECT_EQ(Classes(), before);
+    EXPECT_EQ(List.GetRowCount(), 4);
+}
+
 TEST_F(ColorClassesPage, EditsTheOneSelectedClass) {
     EXPECT_FALSE(In<QPushButton>("ClassifiedPage", "btnEditColorClass").isEnabled());
     tests::ClickRow(List, 1);
@@ -100,6 +115,7 @@ TEST_F(ColorClassesPage, EditsTheOneSelectedClass) {
             EXPECT_EQ(dialog.GetClassColor(), 0x8000FF00U);
             EXPECT_EQ(dialog.GetMin(), 10.5F);
             EXPECT_EQ(dialog.GetMax(), 50.0F);
+            EXPECT_EQ(Find<QLabel>(dialog, "lbFullRange").text(), Local("0.000 - 100.000"));
             dialog.SetClassLabel(QStringLiteral("Moist"));
             dialog.SetMax(51);
             dialog.accept();
@@ -192,6 +208,24 @@ TEST_F(ColorClassesPage, RefusesOtherResources) {
     ASSERT_EQ(Messages->Shown.size(), 1U);
     EXPECT_EQ(Messages->Shown[0].Text, "'GradientFileName' type not supported");
     EXPECT_EQ(Rows(), before);
+    AnswerBrowser(QStringLiteral("x.pal"), QStringLiteral("idrisipalfilename"));
+    Press("Button2");
+    LetMessagesCome();
+    EXPECT_EQ(Messages->Shown.back().Text, "'idrisipalfilename' type not supported");
+}
+
+TEST_F(ColorClassesPage, ChangesNothingWhenASourceFails) {
+    struct TFailingSource final : IResBrowserSourceProvider {
+        std::shared_ptr<IResBrowserSource> GetSource() override { throw Exception(QStringLiteral("no source")); }
+    };
+    const QString before = Classes();
+    Config->PaletteSources() = {std::make_shared<TFailingSource>()};
+    Press("Button2");
+    LetMessagesCome();
+    ASSERT_EQ(Messages->Shown.size(), 1U);
+    EXPECT_EQ(Messages->Shown[0].Text, "no source");
+    EXPECT_TRUE(Browser->Shown.empty());
+    EXPECT_EQ(Classes(), before);
 }
 
 TEST_F(ColorClassesPage, ChangesNothingForABadFile) {
@@ -204,7 +238,9 @@ TEST_F(ColorClassesPage, ChangesNothingForABadFile) {
         Press("Button2");
         LetMessagesCome();
     }
-    EXPECT_EQ(Messages->Shown.size(), 3U);
+    ASSERT_EQ(Messages->Shown.size(), 3U);
+    EXPECT_EQ(Messages->Shown[0].Text, "'red' is not a valid integer value");
+    EXPECT_EQ(Messages->Shown[1].Text, Folder.filePath("absent.pal") + ": cannot be opened: No such file or directory");
     EXPECT_EQ(Messages->Shown[2].Text, "Invalid palette file");
     EXPECT_EQ(Rows(), before);
     EXPECT_EQ(Classes(), classes);
@@ -248,6 +284,40 @@ TEST_F(ColorClassesPage, LosesItsClassesToADamagedText) {
     EXPECT_TRUE(Rows().isEmpty());
 }
 
+TEST_F(ColorClassesPage, TakesAnEmptyOrAHugeTextForNoClasses) {
+    const QByteArray name = QByteArray("(\"") + QByteArray(1'000'000, 'x');
+    for (const QByteArray& text : {QByteArray(), QByteArray(1'000'000, '('), name, name + "\":1"}) {
+        Clipboard->Data["application/x-lmx-classified"] = "(\"Ice\":-5:0:#FFFFFFFF)";
+        Press("Button3");
+        EXPECT_EQ(Rows(), QStringList{"1|Ice|-5 - 0|"});
+        Clipboard->Data["application/x-lmx-classified"] = text;
+        Press("Button3");
+        LetMessagesCome();
+        EXPECT_TRUE(Rows().isEmpty()) << text.left(30).toStdString();
+        EXPECT_TRUE(Messages->Shown.empty());
+    }
+}
+
+// Of the first class there is nothing left either: classes are added when all of the text has been read.
+TEST_F(ColorClassesPage, TellsWhatIsWrongWithADamagedText) {
+    const std::vector<std::pair<QByteArray, QString>> texts{
+        {"(\"Ice\":-5:0:#FFFFFFFF),(\"Hot\":30:1e400:#FFFFFFFF)", "'1e400' is not a valid floating point value"},
+        {"(\"Ice\":-5:NaN:#FFFFFFFF)", "'NaN' is not a valid floating point value"},
+        {"(\"Ice\":-5::#FFFFFFFF)", "'' is not a valid floating point value"},
+        {"(\"Ice\":-5:0:#FFFFFFFG)", "'#FFFFFFFG' is not a valid color value"},
+        {"(\"Ice\":-5:0)", "Expected: :"},
+        {"(\"Ice\":-5:0:#FFF)", "Expected: )"}};
+    for (const auto& [text, message] : texts) {
+        Messages->Shown.clear();
+        Clipboard->Data["application/x-lmx-classified"] = text;
+        Press("Button3");
+        LetMessagesCome();
+        ASSERT_EQ(Messages->Shown.size(), 1U) << text.toStdString();
+        EXPECT_EQ(Messages->Shown[0].Text, message);
+        EXPECT_TRUE(Rows().isEmpty());
+    }
+}
+
 TEST_F(ColorClassesPage, KeepsTheSelectedIndex) {
     tests::ClickRow(List, 1);
     tests::ClickRow(List, 3, Qt::ControlModifier);
@@ -275,6 +345,18 @@ TEST_F(ColorClassesPage, DrawsRowsWithAnOpaqueSwatch) {
         plain.fill(Color32(clWindow));
         return plain;
     }()) << "texts stand two pixels from the left";
+    const auto hasInk = [&](int inRow, TColor ink) {
+        const QRect cell(List.columnViewportPosition(1), List.RowRect(inRow).top(), 160, row.height());
+        const QImage text = picture.copy(cell);
+        bool isThere = false;
+        for (int y = 0; y < text.height(); ++y)
+            for (int x = 0; x < text.width(); ++x)
+                isThere |= text.pixel(x, y) == Color32(ink);
+        return isThere;
+    };
+    EXPECT_TRUE(hasInk(0, clHighlightText));
+    EXPECT_TRUE(hasInk(1, clWindowText));
+    EXPECT_FALSE(hasInk(0, clWindowText));
 }
 
 } // namespace

@@ -81,10 +81,23 @@ TEST_F(MultipartGradientPage, AddsAGradient) {
     EXPECT_EQ((*(created->GetGradients().end() - 1))->GetGradient()->ToString(), "(0.5:#FFFF0000)");
 }
 
+TEST_F(MultipartGradientPage, AddsNothingAfterACancel) {
+    const TAnswer answer([](TAddMPGradientDialog& dialog) {
+        TMPGradItem item;
+        item.Stops = {{0.5, 0xFFFF0000U}};
+        dialog.SetData(item);
+        dialog.reject();
+    });
+    Press("btnMPAdd");
+    EXPECT_EQ(Rows().size(), 2);
+    EXPECT_EQ(Frame.CreateMultipartGradientColorCalc()->GetGradients().size(), 2U);
+}
+
 TEST_F(MultipartGradientPage, EditsTheSelectedGradient) {
     EXPECT_FALSE(In<QPushButton>("MultipartGradientPage", "btnMPEdit").isEnabled());
     {
         const TAnswer answer([](TAddMPGradientDialog& dialog) {
+            EXPECT_EQ(Find<QLabel>(dialog, "lbFullRange").text(), Local("-12.346 - 100.000"));
             EXPECT_EQ(dialog.GetMin(), 10.5F);
             EXPECT_EQ(dialog.GetMax(), 50.0F);
             EXPECT_EQ(dialog.GetStops(), (std::vector<TColorStop>{{0.25, 0xFF000000U}, {1, 0x80FFFFFFU}}));
@@ -103,6 +116,10 @@ TEST_F(MultipartGradientPage, EditsTheSelectedGradient) {
         Press("btnMPEdit");
     }
     EXPECT_EQ(Rows()[1], Local("11.000 to 51.000"));
+    const auto created = Frame.CreateMultipartGradientColorCalc();
+    const auto part = *(created->GetGradients().begin() + 1);
+    EXPECT_EQ(part->GetMinVal(), 11.0F);
+    EXPECT_EQ(part->GetMaxVal(), 51.0F);
 }
 
 TEST_F(MultipartGradientPage, AsksBeforeItDeletes) {
