@@ -56,6 +56,8 @@ TEST_F(LayerPropertiesAttributesFrame, ListsAttributesInTheOrderOfTheDictionary)
     EXPECT_EQ(tests::TitlesOf(List), (QStringList{"Property", "Type", "Value"}));
     EXPECT_EQ(List.columnWidth(0), 150);
     EXPECT_EQ(List.columnWidth(1), 100);
+    Frame.resize(600, 300);
+    EXPECT_EQ(List.columnWidth(2), List.viewport()->width() - 250) << "what the others leave";
     EXPECT_EQ(tests::TextsOf(List), (QStringList{"Bias|Float|0", "Depth|Integer|7", "Source|String|gauge"}));
 }
 

@@ -225,6 +225,13 @@ TEST_F(LayerPropertiesDialog, AppliesNothingWhenItIsCancelled) {
     EXPECT_TRUE(Applied.isEmpty());
 }
 
+TEST_F(LayerPropertiesDialog, IsCancelledByItsCloseButton) {
+    AddWriter("One");
+    const TModalAnswer<TLayerPropertiesDialog> answer([](auto& dialog) { dialog.close(); });
+    EXPECT_EQ(Dialog->ShowModal(), TModalResult::mrCancel);
+    EXPECT_TRUE(Applied.isEmpty());
+}
+
 TEST_F(LayerPropertiesDialog, IsConfirmedByTheEnterKeyInItsList) {
     AddWriter("One");
     const TModalAnswer<TLayerPropertiesDialog> answer([](auto& dialog) {

@@ -9,6 +9,7 @@
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/lmxGradientEditor.h>
+#include <tests/Dialogs/CalculatorKinds.h>
 #include <tests/Dialogs/DisplayPageFixture.h>
 #include <tests/Layers/IdrisiMapLayerFixture.h>
 #include <tests/Support/DialogChecks.h>
@@ -39,47 +40,6 @@ std::shared_ptr<IBasicPaletteColorCalculator> Palette(int count = 2) {
     return TBasicPaletteColorCalculatorFactory::GetObject(
         {0, 1}, std::vector<TColorKeyItem>(static_cast<std::size_t>(count), {"", 0xFF00FF00U}), false);
 }
-
-// ---- Calculators of several kinds at once
-
-struct TAsPalette : virtual IBasicPaletteColorCalculator {
-    std::shared_ptr<IColorKey> GetColorKey() const override { return nullptr; }
-    void SetColorKey(std::shared_ptr<IColorKey>) override {}
-    bool GetReserveFirstColorForNoData() const override { return false; }
-    void SetReserveFirstColorForNoData(bool) override {}
-};
-struct TAsClasses : IColorClassCalculator {
-    std::shared_ptr<IColorClasses> GetColorClasses() const override { return nullptr; }
-    void SetColorClasses(std::shared_ptr<IColorClasses>) override {}
-    TOutOfRangePolicy GetOutOfRangePolicy() const override { return TOutOfRangePolicy::orpReturnNil; }
-    void SetOutOfRangePolicy(TOutOfRangePolicy) override {}
-};
-struct TAsGradient : virtual IGradientColorCalculator {
-    std::shared_ptr<IGradient> GetGradient() const override { return nullptr; }
-    void SetGradient(std::shared_ptr<IGradient>) override {}
-    TColor32 GetDefaultColor() const override { return 0; }
-    void SetDefaultColor(TColor32) override {}
-};
-struct TAsParts : virtual IMultipartGradientColorCalculator {
-    std::shared_ptr<IGradientColorCalculator> GetGradient(float) const override { return nullptr; }
-    TColorParts& GetGradients() override { return Parts; }
-    const TColorParts& GetGradients() const override { return Parts; }
-    TColorParts Parts;
-};
-
-template<class... Kinds>
-struct TOfKinds final : TBaseMinMaxColorCalculator, Kinds... {
-    TColor32 GetColor(float) const override { return 0; }
-    std::shared_ptr<IBaseColorCalculator> Clone() const override { return nullptr; }
-    std::shared_ptr<IBaseColorCalculator> Clone(float, float) const override { return nullptr; }
-};
-
-template<class... Kinds>
-std::shared_ptr<IBaseColorCalculator> OfKinds() {
-    return std::shared_ptr<TBaseMinMaxColorCalculator>(std::make_shared<TOfKinds<Kinds...>>());
-}
-
-// ---- The frame
 
 struct LayerPropertiesDisplayFrame : tests::TDisplayPageTest {
     bool IsEmpty() {
@@ -132,14 +92,15 @@ TEST_F(LayerPropertiesDisplayFrame, WantsACalculatorThatItKnows) {
 }
 
 TEST_F(LayerPropertiesDisplayFrame, TakesTheFirstKindThatFits) {
-    Frame.SetData({0, 1}, OfKinds<TAsParts, TAsGradient>(), 255, Config);
+    Frame.SetData({0, 1}, tests::OfKinds<tests::TAsParts, tests::TAsGradient>(), 255, Config);
     EXPECT_EQ(ActivePage(), "GradientPage");
     Pages.setCurrentIndex(1);
-    Frame.SetData({0, 1}, OfKinds<TAsParts, TAsGradient, TAsClasses>(), 255, Config);
+    Frame.SetData({0, 1}, tests::OfKinds<tests::TAsParts, tests::TAsGradient, tests::TAsClasses>(), 255, Config);
     EXPECT_EQ(ActivePage(), "ClassifiedPage");
-    Frame.SetData({0, 1}, OfKinds<TAsParts, TAsGradient, TAsClasses, TAsPalette>(), 255, Config);
+    Frame.SetData({0, 1}, tests::OfKinds<tests::TAsParts, tests::TAsGradient, tests::TAsClasses, tests::TAsPalette>(),
+                  255, Config);
     EXPECT_EQ(ActivePage(), "BasicPalPage");
-    Frame.SetData({0, 1}, OfKinds<TAsParts>(), 255, Config);
+    Frame.SetData({0, 1}, tests::OfKinds<tests::TAsParts>(), 255, Config);
     EXPECT_EQ(ActivePage(), "MultipartGradientPage");
 }
 
@@ -332,6 +293,42 @@ TEST_F(LayerPropertiesDisplayOptionFrame, GivesANewCalculatorEvenIfNothingWasEdi
     EXPECT_TRUE(std::dynamic_pointer_cast<IBasicPaletteColorCalculator>(Layer.GetColorCalc()));
     EXPECT_EQ(Layer.Legends, legends + 1);
     EXPECT_TRUE(Messages->Shown.empty());
+}
+
+TEST_F(LayerPropertiesDisplayOptionFrame, BeginsWithWhatTheLayerHas) {
+    const tests::TScriptedResBrowser browser;
+    browser->Answers = {std::nullopt};
+    Manager->GetConfig()->PaletteSources() = {std::make_shared<tests::TNamedPaletteSource>("Host")};
+    Layer.SetOpacity(99);
+    auto& frame = Open(Palette());
+    EXPECT_EQ(frame.GetOpacity(), 99);
+    EXPECT_EQ(frame.CreateBasicPaletteColorCalc()->GetMinVal(), 1.0F) << "the least value of the image";
+    Click(frame, "btnBasicPalLoad");
+    EXPECT_EQ(browser->Shown, (std::vector<std::vector<QString>>{{"Host"}}));
+}
+
+TEST_F(LayerPropertiesDisplayOptionFrame, LeavesTheLayersCalculatorAsItWas) {
+    const auto calculator = TColorClassCalculatorFactory::GetObject({{"A", 0, 50, 1}, {"B", 50, 99, 2}});
+    const auto& classes = calculator->GetColorClasses()->GetClasses();
+    auto& frame = Open(calculator);
+    auto& list = Find<TDrawnListView>(frame, "lvClasses");
+    tests::ClickRow(list, 0);
+    QTest::keyClick(&list, Qt::Key_Delete);
+    Find<QSlider>(frame, "rbOpacity").setValue(40);
+    EXPECT_EQ(classes.Count(), 2);
+    EXPECT_EQ(Layer.GetColorCalc(), calculator) << "nothing reaches the layer before it is applied";
+    EXPECT_EQ(Layer.GetOpacity(), 255);
+    Click(Find<QWidget>(Dialog, "pnMainActions"), "Button3");
+    EXPECT_EQ(classes.Count(), 2) << "the layer gets another one";
+    const auto applied = std::dynamic_pointer_cast<IColorClassCalculator>(Layer.GetColorCalc());
+    ASSERT_TRUE(applied);
+    EXPECT_EQ(applied->GetColorClasses()->GetClasses().Count(), 1);
+    list.selectAll();
+    QTest::keyClick(&list, Qt::Key_Delete);
+    EXPECT_EQ(applied->GetColorClasses()->GetClasses().Count(), 1) << "which is not the page's either";
+    Click(Find<QWidget>(Dialog, "pnMainActions"), "Button2");
+    EXPECT_EQ(Layer.GetColorCalc(), applied);
+    EXPECT_EQ(Layer.GetOpacity(), 40);
 }
 
 TEST_F(LayerPropertiesDisplayOptionFrame, SetsTheOpacityLast) {
