@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <set>
+
 namespace lmx {
 namespace {
 
@@ -47,16 +49,25 @@ TEST_F(LayerPropertiesBoundsFrame, ShowsEveryDigit) {
 }
 
 TEST_F(LayerPropertiesBoundsFrame, StandsInTheMiddle) {
+    Layer.SetLayerArea(tests::LatLonArea({-123456789012.5L, 90, 0, 0})); // of more digits than there is room for anyway
     TLayerPropertiesBoundsFrame frame(Layer);
     tests::ShowActive(frame);
     const auto& container = Find<QWidget>(frame, "pnBoundsContainerPanel");
     const auto& panel = Find<QWidget>(frame, "pnBoundsPanel");
-    for (const int width : {701, 702, 703, 704}) {
-        frame.resize(width, 400);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(panel.x(), container.width() / 2 - panel.width() / 2) << width;
-        EXPECT_TRUE(container.rect().contains(panel.geometry()));
+    std::set<int> parities; // of the panel's width, which follows text and font
+    for (const int pixels : {10, 11, 12, 13, 14, 15, 16}) {
+        QFont font = frame.font();
+        font.setPixelSize(pixels);
+        frame.setFont(font);
+        for (const int width : {701, 702, 703, 704}) {
+            frame.resize(width, 400);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(panel.x(), container.width() / 2 - panel.width() / 2) << width;
+            EXPECT_TRUE(container.rect().contains(panel.geometry()));
+            parities.insert(panel.width() % 2);
+        }
     }
+    EXPECT_EQ(parities.size(), 2U) << "of an odd width the half is cut, too";
 }
 
 TEST_F(LayerPropertiesBoundsFrame, StandsAboutAThinCross) {
