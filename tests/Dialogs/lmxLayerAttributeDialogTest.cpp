@@ -150,7 +150,10 @@ TEST_F(LayerAttributeDialog, BeginsWithTheNameToBeTypedOver) {
 }
 
 TEST_F(LayerAttributeDialog, ComesUpInTheMiddleOfItsScreen) {
-    TLayerAttributeDialog dialog;
+    QWidget host; // in a corner, where Qt would put it
+    host.setGeometry(0, 0, 100, 100);
+    host.show();
+    TLayerAttributeDialog dialog(&host);
     EXPECT_TRUE(Find<QPushButton>(dialog, "Button1").isDefault());
     tests::ShowActive(dialog);
     const QPoint off = dialog.frameGeometry().center() - dialog.screen()->availableGeometry().center();

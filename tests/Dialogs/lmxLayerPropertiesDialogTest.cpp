@@ -81,6 +81,10 @@ TEST_F(LayerPropertiesDialog, HasAListForReading) {
 }
 
 TEST_F(LayerPropertiesDialog, ComesUpInTheMiddleOfItsScreen) {
+    QWidget host; // in a corner, where Qt would put it
+    host.setGeometry(0, 0, 100, 100);
+    host.show();
+    Dialog = std::make_unique<TLayerPropertiesDialog>(&host);
     Add("One");
     tests::ShowActive(*Dialog);
     const QPoint off = Dialog->geometry().center() - Dialog->screen()->availableGeometry().center();
@@ -88,6 +92,7 @@ TEST_F(LayerPropertiesDialog, ComesUpInTheMiddleOfItsScreen) {
     EXPECT_LE(std::abs(off.y()), 1);
     EXPECT_EQ(PagesOf(*Dialog).width(), 161);
     EXPECT_TRUE(PagesOf(*Dialog).hasFocus());
+    Dialog.reset(); // before its host
 }
 
 TEST_F(LayerPropertiesDialog, RefusesPagesThatAreNone) {
@@ -134,12 +139,14 @@ TEST_F(LayerPropertiesDialog, ShowsThePageThatIsSelected) {
     EXPECT_EQ(one.GetFrame()->parentWidget(), &Find<QWidget>(*Dialog, "pnHost"));
     EXPECT_TRUE(one.GetFrame()->isVisible());
     EXPECT_EQ(Title().text(), "One");
+    EXPECT_TRUE(Title().isVisible());
     EXPECT_FALSE(two.GetFrame()->parentWidget()) << "before it is selected";
 
     tests::ClickRow(PagesOf(*Dialog), 1);
     EXPECT_FALSE(one.GetFrame()->isVisible());
     EXPECT_TRUE(two.GetFrame()->isVisible());
     EXPECT_EQ(Title().text(), "Two");
+    EXPECT_TRUE(Title().isVisible());
     QCoreApplication::processEvents();
     EXPECT_EQ(two.GetFrame()->size(), Find<QWidget>(*Dialog, "pnHost").size());
     QTest::keyClick(&PagesOf(*Dialog), Qt::Key_Up);
