@@ -19,7 +19,6 @@
 #include <QSlider>
 #include <QTabBar>
 
-#include <algorithm>
 #include <string>
 
 namespace lmx {
@@ -66,8 +65,7 @@ TEST_F(LayerPropertiesDisplayFrame, BeginsEmptyAndOpaque) {
     EXPECT_EQ(Opacity.maximum(), 255);
     EXPECT_EQ(Opacity.value(), 255);
     EXPECT_EQ(OpacityEdit.text(), "255");
-    const auto labels = Frame.findChildren<QLabel*>();
-    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](QLabel* label) { return label->text() == "Opacity:"; }));
+    EXPECT_EQ(OpacityEdit.parentWidget()->findChild<QLabel*>()->text(), "Opacity:");
 }
 
 TEST_F(LayerPropertiesDisplayFrame, WantsACalculator) {
@@ -247,6 +245,13 @@ struct LayerPropertiesDisplayOptionFrame : tests::TIdrisiMapLayerTest {
         tests::ShowActive(Dialog);
         return dynamic_cast<TLayerPropertiesDisplayFrame&>(FrameOf(Dialog, "Raster display"));
     }
+    TIdrisiMapLayer& AddToManager(const std::shared_ptr<IBaseColorCalculator>& calculator) {
+        auto* layer = Manager->GetLayers().Add(std::make_unique<TIdrisiMapLayer>(Manager));
+        layer->TakeImage(tests::NumberedImage(4, 2, {0, 2, 4, 0}));
+        layer->SetColorCalc(calculator);
+        layer->Render();
+        return *layer;
+    }
     void ExpectToStay(const QString& message) {
         const auto before = Layer.GetColorCalc();
         const auto opacity = Layer.GetOpacity();
@@ -351,9 +356,8 @@ TEST_F(LayerPropertiesDisplayOptionFrame, RendersTheCalculatorBeforeTheOpacity) 
     EXPECT_TRUE(Dialog.isVisible());
 }
 
-// A reserved colour alone leaves none for the values.
 TEST_F(LayerPropertiesDisplayOptionFrame, RendersAgainWhatCouldNotBeRendered) {
-    auto& frame = Open(Palette(1));
+    auto& frame = Open(Palette(1)); // which, reserved, leaves no color for the values
     Find<QAbstractButton>(frame, "rbFirstColorNoData").click();
     Find<QLineEdit>(frame, "edOpacity").setText(QStringLiteral("40"));
     for (int i = 0; i < 2; ++i)
@@ -391,12 +395,10 @@ TEST_F(LayerPropertiesDisplayOptionFrame, KeepsTheEditsOfLaterPagesOnTheScreen) 
     Find<QTabWidget>(frame, "Pages").setCurrentIndex(2);
     ExpectToStay(QStringLiteral("Error applying changes: Please specify one or more colors"));
     EXPECT_TRUE(Layer.GetAttributes().empty());
-    EXPECT_EQ(attributes.GetWorking(), edited);
     Find<QTabWidget>(frame, "Pages").setCurrentIndex(3);
     Click(Find<QWidget>(Dialog, "pnMainActions"), "Button1");
     EXPECT_FALSE(Dialog.isVisible());
     EXPECT_EQ(Layer.GetAttributes(), edited);
-    EXPECT_EQ(Messages->Shown.size(), 1U);
 }
 
 TEST_F(LayerPropertiesDisplayOptionFrame, WantsClasses) {
@@ -463,11 +465,7 @@ TEST_F(LayerPropertiesDisplayOptionFrame, AppliesNothingOnceTheLayerHasGone) {
 }
 
 TEST_F(LayerPropertiesDisplayOptionFrame, SurvivesALayerThatGoesWhenItIsTold) {
-    auto* layer = Manager->GetLayers().Add(std::make_unique<TIdrisiMapLayer>(Manager));
-    auto& raster = dynamic_cast<TIdrisiMapLayer&>(*layer);
-    raster.TakeImage(tests::NumberedImage(4, 2, {0, 2, 4, 0}));
-    raster.SetColorCalc(Palette());
-    raster.Render();
+    TIdrisiMapLayer& raster = AddToManager(Palette());
     auto dialog = std::make_unique<TLayerPropertiesDialog>();
     raster.InitPropertiesDialog(dialog.get());
     const auto subscription = raster.GetOnReadyToDrawChanged().Add([&](TBaseMapLayer* told) {
@@ -477,6 +475,24 @@ TEST_F(LayerPropertiesDisplayOptionFrame, SurvivesALayerThatGoesWhenItIsTold) {
     TLayerPropertiesDialog* const open = dialog.get();
     EXPECT_FALSE(open->ApplyChanges());
     EXPECT_TRUE(Manager->GetLayers().IsEmpty());
+}
+
+TEST_F(LayerPropertiesDisplayOptionFrame, SurvivesALayerThatGoesWhenItIsRenderedAgain) {
+    TIdrisiMapLayer& raster = AddToManager(Palette(1));
+    auto dialog = std::make_unique<TLayerPropertiesDialog>();
+    raster.InitPropertiesDialog(dialog.get());
+    const QWidget& frame = FrameOf(*dialog, "Raster display");
+    Find<QAbstractButton>(frame, "rbFirstColorNoData").click();
+    EXPECT_FALSE(dialog->ApplyChanges());
+    const auto subscription = raster.GetOnReadyToDrawChanged().Add([&](TBaseMapLayer* told) {
+        Manager->GetLayers().Remove(told);
+        dialog.reset();
+    });
+    Find<QAbstractButton>(frame, "rbTransparentNoData").click();
+    TLayerPropertiesDialog* const open = dialog.get();
+    EXPECT_FALSE(open->ApplyChanges());
+    EXPECT_TRUE(Manager->GetLayers().IsEmpty());
+    EXPECT_EQ(Messages->Shown.size(), 1U);
 }
 
 } // namespace
