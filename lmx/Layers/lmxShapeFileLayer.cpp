@@ -12,10 +12,11 @@
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
-#include <utility>
-
 #include <QObject>
 #include <QPointer>
+
+#include <algorithm>
+#include <utility>
 
 namespace lmx {
 
@@ -33,6 +34,13 @@ void FreeInBackground(std::shared_ptr<const TShpData> data) {
     } catch (const EInvalidOperation&) {
         // By contract: the geometry goes with the thread that was not started.
     }
+}
+
+TSeamFolding FoldingOf(const TMapArea& area, const IWorldSystem& system) {
+    if (system.GetGroup() != QStringLiteral("latlon"))
+        return {};
+    const TMapArea& world = system.Area();
+    return {true, std::min(area.Left, area.Right) < world.Left, std::max(area.Left, area.Right) > world.Right};
 }
 
 } // namespace
@@ -113,6 +121,13 @@ TMapPoint TShapeFileLayer::ProjectMapPoint(extended x, extended y) const {
     return point;
 }
 
+void TShapeFileLayer::SetFoldsAtSeam(bool foldsAtSeam) {
+    if (foldsAtSeam == FFoldsAtSeam)
+        return;
+    FFoldsAtSeam = foldsAtSeam;
+    Invalidate(true);
+}
+
 void TShapeFileLayer::CreateLegendComponent() {
     TBaseShapeLayer::CreateLegendComponent();
     const TBorrowed self(this); // the factory is a host's
@@ -158,6 +173,7 @@ TShapeFileLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const 
     auto duplicate = std::make_unique<TShapeFileLayer>(manager);
     UpdateDuplicateBaseShapeLayer(duplicate.get());
     duplicate->FProjection = FProjection;
+    duplicate->FFoldsAtSeam = FFoldsAtSeam;
     if (const TShpFile* file = GetShpFile()) {
         TShpLoadOptions options;
         options.SkipDamagedRecords = file->GetDamagedRecordCount() > 0; // what could be shown can be shown again
@@ -170,7 +186,8 @@ TShapeFileLayer::Duplicate(const std::shared_ptr<ILayerManager>& manager) const 
 void TShapeFileLayer::RenderBuffer(TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal) {
     const TShpFile* file = GetShpFile();
     StartRender(std::make_shared<TShapeFileLayerRenderThreadHandler>(
-        viewSize, visibleMapArea, vpLocal, file ? file->GetData() : nullptr, FProjection, GetColor()));
+        viewSize, visibleMapArea, vpLocal, file ? file->GetData() : nullptr, FProjection, GetColor(),
+        FFoldsAtSeam ? FoldingOf(GetLayerArea().Area, vpLocal.GetWorldSystem()) : TSeamFolding()));
 }
 
 } // namespace lmx

@@ -21,7 +21,8 @@ public:
 
 /// Shows a shape file in one colour: points as squares of 4 x 4 pixels, polygons and polylines as outlines one pixel
 /// wide, not antialiased and never filled; first all points, then all polygons, then all polylines. A polygon is closed
-/// by its own last vertex. Vertices lie where the projection puts them; nothing is folded at the seam of the world.
+/// by its own last vertex. Vertices lie where the projection puts them; nothing is folded at the seam of the world
+/// unless the host asks for it.
 /// Set the projection first, then the file.
 class LMX_EXPORT TShapeFileLayer : public TBaseShapeLayer {
 public:
@@ -51,6 +52,12 @@ public:
     /// Where the projection puts a coordinate of the file.
     TMapPoint ProjectMapPoint(extended x, extended y) const;
 
+    /// Whether, in a world of longitudes, shapes beyond its western or eastern edge are drawn once more a turn further,
+    /// where the world has their places, and nothing is drawn beyond these edges. False after construction; documents
+    /// keep it. By the layer's area it is decided whether there are any.
+    bool GetFoldsAtSeam() const { return FFoldsAtSeam; }
+    void SetFoldsAtSeam(bool foldsAtSeam);
+
     /// The legend of the file's colour. A host's factory, if there is one, decides: a control of another class than
     /// TShapeFileLayerLegendControl counts as none.
     void CreateLegendComponent() override;
@@ -72,6 +79,7 @@ private:
     TBorrowed<TShpFile> FShpFile;
     std::shared_ptr<const IShapeFileProjection> FProjection;
     bool FOwnsShpFile = true;
+    bool FFoldsAtSeam = false;
 };
 
 } // namespace lmx

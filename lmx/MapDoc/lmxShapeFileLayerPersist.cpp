@@ -11,6 +11,7 @@ namespace lmx {
 namespace {
 
 const QString Color = QStringLiteral("color");
+const QString FoldsAtSeam = QStringLiteral("foldsAtSeam"); // an element without content
 
 } // namespace
 
@@ -26,6 +27,8 @@ void TShapeFileLayerPersist::ReadLayer(TMapDocResourcePersist&, TBaseMapLayer* l
     const TBorrowed self(layer);
     shapeLayer.TakeShpFile(TShpFile::LoadFromFile(path, nullptr));
     if (self)
+        shapeLayer.SetFoldsAtSeam(!data.Child(FoldsAtSeam).IsEmpty());
+    if (self)
         shapeLayer.SetColor(DecimalToLow32(color));
 }
 
@@ -37,6 +40,8 @@ void TShapeFileLayerPersist::WriteLayer(TMapDocResourcePersist&, const TBaseMapL
         RefuseEmptyLayer(shapeLayer, QStringLiteral("shape file"));
     AddLink(data, shpFile->GetFileName());
     AddText(data, Color, Color32ToDecimal(shapeLayer.GetColor()));
+    if (shapeLayer.GetFoldsAtSeam())
+        data.AddChild(FoldsAtSeam);
 }
 
 } // namespace lmx

@@ -147,6 +147,105 @@ TEST_F(ShapeFileLayer, ANilProjectionLeavesPointsAsTheyAre) {
     EXPECT_GT(CountPixels(Layer->GetBufferedBitmap()->Bitmap), 0);
 }
 
+// --- The seam -------------------------------------------------------------------------------------------------------
+
+class ShapesAtTheSeam : public ShapeFileLayer {
+protected:
+    /// Where a world is shown at a pixel for each two degrees: its western edge at pixel 10, the equator at 10.
+    void ShowWorld(const std::shared_ptr<IWorldSystem>& system) {
+        World.SetWorldSystem(system);
+        Viewport.SetViewSize({200, 20});
+        Target.SetSize(200, 20);
+        Viewport.SetScale(0.5L);
+        Viewport.SetTranslation({10, -35});
+        Layer->Invalidate(true);
+        PaintAndRender();
+        Paint();
+    }
+    bool IsDrawnAt(extended longitude, extended latitude = 0) const {
+        const TPoint pixel = Viewport.MapPointToPoint({longitude, latitude}).ToPoint();
+        return Target.GetPixelS(pixel.X, pixel.Y) == Red;
+    }
+    /// A line along the equator.
+    void TakeLine(double west, double east) {
+        Layer->TakeShpFile(Load(TShapeBytes().Lines(3, {{{west, 0}, {east, 0}}}).File(3)));
+    }
+};
+
+TEST_F(ShapesAtTheSeam, AreFoldedOnlyIfAHostAsksForIt) {
+    TakeLine(-60, -40);
+    EXPECT_FALSE(Layer->GetFoldsAtSeam());
+    ShowWorld(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_FALSE(IsDrawnAt(310));
+    int invalidations = 0;
+    const auto subscription = Layer->GetOnInvalidated().Add([&](TBaseMapLayer*) { ++invalidations; });
+    Layer->SetFoldsAtSeam(true);
+    Layer->SetFoldsAtSeam(true);
+    EXPECT_EQ(invalidations, 1);
+    ShowWorld(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_TRUE(IsDrawnAt(310));
+    EXPECT_FALSE(IsDrawnAt(330));
+    ShowWorld(TLatLonWorldSystemFactory::GetObject());
+    EXPECT_TRUE(IsDrawnAt(-50));
+    EXPECT_FALSE(IsDrawnAt(130));
+}
+
+TEST_F(ShapesAtTheSeam, AreFoldedFromBothSides) {
+    Layer->SetFoldsAtSeam(true);
+    TakeLine(170, 200);
+    ShowWorld(TLatLonWorldSystemFactory::GetObject());
+    EXPECT_TRUE(IsDrawnAt(175));
+    EXPECT_TRUE(IsDrawnAt(-170));
+    EXPECT_FALSE(IsDrawnAt(-150));
+    ShowWorld(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_TRUE(IsDrawnAt(190));
+    TakeLine(-20, 20);
+    ShowWorld(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_TRUE(IsDrawnAt(10));
+    EXPECT_TRUE(IsDrawnAt(350));
+    EXPECT_FALSE(IsDrawnAt(330));
+}
+
+TEST_F(ShapesAtTheSeam, AreNotDrawnBeyondTheEdgesOfTheirWorld) {
+    TakeLine(-20, 20);
+    ShowWorld(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_TRUE(IsDrawnAt(-6)) << "nothing is folded";
+    Layer->SetFoldsAtSeam(true);
+    ShowWorld(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_FALSE(IsDrawnAt(-6));
+    EXPECT_TRUE(IsDrawnAt(0)) << "the edges are inside";
+    EXPECT_TRUE(IsDrawnAt(360));
+    EXPECT_FALSE(IsDrawnAt(364));
+}
+
+TEST_F(ShapesAtTheSeam, PointsAndHostsProjectionsAreFoldedToo) {
+    Layer->SetFoldsAtSeam(true);
+    Layer->SetProjection(std::make_shared<TDoublingProjection>());
+    Layer->TakeShpFile(Load(TShapeBytes().Point(1, {-25, 0}).File(1)));
+    ShowWorld(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_TRUE(IsDrawnAt(310));
+    Layer->DeleteShpFile();
+    Layer->SetProjection(nullptr);
+    Layer->TakeShpFile(Load(TShapeBytes().Point(1, {-30, 0}).File(1)));
+    ShowWorld(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    EXPECT_TRUE(IsDrawnAt(330));
+}
+
+TEST_F(ShapesAtTheSeam, AGridOfMetresHasNone) {
+    Layer->SetFoldsAtSeam(true);
+    TakeLine(-60, 60);
+    ShowWorld(TNZMGWorldSystemFactory::GetObject());
+    EXPECT_FALSE(IsDrawnAt(World.GetWorldSystem()->Area().Left));
+}
+
+TEST_F(ShapeFileLayer, ADuplicateFoldsAsItsOriginal) {
+    Layer->SetFoldsAtSeam(true);
+    const auto duplicate = Layer->Duplicate(Manager);
+    EXPECT_TRUE(dynamic_cast<TShapeFileLayer&>(*duplicate).GetFoldsAtSeam());
+}
+
+// --- The projection -------------------------------------------------------------------------------------------------
+
 TEST_F(ShapeFileLayer, TheProjectionMustComeFirst) {
     const auto projection = Layer->GetProjection();
     Layer->TakeShpFile(Square());

@@ -139,6 +139,20 @@ TEST_F(ShapeFileLayerPersist, AShapeFileIsAlwaysLinked) {
     EXPECT_EQ(Written(FLayer, erpKeepExternal), data);
 }
 
+TEST_F(ShapeFileLayerPersist, KeepsWhetherShapesAreFolded) {
+    const QString path = FFolder.Write("places.shp", TShapeBytes().Point(1, {3, 4}).File(1));
+    FLayer.TakeShpFile(TShpFile::LoadFromFile(path, nullptr));
+    FLayer.SetFoldsAtSeam(true);
+    const QString data = Written(FLayer, erpKeepExternal);
+    EXPECT_TRUE(data.endsWith(QStringLiteral("</color><foldsAtSeam/></data>"))) << data.toStdString();
+    TShapeFileLayer other(FManager);
+    Read(other, data);
+    EXPECT_TRUE(other.GetFoldsAtSeam());
+    FLayer.SetFoldsAtSeam(false);
+    Read(other, Written(FLayer, erpKeepExternal));
+    EXPECT_FALSE(other.GetFoldsAtSeam());
+}
+
 TEST_F(ShapeFileLayerPersist, RefusesInItsOwnWords) {
     const QString color = QStringLiteral("<color>1</color>");
     EXPECT_EQ(RefusalOf(color), "Missing required node");

@@ -14,10 +14,12 @@ bool IsOrdinary(extended length) {
 
 } // namespace
 
-TPixelConverter::TPixelConverter(const TWorldViewportLocal& viewport) : FViewport(viewport) {
+TPixelConverter::TPixelConverter(const TWorldViewportLocal& viewport, extended shift)
+    : FViewport(viewport),
+      FShift(shift) {
     FViewport.MapPointToPoint({}); // raises for worlds that have no pixels
     const TMapArea& world = FViewport.GetWorldSystem().Area();
-    FLeft = world.Left;
+    FLeft = world.Left - shift;
     FTop = world.Top;
     FLeftDouble = static_cast<double>(FLeft);
     FTopDouble = static_cast<double>(FTop);
@@ -59,7 +61,7 @@ void TPixelConverter::ToPixels(std::span<const TShpPoint> points, TPoint* pixels
 }
 
 TPoint TPixelConverter::ToPixelByDefinition(const TMapPoint& point) const {
-    return FViewport.MapPointToPoint(point).ToPoint();
+    return FViewport.MapPointToPoint({point.X + FShift, point.Y}).ToPoint();
 }
 
 TMapArea TPixelConverter::GetReach(TSize size) const {

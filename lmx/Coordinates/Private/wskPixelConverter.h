@@ -18,9 +18,10 @@ namespace lmx {
 /// Make a new one when the world system changes: what converts meanwhile is of no use. Any thread.
 class TPixelConverter {
 public:
+    /// Every position is taken as one that lies `shift` map units further east.
     /// @throws ENotImplemented with the messages of TWorldViewport::MapPointToPoint, EInvalidOperation "World system is
     /// nil".
-    explicit TPixelConverter(const TWorldViewportLocal& viewport);
+    explicit TPixelConverter(const TWorldViewportLocal& viewport, extended shift = 0);
 
     /// The nearest pixel of a map position whose coordinates are finite. However far it lies outside, nothing
     /// overflows: it saturates as ToPoint does.
@@ -64,6 +65,7 @@ private:
     TPoint ToPixelByDefinition(const TMapPoint& point) const;
 
     TWorldViewportLocal FViewport;
+    extended FShift;
     extended FLeft;
     extended FTop;
     double FLeftDouble;

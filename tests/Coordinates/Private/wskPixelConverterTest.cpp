@@ -83,6 +83,26 @@ TEST(PixelConverter, EqualsTheDefinitionAroundTies) {
     EXPECT_GT(differing, 0) << "doubles alone would do";
 }
 
+TEST(PixelConverter, AShiftMovesEveryPlaceEast) {
+    std::mt19937_64 random(48);
+    std::uniform_real_distribution<double> places(-180, 180);
+    TWorld world(TLatLonAntimeridianWorldSystemFactory::GetObject());
+    for (const double scale : {0.7, 3.0, 1e4}) {
+        const TWorldViewportLocal viewport(&world, scale, {11, -7});
+        const TPixelConverter converter(viewport, 360);
+        for (int round = 0; round < 1000; ++round) {
+            const TShpPoint place{places(random), places(random) / 2};
+            const TPoint expected = ByDefinition(viewport, {place.X + 360.0L, place.Y});
+            ASSERT_EQ(converter.ToPixel(place.X, place.Y), expected) << place.X;
+            ASSERT_EQ(converter.ToPixel(TMapPoint(place.X, place.Y)), expected) << place.X;
+            TPoint pixel;
+            converter.ToPixels({&place, 1}, &pixel);
+            ASSERT_EQ(pixel, expected) << place.X;
+        }
+        EXPECT_EQ(converter.GetReach({100, 50}).Left, TPixelConverter(viewport).GetReach({100, 50}).Left - 360);
+    }
+}
+
 TEST(PixelConverter, SaturatesFarOutside) {
     TWorld world(TLatLonWorldSystemFactory::GetObject());
     const TPixelConverter converter(TWorldViewportLocal(&world, 1000, {0, 0}));

@@ -10,13 +10,16 @@ namespace lmx {
 
 namespace {
 
+constexpr extended FullTurn = 360;
+
 /// Draws by a projection of the host: nothing is known of it, so every vertex goes through it and nothing is skipped.
 class TProjectedDrawing {
 public:
-    TProjectedDrawing(const IShapeFileProjection& projection, const TWorldViewportLocal& viewport, TBitmap32& bitmap,
-                      const TThreadPoolThread& thread)
+    TProjectedDrawing(const IShapeFileProjection& projection, const TWorldViewportLocal& viewport, extended shift,
+                      TBitmap32& bitmap, const TThreadPoolThread& thread)
         : FProjection(projection),
           FViewport(viewport),
+          FShift(shift),
           FBitmap(bitmap),
           FThread(thread) {}
 
@@ -49,11 +52,13 @@ private:
     TPoint ToPixel(const TShpPoint& point) const {
         TMapPoint place;
         FProjection.Convert(point.X, point.Y, place.X, place.Y);
+        place.X += FShift;
         return FViewport.MapPointToPoint(place).ToPoint();
     }
 
     const IShapeFileProjection& FProjection;
     const TWorldViewportLocal& FViewport;
+    extended FShift;
     TBitmap32& FBitmap;
     const TThreadPoolThread& FThread;
 };
@@ -62,11 +67,13 @@ private:
 
 TShapeFileLayerRenderThreadHandler::TShapeFileLayerRenderThreadHandler(
     TSize viewSize, const TMapArea& visibleMapArea, const TWorldViewportLocal& vpLocal,
-    std::shared_ptr<const TShpData> data, std::shared_ptr<const IShapeFileProjection> projection, TColor32 color)
+    std::shared_ptr<const TShpData> data, std::shared_ptr<const IShapeFileProjection> projection, TColor32 color,
+    TSeamFolding folding)
     : TRenderThreadHandler(viewSize, visibleMapArea, vpLocal),
       FData(std::move(data)),
       FProjection(std::move(projection)),
-      FColor(color) {}
+      FColor(color),
+      FFolding(folding) {}
 
 bool TShapeFileLayerRenderThreadHandler::GetHasContent() const {
     return FData != nullptr;
@@ -74,21 +81,37 @@ bool TShapeFileLayerRenderThreadHandler::GetHasContent() const {
 
 void TShapeFileLayerRenderThreadHandler::Draw(TBitmap32& bitmap, const TThreadPoolThread& thread) const {
     bitmap.SetPenColor(FColor);
+    DrawShifted(bitmap, 0, thread);
+    if (FFolding.HasWest)
+        DrawShifted(bitmap, FullTurn, thread);
+    if (FFolding.HasEast)
+        DrawShifted(bitmap, -FullTurn, thread);
+    if (FFolding.IsOn)
+        ClearBeyondWorld(bitmap);
+}
+
+void TShapeFileLayerRenderThreadHandler::DrawShifted(TBitmap32& bitmap, extended shift,
+                                                     const TThreadPoolThread& thread) const {
     if (FProjection && !dynamic_cast<const TWGS84ShapeFileProjection*>(FProjection.get())) {
-        DrawProjected(bitmap, thread);
+        const TProjectedDrawing drawing(*FProjection, VPLocal, shift, bitmap, thread);
+        drawing.DrawPoints(FData->Points);
+        drawing.DrawOutlines(FData->Polygons);
+        drawing.DrawOutlines(FData->PolyLines);
         return;
     }
-    const TPixelConverter converter(VPLocal);
+    const TPixelConverter converter(VPLocal, shift);
     DrawPointSquares(*FData, converter, bitmap, thread);
     DrawOutlines(FData->Polygons, converter, bitmap, thread);
     DrawOutlines(FData->PolyLines, converter, bitmap, thread);
 }
 
-void TShapeFileLayerRenderThreadHandler::DrawProjected(TBitmap32& bitmap, const TThreadPoolThread& thread) const {
-    const TProjectedDrawing drawing(*FProjection, VPLocal, bitmap, thread);
-    drawing.DrawPoints(FData->Points);
-    drawing.DrawOutlines(FData->Polygons);
-    drawing.DrawOutlines(FData->PolyLines);
+// The pixels of both edges stay, for lines along them.
+void TShapeFileLayerRenderThreadHandler::ClearBeyondWorld(TBitmap32& bitmap) const {
+    const TMapArea& world = VPLocal.GetWorldSystem().Area();
+    const int left = VPLocal.MapPointToPoint({world.Left, world.Top}).ToPoint().X;
+    const int right = VPLocal.MapPointToPoint({world.Right, world.Top}).ToPoint().X;
+    bitmap.FillRectS(0, 0, left, bitmap.GetHeight(), 0);
+    bitmap.FillRectS(right + 1, 0, bitmap.GetWidth(), bitmap.GetHeight(), 0);
 }
 
 } // namespace lmx
