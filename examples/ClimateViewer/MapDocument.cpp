@@ -16,7 +16,6 @@
 #include <QRegularExpression>
 
 #include "ClimateFiles.h"
-#include "Overlays.h"
 #include "Places.h"
 
 namespace {
@@ -28,8 +27,6 @@ struct TLayerTypes {
     TLayerTypes() {
         lmx::TLayerFactory::PopulateDefault(Makers);
         lmx::TMapDocLayerPersistFactory::PopulateDefault(Keepers);
-        RegisterOverlays(*Makers);
-        RegisterOverlays(*Keepers);
         RegisterPlaces(*Makers);
         RegisterPlaces(*Keepers);
         RegisterClimateFiles(Makers, Keepers);

@@ -1,19 +1,14 @@
 #include "Overlays.h"
 
 #include <lmx/Controls/lmxMapViewControl.h>
-#include <lmx/Coordinates/wskWorld.h>
 #include <lmx/Formats/Idrisi/lmxVector.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
-#include <lmx/Layers/lmxLayerFactory.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
-#include <lmx/MapDoc/lmxMapDocLayerPersist.h>
-#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxThread.h>
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 
@@ -23,111 +18,12 @@
 
 namespace {
 
-const QString TurnedLayerName = QStringLiteral("TurnedLayer");
-const QString FollowsNode = QStringLiteral("follows");
 constexpr std::chrono::milliseconds IndicatorInterval{100};
 
-/// Converts as another converter does, or not at all, and goes once around the earth.
-class TTurningConverter : public lmx::IShapePointConverter {
-public:
-    explicit TTurningConverter(std::shared_ptr<lmx::IShapePointConverter> converter)
-        : FConverter(std::move(converter)) {}
-
-    void Convert(std::span<lmx::TShpPoint> points) override {
-        if (FConverter)
-            FConverter->Convert(points);
-        for (lmx::TShpPoint& point : points)
-            point.X += 360;
-    }
-
-private:
-    std::shared_ptr<lmx::IShapePointConverter> FConverter;
-};
-
-/// The western half of a layer, where the world begins at the prime meridian. It follows the layer, and goes with it.
-class TTurnedLayer : public lmx::TShapeFileLayer {
-public:
-    using TShapeFileLayer::TShapeFileLayer;
-
-    QString GetLayerClassName() const override { return TurnedLayerName; }
-    bool GetShowsInLayersList() const override { return false; }
-    void Paint(lmx::TWorld* world, lmx::TWorldViewport* viewport, lmx::TBitmap32& bitmap) override {
-        if (world->GetWorldSystem()->Merdian() == lmx::TMeridian::mrdAntiMeridian)
-            lmx::TShapeFileLayer::Paint(world, viewport, bitmap);
-    }
-
-    lmx::TShapeFileLayer* GetLayer() const { return FLayer.Get(); }
-    /// Once, on the manager of both.
-    void Follow(lmx::TShapeFileLayer& layer) {
-        FLayer = &layer;
-        SetColor(layer.GetColor());
-        layer.GetOnInvalidated().Add(this, &TTurnedLayer::Layer_Invalidated);
-        layer.GetOnVisibilityChanged().Add(this, &TTurnedLayer::Layer_VisibilityChanged);
-        GetLayerManager()->GetOnLayerMoved().Add(this, &TTurnedLayer::LayerManager_LayerMoved);
-        GetLayerManager()->GetOnLayerRemoved().Add(this, &TTurnedLayer::LayerManager_LayerRemoved);
-    }
-
-private:
-    void Layer_Invalidated(lmx::TBaseMapLayer*) { SetColor(FLayer->GetColor()); }
-    void Layer_VisibilityChanged(lmx::TBaseMapLayer*) { SetIsVisible(FLayer->GetIsVisible()); }
-    void LayerManager_LayerMoved(lmx::ILayerManager*, int, int) {
-        Later([this](lmx::ILayerManager& manager) {
-            auto& layers = manager.GetLayers();
-            const int place = layers.IndexOf(FLayer.Get());
-            const int turned = layers.IndexOf(this);
-            if (place >= 0 && turned != place + 1)
-                manager.MoveLayer(turned, turned < place ? place : place + 1);
-        });
-    }
-    void LayerManager_LayerRemoved(lmx::ILayerManager*, lmx::TBaseMapLayer* removed) {
-        if (removed == FLayer.Get())
-            Later([this](lmx::ILayerManager& manager) { manager.GetLayers().Remove(this); });
-    }
-    /// The list is still busy with what it tells.
-    void Later(std::function<void(lmx::ILayerManager&)> change) {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self = lmx::TBorrowed(this), change = std::move(change)] {
-                if (const auto manager = self ? self->GetLayerManager() : nullptr)
-                    change(*manager);
-            },
-            Qt::QueuedConnection);
-    }
-
-    lmx::TBorrowed<lmx::TShapeFileLayer> FLayer;
-};
-
-std::unique_ptr<lmx::TShpFile> LoadTurned(const QString& fileName,
-                                          const std::shared_ptr<lmx::IShapePointConverter>& converter,
-                                          const lmx::TShpLoadOptions& options) {
-    return lmx::TShpFile::LoadFromFile(fileName, std::make_shared<TTurningConverter>(converter), options);
-}
-
-/// Keeps the layer that a turned one follows, which stands before it in the document.
-class TTurnedLayerPersist : public lmx::IMapDocLayerPersist {
-public:
-    void ReadLayer(lmx::TMapDocResourcePersist&, lmx::TBaseMapLayer* layer, lmx::TXmlNode data) override {
-        auto& turned = dynamic_cast<TTurnedLayer&>(*layer);
-        auto* followed = dynamic_cast<lmx::TShapeFileLayer*>(
-            turned.GetLayerManager()->FindLayer(QUuid::fromString(data.Child(FollowsNode).GetText())));
-        if (!followed || !followed->GetShpFile())
-            throw lmx::Exception(QObject::tr("The layer that it follows is not there"));
-        // As documents load the layer itself: in the coordinates of its file.
-        turned.TakeShpFile(LoadTurned(followed->GetShpFile()->GetFileName(), nullptr, {.SkipDamagedRecords = true}));
-        turned.Follow(*followed);
-    }
-    void WriteLayer(lmx::TMapDocResourcePersist&, const lmx::TBaseMapLayer* layer, lmx::TXmlNode data,
-                    lmx::TMapDocExternalResourcePolicy) override {
-        if (const auto* followed = dynamic_cast<const TTurnedLayer&>(*layer).GetLayer())
-            data.AddChild(FollowsNode).SetText(followed->GetLayerID().toString());
-    }
-};
-
-/// What a file of overlays holds: shapes, and the same turned, or vectors.
+/// What a file of overlays holds: shapes or vectors.
 struct TOverlayFiles {
     QString Name;
     std::unique_ptr<lmx::TShpFile> Shapes;
-    std::unique_ptr<lmx::TShpFile> TurnedShapes;
     std::unique_ptr<lmx::TVector> Vectors;
     QStringList Remarks; ///< what whoever looks at them has to know
 };
@@ -135,7 +31,6 @@ struct TOverlayFiles {
 void ReadShapes(TOverlayFiles& files, const QString& fileName, const lmx::TShpLoadOptions& options) {
     const lmx::TShapeConversion conversion = lmx::ConversionOf(fileName);
     files.Shapes = lmx::TShpFile::LoadFromFile(fileName, conversion.Converter, options);
-    files.TurnedShapes = LoadTurned(fileName, conversion.Converter, options);
     if (conversion.Kind == lmx::TShapeConversionKind::ckUnknown)
         files.Remarks += QObject::tr("Nobody knows the coordinates that %1 names, so they were taken as degrees: its "
                                      "place on the map may be wrong.")
@@ -183,13 +78,9 @@ lmx::TBaseShapeLayer* AddFiles(const std::shared_ptr<lmx::ILayerManager>& manage
     auto shapes = std::make_unique<lmx::TShapeFileLayer>(manager);
     shapes->SetLayerName(name);
     shapes->SetColor(color);
+    shapes->SetFoldsAtSeam(true);
     shapes->TakeShpFile(std::move(files.Shapes));
-    lmx::TShapeFileLayer& added = AddLayer(manager, std::move(shapes));
-    auto turned = std::make_unique<TTurnedLayer>(manager);
-    turned->Follow(added);
-    turned->TakeShpFile(std::move(files.TurnedShapes));
-    AddLayer(manager, std::move(turned));
-    return &added;
+    return &AddLayer(manager, std::move(shapes));
 }
 
 } // namespace
@@ -236,14 +127,6 @@ void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const
 
 void AddSampleCoasts(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder) {
     AddOverlay(manager, folder + "/ne_50m_land.shp", 0xFF24303C)->SetLayerName("Coasts");
-}
-
-void RegisterOverlays(lmx::ILayerFactory& makers) {
-    makers.Register(TurnedLayerName, [](const auto& manager) { return std::make_unique<TTurnedLayer>(manager); });
-}
-
-void RegisterOverlays(lmx::IMapDocLayerPersistFactory& keepers) {
-    keepers.Register(TurnedLayerName, std::make_shared<TTurnedLayerPersist>());
 }
 
 bool IsDrawing(lmx::ILayerManager& manager) {

@@ -11,9 +11,7 @@
 #include <memory>
 
 namespace lmx {
-class ILayerFactory;
 class ILayerManager;
-class IMapDocLayerPersistFactory;
 class TBaseShapeLayer;
 class TMapViewControl;
 class TThread;
@@ -25,8 +23,7 @@ class TThread;
 bool IsOverlayName(const QString& fileName);
 
 /// Adds a layer with a shape file (.shp), converted as its projection file says, or a vector file (.vct, .vec), named
-/// after the file, on top of the stack. A shape file is drawn on both sides of the prime meridian where that is the
-/// seam of the world: a second layer, which lists of layers do not show, draws it 360 degrees further east.
+/// after the file, on top of the stack. A shape file is folded at the seam of the world.
 /// @throws lmx::Exception with a message that names what is wrong.
 lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,
                                  lmx::TColor32 color);
@@ -46,10 +43,6 @@ std::shared_ptr<lmx::TThread> OpenOverlay(const std::shared_ptr<lmx::ILayerManag
 void AddSampleOverlays(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder);
 /// Adds the coasts alone. @throws as AddSampleOverlays.
 void AddSampleCoasts(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& folder);
-
-// Documents keep which layer is drawn on the other side of the prime meridian, too.
-void RegisterOverlays(lmx::ILayerFactory& makers);
-void RegisterOverlays(lmx::IMapDocLayerPersistFactory& keepers);
 
 /// Whether any layer is being drawn in the background.
 bool IsDrawing(lmx::ILayerManager& manager);

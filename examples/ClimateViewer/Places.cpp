@@ -85,6 +85,7 @@ public:
                     lmx::TMapDocExternalResourcePolicy) override {
         data.AddChild(FileNode).SetText(dynamic_cast<const TPlacesLayer&>(*layer).GetFileName());
     }
+    bool IsDecoration() const override { return true; } // lmx-picture does not know the type
 };
 
 } // namespace

@@ -30,6 +30,10 @@ public:
     /// @throws EArgumentException "Layer" if the layer is of another class.
     virtual void WriteLayer(TMapDocResourcePersist& resources, const TBaseMapLayer* layer, TXmlNode data,
                             TMapDocExternalResourcePolicy policy) = 0;
+
+    /// Whether the map tells the same without layers of this type, as with labels of a host's own. Documents say so of
+    /// the layer, and programs that do not know the type may paint the map without it. Here: false.
+    virtual bool IsDecoration() const { return false; }
 };
 
 /// Finds the persist object of a layer by its type name (TBaseMapLayer::GetLayerClassName), compared exactly. Layers of

@@ -16,6 +16,8 @@ struct LMX_EXPORT TLostLayer {
     QString Id;
     bool IsSpecial = false; ///< what was read of it before the failure is on the map
     QString Reason;         ///< the message of the failure, with its place
+    /// Its type is unknown, and the document says that the map tells the same without it (IMapDocLayerPersist).
+    bool IsForeignDecoration = false;
 };
 
 /// What became of the layers of a document. Given to a reader by SetReport, it is filled anew by each Read.

@@ -172,7 +172,8 @@ void TMapDocReader::ForEachLayer(TXmlNode list, bool isSpecial, Load&& load) {
             continue;
         if (!reason.isEmpty())
             report->FLostLayers.push_back({node.GetAttribute(Manifest::Type), node.GetAttribute(QStringLiteral("name")),
-                                           node.GetAttribute(QStringLiteral("id")), isSpecial, reason});
+                                           node.GetAttribute(QStringLiteral("id")), isSpecial, reason,
+                                           reason == UnknownType && node.HasAttribute(Manifest::Decoration)});
         ++report->FDoneCount;
         report->FOnProgress(*report);
     }

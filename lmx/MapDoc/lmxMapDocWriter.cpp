@@ -75,12 +75,15 @@ void TMapDocWriter::WriteLayers(const TObjectList<TBaseMapLayer>& layers, TXmlNo
     layers.ForEach([&](const TBaseMapLayer* layer) {
         const TBorrowed self(layer);
         const auto persist = FLayerPersistFactory->GetPersist(layer->GetLayerClassName());
+        const bool isDecoration = persist && persist->IsDecoration();
         if (!persist || !self)
             return;
         TXmlNode node = list.AddChild(Manifest::Layer);
         const TXmlNode attributes = node.AddChild(Manifest::Attributes);
         const TXmlNode data = node.AddChild(Manifest::Data);
         WriteDefaultLayerProperties(layer, node);
+        if (isDecoration)
+            node.SetAttribute(Manifest::Decoration, BoolToWord(true));
         WriteAttributes(layer, attributes);
         persist->WriteLayer(resources, layer, data, policy);
     });

@@ -115,20 +115,16 @@ TEST_F(ViewerDocument, ComesBackInAFreshManager) {
     EXPECT_EQ(fresh->GetLayerManager()->GetTitle(), "January");
     EXPECT_FALSE(fresh->GetDocuments()->GetDocument().IsChanged());
     auto& layers = fresh->GetLayerManager()->GetLayers();
-    ASSERT_EQ(layers.Count(), 5);
+    ASSERT_EQ(layers.Count(), 4);
     for (int i = 0; i < layers.Count(); ++i)
         EXPECT_EQ(layers[i]->GetLayerID(), Layers()[i]->GetLayerID()) << i;
     const auto* places = dynamic_cast<TPlacesLayer*>(layers[2]);
     ASSERT_NE(places, nullptr);
     EXPECT_EQ(places->GetPins().Count(), dynamic_cast<TPlacesLayer&>(*Layers()[2]).GetPins().Count());
-    auto* shapes = dynamic_cast<TShapeFileLayer*>(layers[3]);
-    auto* turned = dynamic_cast<TShapeFileLayer*>(layers[4]);
+    const auto* shapes = dynamic_cast<TShapeFileLayer*>(layers[3]);
     ASSERT_NE(shapes, nullptr);
-    ASSERT_NE(turned, nullptr);
     EXPECT_EQ(shapes->GetColor(), 0xFF112233U);
-    EXPECT_FALSE(turned->GetShowsInLayersList());
-    shapes->SetColor(0xFF445566);
-    EXPECT_EQ(turned->GetColor(), 0xFF445566U) << "it follows the layer";
+    EXPECT_TRUE(shapes->GetFoldsAtSeam());
     EXPECT_TRUE(PumpUntilRendersEnd());
 }
 

@@ -71,53 +71,13 @@ TEST_F(ViewerOverlays, AreKnownByTheirSuffix) {
 TEST_F(ViewerOverlays, AShapeFileIsDrawnOnBothSidesOfThePrimeMeridian) {
     TBaseShapeLayer* layer = AddOverlay(Shown.Manager, Folder.Path("line.shp"), Red);
     EXPECT_EQ(layer->GetLayerName(), "line");
-    ASSERT_EQ(Shown.Manager->GetLayers().Count(), 2);
-    EXPECT_FALSE(Shown.Manager->GetLayers()[1]->GetShowsInLayersList());
+    ASSERT_EQ(Shown.Manager->GetLayers().Count(), 1);
     ShowWorld("latlon");
     EXPECT_EQ(FinishedPixelAt(-50, 20), Red);
     EXPECT_NE(FinishedPixelAt(130, 20), Red);
     ShowWorld("latlonAntimerdian");
     EXPECT_EQ(FinishedPixelAt(310, 20), Red);
     EXPECT_NE(FinishedPixelAt(250, 20), Red);
-}
-
-TEST_F(ViewerOverlays, BothSidesFollowTheLayer) {
-    TBaseShapeLayer* layer = AddOverlay(Shown.Manager, Folder.Path("line.shp"), Red);
-    ShowWorld("latlonAntimerdian");
-    EXPECT_EQ(FinishedPixelAt(310, 20), Red);
-    layer->SetColor(Blue);
-    EXPECT_EQ(FinishedPixelAt(310, 20), Blue);
-    layer->SetIsVisible(false);
-    EXPECT_EQ(FinishedPixelAt(310, 20), 0xFFFFFFFFU);
-    layer->SetIsVisible(true);
-    Shown.Manager->GetLayers().Remove(layer);
-    Shown.Settle();
-    EXPECT_EQ(Shown.Manager->GetLayers().Count(), 0);
-}
-
-TEST_F(ViewerOverlays, BothSidesMoveTogether) {
-    TBaseMapLayer* line = AddOverlay(Shown.Manager, Folder.Path("line.shp"), Red);
-    TBaseMapLayer* other = AddOverlay(Shown.Manager, Folder.Path("line.shp"), Blue);
-    auto& layers = Shown.Manager->GetLayers();
-    ASSERT_EQ(layers.Count(), 4);
-    const TBaseMapLayer* turned = layers[1];
-    const TBaseMapLayer* otherTurned = layers[3];
-    const auto settle = [] {
-        for (int i = 0; i < 5; ++i)
-            QCoreApplication::processEvents();
-    };
-    Shown.Manager->MoveLayer(0, 2);
-    settle();
-    EXPECT_EQ(layers[0], other);
-    EXPECT_EQ(layers[1], otherTurned);
-    EXPECT_EQ(layers[2], line);
-    EXPECT_EQ(layers[3], turned);
-    Shown.Manager->MoveLayer(2, 0);
-    settle();
-    EXPECT_EQ(layers[0], line);
-    EXPECT_EQ(layers[1], turned);
-    EXPECT_EQ(layers[2], other);
-    EXPECT_EQ(layers[3], otherTurned);
 }
 
 TEST_F(ViewerOverlays, AVectorFileIsFoldedByItsLayer) {
@@ -169,7 +129,7 @@ TEST_F(ViewerOverlays, OpenFromTheMenuAndTakeAnotherColour) {
     EXPECT_EQ(window.statusBar()->currentMessage(), "Opening " + Folder.Path("line.shp") + "...");
     ASSERT_TRUE(PumpUntil([&] { return !window.IsBusy(); }));
     EXPECT_EQ(window.statusBar()->currentMessage(), "");
-    ASSERT_EQ(window.GetLayerManager()->GetLayers().Count(), 2);
+    ASSERT_EQ(window.GetLayerManager()->GetLayers().Count(), 1);
     const auto* layer = dynamic_cast<TShapeFileLayer*>(window.GetLayerManager()->GetLayers()[0]);
     ASSERT_NE(layer, nullptr);
     EXPECT_TRUE(PumpUntil([&] { return window.findChildren<QPushButton*>().size() == 1; })) << "its row in the panel";
@@ -190,7 +150,7 @@ TEST_F(ViewerOverlays, OpenByDropping) {
     QDropEvent drop({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, {});
     QCoreApplication::sendEvent(&window, &drop);
     ASSERT_TRUE(PumpUntil([&] { return !window.IsBusy(); }));
-    EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 3) << "both, and the other side of the shapes";
+    EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 2);
     EXPECT_TRUE(PumpUntilRendersEnd());
 }
 
@@ -213,7 +173,7 @@ TEST_F(ViewerOverlays, TheRecordsThatAreWholeAreShownAndTheOthersCounted) {
     ASSERT_TRUE(PumpUntil([&] { return !boxes->Shown.empty(); }));
     EXPECT_EQ(boxes->Shown[0].Kind, "Info");
     EXPECT_EQ(boxes->Shown[0].Text, Folder.Path("cut.shp") + " is damaged. Records that were left out: 1.");
-    ASSERT_EQ(window.GetLayerManager()->GetLayers().Count(), 2);
+    ASSERT_EQ(window.GetLayerManager()->GetLayers().Count(), 1);
     const auto* layer = dynamic_cast<TShapeFileLayer*>(window.GetLayerManager()->GetLayers()[0]);
     ASSERT_NE(layer, nullptr);
     EXPECT_EQ(layer->GetShpFile()->GetPointCount(), 1U);
@@ -228,7 +188,7 @@ TEST_F(ViewerOverlays, CoordinatesThatNobodyKnowsAreTold) {
     ASSERT_TRUE(PumpUntil([&] { return !boxes->Shown.empty(); }));
     EXPECT_EQ(boxes->Shown[0].Text, "Nobody knows the coordinates that " + Folder.Path("line.prj") +
                                         " names, so they were taken as degrees: its place on the map may be wrong.");
-    EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 2);
+    EXPECT_EQ(window.GetLayerManager()->GetLayers().Count(), 1);
     EXPECT_TRUE(PumpUntilRendersEnd());
 }
 

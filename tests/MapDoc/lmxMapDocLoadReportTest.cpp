@@ -56,6 +56,21 @@ TEST_F(MapDocLoadReport, NamesWhatDidNotArriveAndWhy) {
     EXPECT_EQ(FReport->GetLayerCount(), 0);
 }
 
+// Only what is unknown here: a decoration that this program knows, and cannot read, is lost as any other layer.
+TEST_F(MapDocLoadReport, TellsDecorationsOfOthersFromTheRest) {
+    const auto decoration = [](const char* type) {
+        QString text = LayerText(QString::fromLatin1(type), {}, QStringLiteral("Labels"));
+        return text.replace(QStringLiteral("<layer "), QStringLiteral("<layer decoration=\"True\" "));
+    };
+    Read(ManifestText(decoration("BalloonLayer") + decoration("ShapeFileLayer") +
+                      LayerText(QStringLiteral("BalloonLayer"), {}, QStringLiteral("Balloons"))));
+    const auto& lost = FReport->GetLostLayers();
+    ASSERT_EQ(lost.size(), 3U);
+    EXPECT_TRUE(lost[0].IsForeignDecoration);
+    EXPECT_FALSE(lost[1].IsForeignDecoration);
+    EXPECT_FALSE(lost[2].IsForeignDecoration);
+}
+
 TEST_F(MapDocLoadReport, TellsOfEachLayer) {
     std::vector<std::pair<int, int>> steps;
     FReport->SetOnProgress(

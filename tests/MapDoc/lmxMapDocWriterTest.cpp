@@ -35,6 +35,27 @@ private:
     std::function<void(TMapDocResourcePersist&, const TBaseMapLayer*)> FWrite;
 };
 
+/// The same of a type that maps can do without.
+class TLabelsPersist final : public TOwnPersist {
+public:
+    TLabelsPersist() : TOwnPersist([](TMapDocResourcePersist&, const TBaseMapLayer*) {}) {}
+    bool IsDecoration() const override { return true; }
+};
+
+TEST_F(MapDocWriter, SaysWhichLayersAreDecorations) {
+    AddTestLayer(FMap.Manager, QStringLiteral("Labels"));
+    AddImageLayer(FMap, SmallImage(), nullptr, QStringLiteral("Rain"));
+    const auto keepers = DefaultPersistFactory();
+    keepers->Register(FMap.Manager->GetLayers()[0]->GetLayerClassName(), std::make_shared<TLabelsPersist>());
+    TMapDocWriter(QStringLiteral("Test"), keepers).Write(FFolder.Path(), &FMap.View, erpKeepExternal);
+    const TXmlDocument document = TXmlDocument::FromText(ManifestOf(FFolder.Path()));
+    QStringList decorations;
+    for (const TXmlNode layer : document.GetRoot().Child(QStringLiteral("layers")).GetChildren())
+        decorations +=
+            layer.GetAttribute(QStringLiteral("name")) + u' ' + layer.GetAttribute(QStringLiteral("decoration"));
+    EXPECT_EQ(decorations, (QStringList{"Labels True", "Rain "}));
+}
+
 TEST_F(MapDocWriter, WritesAnEmptyMap) {
     FMap.Manager->SetTitle(QStringLiteral("A \"map\""));
     FMap.View.GetViewport()->SetScale(1.25L);

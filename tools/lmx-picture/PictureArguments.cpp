@@ -243,7 +243,8 @@ A picture of each step in time, where layers of the document show climate files:
                               (that of the document)
 A climate file that is not where it was is looked for beside the document.
 
-  --allow-missing             paints the map without the layers that cannot be read
+  --allow-missing             paints the map without the layers that cannot be read; those that the document calls
+                              decorations of another program are left out with a note in any case
   --time-limit SECONDS        for drawing a picture (60)
   --help, --version
 

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 
@@ -23,7 +24,12 @@ void Tell(const QString& text) {
     std::cerr << "lmx-picture: " << text.toStdString() << '\n';
 }
 
-// The map of the document; nothing is painted that lacks a layer, unless that is allowed.
+/// Whether the map tells less than the document holds.
+bool LacksData(const lmx::TMapDocLoadReport& report) {
+    return std::ranges::any_of(report.GetLostLayers(), [](const auto& lost) { return !lost.IsForeignDecoration; });
+}
+
+// The map of the document; nothing is painted that lacks a layer, unless it is a decoration or that is allowed.
 bool Write(const TPictureArguments& arguments) {
     const auto makers = lmx::TLayerFactory::GetObject();
     lmx::TLayerFactory::PopulateDefault(makers);
@@ -34,7 +40,7 @@ bool Write(const TPictureArguments& arguments) {
     lmx::TMapPicture picture = lmx::TMapPicture::OfDocument(arguments.Document, makers, keepers, report);
     for (const QString& lost : report->ToText().split(u'\n', Qt::SkipEmptyParts))
         Tell(arguments.Document + ": " + lost);
-    if (!report->GetLostLayers().empty() && !arguments.AllowsMissing) {
+    if (LacksData(*report) && !arguments.AllowsMissing) {
         Tell(QStringLiteral("nothing written; --allow-missing paints the map without"));
         return false;
     }

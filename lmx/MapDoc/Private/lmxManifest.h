@@ -29,6 +29,7 @@ inline const QString RefSystem = QStringLiteral("refsystem");
 inline const QString Layers = QStringLiteral("layers");
 inline const QString SpecialLayers = QStringLiteral("specialLayers");
 inline const QString Layer = QStringLiteral("layer");
+inline const QString Decoration = QStringLiteral("decoration");
 inline const QString Type = QStringLiteral("type");
 inline const QString Attributes = QStringLiteral("attributes");
 inline const QString Data = QStringLiteral("data");
