@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include "TiledRasters.h"
+
 // The viewer without lmx::datasources.
 
 class TClimateFiles::TImpl {};
@@ -38,3 +40,7 @@ bool TClimateFiles::IsReading() const {
 
 void RegisterClimateFiles(const std::shared_ptr<lmx::ILayerFactory>&,
                           const std::shared_ptr<lmx::IMapDocLayerPersistFactory>&) {}
+
+TTiledStatistics TiledStatisticsOf(const lmx::TBaseMapLayer&, const TStatisticsRegion&) {
+    return {};
+}

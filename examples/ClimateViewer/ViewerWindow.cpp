@@ -94,6 +94,8 @@ TViewerWindow::TViewerWindow()
 TViewerWindow::~TViewerWindow() {
     delete FMap;
     for (const auto& reader : FReaders)
+        reader->Terminate();
+    for (const auto& reader : FReaders)
         reader->WaitFor();
 }
 
@@ -178,7 +180,10 @@ void TViewerWindow::MakeMenus() {
     modes->addActions(FModes->GetActions());
     modes->addSeparator();
     modes->addAction(tr("Statistics of the &selection..."), QKeySequence("Ctrl+T"), this,
-                     [this] { ShowStatistics(*FView, this); });
+                     [this] { ShowStatistics(*FView, this, [this](auto reader) { KeepReader(std::move(reader)); }); });
+    modes->addAction(tr("Statistics of the pol&ygon..."), QKeySequence("Ctrl+Shift+T"), this, [this] {
+        ShowPolygonStatistics(*FView, this, [this](auto reader) { KeepReader(std::move(reader)); });
+    });
     modes->addAction(tr("&Remove all marks"), QKeySequence("Ctrl+Backspace"), this, [this] { RemoveAllMarks(); });
     menuBar()->addMenu(tr("&Layer"))->addActions(FLayers->GetCommands());
     QMenu* view = menuBar()->addMenu(tr("&View"));
@@ -320,11 +325,10 @@ void TViewerWindow::OpenOverlayFile(const QString& fileName) {
     const auto ended = [this] {
         if (--FOpening == 0)
             statusBar()->clearMessage();
-        std::erase_if(FReaders, [](const auto& reader) { return reader->GetFinished(); });
     };
     ++FOpening;
     statusBar()->showMessage(tr("Opening %1...").arg(fileName));
-    FReaders.push_back(OpenOverlay(
+    KeepReader(OpenOverlay(
         GetLayerManager(), fileName, OverlayColor, this,
         [=, this](lmx::TBaseShapeLayer* layer, const QStringList& remarks) {
             ended();
@@ -338,6 +342,11 @@ void TViewerWindow::OpenOverlayFile(const QString& fileName) {
             ended();
             lmx::GuardEvent(this, [&] { throw lmx::Exception(problem); });
         }));
+}
+
+void TViewerWindow::KeepReader(std::shared_ptr<lmx::TThread> reader) {
+    std::erase_if(FReaders, [](const auto& before) { return before->GetFinished(); });
+    FReaders.push_back(std::move(reader));
 }
 
 bool TViewerWindow::IsBusy() const {

@@ -87,6 +87,7 @@ private:
     lmx::TBaseMapLayer* AddRaster(std::unique_ptr<lmx::TBaseMapLayer> raster); // below all lines and places
     void RemoveAllMarks();
     void OpenOverlayFile(const QString& fileName);
+    void KeepReader(std::shared_ptr<lmx::TThread> reader); // which has to end before the program does
     void FollowManager();
     void FollowWorld();
     void ShowHint(lmx::TMapMode mode);
@@ -117,5 +118,5 @@ private:
     lmx::TSubscription FModeChanged;
     int FWheelTurn = 0;                                  // not yet a whole step
     int FOpening = 0;                                    // files that are being read
-    std::vector<std::shared_ptr<lmx::TThread>> FReaders; // what reads them
+    std::vector<std::shared_ptr<lmx::TThread>> FReaders; // what reads files and rasters
 };
