@@ -41,12 +41,18 @@ TFramePlayer::TFramePlayer() : FClock(new QTimer), FWorker(TThreadPriority::tpLo
     });
 }
 
+// The source may go with the player, and must not find it then.
 TFramePlayer::~TFramePlayer() {
+    FLifetime.End();
     FClock->stop();
     CancelRead();
 }
 
 void TFramePlayer::SetSource(std::shared_ptr<IFrameSource> source) {
+    const TBorrowed self(this);
+    const std::size_t count = source ? source->GetCount() : 0;
+    if (!self)
+        return;
     CancelRead();
     FClock->stop();
     FIsPlaying = false;
@@ -58,8 +64,8 @@ void TFramePlayer::SetSource(std::shared_ptr<IFrameSource> source) {
     FDirection = 1;
     if (!FIsRangeSet)
         FFixedRange.reset();
-    FSource = std::move(source);
-    const TBorrowed self(this);
+    FSource.swap(source); // the one before goes at the end, and may do anything then
+    FCount = count;
     FOnFrame.Send(this);
     if (!self)
         return;
@@ -67,6 +73,13 @@ void TFramePlayer::SetSource(std::shared_ptr<IFrameSource> source) {
         Want(0, 1);
     else
         Changed();
+}
+
+QString TFramePlayer::GetCaption() const {
+    if (!FWanted)
+        return {};
+    const auto source = FSource;
+    return source->GetCaption(*FWanted);
 }
 
 void TFramePlayer::First() {
@@ -80,11 +93,15 @@ void TFramePlayer::Last() {
 }
 
 void TFramePlayer::Next() {
+    if (!LearnDays())
+        return;
     if (const auto next = FWanted ? StepFrom(*FWanted, 1) : std::nullopt)
         Want(*next, 1);
 }
 
 void TFramePlayer::Previous() {
+    if (!LearnDays())
+        return;
     if (const auto previous = FWanted ? StepFrom(*FWanted, -1) : std::nullopt)
         Want(*previous, -1);
 }
@@ -96,7 +113,7 @@ void TFramePlayer::GoTo(std::size_t index) {
 }
 
 void TFramePlayer::Play() {
-    if (FIsPlaying || !FWanted)
+    if (FIsPlaying || !FWanted || !LearnDays() || FIsPlaying || !FWanted)
         return;
     SetPlaying(true);
     FDirection = 1;
@@ -127,7 +144,7 @@ void TFramePlayer::SetPlaying(bool playing) {
 }
 
 void TFramePlayer::Advance() {
-    if (!FIsPlaying || IsWaiting() || !FWanted)
+    if (!FIsPlaying || IsWaiting() || !LearnDays() || !FIsPlaying || !FWanted)
         return;
     if (const auto next = StepFrom(*FWanted, 1))
         Want(*next, 1);
@@ -181,7 +198,8 @@ TValueRange TFramePlayer::GetRange() const {
     return FShown ? FShown->Range : TValueRange::Empty();
 }
 
-std::optional<std::size_t> TFramePlayer::StepFrom(std::size_t index, int direction) {
+// Both need LearnDays before.
+std::optional<std::size_t> TFramePlayer::StepFrom(std::size_t index, int direction) const {
     if (const auto neighbour = NeighbourOf(index, direction))
         return neighbour;
     if (!FLoop || GetCount() < 2)
@@ -189,33 +207,40 @@ std::optional<std::size_t> TFramePlayer::StepFrom(std::size_t index, int directi
     return direction > 0 ? 0 : GetCount() - 1;
 }
 
-std::optional<std::size_t> TFramePlayer::NeighbourOf(std::size_t index, int direction) {
-    if (FStep != TFrameStep::fsFrame && !Days().empty())
+std::optional<std::size_t> TFramePlayer::NeighbourOf(std::size_t index, int direction) const {
+    if (FStep != TFrameStep::fsFrame && FDays && !FDays->Days.empty())
         return CalendarNeighbour(index, direction);
     if (direction > 0)
         return index + 1 < GetCount() ? std::optional(index + 1) : std::nullopt;
     return index > 0 ? std::optional(index - 1) : std::nullopt;
 }
 
-const std::vector<TFramePlayer::TDay>& TFramePlayer::Days() {
-    if (FDays)
-        return *FDays;
-    std::vector<TDay> days;
-    const TClimateCalendar calendar = FSource->GetCalendar();
-    for (std::size_t i = 0; i < FSource->GetCount(); ++i) {
-        const auto date = FSource->GetDate(i);
-        const auto milliseconds = date ? calendar.ToMilliseconds(*date) : std::nullopt;
+/// Asks the source for the dates, where steps go by them and they are not known. False if the source ended the player
+/// or was replaced meanwhile: then there is nothing left to do.
+bool TFramePlayer::LearnDays() {
+    if (FStep == TFrameStep::fsFrame || FDays || !FSource)
+        return true;
+    const TBorrowed self(this);
+    const auto source = FSource;
+    const std::size_t count = FCount;
+    TDays learnt{source->GetCalendar(), {}};
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto date = source->GetDate(i);
+        const auto milliseconds = date ? learnt.Calendar.ToMilliseconds(*date) : std::nullopt;
         if (!milliseconds) {
-            days.clear();
+            learnt.Days.clear();
             break;
         }
-        days.push_back({date->Year * 12 + date->Month - 1, *milliseconds});
+        learnt.Days.push_back({*date, date->Year * 12 + date->Month - 1, *milliseconds});
     }
-    return FDays.emplace(std::move(days));
+    if (!self || FSource != source)
+        return false;
+    FDays = std::move(learnt);
+    return true;
 }
 
-std::optional<std::size_t> TFramePlayer::CalendarNeighbour(std::size_t index, int direction) {
-    const std::vector<TDay>& days = Days();
+std::optional<std::size_t> TFramePlayer::CalendarNeighbour(std::size_t index, int direction) const {
+    const std::vector<TDay>& days = FDays->Days;
     const std::int64_t span = FStep == TFrameStep::fsYear ? 12 : 1;
     const auto periodOf = [span](const TDay& day) {
         return day.Month >= 0 ? day.Month / span : (day.Month - span + 1) / span;
@@ -225,12 +250,10 @@ std::optional<std::size_t> TFramePlayer::CalendarNeighbour(std::size_t index, in
     for (const TDay& day : days)
         if ((periodOf(day) - from) * direction > 0 && (!period || (*period - periodOf(day)) * direction > 0))
             period = periodOf(day);
-    const auto date = FSource->GetDate(index);
-    if (!period || !date)
+    if (!period)
         return std::nullopt;
-    const TClimateCalendar calendar = FSource->GetCalendar();
-    const auto goalDate = calendar.AddMonths(*date, (*period - from) * span);
-    const auto goal = goalDate ? calendar.ToMilliseconds(*goalDate) : std::nullopt;
+    const auto goalDate = FDays->Calendar.AddMonths(days[index].Date, (*period - from) * span);
+    const auto goal = goalDate ? FDays->Calendar.ToMilliseconds(*goalDate) : std::nullopt;
     std::optional<std::size_t> best;
     const auto distance = [&](std::size_t i) {
         return std::abs(static_cast<long double>(days[i].Milliseconds) - static_cast<long double>(goal.value_or(0)));
@@ -291,7 +314,7 @@ void TFramePlayer::Fail(std::size_t index, const QString& failure) {
 }
 
 /// The wanted frame and those ahead of it, in the order in which they are to be read.
-std::vector<std::size_t> TFramePlayer::WantedFrames() {
+std::vector<std::size_t> TFramePlayer::WantedFrames() const {
     std::vector<std::size_t> frames;
     if (!FWanted)
         return frames;
@@ -307,6 +330,8 @@ std::vector<std::size_t> TFramePlayer::WantedFrames() {
 
 /// Gives back what is not wanted and has the worker read the first frame that is missing.
 void TFramePlayer::Reschedule() {
+    if (!LearnDays())
+        return;
     const std::vector<std::size_t> frames = WantedFrames();
     const auto isWanted = [&](std::size_t index) {
         return std::find(frames.begin(), frames.end(), index) != frames.end();
@@ -363,6 +388,8 @@ TFramePlayer::TOutcome TFramePlayer::Read(IFrameSource& source, std::size_t inde
         outcome.Failure = QStringLiteral("Out of memory");
     } catch (const std::exception& failure) {
         outcome.Failure = QString::fromUtf8(failure.what());
+    } catch (...) {
+        outcome.Failure = QStringLiteral("The frame could not be read");
     }
     return outcome;
 }

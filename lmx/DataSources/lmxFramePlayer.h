@@ -30,7 +30,7 @@ enum class TFrameRange { frFixed, frEach };
 /// ahead in the direction of the last step, as far as the read-ahead goes; what lies elsewhere is given back, and a
 /// read that nobody wants any more is withdrawn.
 ///
-/// Main thread only. Handlers may do anything, also destroy the player; nothing waits for the worker.
+/// Main thread only. Handlers and the source may do anything, also destroy the player; nothing waits for the worker.
 class LMX_DATASOURCES_EXPORT TFramePlayer {
 public:
     TFramePlayer();
@@ -44,13 +44,13 @@ public:
     /// fixed range that was not set by SetFixedRange is forgotten too.
     void SetSource(std::shared_ptr<IFrameSource> source);
 
-    std::size_t GetCount() const { return FSource ? FSource->GetCount() : 0; }
+    std::size_t GetCount() const { return FCount; }                          ///< of the source, when it was set
     const std::shared_ptr<const TFrame>& GetFrame() const { return FShown; } ///< the one shown, or nil
     /// The frame that is to be shown: that of GetFrame, or one that is being read. None without frames.
     std::optional<std::size_t> GetWanted() const { return FWanted; }
     bool IsWaiting() const { return FWanted && !(FShown && FShown->Index == *FWanted); }
     /// What a title says of the wanted frame; empty without frames.
-    QString GetCaption() const { return FWanted ? FSource->GetCaption(*FWanted) : QString(); }
+    QString GetCaption() const;
 
     void First();
     void Last();
@@ -103,17 +103,23 @@ private:
         void operator()(QTimer* timer) const { timer->deleteLater(); }
     };
     struct TDay {
+        TClimateDate Date;
         std::int64_t Month = 0; ///< counted through the years
         std::int64_t Milliseconds = 0;
+    };
+    /// What the source says of its dates.
+    struct TDays {
+        TClimateCalendar Calendar;
+        std::vector<TDay> Days; ///< empty without dates
     };
 
     static TOutcome Read(IFrameSource& source, std::size_t index, const TFrameWithdrawn& isWithdrawn);
     void Want(std::size_t index, int direction);
-    std::optional<std::size_t> StepFrom(std::size_t index, int direction);
-    std::optional<std::size_t> NeighbourOf(std::size_t index, int direction);
-    std::optional<std::size_t> CalendarNeighbour(std::size_t index, int direction);
-    const std::vector<TDay>& Days();
-    std::vector<std::size_t> WantedFrames();
+    std::optional<std::size_t> StepFrom(std::size_t index, int direction) const;
+    std::optional<std::size_t> NeighbourOf(std::size_t index, int direction) const;
+    std::optional<std::size_t> CalendarNeighbour(std::size_t index, int direction) const;
+    bool LearnDays();
+    std::vector<std::size_t> WantedFrames() const;
     void Reschedule();
     void StartRead(std::size_t index);
     void CancelRead();
@@ -126,11 +132,12 @@ private:
 
     TLifetime FLifetime;
     std::shared_ptr<IFrameSource> FSource;
+    std::size_t FCount = 0;
     std::shared_ptr<const TFrame> FShown;
     std::map<std::size_t, TOutcome> FKept; ///< read and not shown
     std::optional<std::size_t> FWanted;
-    std::optional<std::size_t> FFailed;     ///< could not be read, and is not read ahead
-    std::optional<std::vector<TDay>> FDays; ///< of the frames, once they are asked for; empty without dates
+    std::optional<std::size_t> FFailed; ///< could not be read, and is not read ahead
+    std::optional<TDays> FDays;         ///< of the frames, once they are asked for
     int FDirection = 1;
     bool FIsPlaying = false;
     bool FLoop = false;

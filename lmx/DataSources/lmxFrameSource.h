@@ -18,7 +18,8 @@ namespace lmx {
 using TFrameWithdrawn = std::function<bool()>;
 
 /// Pictures in a row, such as the time steps of a variable. A player reads them on its worker: all functions but
-/// ReadFrame are called on the main thread and answer at once, from what is known; meanwhile ReadFrame may run.
+/// ReadFrame are called on the main thread and answer at once, from what is known; meanwhile ReadFrame may run. They
+/// may do anything to the player, also destroy it.
 class LMX_DATASOURCES_EXPORT IFrameSource {
 public:
     virtual ~IFrameSource() = default;

@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPointer>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
@@ -143,19 +144,24 @@ void TTimeStrip::TogglePlaying() {
     Do(FPlayer && FPlayer->IsPlaying() ? &TFramePlayer::Stop : &TFramePlayer::Play);
 }
 
+// The caption is asked of a host's source, which may end the player or the strip, or have it refreshed.
 void TTimeStrip::Refresh() {
+    const QPointer self(this);
+    const unsigned refresh = ++FRefreshes;
+    const QString caption = FPlayer ? FPlayer->GetCaption() : QString();
+    if (!self || refresh != FRefreshes)
+        return;
     const TFramePlayer* const player = FPlayer.Get();
     const bool hasFrames = player && player->GetCount() > 0;
     for (QWidget* const part :
          std::initializer_list<QWidget*>{FFirst, FPrevious, FPlay, FNext, FLast, FSlider, FStep, FPace, FLoop})
         part->setEnabled(hasFrames);
-    RefreshPlace(hasFrames ? player : nullptr);
+    RefreshPlace(hasFrames ? player : nullptr, hasFrames ? caption : QString());
     if (player)
         RefreshSettings(player);
 }
 
-void TTimeStrip::RefreshPlace(const TFramePlayer* player) {
-    const QString caption = player ? player->GetCaption() : QString();
+void TTimeStrip::RefreshPlace(const TFramePlayer* player, const QString& caption) {
     FCaption->setText(caption);
     FCaption->setMinimumWidth(std::max(FCaption->minimumWidth(), FCaption->sizeHint().width())); // stays while it plays
     constexpr auto most = static_cast<std::size_t>(std::numeric_limits<int>::max());

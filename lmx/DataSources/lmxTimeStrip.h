@@ -45,10 +45,11 @@ private:
     void Do(TDeed deed);
     void TogglePlaying();
     void Refresh();
-    void RefreshPlace(const TFramePlayer* player);
+    void RefreshPlace(const TFramePlayer* player, const QString& caption);
     void RefreshSettings(const TFramePlayer* player);
 
     TBorrowed<TFramePlayer> FPlayer;
+    unsigned FRefreshes = 0; // begun
     TSubscription FChanged;
     TSubscription FFrame;
     TTimeStripButton* FFirst = nullptr;

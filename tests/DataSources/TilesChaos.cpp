@@ -3,6 +3,7 @@
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/DataSources/lmxClimateFrames.h>
 #include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Widgets/lmxEventGuard.h>
 #include <tests/DataSources/ClimateSamples.h>
 #include <tests/Support/Threads.h>
 
@@ -12,6 +13,7 @@
 #include <QKeyEvent>
 #include <QSlider>
 #include <QSpinBox>
+#include <QThread>
 
 #include <initializer_list>
 #include <utility>
@@ -25,6 +27,45 @@ std::shared_ptr<TTestFrames> ChaosFrames(std::size_t damaged = 99) {
     frames->Fails = damaged;
     return frames;
 }
+
+/// Frames of a host, all of whose operations on the main thread call "Frames.GetCount" and so on.
+class THookedFrames final : public IFrameSource {
+public:
+    explicit THookedFrames(TSharedHooks hooks) : FHooks(std::move(hooks)) {}
+    ~THookedFrames() override {
+        GuardEvent(nullptr, [this] { Call("gone"); }); // destructors do not raise
+    }
+
+    std::size_t GetCount() const override {
+        Call("GetCount");
+        return FFrames->GetCount();
+    }
+    std::optional<TClimateDate> GetDate(std::size_t index) const override {
+        Call("GetDate");
+        return FFrames->GetDate(index);
+    }
+    TClimateCalendar GetCalendar() const override {
+        Call("GetCalendar");
+        return FFrames->GetCalendar();
+    }
+    QString GetCaption(std::size_t index) const override {
+        Call("GetCaption");
+        return FFrames->GetCaption(index);
+    }
+    std::shared_ptr<TRealImage> ReadFrame(std::size_t index, const TFrameWithdrawn& isWithdrawn) override {
+        return FFrames->ReadFrame(index, isWithdrawn);
+    }
+
+private:
+    // The last share may go on the worker.
+    void Call(const char* operation) const {
+        if (QThread::currentThread() == QCoreApplication::instance()->thread())
+            FHooks->Call(QStringLiteral("Frames.") + QString::fromLatin1(operation));
+    }
+
+    TSharedHooks FHooks;
+    std::shared_ptr<TTestFrames> FFrames = ChaosFrames();
+};
 
 std::shared_ptr<IBaseColorCalculator> ChaosGradient() {
     return TGradientColorCalculatorFactory::GetObject(0, 99,
@@ -162,6 +203,31 @@ void MeetDamagedFrame(TTilesScene& s) {
     s.Await();
 }
 
+// The player has the only share of the frames.
+void ShowHookedFrames(TTilesScene& s) {
+    if (s.Player)
+        s.Player->SetSource(std::make_shared<THookedFrames>(s.Hooks));
+}
+
+/// What a player does with dates, whose frames are a host's.
+TUse ByMonths(std::function<void(TFramePlayer&)> use) {
+    return Using([use = std::move(use)](TTilesScene& s) {
+        ShowHookedFrames(s);
+        if (s.Player)
+            s.Player->SetStep(TFrameStep::fsMonth);
+        if (s.Player)
+            use(*s.Player);
+        s.Await();
+    });
+}
+
+void ForgetHookedFrames(TTilesScene& s) {
+    ShowHookedFrames(s);
+    s.Await();
+    if (s.Player)
+        s.Player->SetSource(nullptr);
+}
+
 // The player has the only share of the file.
 void ShowFile(TTilesScene& s) {
     if (!s.Player)
@@ -286,6 +352,23 @@ std::vector<TPlace> TilesPlaces() {
         {"Player.OnChanged by its pace", OnPlayer(&P::GetOnChanged), Player([](auto& p) { p.SetFramesPerSecond(9); })},
         {"Player.OnChanged by a failure", OnPlayer(&P::GetOnChanged), Using(MeetDamagedFrame)},
         {"Player.OnFailure", OnPlayer(&P::GetOnFailure), Using(MeetDamagedFrame)},
+
+        {"Frames.GetCount", Hook("Frames.GetCount"), Using(ShowHookedFrames)},
+        {"Frames.GetDate", Hook("Frames.GetDate"), ByMonths([](auto& p) { p.Next(); })},
+        {"Frames.GetDate by playing", Hook("Frames.GetDate"), ByMonths([](auto& p) { p.Play(); })},
+        {"Frames.GetCalendar", Hook("Frames.GetCalendar"), ByMonths([](auto& p) { p.Last(); })},
+        {"Frames.GetCaption", Hook("Frames.GetCaption"), ByMonths([](auto& p) { p.GetCaption(); })},
+        {"Frames.GetCaption by a strip", Hook("Frames.GetCaption"), Using([](TTilesScene& s) {
+             ShowHookedFrames(s);
+             if (s.Strip)
+                 s.Strip->SetPlayer(s.Player.get());
+         })},
+        {"Frames: gone", Hook("Frames.gone"), Using(ForgetHookedFrames)},
+        {"Frames: gone with the player", Hook("Frames.gone"), Using([](TTilesScene& s) {
+             ShowHookedFrames(s);
+             s.Await();
+             s.Player.reset();
+         })},
 
         {"Strip: first", OnPlayer(&P::GetOnChanged), Clicking("first")},
         {"Strip: previous", OnPlayer(&P::GetOnChanged),
