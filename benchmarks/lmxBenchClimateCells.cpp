@@ -3,7 +3,7 @@
 // computed cell by cell in double.
 
 #include <benchmarks/Measuring.h>
-#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/Private/lmxClimateCells.h>
 
 #include <cstring>
 #include <iomanip>

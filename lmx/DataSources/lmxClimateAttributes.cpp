@@ -1,5 +1,7 @@
 #include <lmx/DataSources/lmxClimateAttributes.h>
 
+#include <lmx/Runtime/lmxText.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -23,6 +25,12 @@ QString TClimateAttributes::Text(const QString& name) const {
     while (length > 0 && (text->at(length - 1).isSpace() || text->at(length - 1).isNull()))
         --length;
     return text->left(length);
+}
+
+bool TClimateAttributes::IsText(const QString& name, QStringView text) const {
+    const TAttribute* const attribute = Find(name);
+    const QString* const value = attribute ? std::get_if<QString>(&attribute->Value) : nullptr;
+    return value && SameText(*value, text);
 }
 
 std::vector<double> TClimateAttributes::Numbers(const QString& name) const {

@@ -28,6 +28,9 @@ public:
     /// Empty if there is no such attribute, or if it holds numbers. Blanks and NULs at its end do not count.
     QString Text(const QString& name) const;
 
+    /// Whether it is this text, in any case of letters; blanks at its end count.
+    bool IsText(const QString& name, QStringView text) const;
+
     /// Empty if there is no such attribute, or if it is a text: "missing_value" as a text says nothing of numbers.
     std::vector<double> Numbers(const QString& name) const;
 

@@ -5,7 +5,6 @@
 #include <lmx/DataSources/lmxClimateAttributes.h>
 #include <lmx/DataSources/lmxClimateAxis.h>
 #include <lmx/DataSources/lmxClimateCalendar.h>
-#include <lmx/DataSources/lmxClimateCells.h>
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/DataSources/lmxClimateExceptions.h>
 #include <lmx/DataSources/lmxClimateFrames.h>
@@ -19,7 +18,6 @@
 #include <lmx/DataSources/lmxDataSourcesExport.h>
 #include <lmx/DataSources/lmxFramePlayer.h>
 #include <lmx/DataSources/lmxFrameSource.h>
-#include <lmx/DataSources/lmxGaussianLatitudes.h>
 #include <lmx/DataSources/lmxGeoTiffTiles.h>
 #include <lmx/DataSources/lmxTileCache.h>
 #include <lmx/DataSources/lmxTileSource.h>

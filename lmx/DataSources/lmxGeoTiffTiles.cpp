@@ -6,7 +6,7 @@
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 #include <lmx/DataSources/Private/lmxGdalTypes.h>
 #include <lmx/DataSources/Private/lmxTiffPlace.h>
-#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/Private/lmxClimateCells.h>
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/Runtime/lmxFormat.h>
 

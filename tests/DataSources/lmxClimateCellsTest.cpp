@@ -1,4 +1,4 @@
-#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/Private/lmxClimateCells.h>
 
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Runtime/lmxExceptions.h>
@@ -140,6 +140,54 @@ TEST(ClimateCells, BytesMayBeMeantWithoutSign) {
     const TClimateCells cells({ctInt8}, attributes);
     EXPECT_THAT(Unpacked<std::int8_t>(cells, {0, 127, -128, -1}), ElementsAre(200.0F, 263.5F, 264.0F, Flag));
     EXPECT_THAT(Unpacked<std::uint8_t>(cells, {0, 127, 128, 255}), ElementsAre(200.0F, 263.5F, 264.0F, Flag));
+}
+
+TEST(ClimateCells, BytesMayBeMeantWithSign) {
+    TClimateAttributes attributes = Packed(0.5, 200);
+    attributes.Set("_Unsigned", QStringLiteral("false"));
+    attributes.Set("_FillValue", std::vector<double>{255}); // -1
+    attributes.Set("valid_range", std::vector<double>{0x90, 0x7F});
+    for (const TClimateCellType type : {ctUInt8, ctInt8}) {
+        const TClimateCells cells({type}, attributes);
+        if (type == ctUInt8)
+            EXPECT_THAT(Unpacked<std::uint8_t>(cells, {0, 127, 0x90, 0x8F, 255}),
+                        ElementsAre(200.0F, 263.5F, 144.0F, Flag, Flag));
+        else
+            EXPECT_THAT(cells.GetNotes().size(), 1) << "144 is above 127 where the file has signed bytes";
+    }
+    EXPECT_THAT(Unpacked<std::uint8_t>(TClimateCells({ctUInt8}, Packed(1, 0)), {128, 255}),
+                ElementsAre(128.0F, 255.0F));
+}
+
+TEST(ClimateCells, WiderNumbersMayBeMeantWithSign) {
+    TClimateAttributes attributes;
+    attributes.Set("_Unsigned", QStringLiteral("False"));
+    EXPECT_THAT(Unpacked<std::uint16_t>(TClimateCells({ctUInt16}, attributes), {65535, 65534, 1}),
+                ElementsAre(Flag, -2.0F, 1.0F))
+        << "the fill of the type in the file";
+    std::vector<std::uint16_t> many(70'000, 65534); // by a table
+    EXPECT_EQ(TClimateCells({ctUInt16}, attributes).Unpack(std::span<const std::uint16_t>(many)).back(), -2.0F);
+}
+
+TEST(ClimateCells, OnlyTrueAndFalseSayWhetherNumbersHaveASign) {
+    const auto shown = [](TClimateAttributes::TValue value) {
+        TClimateAttributes attributes;
+        attributes.Set("_Unsigned", std::move(value));
+        return Unpacked<std::int8_t>(TClimateCells({ctInt8}, attributes), {-2}).front();
+    };
+    for (const char* const text : {"true", "True", "TRUE"})
+        EXPECT_EQ(shown(QString(text)), 254.0F) << text;
+    for (const char* const text : {"false", "False", "", "1", "yes", "true ", " true", "untrue"})
+        EXPECT_EQ(shown(QString(text)), -2.0F) << text;
+    EXPECT_EQ(shown(std::vector<double>{1}), -2.0F) << "a number is no text";
+    TClimateAttributes capital; // names are told apart by case
+    capital.Set("_unsigned", QStringLiteral("true"));
+    EXPECT_EQ(Unpacked<std::int8_t>(TClimateCells({ctInt8}, capital), {-2}).front(), -2.0F);
+    TClimateAttributes says;
+    says.Set("_Unsigned", QStringLiteral("no"));
+    EXPECT_EQ(Unpacked<std::uint8_t>(TClimateCells({ctUInt8}, says), {254}).front(), 254.0F);
+    says.Set("_Unsigned", QStringLiteral("true"));
+    EXPECT_EQ(Unpacked<float>(TClimateCells({ctFloat}, says), {-2}).front(), -2.0F) << "which have no such bits";
 }
 
 // Bytes 0 to 250 as the file writes them, with sign: 0b, -6b.

@@ -149,6 +149,24 @@ TEST(ClimateConventions, UnsignedBytesHaveLimitsAndFillsWithSign) {
     EXPECT_THAT(CellsOf(PictureOf(file)), ElementsAre(-56, -9990, 0, 100));
 }
 
+TEST(ClimateConventions, SignsOfBytesAreSaidInAnyCaseOfLetters) {
+    TSmallFile file;
+    file.Cells = {Byte, {0, 100, -56, -1}};
+    for (const char* const yes : {"true", "True", "TRUE"}) {
+        file.Attributes = {{"_Unsigned", yes}};
+        EXPECT_THAT(CellsOf(PictureOf(file)), ElementsAre(200, 255, 0, 100)) << yes;
+    }
+    for (const char* const no : {"false", "False", "true ", "1", "yes"}) {
+        file.Attributes = {{"_Unsigned", no}};
+        EXPECT_THAT(CellsOf(PictureOf(file)), ElementsAre(-56, -1, 0, 100)) << no;
+    }
+    file.Attributes = {{"_Unsigned", {Byte, {1}}}};
+    EXPECT_THAT(CellsOf(PictureOf(file)), ElementsAre(-56, -1, 0, 100));
+    file.Cells = {Short, {0, 100, -56, -1}};
+    file.Attributes = {{"_Unsigned", "True"}};
+    EXPECT_THAT(CellsOf(PictureOf(file)), ElementsAre(65480, 65535, 0, 100));
+}
+
 TEST(ClimateConventions, UnsignedShortsHaveTheFillOfShorts) {
     TSmallFile file;
     file.Cells = {Short, {0, -1, -32767, 32767}};
@@ -368,11 +386,13 @@ TEST(ClimateConventions, BytesOfAZarrMayHaveASignOrNone) {
     const QByteArray cells = TClassicValues(Byte, {-1, -2, 3, 4}).Bytes;
     WriteArray(folder, "plain", "|i1", "2,2", dimensions, cells);
     WriteArray(folder, "unsigned", "|i1", "2,2", dimensions + ", \"_Unsigned\": \"true\", \"_FillValue\": -1", cells);
+    WriteArray(folder, "signed", "|u1", "2,2", dimensions + ", \"_Unsigned\": \"false\", \"_FillValue\": 254", cells);
     WriteArray(folder, "wide", ">i2", "2,2", dimensions, TClassicValues(Short, {-1, -2, 300, 4}).Bytes);
     const TClimateDataset dataset(folder.path());
     const auto read = [&](const char* name) { return CellsOf(dataset.Read({dataset.FindVariable(name).GetValue()})); };
     EXPECT_THAT(read("plain"), ElementsAre(3, 4, -1, -2));
     EXPECT_THAT(read("unsigned"), ElementsAre(3, 4, -9990, 254));
+    EXPECT_THAT(read("signed"), ElementsAre(3, 4, -1, -9990));
     EXPECT_THAT(read("wide"), ElementsAre(300, 4, -1, -2));
 }
 

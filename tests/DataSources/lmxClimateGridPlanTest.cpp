@@ -2,7 +2,7 @@
 
 #include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
-#include <lmx/DataSources/lmxGaussianLatitudes.h>
+#include <lmx/DataSources/Private/lmxGaussianLatitudes.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <tests/Support/CoordinatePrinters.h>

@@ -1,4 +1,4 @@
-#include <lmx/DataSources/lmxGaussianLatitudes.h>
+#include <lmx/DataSources/Private/lmxGaussianLatitudes.h>
 
 #include <lmx/Runtime/lmxExceptions.h>
 

@@ -1,7 +1,7 @@
 #include <lmx/DataSources/Private/lmxGribGrid.h>
 
+#include <lmx/DataSources/Private/lmxGaussianLatitudes.h>
 #include <lmx/DataSources/lmxClimateExceptions.h>
-#include <lmx/DataSources/lmxGaussianLatitudes.h>
 
 #include <tests/Support/Printers.h>
 

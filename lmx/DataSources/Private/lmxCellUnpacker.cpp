@@ -150,10 +150,10 @@ void TCellUnpacker::Unpack(const TRawClimateCells& raw, std::span<float> values)
 template<class Raw>
 void TCellUnpacker::UnpackCells(std::span<const Raw> raw, float* values) const {
     if constexpr (std::is_integral_v<Raw>) {
-        using TBits = std::make_unsigned_t<Raw>; // may stand for its signed type
-        if constexpr (std::is_signed_v<Raw>)
-            if (FMeaning.Type == TypeOf<TBits>)
-                return UnpackCells(std::span(reinterpret_cast<const TBits*>(raw.data()), raw.size()), values);
+        using TBits = std::make_unsigned_t<Raw>;
+        using TOther = std::conditional_t<std::is_signed_v<Raw>, TBits, std::make_signed_t<Raw>>;
+        if (FMeaning.Type == TypeOf<TOther>) // the bits stand for it
+            return UnpackCells(std::span(reinterpret_cast<const TOther*>(raw.data()), raw.size()), values);
         if constexpr (sizeof(Raw) <= 2)
             if (FMeaning.Type == TypeOf<Raw> && !FTable.empty()) {
                 const float* const table = FTable.data();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/Private/lmxClimateCells.h>
 
 #include <cstddef>
 #include <limits>
@@ -11,7 +11,7 @@ namespace lmx {
 
 /// What the raw numbers of a variable mean.
 struct TCellMeaning {
-    TClimateCellType Type = TClimateCellType::ctFloat; ///< unsigned if "_Unsigned" says so
+    TClimateCellType Type = TClimateCellType::ctFloat; ///< with the sign that "_Unsigned" gives it, or takes
     double Scale = 1;
     double Offset = 0;
     double RawLow = -std::numeric_limits<double>::infinity();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <lmx/DataSources/lmxClimateAttributes.h>
-#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/Private/lmxClimateCells.h>
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/Private/lmxClimateCells.h>
 
 #include <gdal.h>
 

@@ -1,6 +1,6 @@
 #include <lmx/DataSources/Private/lmxGribGrid.h>
 
-#include <lmx/DataSources/lmxGaussianLatitudes.h>
+#include <lmx/DataSources/Private/lmxGaussianLatitudes.h>
 #include <lmx/Runtime/lmxFormat.h>
 
 #include <QtEndian>

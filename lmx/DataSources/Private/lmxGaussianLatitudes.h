@@ -1,7 +1,5 @@
 #pragma once
 
-#include <lmx/DataSources/lmxDataSourcesExport.h>
-
 #include <cstdint>
 #include <vector>
 
@@ -12,6 +10,6 @@ inline constexpr std::int32_t MostGaussianNumber = 4000; ///< finer than any mod
 /// The latitudes of a Gaussian grid of `2 * number` rows, from the north, in degrees: arc sines of the zeros of the
 /// Legendre polynomial of that degree.
 /// @throws EArgumentException "Number" if it is below 1 or above MostGaussianNumber.
-LMX_DATASOURCES_EXPORT std::vector<double> GaussianLatitudes(std::int32_t number);
+std::vector<double> GaussianLatitudes(std::int32_t number);
 
 } // namespace lmx

@@ -1,7 +1,7 @@
-#include <lmx/DataSources/lmxClimateCells.h>
+#include <lmx/DataSources/Private/lmxClimateCells.h>
 
 #include <lmx/DataSources/Private/lmxCellUnpacker.h>
-#include <lmx/Runtime/lmxText.h>
+#include <lmx/DataSources/Private/lmxClimateSource.h>
 
 #include <algorithm>
 #include <array>
@@ -45,20 +45,9 @@ bool IsFloating(TClimateCellType type) {
     return type == ctFloat || type == ctDouble;
 }
 
-/// Width of an unsigned type, in bits; 0 for other types.
-int UnsignedBits(TClimateCellType type) {
-    switch (type) {
-    case ctUInt8:
-        return 8;
-    case ctUInt16:
-        return 16;
-    case ctUInt32:
-        return 32;
-    case ctUInt64:
-        return 64;
-    default:
-        return 0;
-    }
+/// As many numbers as an integer type has.
+double NumbersOf(TClimateCellType type) {
+    return std::ldexp(1.0, static_cast<int>(8 * CellSizeOf(type)));
 }
 
 /// The double that the shortest decimal text of a single means: 0.1 for 0.1F.
@@ -104,9 +93,12 @@ TClimateCellType AsUnsigned(TClimateCellType type) {
 
 TClimateCells::TClimateCells(const TClimateCellTraits& traits, const TClimateAttributes& attributes)
     : FType(traits.Type) {
-    FIsMadeUnsigned = SameText(attributes.Text(QStringLiteral("_Unsigned")), u"true");
+    FIsMadeUnsigned = attributes.IsText(QStringLiteral("_Unsigned"), u"true");
+    FIsMadeSigned = attributes.IsText(QStringLiteral("_Unsigned"), u"false") && AsSigned(FType) != FType;
     if (FIsMadeUnsigned)
         FType = AsUnsigned(FType);
+    if (FIsMadeSigned)
+        FType = AsSigned(FType);
     FScale = ReadNumber(attributes, QStringLiteral("scale_factor"), 1);
     if (FScale == 0) {
         IgnoreAttribute(QStringLiteral("scale_factor"));
@@ -136,8 +128,11 @@ double TClimateCells::ReadNumber(const TClimateAttributes& attributes, const QSt
 double TClimateCells::OfType(double number) const {
     if (FType == ctFloat)
         return static_cast<double>(static_cast<float>(number));
-    const int bits = FIsMadeUnsigned ? UnsignedBits(FType) : 0;
-    return bits > 0 && number < 0 ? number + std::ldexp(1.0, bits) : number;
+    if (FIsMadeUnsigned && !IsFloating(FType) && number < 0)
+        return number + NumbersOf(FType);
+    if (FIsMadeSigned && number >= NumbersOf(FType) / 2)
+        return number - NumbersOf(FType);
+    return number;
 }
 
 void TClimateCells::ReadMarks(const TClimateCellTraits& traits, const TClimateAttributes& attributes) {

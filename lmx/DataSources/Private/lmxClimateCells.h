@@ -2,7 +2,6 @@
 
 #include <lmx/DataSources/lmxClimateAttributes.h>
 #include <lmx/DataSources/lmxClimateUnits.h>
-#include <lmx/DataSources/lmxDataSourcesExport.h>
 
 #include <QStringList>
 
@@ -52,7 +51,11 @@ struct TClimateCellTraits {
 /// types wider than a byte; if it lies outside "valid_range", "valid_min" and "valid_max" (which speak of raw numbers,
 /// but of values if they are floating and the cells are not); or if the value `raw * scale_factor + add_offset`,
 /// computed in double and rounded to single, is one by TSpatialConst. Flags become TSpatialConst::NoData.
-class LMX_DATASOURCES_EXPORT TClimateCells {
+///
+/// "_Unsigned" says whether the bits of an integer have a sign, whatever its type in the file: "true" that they have
+/// none, "false" that they have one, in any case of letters. Anything else says nothing. Attributes may keep the sign
+/// of the type in the file.
+class TClimateCells {
 public:
     /// Attributes that make no sense (a scale of 0, a range of three numbers, a missing value that is a text) do not
     /// count; the notes tell of them.
@@ -89,8 +92,9 @@ private:
     double ReadNumber(const TClimateAttributes& attributes, const QString& name, double absent);
     double OfType(double number) const;
 
-    TClimateCellType FType = TClimateCellType::ctFloat; ///< unsigned if "_Unsigned" says so
-    bool FIsMadeUnsigned = false;                       ///< "_Unsigned" does: attributes may keep their sign
+    TClimateCellType FType = TClimateCellType::ctFloat; ///< with the sign that "_Unsigned" gives it, or takes
+    bool FIsMadeUnsigned = false;                       ///< "_Unsigned" does
+    bool FIsMadeSigned = false;
     double FScale = 1;
     double FOffset = 0;
     std::vector<double> FMarks; ///< raw numbers that are flags
