@@ -119,6 +119,10 @@ QString TClimateDate::MonthName(std::int32_t month) {
     return month >= 1 && month <= 12 ? QString::fromLatin1(MonthNames[static_cast<std::size_t>(month - 1)]) : QString();
 }
 
+QString TClimateDate::YearText(std::int64_t year) {
+    return year < 0 ? u'-' + Padded(-year, 4) : Padded(year, 4);
+}
+
 QString TClimateDate::ToTimeText() const {
     const std::int32_t seconds = Milliseconds / 1000;
     QString text = Padded(seconds / 3600, 2) + u':' + Padded(seconds / 60 % 60, 2);
@@ -130,14 +134,13 @@ QString TClimateDate::ToTimeText() const {
 }
 
 QString TClimateDate::ToIsoText() const {
-    const QString sign = Year < 0 ? QStringLiteral("-") : QString();
     const QString time = ToTimeText();
-    return sign + Padded(Year < 0 ? -Year : Year, 4) + u'-' + Padded(Month, 2) + u'-' + Padded(Day, 2) + u'T' + time +
+    return YearText(Year) + u'-' + Padded(Month, 2) + u'-' + Padded(Day, 2) + u'T' + time +
            (Milliseconds % 60'000 == 0 ? QStringLiteral(":00") : QString());
 }
 
 QString TClimateDate::ToDayText() const {
-    return IntToStr(Day) + u' ' + MonthName(Month) + u' ' + IntToStr(Year);
+    return IntToStr(Day) + u' ' + MonthName(Month) + u' ' + YearText(Year);
 }
 
 QString TClimateDate::ToReadableText() const {

@@ -20,8 +20,7 @@ struct LMX_DATASOURCES_EXPORT TClimateDate {
     friend bool operator==(const TClimateDate&, const TClimateDate&) = default;
     friend std::strong_ordering operator<=>(const TClimateDate&, const TClimateDate&) = default;
 
-    /// "1850-02-30T06:00:00", with ".250" after the seconds if they are not whole. Years have at least four digits,
-    /// years before 0 a minus sign.
+    /// "1850-02-30T06:00:00", with ".250" after the seconds if they are not whole.
     QString ToIsoText() const;
     /// "30 February 1850".
     QString ToDayText() const;
@@ -32,6 +31,9 @@ struct LMX_DATASOURCES_EXPORT TClimateDate {
 
     /// "January" for 1. Empty for what is no month.
     static QString MonthName(std::int32_t month);
+    /// "1850", "0001" for 1, "-0044" for -44: at least four digits, which no day of a month has, and a minus sign
+    /// before the year 0. All texts with years have them so.
+    static QString YearText(std::int64_t year);
 };
 
 enum class TClimateCalendarKind { ckStandard, ckProlepticGregorian, ckJulian, ckNoLeap, ckAllLeap, ck360Day };

@@ -22,12 +22,15 @@ std::int64_t MonthIndex(const TClimateDate& date) {
     return date.Year * 12 + date.Month;
 }
 
+/// A minus sign behind a hyphen would be one mark too many.
 QString YearsText(std::int64_t from, std::int64_t to) {
-    return from == to ? IntToStr(from) : IntToStr(from) + u'-' + IntToStr(to);
+    const QString last = TClimateDate::YearText(to);
+    return from == to ? last
+                      : TClimateDate::YearText(from) + (to < 0 ? QStringLiteral(" to ") : QStringLiteral("-")) + last;
 }
 
 QString MonthText(const TClimateDate& date) {
-    return TClimateDate::MonthName(date.Month) + u' ' + IntToStr(date.Year);
+    return TClimateDate::MonthName(date.Month) + u' ' + TClimateDate::YearText(date.Year);
 }
 
 QString DayOfMonthText(const TClimateDate& date) {

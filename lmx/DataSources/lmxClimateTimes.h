@@ -52,7 +52,8 @@ public:
     /// "January 2001", "March-May 2001", "December 2000-February 2001", "2001", "1961-1990". A climatology:
     /// "January 1961-1990", "December-February 1960-1990", "15 January 1961-1990" by its bounds, "January" or
     /// "15 January" without. Else the date, by the month if the steps go from month to month, with the time if any step
-    /// has one. Without dates "Step 3 (17.5)", numbered from 1, with the value of the file.
+    /// has one. Years are those of TClimateDate::YearText. Without dates "Step 3 (17.5)", numbered from 1, with the
+    /// value of the file.
     QString GetCaption(std::size_t index) const;
 
 private:

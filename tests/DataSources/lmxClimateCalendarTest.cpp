@@ -168,13 +168,24 @@ TEST(ClimateDate, HasTexts) {
     EXPECT_EQ(date.ToReadableText(), "30 February 1850 06:00");
     const TClimateDate fine{-45, 12, 1, 3'661'250};
     EXPECT_EQ(fine.ToIsoText(), "-0045-12-01T01:01:01.250");
-    EXPECT_EQ(fine.ToReadableText(), "1 December -45 01:01:01.250");
+    EXPECT_EQ(fine.ToReadableText(), "1 December -0045 01:01:01.250");
     EXPECT_EQ((TClimateDate{7, 1, 2, 15'000}.ToTimeText()), "00:00:15");
     EXPECT_EQ((TClimateDate{7, 1, 2, 7}.ToIsoText()), "0007-01-02T00:00:00.007");
     EXPECT_EQ((TClimateDate{12345, 1, 2}.ToIsoText()), "12345-01-02T00:00:00");
+    EXPECT_EQ((TClimateDate{850, 2, 28}.ToDayText()), "28 February 0850");
     EXPECT_EQ(TClimateDate::MonthName(12), "December");
     EXPECT_EQ(TClimateDate::MonthName(0), "");
     EXPECT_EQ(TClimateDate::MonthName(13), "");
+}
+
+TEST(ClimateDate, YearsHaveFourDigitsOrMore) {
+    EXPECT_EQ(TClimateDate::YearText(0), "0000");
+    EXPECT_EQ(TClimateDate::YearText(1), "0001");
+    EXPECT_EQ(TClimateDate::YearText(850), "0850");
+    EXPECT_EQ(TClimateDate::YearText(1850), "1850");
+    EXPECT_EQ(TClimateDate::YearText(20'000), "20000");
+    EXPECT_EQ(TClimateDate::YearText(-1), "-0001");
+    EXPECT_EQ(TClimateDate::YearText(-21'000), "-21000");
 }
 
 } // namespace

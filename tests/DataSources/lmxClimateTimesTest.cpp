@@ -172,7 +172,27 @@ TEST(ClimateTimes, BoundsThatMakeNoSenseDoNotCount) {
 TEST(ClimateTimes, ModelYearsFrom0GoOn) {
     const TClimateTimes times({365 * 30 + 15, 365 * 30 + 45}, TimeAxis("days since 0000-01-01", "noleap"));
     EXPECT_FALSE(times.IsClimatology());
-    EXPECT_THAT(CaptionsOf(times), ElementsAre("January 30", "February 30"));
+    EXPECT_THAT(CaptionsOf(times), ElementsAre("January 0030", "February 0030"));
+}
+
+TEST(ClimateTimes, EarlyYearsHaveFourDigits) {
+    const TClimateAttributes paleo = TimeAxis("days since 0850-01-01", "noleap");
+    EXPECT_THAT(CaptionsOf(TClimateTimes({15, 45}, paleo)), ElementsAre("January 0850", "February 0850"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({0, 1}, paleo)), ElementsAre("1 January 0850", "2 January 0850"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({0, 0.25}, paleo)),
+                ElementsAre("1 January 0850 00:00", "1 January 0850 06:00"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({0, 1, 2}, paleo, {0, 365, 0, 730, 334, 424})),
+                ElementsAre("0850", "0850-0851", "December 0850-February 0851"));
+    TClimateAttributes climatology = TimeAxis("days since 0001-01-01", "noleap");
+    climatology.Set("climatology", QStringLiteral("c"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({15}, climatology, {0, 29 * 365 + 31})), ElementsAre("January 0001-0030"));
+}
+
+TEST(ClimateTimes, YearsBeforeTheYear0HaveASign) {
+    const TClimateAttributes axis = TimeAxis("days since -0044-01-01", "noleap");
+    EXPECT_THAT(CaptionsOf(TClimateTimes({15, 45}, axis)), ElementsAre("January -0044", "February -0044"));
+    EXPECT_THAT(CaptionsOf(TClimateTimes({0, 1, 2}, axis, {0, 365, 0, 730, 0, 50 * 365})),
+                ElementsAre("-0044", "-0044 to -0043", "-0044-0005"));
 }
 
 TEST(ClimateTimes, BoundsMayFallWithTheirAxis) {
