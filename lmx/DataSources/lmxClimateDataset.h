@@ -82,10 +82,10 @@ struct TClimatePicture {
 };
 
 /// A climate file that is open: NetCDF, HDF5 with NetCDF's conventions, Zarr 2 (a folder, or stored in a zip), GRIB and
-/// GeoTIFF. What it is is told by its content. After construction any thread may call; NetCDF, HDF5, Zarr and GRIB are
-/// read on one thread of the library, one after the other. The file stays open as long as the object. A dataset may
-/// outlive main: the end of the program waits for reads that have begun and closes the file, after which the object
-/// still tells what it knows but reads no more.
+/// GeoTIFF, whose cells are missing where a mask or an alpha band says so, too. What it is is told by its content.
+/// After construction any thread may call; NetCDF, HDF5, Zarr and GRIB are read on one thread of the library, one after
+/// the other. The file stays open as long as the object. A dataset may outlive main: the end of the program waits for
+/// reads that have begun and closes the file, after which the object still tells what it knows but reads no more.
 class LMX_DATASOURCES_EXPORT TClimateDataset {
 public:
     /// Opens a file and lists its variables. No cells are read but those of axes.

@@ -1,12 +1,14 @@
 #include <lmx/DataSources/lmxGeoTiffTiles.h>
 
 #include <lmx/DataSources/Private/lmxBandArrays.h>
+#include <lmx/DataSources/Private/lmxBandMask.h>
+#include <lmx/DataSources/Private/lmxClimateCells.h>
 #include <lmx/DataSources/Private/lmxClimateFileKind.h>
 #include <lmx/DataSources/Private/lmxClimateFileOpening.h>
+#include <lmx/DataSources/Private/lmxFilesAtEnd.h>
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 #include <lmx/DataSources/Private/lmxGdalTypes.h>
 #include <lmx/DataSources/Private/lmxTiffPlace.h>
-#include <lmx/DataSources/Private/lmxClimateCells.h>
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/Runtime/lmxFormat.h>
 
@@ -55,24 +57,20 @@ public:
         FExtra.dfYSize = rect.GetHeight() * rows;
         FExtra.pfnProgress = &GoesOn;
         FExtra.pProgressData = const_cast<std::function<bool()>*>(&shouldStop);
-        Left = static_cast<int>(FExtra.dfXOff);
-        Top = static_cast<int>(FExtra.dfYOff);
-        Width = std::min(static_cast<int>(std::ceil(FExtra.dfXOff + FExtra.dfXSize)), stored.Width) - Left;
-        Height = std::min(static_cast<int>(std::ceil(FExtra.dfYOff + FExtra.dfYSize)), stored.Height) - Top;
+        FPlace = {static_cast<int>(FExtra.dfXOff), static_cast<int>(FExtra.dfYOff),
+                  std::min(static_cast<int>(std::ceil(FExtra.dfXOff + FExtra.dfXSize)), stored.Width),
+                  std::min(static_cast<int>(std::ceil(FExtra.dfYOff + FExtra.dfYSize)), stored.Height)};
     }
 
+    const TRect& GetPlace() const { return FPlace; } ///< of the stored level
     GDALRasterIOExtraArg* GetExtra() { return &FExtra; }
-
-    int Left;
-    int Top;
-    int Width;
-    int Height;
 
 private:
     static int CPL_STDCALL GoesOn(double, const char*, void* shouldStop) {
         return (*static_cast<const std::function<bool()>*>(shouldStop))() ? FALSE : TRUE;
     }
 
+    TRect FPlace;
     GDALRasterIOExtraArg FExtra;
 };
 
@@ -102,6 +100,12 @@ public:
 
     int StoredLevels() const { return static_cast<int>(Overviews.size()) + 1; }
 
+    /// None of them is open from then on.
+    void Close() {
+        const std::lock_guard guard(FGuard);
+        FIdle.clear();
+    }
+
     void Read(int level, TRect rect, std::span<float> cells, const std::function<bool()>& shouldStop) {
         const TTileLevel& size = Levels[static_cast<std::size_t>(level)];
         if (FIsFromEast)
@@ -109,25 +113,19 @@ public:
         if (FIsFromSouth)
             rect = TRect(rect.Left, size.Height - rect.Bottom, rect.Right, size.Height - rect.Top);
         TRawSlice slice(FType, cells.size());
+        std::vector<std::uint8_t> mask(FHasMask ? cells.size() : 0);
         TDatasetPtr dataset = Take();
         {
             const TQuietGdal quiet;
-            const int stored = std::min(level, StoredLevels() - 1);
-            GDALRasterBand* band = dataset->GetRasterBand(FBand);
-            if (stored > 0)
-                band = band->GetOverview(Overviews[static_cast<std::size_t>(stored - 1)]);
-            TWindow window(rect, size, Levels[static_cast<std::size_t>(stored)], shouldStop);
-            if (!band || band->RasterIO(GF_Read, window.Left, window.Top, window.Width, window.Height, slice.GetBytes(),
-                                        rect.GetWidth(), rect.GetHeight(), band->GetRasterDataType(), 0, 0,
-                                        window.GetExtra()) != CE_None) {
-                if (!shouldStop())
-                    throw EClimateFile(FFileName, quiet.Explain(QStringLiteral("is damaged here")));
-                Give(std::move(dataset));
-                return;
-            }
+            if (!ReadRaw(*dataset, level, rect, slice, mask, shouldStop) && !shouldStop())
+                throw EClimateFile(FFileName, quiet.Explain(QStringLiteral("is damaged here")));
         }
         Give(std::move(dataset));
+        if (shouldStop())
+            return;
         FCells->Unpack(slice.GetCells(), cells, Conversion);
+        if (FHasMask)
+            HideMissing(mask, cells);
         const auto width = static_cast<std::size_t>(rect.GetWidth());
         if (FIsFromSouth)
             TurnRows(cells, width);
@@ -136,6 +134,28 @@ public:
     }
 
 private:
+    /// A rectangle of the file's cells, and of their mask if there is one.
+    bool ReadRaw(GDALDataset& dataset, int level, const TRect& rect, TRawSlice& cells, std::span<std::uint8_t> mask,
+                 const std::function<bool()>& shouldStop) const {
+        const int stored = std::min(level, StoredLevels() - 1);
+        const int overview = stored > 0 ? Overviews[static_cast<std::size_t>(stored - 1)] : -1;
+        GDALRasterBand* const full = dataset.GetRasterBand(FBand);
+        GDALRasterBand* const band = stored > 0 ? full->GetOverview(overview) : full;
+        TWindow window(rect, Levels[static_cast<std::size_t>(level)], Levels[static_cast<std::size_t>(stored)],
+                       shouldStop);
+        const TRect& place = window.GetPlace();
+        if (!band || band->RasterIO(GF_Read, place.Left, place.Top, place.GetWidth(), place.GetHeight(),
+                                    cells.GetBytes(), rect.GetWidth(), rect.GetHeight(), band->GetRasterDataType(), 0,
+                                    0, window.GetExtra()) != CE_None)
+            return false;
+        if (mask.empty())
+            return true;
+        GDALRasterBand* const found =
+            stored > 0 ? MaskOfOverview(dataset, FBand, overview, FAlpha) : MaskOf(dataset, FBand, FAlpha);
+        return found && ReadMaskCells(*found, place, rect.GetWidth(), rect.GetHeight(), mask.data(),
+                                      window.GetExtra()) == CE_None;
+    }
+
     TDatasetPtr Open() const { return OpenBands(FName, FFileName, QStringLiteral("is a damaged TIFF")); }
 
     TDatasetPtr Take() {
@@ -172,18 +192,22 @@ private:
         if (!(Area.Left < Area.Right && Area.Bottom < Area.Top))
             throw EClimateFile(FFileName, name + QStringLiteral(": covers no area"));
         DescribeCells(dataset, name);
-        DescribeLevels(*dataset.GetRasterBand(FBand));
+        DescribeLevels(dataset);
     }
 
     void DescribeCells(GDALDataset& dataset, const QString& name) {
         TSourceArray info;
         TClimateAttributes attributes;
         info.Path = u'/' + name;
-        DescribeBand(dataset, FBand, info, attributes);
+        FAlpha = AlphaBandOf(dataset);
+        DescribeBand(dataset, FBand, FAlpha, info, attributes);
         if (!info.IsNumeric)
             throw EClimateFile(FFileName, name + QStringLiteral(": holds no real numbers"));
-        if (info.HasHugeBlocks())
+        if (FBand == FAlpha)
+            throw EClimateFile(FFileName, name + QStringLiteral(": says which cells of the others hold data"));
+        if (info.HasHugeBlocks() || (info.HasMask && HasHugeBlocks(*MaskOf(dataset, FBand, FAlpha))))
             throw EClimateFile(FFileName, name + QStringLiteral(": ") + HugeBlocksText());
+        FHasMask = info.HasMask;
         FType = info.Type;
         FCells.emplace(TClimateCellTraits{info.Type, false, false}, attributes);
         const char* const title = dataset.GetRasterBand(FBand)->GetDescription();
@@ -191,15 +215,25 @@ private:
             MakeUnitConversion(attributes.Text(QStringLiteral("units")), {name, {}, QString::fromUtf8(title), {}});
     }
 
-    void DescribeLevels(GDALRasterBand& band) {
+    // An overview that does not say which of its cells are missing would show them.
+    bool IsUsable(GDALDataset& dataset, int number) const {
+        GDALRasterBand& band = *dataset.GetRasterBand(FBand);
+        GDALRasterBand* const overview = band.GetOverview(number);
+        if (!overview || overview->GetXSize() <= 0 || overview->GetYSize() <= 0 ||
+            overview->GetRasterDataType() != band.GetRasterDataType())
+            return false;
+        GDALRasterBand* const mask = FHasMask ? MaskOfOverview(dataset, FBand, number, FAlpha) : nullptr;
+        return !FHasMask || (mask && !HasHugeBlocks(*mask));
+    }
+
+    void DescribeLevels(GDALDataset& dataset) {
+        GDALRasterBand& band = *dataset.GetRasterBand(FBand);
         Levels.push_back({band.GetXSize(), band.GetYSize()});
         const int count = std::clamp(band.GetOverviewCount(), 0, 64);
         std::vector<std::pair<TTileLevel, int>> overviews;
         for (int i = 0; i < count; ++i)
-            if (GDALRasterBand* const overview = band.GetOverview(i);
-                overview && overview->GetXSize() > 0 && overview->GetYSize() > 0 &&
-                overview->GetRasterDataType() == band.GetRasterDataType())
-                overviews.push_back({{overview->GetXSize(), overview->GetYSize()}, i});
+            if (IsUsable(dataset, i))
+                overviews.push_back({{band.GetOverview(i)->GetXSize(), band.GetOverview(i)->GetYSize()}, i});
         std::stable_sort(overviews.begin(), overviews.end(),
                          [](const auto& a, const auto& b) { return a.first.Width > b.first.Width; });
         for (const auto& [size, number] : overviews)
@@ -218,16 +252,18 @@ private:
     const int FBand;
     TClimateCellType FType = TClimateCellType::ctFloat;
     std::optional<TClimateCells> FCells;
+    int FAlpha = 0;
+    bool FHasMask = false;
     bool FIsFromEast = false;
     bool FIsFromSouth = false;
     std::mutex FGuard;
     std::vector<TDatasetPtr> FIdle;
 };
 
-TGeoTiffTiles::TGeoTiffTiles(const QString& fileName, int band)
-    : FFileName(fileName),
-      FBand(band),
-      FFiles(std::make_unique<TFiles>(fileName, band)) {
+TGeoTiffTiles::TGeoTiffTiles(const QString& fileName, int band) : FFileName(fileName), FBand(band) {
+    const TFileUse use(fileName);
+    FFiles = std::make_unique<TFiles>(fileName, band);
+    FOpenFile = std::make_unique<TOpenFile>([files = FFiles.get()] { files->Close(); });
     FLevels = FFiles->Levels;
     FStoredLevels = FFiles->StoredLevels();
     FConversion = FFiles->Conversion;
@@ -243,8 +279,10 @@ TGeoTiffTiles::~TGeoTiffTiles() = default;
 
 void TGeoTiffTiles::ReadCells(int level, const TRect& rect, std::span<float> cells,
                               const std::function<bool()>& shouldStop) const {
-    if (!shouldStop())
-        FFiles->Read(level, rect, cells, shouldStop);
+    if (shouldStop())
+        return;
+    const TFileUse use(FFileName);
+    FFiles->Read(level, rect, cells, shouldStop);
 }
 
 } // namespace lmx

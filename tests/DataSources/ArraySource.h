@@ -3,6 +3,7 @@
 #include <lmx/DataSources/Private/lmxClimateSource.h>
 
 #include <atomic>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <numeric>
@@ -18,6 +19,7 @@ struct TReadLog {
     struct TRead {
         std::size_t Array = 0;
         TSourceWindow Window;
+        bool IsOfMask = false;
     };
     std::mutex Mutex;
     std::vector<TRead> Reads;
@@ -48,20 +50,34 @@ public:
         return dimension;
     }
 
+    /// 0 where the array's cells are missing.
+    void SetMask(std::size_t array, std::vector<double> mask) {
+        FArrays.at(array).HasMask = true;
+        FMasks[array] = std::move(mask);
+    }
+
     const std::vector<TSourceArray>& GetArrays() const override { return FArrays; }
     bool IsNetCdf() const override { return true; }
     TClimateAttributes ReadFileAttributes() override { return {}; }
     TSourceAttributes ReadAttributes(std::size_t array) override { return FAttributes.at(array); }
 
     TRawSlice Read(std::size_t array, const TSourceWindow& window) override {
+        return SliceOf(array, window, FNumbers.at(array), FArrays[array].Type, false);
+    }
+    TRawSlice ReadMask(std::size_t array, const TSourceWindow& window) override {
+        return SliceOf(array, window, FMasks.at(array), TClimateCellType::ctUInt8, true);
+    }
+
+private:
+    TRawSlice SliceOf(std::size_t array, const TSourceWindow& window, const std::vector<double>& all,
+                      TClimateCellType type, bool isOfMask) {
         {
             const std::lock_guard lock(FLog->Mutex);
-            FLog->Reads.push_back({array, window});
+            FLog->Reads.push_back({array, window, isOfMask});
         }
-        const TSourceArray& info = FArrays.at(array);
         std::vector<double> numbers;
-        Take(array, window, 0, 0, numbers);
-        TRawSlice slice(info.Type, numbers.size());
+        Take(FArrays.at(array), all, window, 0, 0, numbers);
+        TRawSlice slice(type, numbers.size());
         std::visit(
             [&](const auto& cells) {
                 using TCell = std::remove_const_t<typename std::remove_reference_t<decltype(cells)>::element_type>;
@@ -73,16 +89,15 @@ public:
         return slice;
     }
 
-private:
-    void Take(std::size_t array, const TSourceWindow& window, std::size_t dimension, std::size_t place,
-              std::vector<double>& numbers) const {
-        const auto& dimensions = FArrays[array].Dimensions;
+    static void Take(const TSourceArray& array, const std::vector<double>& all, const TSourceWindow& window,
+                     std::size_t dimension, std::size_t place, std::vector<double>& numbers) {
+        const auto& dimensions = array.Dimensions;
         if (dimension == dimensions.size()) {
-            numbers.push_back(FNumbers[array].at(place));
+            numbers.push_back(all.at(place));
             return;
         }
         for (std::size_t i = 0; i < window.Counts.at(dimension); ++i)
-            Take(array, window, dimension + 1,
+            Take(array, all, window, dimension + 1,
                  place * std::size_t(dimensions[dimension].Size) + std::size_t(window.Starts.at(dimension)) + i,
                  numbers);
     }
@@ -90,6 +105,7 @@ private:
     std::shared_ptr<TReadLog> FLog = std::make_shared<TReadLog>();
     std::vector<TSourceArray> FArrays;
     std::vector<std::vector<double>> FNumbers;
+    std::map<std::size_t, std::vector<double>> FMasks;
     std::vector<TSourceAttributes> FAttributes;
 };
 

@@ -1,5 +1,6 @@
 #include <lmx/DataSources/lmxClimateFrames.h>
 #include <lmx/DataSources/lmxFramePlayer.h>
+#include <lmx/DataSources/lmxGeoTiffTiles.h>
 #include <lmx/Runtime/lmxExceptions.h>
 
 #include <QCoreApplication>
@@ -10,6 +11,7 @@
 #include <memory>
 #include <thread>
 #include <utility>
+#include <vector>
 
 // A host that leaves main in one of the ways that hosts have, with a climate file open:
 // lmxLeavingMain WAY FILE
@@ -28,11 +30,20 @@ std::shared_ptr<TClimateDataset> OpenBeforeMain() {
     return fileName ? Open(fileName) : nullptr;
 }
 
+/// Reads a corner of the raster.
+void ReadTile(const TGeoTiffTiles& tiles) {
+    std::vector<float> cells(16);
+    tiles.ReadCells(0, {0, 0, 4, 4}, cells, [] { return false; });
+}
+
 /// Reads when the last objects go.
 struct TLateReader {
     std::shared_ptr<TClimateDataset> Dataset;
+    std::shared_ptr<TGeoTiffTiles> Tiles;
 
     ~TLateReader() {
+        if (Tiles)
+            ReadLateTiles();
         if (!Dataset)
             return;
         try {
@@ -49,11 +60,29 @@ struct TLateReader {
             std::puts(failure.Problem().toUtf8().constData());
         }
     }
+
+    void ReadLateTiles() const {
+        try {
+            ReadTile(*Tiles);
+            std::puts("read");
+        } catch (const EClimateFile& failure) {
+            std::puts(failure.Problem().toUtf8().constData());
+        }
+        std::printf("%d columns\n", Tiles->GetLevels().front().Width);
+        try {
+            const TGeoTiffTiles again(Tiles->GetFileName());
+            std::puts("opened");
+        } catch (const EClimateFile& failure) {
+            std::puts(failure.Problem().toUtf8().constData());
+        }
+    }
 };
 
 TLateReader LateReader;
 std::shared_ptr<TClimateDataset> BeforeMain = OpenBeforeMain();
 std::shared_ptr<TClimateDataset> StaticDataset;
+std::shared_ptr<TGeoTiffTiles> StaticTiles;
+TGeoTiffTiles* LeakedTiles = nullptr;
 std::unique_ptr<TFramePlayer> StaticPlayer;
 TFramePlayer* LeakedPlayer = nullptr;
 
@@ -74,6 +103,42 @@ void ReadWithoutEnd(const std::shared_ptr<TClimateDataset>& dataset) {
             dataset->Read({});
     } catch (const EClimateFile&) {
     }
+}
+
+void ReadTilesWithoutEnd(const std::shared_ptr<TGeoTiffTiles>& tiles) {
+    try {
+        for (;;)
+            ReadTile(*tiles);
+    } catch (const EClimateFile&) {
+    }
+}
+
+/// On a thread of its own, so that the main thread opens nothing.
+std::shared_ptr<TGeoTiffTiles> TilesOfAnotherThread(const QString& fileName) {
+    std::shared_ptr<TGeoTiffTiles> tiles;
+    std::thread([&] { tiles = std::make_shared<TGeoTiffTiles>(fileName); }).join();
+    return tiles;
+}
+
+bool LeaveTiles(const char* way, const char* fileName) {
+    const auto is = [way](const char* name) { return std::strcmp(way, name) == 0; };
+    const QString name = QString::fromUtf8(fileName);
+    if (is("staticTiles")) {
+        StaticTiles = std::make_shared<TGeoTiffTiles>(name);
+        ReadTile(*StaticTiles);
+    } else if (is("leakedTiles")) {
+        LeakedTiles = new TGeoTiffTiles(name);
+        ReadTile(*LeakedTiles);
+    } else if (is("readingTiles") || is("readingTilesAlone")) {
+        StaticTiles = is("readingTiles") ? std::make_shared<TGeoTiffTiles>(name) : TilesOfAnotherThread(name);
+        for (int i = 0; i < 3; ++i)
+            std::thread(ReadTilesWithoutEnd, StaticTiles).detach();
+    } else if (is("lateTiles") || is("lateTilesAlone")) {
+        LateReader.Tiles = is("lateTiles") ? std::make_shared<TGeoTiffTiles>(name) : TilesOfAnotherThread(name);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 bool Leave(const char* way, const char* fileName) {
@@ -104,7 +169,7 @@ bool Leave(const char* way, const char* fileName) {
         });
         QCoreApplication::exec();
     } else if (!is("nothing")) {
-        return false;
+        return LeaveTiles(way, fileName);
     }
     return true;
 }

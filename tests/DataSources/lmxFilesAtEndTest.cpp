@@ -1,5 +1,6 @@
 #include <lmx/DataSources/Private/lmxFilesAtEnd.h>
 
+#include <lmx/DataSources/lmxGeoTiffTiles.h>
 #include <tests/DataSources/ClimateSamples.h>
 
 #include <QProcess>
@@ -74,6 +75,23 @@ TEST(FilesAtEndOnce, TheLastObjectsReadNoMore) {
         ExpectClean(outcome);
         EXPECT_EQ(outcome.Output, "is closed: the program ends\n1 variables\nis closed: the program ends\n");
     }
+}
+
+TEST(FilesAtEndOnce, LeavingMainWithTilesIsClean) {
+    for (const char* const way :
+         {"staticTiles", "leakedTiles", "readingTiles", "readingTilesAlone", "lateTiles", "lateTilesAlone"})
+        for (int i = 0; i < 5; ++i) {
+            SCOPED_TRACE(way);
+            ExpectClean(RunLeaving(way, ClimateSample("cog.tif")));
+        }
+}
+
+TEST(FilesAtEndOnce, TheLastObjectsReadNoMoreTiles) {
+    const TOutcome outcome = RunLeaving("lateTiles", ClimateSample("cog.tif"));
+    ExpectClean(outcome);
+    const TGeoTiffTiles tiles(ClimateSample("cog.tif"));
+    EXPECT_EQ(outcome.Output, QStringLiteral("is closed: the program ends\n%1 columns\nis closed: the program ends\n")
+                                  .arg(tiles.GetLevels().front().Width));
 }
 
 TEST(FilesAtEndOnce, AFileIsClosedWithItsObject) {

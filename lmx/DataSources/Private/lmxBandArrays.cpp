@@ -1,5 +1,7 @@
 #include <lmx/DataSources/Private/lmxBandArrays.h>
 
+#include <lmx/DataSources/Private/lmxBandMask.h>
+#include <lmx/DataSources/Private/lmxFilesAtEnd.h>
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 #include <lmx/DataSources/Private/lmxGdalTypes.h>
 #include <lmx/DataSources/lmxClimateExceptions.h>
@@ -11,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <mutex>
 #include <utility>
 
 namespace lmx {
@@ -36,19 +39,42 @@ bool TBandArrays::Has(const QString& path) const {
 }
 
 TRawSlice TBandArrays::Read(GDALDataset& dataset, std::size_t array, const TSourceWindow& window) const {
-    const TSourceArray& info = FInfos.at(array);
-    const TContent& content = FContents[array];
-    if (!content.Values.empty())
+    if (const TContent& content = FContents.at(array); !content.Values.empty())
         return ReadValues(content, window);
+    return ReadBands(array, window, FInfos[array].Type, [&](int band, const TRect& place, std::byte* cells) {
+        GDALRasterBand* const source = dataset.GetRasterBand(band);
+        return source && source->RasterIO(GF_Read, place.Left, place.Top, place.GetWidth(), place.GetHeight(), cells,
+                                          place.GetWidth(), place.GetHeight(), source->GetRasterDataType(), 0, 0,
+                                          nullptr) == CE_None;
+    });
+}
+
+TRawSlice TBandArrays::ReadMask(GDALDataset& dataset, std::size_t array, const TSourceWindow& window) const {
+    const auto type = TClimateCellType::ctUInt8;
+    const int alpha = AlphaBandOf(dataset);
+    return ReadBands(array, window, type, [&](int band, const TRect& place, std::byte* cells) {
+        auto* const bytes = reinterpret_cast<std::uint8_t*>(cells);
+        GDALRasterBand* const mask = MaskOf(dataset, band, alpha);
+        if (!mask)
+            std::fill_n(bytes, std::size_t(place.GetWidth()) * std::size_t(place.GetHeight()), std::uint8_t{1});
+        else if (HasHugeBlocks(*mask))
+            throw EClimateFile(FFileName, QStringLiteral("the mask ") + HugeBlocksText());
+        return !mask || ReadMaskCells(*mask, place, place.GetWidth(), place.GetHeight(), bytes) == CE_None;
+    });
+}
+
+TRawSlice TBandArrays::ReadBands(std::size_t array, const TSourceWindow& window, TClimateCellType type,
+                                 const TReadBand& readBand) const {
+    const TSourceArray& info = FInfos.at(array);
     // Where the bands of the window stand: all dimensions but the last two, the last of them running fastest.
     const std::size_t outer = window.Counts.size() - 2;
     const std::size_t bandCells = window.Counts[outer] * window.Counts[outer + 1];
     std::size_t count = 1;
     for (std::size_t i = 0; i < outer; ++i)
         count *= window.Counts[i];
-    TRawSlice slice(info.Type, count * bandCells);
+    TRawSlice slice(type, count * bandCells);
     auto* cells = static_cast<std::byte*>(slice.GetBytes());
-    for (std::size_t k = 0; k < count; ++k, cells += bandCells * info.CellSize()) {
+    for (std::size_t k = 0; k < count; ++k, cells += bandCells * CellSizeOf(type)) {
         std::size_t place = 0;
         std::size_t rest = k;
         std::size_t stride = 1;
@@ -57,7 +83,7 @@ TRawSlice TBandArrays::Read(GDALDataset& dataset, std::size_t array, const TSour
             rest /= window.Counts[i];
             stride *= std::size_t(info.Dimensions[i].Size);
         }
-        ReadBand(dataset, info, content.Bands.at(place), window, cells);
+        ReadBand(info, FContents[array].Bands.at(place), window, cells, readBand);
     }
     return slice;
 }
@@ -76,20 +102,19 @@ TRawSlice TBandArrays::ReadValues(const TContent& content, const TSourceWindow& 
     return slice;
 }
 
-void TBandArrays::ReadBand(GDALDataset& dataset, const TSourceArray& info, int band, const TSourceWindow& window,
-                           std::byte* cells) const {
+void TBandArrays::ReadBand(const TSourceArray& info, int band, const TSourceWindow& window, std::byte* cells,
+                           const TReadBand& readBand) const {
     const QString name = info.Path.mid(1);
     if (band == 0)
         throw EClimateFile(FFileName, name + QStringLiteral(": has no field of this time at this level"));
     if (info.HasHugeBlocks())
         throw EClimateFile(FFileName, name + QStringLiteral(": ") + HugeBlocksText());
     const std::size_t row = window.Counts.size() - 2;
+    const TRect place(int(window.Starts[row + 1]), int(window.Starts[row]),
+                      int(window.Starts[row + 1] + window.Counts[row + 1]),
+                      int(window.Starts[row] + window.Counts[row]));
     const TQuietGdal quiet;
-    GDALRasterBand* const source = dataset.GetRasterBand(band);
-    const int columns = int(window.Counts[row + 1]);
-    const int rows = int(window.Counts[row]);
-    if (!source || source->RasterIO(GF_Read, int(window.Starts[row + 1]), int(window.Starts[row]), columns, rows, cells,
-                                    columns, rows, source->GetRasterDataType(), 0, 0, nullptr) != CE_None)
+    if (!readBand(band, place, cells))
         throw EClimateFile(FFileName, name + QStringLiteral(": ") + quiet.Explain(QStringLiteral("is damaged here")));
 }
 
@@ -106,10 +131,12 @@ std::unique_ptr<GDALDataset, TCloseDataset> OpenBands(const TGdalName& name, con
         throw EClimateFile(
             fileName,
             quiet.Explain(name.IsRemote() ? QStringLiteral("is no GeoTIFF that can be read from there") : problem));
+    static std::once_flag isSetUp; // for programs whose main thread opens no file
+    std::call_once(isSetUp, CloseFilesBeforeLibraries);
     return dataset;
 }
 
-void DescribeBand(GDALDataset& dataset, int band, TSourceArray& info, TClimateAttributes& attributes) {
+void DescribeBand(GDALDataset& dataset, int band, int alpha, TSourceArray& info, TClimateAttributes& attributes) {
     GDALRasterBand& source = *dataset.GetRasterBand(band);
     info.IsNumeric = CellTypeOf(source.GetRasterDataType(), info.Type);
     if (const char* const kind = source.GetMetadataItem("PIXELTYPE", "IMAGE_STRUCTURE");
@@ -119,6 +146,7 @@ void DescribeBand(GDALDataset& dataset, int band, TSourceArray& info, TClimateAt
     int height = 0;
     source.GetBlockSize(&width, &height);
     info.BlockSize = {quint64(std::max(height, 0)), quint64(std::max(width, 0))};
+    info.HasMask = MaskOf(dataset, band, alpha) != nullptr;
     if (const char* const units = source.GetUnitType(); units && *units)
         attributes.Set(QStringLiteral("units"), QString::fromUtf8(units).left(200));
     int has = 0;

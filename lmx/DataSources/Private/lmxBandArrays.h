@@ -3,9 +3,11 @@
 #include <lmx/DataSources/Private/lmxClimateFileKind.h>
 #include <lmx/DataSources/Private/lmxClimateSource.h>
 #include <lmx/DataSources/Private/lmxGdalTypes.h>
+#include <lmx/Runtime/lmxGeometry.h>
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -31,6 +33,8 @@ public:
     const TClimateAttributes& GetAttributes(std::size_t array) const { return FContents.at(array).Attributes; }
     /// @throws EClimateFile
     TRawSlice Read(GDALDataset& dataset, std::size_t array, const TSourceWindow& window) const;
+    /// As IClimateSource::ReadMask.
+    TRawSlice ReadMask(GDALDataset& dataset, std::size_t array, const TSourceWindow& window) const;
 
 private:
     struct TContent {
@@ -39,9 +43,14 @@ private:
         std::vector<int> Bands;
     };
 
+    /// Reads what a band, from 1, says of a window; false if it is damaged there.
+    using TReadBand = std::function<bool(int band, const TRect& window, std::byte* cells)>;
+
     TRawSlice ReadValues(const TContent& content, const TSourceWindow& window) const;
-    void ReadBand(GDALDataset& dataset, const TSourceArray& info, int band, const TSourceWindow& window,
-                  std::byte* cells) const;
+    TRawSlice ReadBands(std::size_t array, const TSourceWindow& window, TClimateCellType type,
+                        const TReadBand& readBand) const;
+    void ReadBand(const TSourceArray& info, int band, const TSourceWindow& window, std::byte* cells,
+                  const TReadBand& readBand) const;
 
     QString FFileName;
     std::vector<TSourceArray> FInfos;
@@ -54,7 +63,8 @@ private:
 std::unique_ptr<GDALDataset, TCloseDataset> OpenBands(const TGdalName& name, const QString& fileName,
                                                       const QString& problem);
 
-/// Type, blocks and the attributes that every band may have: units, scale, offset and no data.
-void DescribeBand(GDALDataset& dataset, int band, TSourceArray& info, TClimateAttributes& attributes);
+/// Type, blocks, mask and the attributes that every band may have: units, scale, offset and no data.
+/// @param alpha AlphaBandOf the dataset
+void DescribeBand(GDALDataset& dataset, int band, int alpha, TSourceArray& info, TClimateAttributes& attributes);
 
 } // namespace lmx

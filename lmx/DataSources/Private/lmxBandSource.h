@@ -9,7 +9,8 @@
 namespace lmx {
 
 /// Opens GeoTIFF: each band an array on the dimensions of its centres, "/lat" and "/lon", or "/y" and "/x" with the
-/// grid mapping "/crs". The file is read on the thread of the caller, one at a time.
+/// grid mapping "/crs"; an alpha band is none, but the mask of all others. The file is read on the thread of the
+/// caller, one at a time.
 /// @param fileName for messages
 /// @throws EClimateFile if it cannot be opened.
 std::unique_ptr<IClimateSource> OpenTiffSource(const TGdalName& name, const QString& fileName);

@@ -6,6 +6,7 @@
 #include <lmx/DataSources/lmxClimateDataset.h>
 #include <lmx/DataSources/lmxClimateGridPlan.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -64,13 +65,18 @@ private:
     void Add(std::size_t array);
     void Describe(const TCatalogEntry& entry, TClimateVariableInfo& info) const;
     void DescribeTimes(TCatalogEntry& entry, TClimateVariableInfo& info);
+    void NoteLargeBlocks(const TCatalogEntry& entry, TClimateVariableInfo& info) const;
     void DescribeLevels(const TCatalogEntry& entry, TClimateVariableInfo& info) const;
     QString FindRefusal(TCatalogEntry& entry, const TClimateVariableInfo& info);
     std::shared_ptr<const TClimateTimes> TimesOf(const TClimateRoles& roles, std::size_t count);
     std::shared_ptr<const TClimateGridPlan> PlanOf(const TClimateRoles& roles);
     std::unique_ptr<TRealImage> ReadImage(const TClimateSelection& selection, const TUnitConversion& conversion,
                                           const QString& title, TKeptBlock& kept) const;
+    TSourceWindow WindowOf(const TClimateSelection& selection) const;
     TRawSlice ReadSlice(const TClimateSelection& selection, TKeptBlock& kept) const;
+    TRawSlice ReadMask(const TClimateSelection& selection) const;
+    /// Failures say at which step.
+    TRawSlice NamingStep(const TClimateSelection& selection, const std::function<TRawSlice()>& read) const;
 
     const QString FFileName;
     std::unique_ptr<IClimateSource> FSource;

@@ -74,6 +74,9 @@ public:
     TClimateAttributes ReadFileAttributes() override { return FSource->ReadFileAttributes(); }
     TSourceAttributes ReadAttributes(std::size_t array) override { return FSource->ReadAttributes(array); }
     TRawSlice Read(std::size_t array, const TSourceWindow& window) override { return FSource->Read(array, window); }
+    TRawSlice ReadMask(std::size_t array, const TSourceWindow& window) override {
+        return FSource->ReadMask(array, window);
+    }
 
 private:
     std::unique_ptr<TMemoryFile> FFile;

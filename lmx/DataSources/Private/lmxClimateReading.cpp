@@ -1,5 +1,6 @@
 #include <lmx/DataSources/Private/lmxClimateCatalog.h>
 
+#include <lmx/DataSources/Private/lmxBandMask.h>
 #include <lmx/DataSources/lmxClimateOrigin.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -108,16 +109,24 @@ std::unique_ptr<TRealImage> TClimateCatalog::ReadImage(const TClimateSelection& 
     const bool hasRows = *entry.Roles.Latitude < *entry.Roles.Longitude; // else column stands after column
     TRawSlice picked(array.Type, hasRows ? 0 : columns);
     const TClimateCells meaning({array.Type, FSource->IsNetCdf(), attributes.HasFloatingLimits}, attributes.Values);
+    const TRawSlice mask = array.HasMask ? ReadMask(selection) : TRawSlice();
+    TRawSlice pickedMask(TClimateCellType::ctUInt8, hasRows ? 0 : columns);
     const TClimateCells::TUnpack unpack =
         meaning.MakeUnpack(slice.GetCount(), conversion, DaysInMonthOf(*entry.Times, selection.Time));
     const auto readRow = [&](std::int32_t number, std::span<float> cells) {
         const auto row = static_cast<std::size_t>(number);
-        unpack(EachStep(slice.GetCells(), hasRows ? row * columns : row, hasRows ? 1 : rows, columns, picked), cells);
+        const std::size_t first = hasRows ? row * columns : row;
+        const std::size_t step = hasRows ? 1 : rows;
+        unpack(EachStep(slice.GetCells(), first, step, columns, picked), cells);
+        if (mask.GetCount() > 0)
+            HideMissing(
+                std::get<std::span<const std::uint8_t>>(EachStep(mask.GetCells(), first, step, columns, pickedMask)),
+                cells);
     };
     return entry.Plan->MakeImage(readRow, title, conversion.ShownUnits);
 }
 
-TRawSlice TClimateCatalog::ReadSlice(const TClimateSelection& selection, TKeptBlock& kept) const {
+TSourceWindow TClimateCatalog::WindowOf(const TClimateSelection& selection) const {
     const TCatalogEntry& entry = FEntries[selection.Variable];
     const TClimateRoles& roles = entry.Roles;
     const TSourceArray& array = FIndex.GetArrays()[entry.Array];
@@ -127,8 +136,27 @@ TRawSlice TClimateCatalog::ReadSlice(const TClimateSelection& selection, TKeptBl
         window.Starts.push_back(roles.Time == i ? selection.Time : roles.Level == i ? selection.Level : 0);
         window.Counts.push_back(isPlace ? std::size_t(array.Dimensions[i].Size) : 1);
     }
+    return window;
+}
+
+TRawSlice TClimateCatalog::ReadSlice(const TClimateSelection& selection, TKeptBlock& kept) const {
+    const TCatalogEntry& entry = FEntries[selection.Variable];
+    const TSourceWindow window = WindowOf(selection);
+    return NamingStep(selection, [&] {
+        return entry.Roles.Time ? kept.Read(*FSource, entry.Array, window, *entry.Roles.Time)
+                                : FSource->Read(entry.Array, window);
+    });
+}
+
+TRawSlice TClimateCatalog::ReadMask(const TClimateSelection& selection) const {
+    return NamingStep(selection,
+                      [&] { return FSource->ReadMask(FEntries[selection.Variable].Array, WindowOf(selection)); });
+}
+
+TRawSlice TClimateCatalog::NamingStep(const TClimateSelection& selection,
+                                      const std::function<TRawSlice()>& read) const {
     try {
-        return roles.Time ? kept.Read(*FSource, entry.Array, window, *roles.Time) : FSource->Read(entry.Array, window);
+        return read();
     } catch (const EClimateFile& failure) {
         throw EClimateFile(FFileName, Format(u"step %d: %s", {qint64(selection.Time + 1), failure.Problem()}));
     }

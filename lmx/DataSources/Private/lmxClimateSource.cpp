@@ -76,6 +76,10 @@ TRawSlice::TRawSlice(TClimateCellType type, std::size_t count) : FCount(count), 
         throw EOutOfMemory();
 }
 
+TRawSlice IClimateSource::ReadMask(std::size_t, const TSourceWindow&) {
+    return {};
+}
+
 TRawSlice TRawSlice::Part(std::size_t first, std::size_t count) const {
     TRawSlice part;
     part.FBytes = std::shared_ptr<std::byte[]>(FBytes, FBytes.get() + first * CellSizeOf(FType));

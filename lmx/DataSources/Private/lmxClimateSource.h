@@ -1,7 +1,7 @@
 #pragma once
 
-#include <lmx/DataSources/lmxClimateAttributes.h>
 #include <lmx/DataSources/Private/lmxClimateCells.h>
+#include <lmx/DataSources/lmxClimateAttributes.h>
 
 #include <QString>
 
@@ -27,7 +27,8 @@ struct TSourceArray {
     std::vector<quint64> BlockSize; ///< cells that are stored as one, for each dimension; 0 or none: not in blocks
     bool IsNumeric = true;          ///< else texts or records
     TClimateCellType Type = TClimateCellType::ctFloat;
-    QString Refusal; ///< why its cells cannot be placed at all; empty if they can
+    QString Refusal;      ///< why its cells cannot be placed at all; empty if they can
+    bool HasMask = false; ///< whether something besides the numbers says that cells are missing
 
     /// The product of the sizes; the largest number if it is larger.
     quint64 CellCount() const;
@@ -85,6 +86,10 @@ public:
     virtual TSourceAttributes ReadAttributes(std::size_t array) = 0;
     /// @throws EClimateFile, with the array's name, if it cannot be read or its blocks are too large; EOutOfMemory.
     virtual TRawSlice Read(std::size_t array, const TSourceWindow& window) = 0;
+    /// Of an array that has a mask: a byte for each cell of the window, 0 where it is missing. Here: none, for sources
+    /// whose arrays have no masks.
+    /// @throws as Read.
+    virtual TRawSlice ReadMask(std::size_t array, const TSourceWindow& window);
 };
 
 inline constexpr quint64 MostBlockBytes = quint64(256) << 20; ///< what is stored as one is unpacked as one

@@ -117,6 +117,9 @@ public:
     TRawSlice Read(std::size_t array, const TSourceWindow& window) override {
         return FArrays.Read(*FDataset, array, window);
     }
+    TRawSlice ReadMask(std::size_t array, const TSourceWindow& window) override {
+        return FArrays.ReadMask(*FDataset, array, window);
+    }
 
 private:
     struct TCoordinate {
@@ -179,7 +182,7 @@ private:
         const TField& first = group.Fields[0];
         TSourceArray info;
         TClimateAttributes attributes;
-        DescribeBand(*FDataset, first.Band, info, attributes);
+        DescribeBand(*FDataset, first.Band, 0, info, attributes);
         TClimateAttributes time = Units(QStringLiteral("seconds since 1970-01-01"), QStringLiteral("time"));
         time.Set(QStringLiteral("calendar"), QStringLiteral("proleptic_gregorian"));
         info.Dimensions.push_back(Coordinate(QStringLiteral("time"), group.Times.Get(), time));

@@ -28,6 +28,9 @@ public:
     TRawSlice Read(std::size_t array, const TSourceWindow& window) override {
         return ReadOnReader([&] { return FSource->Read(array, window); });
     }
+    TRawSlice ReadMask(std::size_t array, const TSourceWindow& window) override {
+        return ReadOnReader([&] { return FSource->ReadMask(array, window); });
+    }
 
 private:
     std::unique_ptr<IClimateSource> FSource;

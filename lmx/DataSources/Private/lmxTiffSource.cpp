@@ -1,6 +1,7 @@
 #include <lmx/DataSources/Private/lmxBandSource.h>
 
 #include <lmx/DataSources/Private/lmxBandArrays.h>
+#include <lmx/DataSources/Private/lmxBandMask.h>
 #include <lmx/DataSources/Private/lmxGdalSession.h>
 #include <lmx/DataSources/Private/lmxGdalTypes.h>
 #include <lmx/DataSources/Private/lmxTiffPlace.h>
@@ -44,6 +45,10 @@ public:
     TRawSlice Read(std::size_t array, const TSourceWindow& window) override {
         const std::lock_guard lock(FMutex);
         return FArrays.Read(*FDataset, array, window);
+    }
+    TRawSlice ReadMask(std::size_t array, const TSourceWindow& window) override {
+        const std::lock_guard lock(FMutex);
+        return FArrays.ReadMask(*FDataset, array, window);
     }
 
 private:
@@ -95,11 +100,13 @@ private:
             FAxes[0] = {QStringLiteral("/column"), quint64(FDataset->GetRasterXSize())};
             FAxes[1] = {QStringLiteral("/row"), quint64(FDataset->GetRasterYSize())};
         }
+        const int alpha = AlphaBandOf(*FDataset);
         for (int band = 1; band <= count; ++band)
-            AddBand(band);
+            if (band != alpha) // which holds no values
+                AddBand(band, alpha);
     }
 
-    void AddBand(int band) {
+    void AddBand(int band, int alpha) {
         TSourceArray info;
         TClimateAttributes attributes;
         const QString name = Format(u"Band %d", {band});
@@ -107,7 +114,7 @@ private:
         info.Dimensions = {FAxes[1], FAxes[0]};
         if (FRefusal)
             info.Refusal = RefusalText(*FRefusal, name);
-        DescribeBand(*FDataset, band, info, attributes);
+        DescribeBand(*FDataset, band, alpha, info, attributes);
         if (const char* const text = FDataset->GetRasterBand(band)->GetDescription(); text && *text)
             attributes.Set(QStringLiteral("long_name"), QString::fromUtf8(text).left(500));
         if (!FNote.isEmpty())
