@@ -18,10 +18,11 @@ const std::shared_ptr<const TClimateDataset>& Checked(const std::shared_ptr<cons
 
 } // namespace
 
-TClimateFrames::TClimateFrames(std::shared_ptr<const TClimateDataset> dataset, const TClimateSelection& selection)
+TClimateFrames::TClimateFrames(std::shared_ptr<const TClimateDataset> dataset, const TClimateSelection& selection,
+                               quint64 mostKeptBytes)
     : FDataset(Checked(dataset)),
       FSelection(selection),
-      FKept(std::make_unique<TKeptBlock>(MostKeptBytes)) {
+      FKept(std::make_unique<TKeptBlock>(mostKeptBytes)) {
     if (selection.Variable >= FDataset->GetVariables().size())
         throw EArgumentException(QStringLiteral("Variable"));
     const TClimateVariableInfo& info = FDataset->GetVariables()[selection.Variable];

@@ -4,6 +4,7 @@
 #include <lmx/DataSources/Private/lmxClimateFileOpening.h>
 #include <lmx/DataSources/lmxFramePlayer.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <tests/DataSources/ArraySource.h>
 #include <tests/DataSources/BlockFiles.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/Threads.h>
@@ -159,6 +160,47 @@ TEST(ClimateFrames, FramesComeFromTheBlockThatIsKept) {
     EXPECT_EQ(frames.ReadFrame(2, Never)->GetCell(6, 4), 71);
     EXPECT_EQ(frames.ReadFrame(3, Never)->GetCell(1, 1), 72);
     EXPECT_NE(frames.ReadFrame(2, Never)->GetCell(1, 1), 48) << "the block before is given back";
+}
+
+TEST(ClimateFrames, TheHostSaysHowMuchIsKept) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("blocks.zarr");
+    RunOnReader([&] { MakeBlockFile(path, "Zarr", "3,2,6"); });
+    const auto dataset = std::make_shared<TClimateDataset>(path);
+    TClimateFrames two(dataset, {0}, 2 * 48);
+    TClimateFrames none(dataset, {0}, 0);
+    EXPECT_EQ(two.ReadFrame(0, Never)->GetCell(1, 1), 0);
+    EXPECT_EQ(none.ReadFrame(0, Never)->GetCell(1, 1), 0);
+    for (const char* const block : {"0.0.0", "0.1.0", "0/0/0", "0/1/0"})
+        QFile::remove(path + "/v/" + block);
+    EXPECT_EQ(two.ReadFrame(1, Never)->GetCell(1, 1), 24);
+    EXPECT_NE(two.ReadFrame(2, Never)->GetCell(1, 1), 48) << "for which there was no room";
+    EXPECT_NE(none.ReadFrame(1, Never)->GetCell(1, 1), 24);
+}
+
+QStringList NotesOfBlocks(quint64 times, std::vector<quint64> blocks) {
+    auto source = std::make_unique<TArraySource>();
+    std::vector<double> numbers(1024);
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        numbers[i] = 80 - double(i) / 10;
+    const TSourceDimension lat = source->AddAxis("lat", "degrees_north", numbers);
+    const TSourceDimension lon = source->AddAxis("lon", "degrees_east", numbers);
+    std::vector<double> days(times);
+    std::iota(days.begin(), days.end(), 0);
+    const TSourceDimension time = source->AddAxis("time", "days since 2001-01-01", days);
+    source->Add({"/v", {time, lat, lon}, std::move(blocks), true, TClimateCellType::ctInt16, {}, {}}, {});
+    return TClimateCatalog(std::move(source), "f").GetInfos().at(0).Notes;
+}
+
+// Slices of 2 MiB: 128 of them are 256 MiB.
+TEST(ClimateFrames, ANoteTellsOfBlocksThatAreTooLargeToKeep) {
+    EXPECT_EQ(NotesOfBlocks(200, {129, 64, 64}),
+              QStringList("The file stores 129 steps as one, more than are kept in memory: it plays slowly. Store it "
+                          "step by step, for example: nccopy -c time/1 in out"));
+    EXPECT_EQ(NotesOfBlocks(200, {128, 64, 64}), QStringList());
+    EXPECT_EQ(NotesOfBlocks(100, {129, 64, 64}), QStringList()) << "there are no more than 100";
+    EXPECT_EQ(NotesOfBlocks(200, {1, 1024, 1024}), QStringList());
+    EXPECT_EQ(NotesOfBlocks(200, {}), QStringList());
 }
 
 } // namespace

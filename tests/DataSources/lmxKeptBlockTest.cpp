@@ -76,9 +76,9 @@ TEST(KeptBlock, KeepsOneBlock) {
     EXPECT_THAT(file.Decoded(), ElementsAre(TTimes(0, 3), TTimes(6, 1)));
 }
 
-TEST(KeptBlock, BlocksBeyondTheLimitAreReadStepByStep) {
+TEST(KeptBlock, BlocksOfWhichNoTwoStepsFitAreReadStepByStep) {
     TTimesFirst file;
-    TKeptBlock kept(35);
+    TKeptBlock kept(23); // two steps have 24
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(file.Read(kept, quint64(i))[5], 6 * i + 5);
     EXPECT_THAT(file.Decoded(), ElementsAre(TTimes(0, 1), TTimes(1, 1), TTimes(2, 1)));
@@ -87,6 +87,31 @@ TEST(KeptBlock, BlocksBeyondTheLimitAreReadStepByStep) {
     file.Read(enough, 0);
     file.Read(enough, 2);
     EXPECT_THAT(file.Decoded(), ElementsAre(TTimes(0, 3)));
+}
+
+TEST(KeptBlock, AsManyStepsOfALargeBlockAreKeptAsFit) {
+    TTimesFirst file({5, 1, 2});
+    TKeptBlock kept(3 * 12 - 1); // two steps
+    for (int i = 0; i < 7; ++i)
+        EXPECT_EQ(file.Read(kept, quint64(i))[5], 6 * i + 5);
+    EXPECT_THAT(file.Decoded(), ElementsAre(TTimes(0, 2), TTimes(2, 2), TTimes(4, 1), TTimes(5, 2)))
+        << "none reaches into the next block";
+    EXPECT_EQ(kept.GetKeptBytes(), 24U);
+    for (int i = 6; i >= 0; --i)
+        EXPECT_EQ(file.Read(kept, quint64(i))[0], 6 * i);
+    EXPECT_THAT(file.Decoded(), ElementsAre(TTimes(4, 1), TTimes(2, 2), TTimes(0, 2)));
+}
+
+TEST(KeptBlock, TellsHowManyStepsAreStoredTogether) {
+    TTimesFirst file({5, 1, 2});
+    TSourceArray info = file.Source.GetArrays()[file.Array];
+    EXPECT_EQ(TKeptBlock::StepsTogether(info, 0), 5U);
+    info.BlockSize = {50, 1, 2};
+    EXPECT_EQ(TKeptBlock::StepsTogether(info, 0), 7U) << "as many as there are";
+    info.BlockSize = {0, 0, 0};
+    EXPECT_EQ(TKeptBlock::StepsTogether(info, 0), 1U);
+    info.BlockSize = {};
+    EXPECT_EQ(TKeptBlock::StepsTogether(info, 0), 1U);
 }
 
 TEST(KeptBlock, StepsThatAreStoredAloneAreReadAlone) {

@@ -2,6 +2,7 @@
 
 #include <lmx/DataSources/Private/lmxUnitText.h>
 #include <lmx/DataSources/Private/lmxWorldPlace.h>
+#include <lmx/DataSources/lmxClimateFrames.h>
 #include <lmx/DataSources/lmxClimateNames.h>
 #include <lmx/Runtime/lmxFormat.h>
 #include <lmx/Runtime/lmxNumberText.h>
@@ -111,10 +112,27 @@ void TClimateCatalog::DescribeTimes(TCatalogEntry& entry, TClimateVariableInfo& 
         entry.Times = TimesOf(roles, std::size_t(count));
     info.TimeCount = std::size_t(count);
     info.Notes += entry.Times->GetNotes();
+    NoteLargeBlocks(entry, info);
     if (entry.Times->GetCount() > 0) {
         info.FirstTime = entry.Times->GetCaption(0);
         info.LastTime = entry.Times->GetCaption(entry.Times->GetCount() - 1);
     }
+}
+
+// Nothing is wrong with such a file, but who plays it wonders why it stutters.
+void TClimateCatalog::NoteLargeBlocks(const TCatalogEntry& entry, TClimateVariableInfo& info) const {
+    const TClimateRoles& roles = entry.Roles;
+    const TSourceArray& array = FIndex.GetArrays()[entry.Array];
+    if (!roles.Time || !roles.Latitude || !roles.Longitude)
+        return;
+    const quint64 steps = TKeptBlock::StepsTogether(array, *roles.Time);
+    const quint64 rows = array.Dimensions[*roles.Latitude].Size;
+    const quint64 columns = std::max<quint64>(array.Dimensions[*roles.Longitude].Size, 1);
+    if (steps > 1 && rows > TClimateFrames::MostKeptBytes / array.CellSize() / columns / steps)
+        info.Notes +=
+            Format(u"The file stores %d steps as one, more than are kept in memory: it plays slowly. Store it "
+                   u"step by step, for example: nccopy -c %s/1 in out",
+                   {qint64(steps), NameOf(array.Dimensions[*roles.Time].Path)});
 }
 
 std::shared_ptr<const TClimateTimes> TClimateCatalog::TimesOf(const TClimateRoles& roles, std::size_t count) {

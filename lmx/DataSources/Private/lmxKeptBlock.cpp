@@ -31,12 +31,23 @@ TRawSlice StepOf(const TRawSlice& block, const TSourceArray& array, std::size_t 
 
 } // namespace
 
-TSourceWindow TKeptBlock::BlockOf(const TSourceArray& array, TSourceWindow window, std::size_t dimension) {
+quint64 TKeptBlock::StepsTogether(const TSourceArray& array, std::size_t dimension) {
     const bool isInBlocks = array.BlockSize.size() == array.Dimensions.size() && array.BlockSize[dimension] > 1;
-    const quint64 length = isInBlocks ? array.BlockSize[dimension] : 1;
-    quint64& start = window.Starts[dimension];
-    start -= start % length;
-    window.Counts[dimension] = std::size_t(std::min(length, array.Dimensions[dimension].Size - start));
+    return isInBlocks ? std::min(array.BlockSize[dimension], std::max<quint64>(array.Dimensions[dimension].Size, 1))
+                      : 1;
+}
+
+// Parts begin at the same steps whichever of them is asked for, so that reading backwards finds them, too.
+TSourceWindow TKeptBlock::PartOf(const TSourceArray& array, TSourceWindow window, std::size_t dimension) const {
+    const quint64 length = StepsTogether(array, dimension);
+    const quint64 fitting = FMostBytes / array.CellSize() / std::max<std::size_t>(ProductOf(window.Counts), 1);
+    const quint64 part = std::clamp<quint64>(fitting, 1, length);
+    const quint64 step = window.Starts[dimension];
+    const quint64 blockStart = step - step % length;
+    const quint64 blockEnd = std::min(blockStart + length, array.Dimensions[dimension].Size);
+    const quint64 start = step - (step - blockStart) % part;
+    window.Starts[dimension] = start;
+    window.Counts[dimension] = std::size_t(std::min(part, blockEnd - start));
     return window;
 }
 
@@ -44,11 +55,11 @@ TRawSlice TKeptBlock::Read(IClimateSource& source, std::size_t array, const TSou
                            std::size_t dimension) {
     const std::lock_guard lock(FMutex);
     const TSourceArray& info = source.GetArrays().at(array);
-    const TSourceWindow wanted = BlockOf(info, window, dimension);
+    const TSourceWindow wanted = PartOf(info, window, dimension);
     const std::size_t steps = wanted.Counts[dimension];
     if (FCells.GetCount() == 0 || array != FArray || !(wanted == FWindow)) {
         FCells = TRawSlice(); // its memory first
-        if (steps == 1 || ProductOf(wanted.Counts) > FMostBytes / info.CellSize())
+        if (steps == 1)
             return source.Read(array, window);
         try {
             FCells = source.Read(array, wanted);
