@@ -7,12 +7,14 @@
 #include <lmx/Controls/Legend/lmxRasterLegendControl.h>
 #include <lmx/DataSources/Private/lmxTilePicture.h>
 #include <lmx/DataSources/Private/lmxTiledDisplayPage.h>
+#include <lmx/DataSources/lmxGeoTiffTiles.h>
 #include <lmx/Dialogs/lmxLayerPropertiesAttributesFrame.h>
 #include <lmx/Dialogs/lmxLayerPropertiesBoundsFrame.h>
 #include <lmx/Dialogs/lmxLayerPropertiesDialog.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
+#include <lmx/Runtime/lmxFormat.h>
 
 #include <algorithm>
 #include <cmath>
@@ -265,6 +267,22 @@ bool TTiledRasterMapLayer::GetHasContent() const {
 
 void TTiledRasterMapLayer::CreateLegendComponent() {
     SetLegendComponent(GetHasContent() ? CreateLegendControlOf(nullptr, FColorCalc) : nullptr);
+}
+
+TLayerData TTiledRasterMapLayer::DescribeData() const {
+    TLayerData data;
+    data.Colors = FColorCalc;
+    if (!(FValueRange == TValueRange::Empty()))
+        data.ValueRange = FValueRange;
+    else if (FShownRange.GetHasValue())
+        data.ValueRange = FShownRange.GetValue();
+    if (FSource)
+        data.FileName = FSource->GetFileName();
+    if (const auto* const tiff = dynamic_cast<const TGeoTiffTiles*>(FSource.get())) {
+        data.Lineage = Format(u"Band %d", {tiff->GetBand()});
+        data.Units = tiff->GetConversion().ShownUnits;
+    }
+    return data;
 }
 
 void TTiledRasterMapLayer::InitPropertiesDialog(TLayerPropertiesDialog* dialog) {

@@ -7,6 +7,7 @@
 #include <lmx/DataSources/lmxTileCache.h>
 #include <lmx/DataSources/lmxTileSource.h>
 #include <lmx/Layers/lmxBufferedMapLayer.h>
+#include <lmx/Layers/lmxLayerData.h>
 #include <lmx/Runtime/lmxEvent.h>
 #include <lmx/Runtime/lmxNullable.h>
 
@@ -24,7 +25,7 @@ namespace lmx {
 ///
 /// A pixel shows the cell that it would show if the whole raster were drawn there (in an overview, the cell that stands
 /// for that one). The calculator is cloned for each render, and the clone asked on the render's thread.
-class LMX_DATASOURCES_EXPORT TTiledRasterMapLayer : public TBufferedMapLayer {
+class LMX_DATASOURCES_EXPORT TTiledRasterMapLayer : public TBufferedMapLayer, public ILayerWithData {
 public:
     /// Without a cache it uses the shared one.
     explicit TTiledRasterMapLayer(const std::shared_ptr<ILayerManager>& layerManager,
@@ -59,6 +60,9 @@ public:
 
     bool GetHasContent() const override; ///< whether there are a source and a calculator
     void CreateLegendComponent() override;
+    /// The file of the source, and its band and units if it is a GeoTIFF; the host's range, else what pictures have
+    /// shown; the calculator.
+    TLayerData DescribeData() const override;
     /// "Extent", "Raster display", for the range of FindValueRange, and "Layer attributes"; the second one not before
     /// there is a source.
     /// @throws EExArgumentNilException if `dialog` is nil, and as TLayerPropertiesDisplayFrame::SetData.

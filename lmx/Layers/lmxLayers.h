@@ -22,6 +22,7 @@
 #include <lmx/Layers/lmxBufferedMapLayer.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
+#include <lmx/Layers/lmxLayerData.h>
 #include <lmx/Layers/lmxLayerDuplicator.h>
 #include <lmx/Layers/lmxLayerFactory.h>
 #include <lmx/Layers/lmxLayerManager.h>

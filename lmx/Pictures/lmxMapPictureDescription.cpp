@@ -10,6 +10,7 @@
 #include <lmx/Graphics/lmxGradient.h>
 #include <lmx/Layers/Private/lmxPaintedLayer.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
+#include <lmx/Layers/lmxLayerData.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <lmx/Layers/lmxVectorFileLayer.h>
@@ -95,6 +96,14 @@ void Describe(TMapPictureLayer& description, const TBaseShapeLayer& shapes) {
         description.FileName = vector->GetVectorFile()->GetFileName();
 }
 
+void Describe(TMapPictureLayer& description, const TLayerData& data) {
+    description.FileName = data.FileName;
+    description.Lineage = data.Lineage;
+    description.Units = data.Units;
+    description.ValueRange = data.ValueRange;
+    description.Palette = PaletteText(data.Colors.get());
+}
+
 QString Degrees(extended value, QChar positive, QChar negative) {
     const QString degrees = NumberText(std::abs(value)) + QChar(0xB0);
     return value == 0 ? degrees : degrees + u' ' + (value < 0 ? negative : positive);
@@ -137,6 +146,8 @@ TMapPictureLayer TMapPictureLayer::Of(const TBaseMapLayer& layer) {
         Describe(description, *raster);
     if (const auto* shapes = dynamic_cast<const TBaseShapeLayer*>(&layer))
         Describe(description, *shapes);
+    if (const auto* withData = dynamic_cast<const ILayerWithData*>(&layer))
+        Describe(description, withData->DescribeData());
     return description;
 }
 

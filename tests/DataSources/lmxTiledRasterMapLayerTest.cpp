@@ -2,10 +2,13 @@
 
 #include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Controls/Legend/lmxMapViewGradientLegendControl.h>
+#include <lmx/DataSources/lmxGeoTiffTiles.h>
 #include <lmx/Formats/Idrisi/lmxIdrisiImages.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
+#include <lmx/Pictures/lmxMapPictureDescription.h>
 #include <tests/DataSources/NumberedTiles.h>
+#include <tests/DataSources/TiffFiles.h>
 #include <tests/Support/Printers.h>
 #include <tests/Support/TestBufferedLayer.h>
 #include <tests/Support/TestMap.h>
@@ -345,6 +348,32 @@ TEST_F(TiledRasterMapLayer, ItsLegendIsThatOfItsCalculator) {
     EXPECT_NE(dynamic_cast<TMapViewGradientLegendControl*>(Layer->GetLegendComponent()), nullptr);
     Layer->SetSource(nullptr);
     EXPECT_EQ(Layer->GetLegendComponent(), nullptr);
+}
+
+TEST_F(TiledRasterMapLayer, TellsPicturesOfItsData) {
+    EXPECT_EQ(Layer->DescribeData().FileName, "");
+    Show({{10, 5}});
+    EXPECT_EQ(Layer->DescribeData().Colors, Layer->GetColorCalc());
+    EXPECT_EQ(Layer->DescribeData().Lineage, "");
+    EXPECT_FALSE(Layer->DescribeData().ValueRange) << "nothing is read for it";
+    TTestMap map(300, 200);
+    PaintSharp(map);
+    EXPECT_EQ(Layer->DescribeData().ValueRange, Layer->FindValueRange());
+    Layer->SetValueRange({1, 2});
+    EXPECT_EQ(Layer->DescribeData().ValueRange, TValueRange(1, 2));
+
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("heights.tif");
+    TTiffOf16Bits tiff;
+    tiff.Describe = [](GDALRasterBand& band) { band.SetUnitType("K"); };
+    tiff.Write(path);
+    Layer->SetSource(std::make_shared<TGeoTiffTiles>(path));
+    const TMapPictureLayer told = TMapPictureLayer::Of(*Layer);
+    EXPECT_EQ(told.FileName, path);
+    EXPECT_EQ(told.Lineage, "Band 1");
+    EXPECT_EQ(told.Units, "°C");
+    EXPECT_EQ(told.ValueRange, TValueRange(1, 2));
+    EXPECT_EQ(told.Palette, "colours of its own");
 }
 
 TEST_F(TiledRasterMapLayer, ADuplicateSharesTheSourceAndOwnsItsColours) {

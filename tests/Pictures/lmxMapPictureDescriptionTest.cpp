@@ -2,9 +2,11 @@
 #include <lmx/Colour/lmxColorClassCalculator.h>
 #include <lmx/Colour/lmxMultipartGradient.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
+#include <lmx/Layers/lmxLayerData.h>
 #include <lmx/Layers/lmxShapeFileLayer.h>
 #include <tests/Pictures/PictureMap.h>
 #include <tests/Support/Printers.h>
+#include <tests/Support/TestLayer.h>
 
 #include <gtest/gtest.h>
 
@@ -34,6 +36,32 @@ TEST(MapPictureDescription, TellsWhatALayerShows) {
     EXPECT_EQ(TMapPictureLayer::Of(coast).FileName, coast.GetShpFile()->GetFileName());
     EXPECT_EQ(TMapPictureLayer::Of(coast).Palette, "#FF24303C");
     EXPECT_FALSE(TMapPictureLayer::Of(coast).ValueRange);
+}
+
+/// A layer of another library.
+class TForeignLayer : public TTestLayer, public ILayerWithData {
+public:
+    using TTestLayer::TTestLayer;
+    TLayerData DescribeData() const override { return Data; }
+    TLayerData Data;
+};
+
+TEST(MapPictureDescription, AsksLayersThatItDoesNotKnow) {
+    TPictureMap map;
+    auto layer = std::make_unique<TForeignLayer>(map.Manager);
+    layer->SetLayerName("Land cover");
+    EXPECT_EQ(TMapPictureLayer::Of(*layer).FileName, "");
+    EXPECT_EQ(TMapPictureLayer::Of(*layer).Palette, "");
+    EXPECT_FALSE(TMapPictureLayer::Of(*layer).ValueRange);
+    layer->Data = {"/data/cover.tif", "Band 2", "m", TValueRange(1, 5),
+                   TGradientColorCalculatorFactory::GetObject(0, 1, TGradientFactory::GetObject({{0, 0xFF000000}}))};
+    layer->SetIsReadyToDraw(true);
+    map.Manager->GetLayers().Add(std::move(layer));
+    TMapPictureDescription picture;
+    picture.Layers = TMapPictureDescription::LayersOf(*map.Manager);
+    EXPECT_EQ(picture.LayersText().section(u'\n', -1),
+              "Land cover; Test; units m; values 1 to 5; colours gradient (0:#FF000000) from 0 to 1; file "
+              "/data/cover.tif; made from Band 2");
 }
 
 TEST(MapPictureDescription, TellsEveryKindOfColours) {

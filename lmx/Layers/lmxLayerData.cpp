@@ -1,0 +1,7 @@
+#include <lmx/Layers/lmxLayerData.h>
+
+namespace lmx {
+
+ILayerWithData::~ILayerWithData() = default;
+
+} // namespace lmx
