@@ -178,15 +178,13 @@ void TLayerPropertiesAttributesFrame::btnDeleteClick() {
 
 TLayerPropertiesAttributesOptionFrame::TLayerPropertiesAttributesOptionFrame(TAttributes* source,
                                                                              const TLifeWatch& owner)
-    : TOptionFrame(QStringLiteral("Layer attributes")),
+    : TLateOptionFrame(QStringLiteral("Layer attributes")),
       FSource(source),
       FOwner(owner) {
     if (!source)
         throw EExArgumentNilException(QStringLiteral("TLayerPropertiesAttributesOptionFrame.Create"),
                                       QStringLiteral("Source"));
-    FFrame = new TLayerPropertiesAttributesFrame;
-    TakeFrame(FFrame);
-    FFrame->SetWorking(*source);
+    FBefore = *source;
 }
 
 TLayerPropertiesAttributesOptionFrame::TLayerPropertiesAttributesOptionFrame(TAttributes* source)
@@ -194,9 +192,19 @@ TLayerPropertiesAttributesOptionFrame::TLayerPropertiesAttributesOptionFrame(TAt
     FOwner = FOwnLifetime.Watch();
 }
 
+std::unique_ptr<QWidget> TLayerPropertiesAttributesOptionFrame::MakeFrame() const {
+    auto frame = std::make_unique<TLayerPropertiesAttributesFrame>();
+    frame->SetWorking(FBefore);
+    return frame;
+}
+
 void TLayerPropertiesAttributesOptionFrame::Apply() {
-    if (FFrame && !FOwner.IsOver())
-        *FSource = FFrame->GetWorking();
+    if (FOwner.IsOver())
+        return;
+    if (!IsFrameMade())
+        *FSource = FBefore;
+    else if (const auto* frame = static_cast<TLayerPropertiesAttributesFrame*>(GetFrame()))
+        *FSource = frame->GetWorking();
 }
 
 } // namespace lmx

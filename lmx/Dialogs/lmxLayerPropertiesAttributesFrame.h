@@ -54,7 +54,7 @@ private:
 };
 
 /// The page "Layer attributes".
-class LMX_EXPORT TLayerPropertiesAttributesOptionFrame : public TOptionFrame {
+class LMX_EXPORT TLayerPropertiesAttributesOptionFrame : public TLateOptionFrame {
 public:
     /// Attributes that outlive the page.
     /// @throws EExArgumentNilException if `source` is nil.
@@ -62,15 +62,18 @@ public:
     /// Attributes of an owner that may go earlier; then there is nothing to apply to.
     TLayerPropertiesAttributesOptionFrame(TAttributes* source, const TLifeWatch& owner);
 
-    QWidget* GetFrame() const override { return FFrame; }
-    /// Replaces the attributes by those of the page. Nobody is told: attributes are not drawn.
+    /// Replaces the attributes by those of the page, which are those that there were when the page was made until
+    /// somebody edits them. Nobody is told: attributes are not drawn.
     void Apply() override;
+
+protected:
+    std::unique_ptr<QWidget> MakeFrame() const override;
 
 private:
     TAttributes* FSource;
+    TAttributes FBefore;
     TLifetime FOwnLifetime;
     TLifeWatch FOwner;
-    QPointer<TLayerPropertiesAttributesFrame> FFrame;
 };
 
 } // namespace lmx

@@ -11,8 +11,12 @@
 namespace lmx {
 
 TLayerPropertiesBoundsFrame::TLayerPropertiesBoundsFrame(const TBaseMapLayer& layer, QWidget* parent)
+    : TLayerPropertiesBoundsFrame(layer.GetLayerTypeName(), layer.GetLayerArea().Area, parent) {}
+
+TLayerPropertiesBoundsFrame::TLayerPropertiesBoundsFrame(const QString& layerTypeName, const TMapArea& area,
+                                                         QWidget* parent)
     : QWidget(parent) {
-    auto* typeName = new QLabel(layer.GetLayerTypeName(), this);
+    auto* typeName = new QLabel(layerTypeName, this);
     typeName->setObjectName(QStringLiteral("lbStatus"));
     typeName->setTextFormat(Qt::PlainText);
     auto* type = new QHBoxLayout;
@@ -22,17 +26,21 @@ TLayerPropertiesBoundsFrame::TLayerPropertiesBoundsFrame(const TBaseMapLayer& la
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addLayout(type);
-    column->addWidget(new TBoundsContainerPanel(layer.GetLayerArea().Area, this));
+    column->addWidget(new TBoundsContainerPanel(area, this));
     column->addStretch();
 }
 
 TLayerPropertiesBoundsOptionFrame::TLayerPropertiesBoundsOptionFrame(const TBaseMapLayer* layer)
-    : TOptionFrame(QStringLiteral("Extent")) {
+    : TLateOptionFrame(QStringLiteral("Extent")) {
     if (!layer)
         throw EExArgumentNilException(QStringLiteral("TLayerPropertiesBoundsOptionFrame.Create"),
                                       QStringLiteral("Layer"));
-    FFrame = new TLayerPropertiesBoundsFrame(*layer);
-    TakeFrame(FFrame);
+    FLayerTypeName = layer->GetLayerTypeName();
+    FArea = layer->GetLayerArea().Area;
+}
+
+std::unique_ptr<QWidget> TLayerPropertiesBoundsOptionFrame::MakeFrame() const {
+    return std::make_unique<TLayerPropertiesBoundsFrame>(FLayerTypeName, FArea);
 }
 
 } // namespace lmx

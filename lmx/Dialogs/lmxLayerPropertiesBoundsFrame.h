@@ -1,9 +1,13 @@
 #pragma once
 
+#include <lmx/Coordinates/wskMappingTypes.h>
 #include <lmx/Dialogs/lmxOptionFrame.h>
 #include <lmx/Runtime/lmxExport.h>
 
+#include <QString>
 #include <QWidget>
+
+#include <memory>
 
 namespace lmx {
 
@@ -14,18 +18,21 @@ class TBaseMapLayer;
 class LMX_EXPORT TLayerPropertiesBoundsFrame : public QWidget {
 public:
     explicit TLayerPropertiesBoundsFrame(const TBaseMapLayer& layer, QWidget* parent = nullptr);
+    TLayerPropertiesBoundsFrame(const QString& layerTypeName, const TMapArea& area, QWidget* parent = nullptr);
 };
 
-/// The page "Extent", which is for reading.
-class LMX_EXPORT TLayerPropertiesBoundsOptionFrame : public TOptionFrame {
+/// The page "Extent", which is for reading: the layer as it was when the page was made.
+class LMX_EXPORT TLayerPropertiesBoundsOptionFrame : public TLateOptionFrame {
 public:
     /// @throws EExArgumentNilException if `layer` is nil.
     explicit TLayerPropertiesBoundsOptionFrame(const TBaseMapLayer* layer);
 
-    QWidget* GetFrame() const override { return FFrame; }
+protected:
+    std::unique_ptr<QWidget> MakeFrame() const override;
 
 private:
-    QPointer<QWidget> FFrame;
+    QString FLayerTypeName;
+    TMapArea FArea;
 };
 
 } // namespace lmx

@@ -138,10 +138,12 @@ void TLayerPropertiesDialog::AddOptionFrame(std::unique_ptr<TOptionFrame> option
         throw EArgumentException(QStringLiteral("OptionFrame is null"));
     if (optionFrame->GetName().isEmpty())
         throw EArgumentException(QStringLiteral("OptionFrame Name is empty"));
-    QWidget* frame = optionFrame->GetFrame();
-    if (!frame)
-        throw EArgumentException(QStringLiteral("OptionFrame.Frame is null"));
-    optionFrame->TakeFrame(frame);
+    if (!optionFrame->MakesFrameLate()) {
+        QWidget* frame = optionFrame->GetFrame();
+        if (!frame)
+            throw EArgumentException(QStringLiteral("OptionFrame.Frame is null"));
+        optionFrame->TakeFrame(frame);
+    }
     const int row = FOptionFrames.Count();
     TOptionFrame* page = FOptionFrames.Add(std::move(optionFrame));
     FPages->RowsInserted(row);

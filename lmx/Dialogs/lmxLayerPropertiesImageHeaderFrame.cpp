@@ -90,10 +90,13 @@ void TLayerPropertiesImageHeaderFrame::AddValue(const QString& name, float value
 }
 
 TLayerPropertiesImageHeaderOptionFrame::TLayerPropertiesImageHeaderOptionFrame(const TImageHeader& header)
-    : TOptionFrame(QStringLiteral("Image header")),
-      FFrame(new TLayerPropertiesImageHeaderFrame) {
-    TakeFrame(FFrame);
-    AddHeader(*FFrame, header);
+    : TLateOptionFrame(QStringLiteral("Image header")),
+      FHeader(std::make_shared<TImageHeader>(header)) {}
+
+std::unique_ptr<QWidget> TLayerPropertiesImageHeaderOptionFrame::MakeFrame() const {
+    auto frame = std::make_unique<TLayerPropertiesImageHeaderFrame>();
+    AddHeader(*frame, *FHeader);
+    return frame;
 }
 
 } // namespace lmx

@@ -31,14 +31,15 @@ private:
 };
 
 /// The page "Image header": what the documentation of an image says, as it was when the page was made.
-class LMX_EXPORT TLayerPropertiesImageHeaderOptionFrame : public TOptionFrame {
+class LMX_EXPORT TLayerPropertiesImageHeaderOptionFrame : public TLateOptionFrame {
 public:
     explicit TLayerPropertiesImageHeaderOptionFrame(const TImageHeader& header);
 
-    QWidget* GetFrame() const override { return FFrame; }
+protected:
+    std::unique_ptr<QWidget> MakeFrame() const override;
 
 private:
-    QPointer<TLayerPropertiesImageHeaderFrame> FFrame;
+    std::shared_ptr<const TImageHeader> FHeader; ///< a copy
 };
 
 } // namespace lmx

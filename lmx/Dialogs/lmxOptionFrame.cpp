@@ -6,4 +6,16 @@ TOptionFrame::~TOptionFrame() {
     delete FOwnedFrame;
 }
 
+TLateOptionFrame::~TLateOptionFrame() {
+    delete FFrame;
+}
+
+QWidget* TLateOptionFrame::GetFrame() const {
+    if (!FIsMade) {
+        FFrame = MakeFrame().release();
+        FIsMade = true;
+    }
+    return FFrame;
+}
+
 } // namespace lmx

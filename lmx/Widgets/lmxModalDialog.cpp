@@ -5,6 +5,7 @@
 
 #include <QAbstractSpinBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -61,6 +62,14 @@ TModalDialog::TModalDialog(const QString& caption, const QString& heading, QWidg
 TModalResult TModalDialog::ShowModal() {
     const auto result = static_cast<TModalResult>(exec()); // Qt's 0 if it is gone or was hidden
     return result == TModalResult::mrNone ? TModalResult::mrCancel : result;
+}
+
+// Push buttons ask for a new layout as they get their style, which Qt posts for after the first paint: the dialog would
+// be laid out and painted twice.
+void TModalDialog::setVisible(bool visible) {
+    if (visible && !isVisible())
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::PolishRequest);
+    QDialog::setVisible(visible);
 }
 
 // Push buttons and controls that have a use for the enter key have taken it before.

@@ -29,6 +29,7 @@ public:
     TModalResult ShowModal();
     TModalResult GetModalResult() const { return static_cast<TModalResult>(result()); }
 
+    void setVisible(bool visible) override;
     void reject() override { done(static_cast<int>(TModalResult::mrCancel)); }
 
 protected:

@@ -13,6 +13,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <numeric>
+
 namespace lmx {
 
 namespace {
@@ -21,20 +24,16 @@ enum TColumn { coIndex, coLabel, coRange, coColor };
 
 constexpr const char* ClipboardTag = "CLASSIFIED";
 
-std::vector<const TColorClass*> ClassesOf(const TObjectList<TColorClass>& list) {
-    return {list.begin(), list.end()};
-}
-
 /// A class for each colour, over equal parts of the range.
-std::vector<std::unique_ptr<TColorClass>> ClassesFor(const TColorPalette& palette, const TValueRange& range) {
-    std::vector<std::unique_ptr<TColorClass>> classes;
+std::vector<TColorClass> ClassesFor(const TColorPalette& palette, const TValueRange& range) {
+    std::vector<TColorClass> classes;
     const auto count = static_cast<double>(palette.size());
     const double step = (range.High - range.Low) / count;
     for (std::size_t i = 0; i < palette.size(); ++i) {
         const double low = static_cast<double>(i) * step + range.Low;
         const double high = static_cast<double>(i + 1) * step + range.Low;
-        classes.push_back(std::make_unique<TColorClass>(Format(u"%.3f - %.3f", {low, high}), static_cast<float>(low),
-                                                        static_cast<float>(high), palette[i]));
+        classes.emplace_back(Format(u"%.3f - %.3f", {low, high}), static_cast<float>(low), static_cast<float>(high),
+                             palette[i]);
     }
     return classes;
 }
@@ -51,54 +50,44 @@ void Fill(const TAddColorClassDialog& dialog, TColorClass& target) {
 /// The classes as they were when the list was updated, with the numbers that they had then. A row's class may be gone.
 class TColorClassesPage::TRows final : public IColorListRows {
 public:
-    void SetClasses(const TObjectList<TColorClass>& classes) {
-        FRows.clear();
-        FRows.reserve(static_cast<std::size_t>(classes.Count()));
-        for (TColorClass* colorClass : classes)
-            FRows.push_back({static_cast<int>(FRows.size()) + 1, colorClass, colorClass->GetName(),
-                             colorClass->GetMinValue(), colorClass->GetMaxValue(), colorClass->GetColor()});
+    void SetClasses(const TEntries& classes) {
+        FShown = classes;
+        FNumbers.clear();
     }
     void Remove(const std::vector<int>& rows) {
-        auto next = rows.begin();
-        int at = 0;
-        std::erase_if(FRows, [&](const TRow&) {
-            const bool isRemoved = next != rows.end() && *next == at;
-            if (isRemoved)
-                ++next;
-            ++at;
-            return isRemoved;
-        });
+        if (FNumbers.empty()) {
+            FNumbers.resize(static_cast<std::size_t>(FShown.size()));
+            std::iota(FNumbers.begin(), FNumbers.end(), 1);
+        }
+        for (auto row = rows.rbegin(); row != rows.rend();) { // as many at once as stand together
+            const int last = *row;
+            int first = last;
+            while (++row != rows.rend() && *row == first - 1)
+                --first;
+            FShown.remove(first, last - first + 1);
+            FNumbers.erase(FNumbers.begin() + first, FNumbers.begin() + last + 1);
+        }
     }
-    TColorClass* GetClass(int row) const { return FRows[static_cast<std::size_t>(row)].Class; }
+    int GetSerial(int row) const { return FShown[row].Serial; }
 
-    int GetCount() const override { return static_cast<int>(FRows.size()); }
+    int GetCount() const override { return static_cast<int>(FShown.size()); }
     QString GetText(int row, int column) const override {
-        const TRow& shown = FRows[static_cast<std::size_t>(row)];
-        const TColorClass colorClass(shown.Name, shown.Min, shown.Max, shown.Color);
         switch (column) {
         case coIndex:
-            return IntToStr(shown.Number);
+            return IntToStr(FNumbers.empty() ? row + 1 : FNumbers[static_cast<std::size_t>(row)]);
         case coLabel:
-            return colorClass.GetLabel();
+            return FShown[row].Class.GetLabel();
         case coRange:
-            return colorClass.GetRange().ToString();
+            return FShown[row].Class.GetRange().ToString();
         default:
             return {};
         }
     }
-    TColor32 GetColor(int row) const override { return FRows[static_cast<std::size_t>(row)].Color; }
+    TColor32 GetColor(int row) const override { return FShown[row].Class.GetColor(); }
 
 private:
-    struct TRow {
-        int Number;
-        TColorClass* Class;
-        QString Name;
-        float Min;
-        float Max;
-        TColor32 Color;
-    };
-
-    std::vector<TRow> FRows;
+    TEntries FShown;
+    std::vector<int> FNumbers; // none: each row's own
 };
 
 TColorClassesPage::TColorClassesPage(QWidget* parent)
@@ -127,10 +116,30 @@ void TColorClassesPage::BuildCommands() {
     AddCommand(QStringLiteral("&Paste"), QStringLiteral("Button3"), TNeeds::neNothing, [this] { PasteClick(); });
 }
 
+std::vector<const TColorClass*> TColorClassesPage::ClassesOf(const TEntries& entries) {
+    std::vector<const TColorClass*> classes;
+    classes.reserve(static_cast<std::size_t>(entries.size()));
+    for (const TEntry& entry : entries)
+        classes.push_back(&entry.Class);
+    return classes;
+}
+
+void TColorClassesPage::Append(const TColorClass& colorClass) {
+    FColorClasses.append({++FLastSerial, colorClass});
+}
+
+qsizetype TColorClassesPage::IndexOf(int serial) const {
+    const auto found = std::lower_bound(FColorClasses.cbegin(), FColorClasses.cend(), serial,
+                                        [](const TEntry& entry, int wanted) { return entry.Serial < wanted; });
+    return found != FColorClasses.cend() && found->Serial == serial ? found - FColorClasses.cbegin() : -1;
+}
+
 void TColorClassesPage::SetColorClasses(const IColorClassCalculator& calculator) {
-    if (const auto classes = calculator.GetColorClasses())
+    if (const auto classes = calculator.GetColorClasses()) {
+        FColorClasses.reserve(FColorClasses.size() + classes->GetClasses().Count());
         for (const TColorClass* colorClass : classes->GetClasses())
-            FColorClasses.Add(std::make_unique<TColorClass>(colorClass));
+            Append(*colorClass);
+    }
     UpdateColorClassList();
 }
 
@@ -149,35 +158,39 @@ void TColorClassesPage::btnAddColorClassClick() {
     dialog->SetValueRange(FValueRange);
     if (dialog.Execute() != static_cast<int>(TModalResult::mrOk))
         return;
-    auto added = std::make_unique<TColorClass>();
-    Fill(*dialog.Get(), *added);
-    FColorClasses.Add(std::move(added));
+    TColorClass added;
+    Fill(*dialog.Get(), added);
+    Append(added);
     UpdateColorClassList();
     GetList()->setFocus();
 }
 
 void TColorClassesPage::btnEditColorClassClick() {
     const int row = GetList()->GetSelectedRow();
-    if (row < 0 || !FColorClasses.Contains(FRows->GetClass(row)))
+    if (row < 0 || IndexOf(FRows->GetSerial(row)) < 0)
         return;
-    TColorClass* const edited = FRows->GetClass(row);
+    const int serial = FRows->GetSerial(row);
+    const TColorClass edited = FColorClasses[IndexOf(serial)].Class;
     TOwnedDialog<TAddColorClassDialog> dialog(this);
     dialog->SetValueRange(FValueRange);
-    dialog->SetClassLabel(edited->GetName());
-    dialog->SetClassColor(edited->GetColor());
-    dialog->SetMin(edited->GetMinValue());
-    dialog->SetMax(edited->GetMaxValue());
-    if (dialog.Execute() != static_cast<int>(TModalResult::mrOk) || !FColorClasses.Contains(edited))
+    dialog->SetClassLabel(edited.GetName());
+    dialog->SetClassColor(edited.GetColor());
+    dialog->SetMin(edited.GetMinValue());
+    dialog->SetMax(edited.GetMaxValue());
+    if (dialog.Execute() != static_cast<int>(TModalResult::mrOk) || IndexOf(serial) < 0)
         return;
-    Fill(*dialog.Get(), *edited);
+    Fill(*dialog.Get(), FColorClasses[IndexOf(serial)].Class);
     UpdateColorClassList();
 }
 
 // The rows that stay keep their numbers until the list is updated.
 void TColorClassesPage::btnDeleteColorClassClick() {
     const std::vector<int> rows = GetList()->GetSelectedRows();
+    std::vector<int> serials; // rows and serials both ascend
     for (const int row : rows)
-        FColorClasses.Remove(FRows->GetClass(row));
+        serials.push_back(FRows->GetSerial(row));
+    FColorClasses.removeIf(
+        [&serials](const TEntry& entry) { return std::binary_search(serials.begin(), serials.end(), entry.Serial); });
     FRows->Remove(rows);
     ForgetRows(rows);
     GetList()->setFocus();
@@ -193,11 +206,11 @@ void TColorClassesPage::LoadClick() {
         throw Exception(Format(u"'%s' type not supported", {choice->TypeName}));
     TColorPalette palette;
     palette.Load(choice->FileName);
-    FColorClasses.Clear();
+    FColorClasses.clear();
     if (palette.empty())
         return;
-    for (auto& colorClass : ClassesFor(palette, FValueRange))
-        FColorClasses.Add(std::move(colorClass));
+    for (const TColorClass& colorClass : ClassesFor(palette, FValueRange))
+        Append(colorClass);
     UpdateColorClassList();
 }
 
@@ -209,10 +222,10 @@ void TColorClassesPage::btnClassifiedCopyClick() {
 void TColorClassesPage::PasteClick() {
     if (!TClipboardEnvelope::Contains(ClipboardTag))
         return;
-    FColorClasses.Clear();
+    FColorClasses.clear();
     try {
-        for (auto& colorClass : DeSerializeColorClasses(TClipboardEnvelope::GetText(ClipboardTag)))
-            FColorClasses.Add(std::move(colorClass));
+        for (const auto& colorClass : DeSerializeColorClasses(TClipboardEnvelope::GetText(ClipboardTag)))
+            Append(*colorClass);
     } catch (...) {
         UpdateColorClassList();
         throw;

@@ -28,6 +28,11 @@ public:
     void InsertColumn(int column, const QString& title);
     void RemoveColumn(int column);
 
+    /// As Qt's own, without asking for the counts of another class: a view asks for each row when it lays them out.
+    QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override {
+        const bool isCell = !parent.isValid() && row >= 0 && row < FCount && column >= 0 && column < FTitles.size();
+        return isCell ? createIndex(row, column) : QModelIndex();
+    }
     int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : FCount; }
     int columnCount(const QModelIndex& parent = {}) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
