@@ -87,7 +87,7 @@ void TMapViewInfoQueryListControl::SetIQPLayer(TInfoQueryPointLayer* layer) {
     }
     FIQPLayer = layer;
     for (int row = FTable->GetCount() - 1; row >= 0; --row)
-        if (FTable->GetPoint(row) != FTable->GetCursor())
+        if (!FTable->GetPoint(row) || FTable->IsPointRow(row))
             FTable->RemovePoint(row);
     if (layer) {
         layer->GetOnAdded().Add(this, &TMapViewInfoQueryListControl::IQPLayer_PointAdded);
@@ -212,11 +212,14 @@ bool TMapViewInfoQueryListControl::ReadAllValues() {
 void TMapViewInfoQueryListControl::AddLayer(TIdrisiMapLayer* layer) {
     FTable->AddLayer(layer, layer->GetLayerName());
     GetList()->AddColumn({layer->GetLayerName(), ValueWidth});
+    layer->GetOnLayerNameChanged().Add(this, &TMapViewInfoQueryListControl::Layer_NameChanged);
 }
 
 // With a column goes what is selected in it, and whoever hears of that may end this control.
 bool TMapViewInfoQueryListControl::RemoveColumn(int column) {
     const TBorrowed self(this);
+    if (TIdrisiMapLayer* layer = FTable->GetLayer(column))
+        layer->GetOnLayerNameChanged().Remove(this, &TMapViewInfoQueryListControl::Layer_NameChanged);
     FTable->RemoveLayer(column);
     GetList()->RemoveColumn(column + 1);
     return static_cast<bool>(self);
@@ -230,7 +233,7 @@ void TMapViewInfoQueryListControl::RemoveLayer(const TBaseMapLayer* layer) {
 
 bool TMapViewInfoQueryListControl::HasSelectedPoint() const {
     for (const int row : GetList()->GetSelectedRows())
-        if (FTable->GetPoint(row) != FTable->GetCursor())
+        if (FTable->IsPointRow(row))
             return true;
     return false;
 }
@@ -272,6 +275,14 @@ void TMapViewInfoQueryListControl::LayerManager_LayerInvalidated(ILayerManager*,
         RebuildData();
 }
 
+void TMapViewInfoQueryListControl::Layer_NameChanged(TBaseMapLayer* layer) {
+    const int column = FTable->IndexOf(layer);
+    if (column < 0)
+        return;
+    FTable->SetLayerName(column, layer->GetLayerName());
+    GetList()->SetColumnTitle(column + 1, layer->GetLayerName());
+}
+
 void TMapViewInfoQueryListControl::Add_Click() {
     FAddMenu->popup(FAddButton->mapToGlobal(FAddButton->rect().bottomLeft()));
 }
@@ -301,20 +312,21 @@ void TMapViewInfoQueryListControl::AddMultiple_Click() {
         TellOfRows();
 }
 
+// Whoever hears of a removal may take others away, and put new ones where they were in memory.
 void TMapViewInfoQueryListControl::Delete_Click() {
-    std::vector<TInfoQueryPoint*> points;
+    std::vector<TBorrowed<TInfoQueryPoint>> points;
     for (const int row : GetList()->GetSelectedRows())
-        if (FTable->GetPoint(row) != FTable->GetCursor())
-            points.push_back(FTable->GetPoint(row));
+        if (FTable->IsPointRow(row))
+            points.emplace_back(FTable->GetPoint(row));
     const TBorrowed<TInfoQueryPointLayer> layer = FIQPLayer;
-    for (const TInfoQueryPoint* point : points)
-        if (layer)
-            layer->GetPoints().Remove(point); // one that has gone meanwhile is in no list
+    for (const TBorrowed<TInfoQueryPoint>& point : points)
+        if (layer && point)
+            layer->GetPoints().Remove(point.Get());
 }
 
 void TMapViewInfoQueryListControl::Edit_Click() {
     const std::vector<int> selected = GetList()->GetSelectedRows();
-    if (selected.empty() || FTable->GetPoint(selected.front()) == FTable->GetCursor())
+    if (selected.empty() || !FTable->IsPointRow(selected.front()))
         return;
     const QPersistentModelIndex row = GetList()->MarkRow(selected.front());
     const TBorrowed self(this);
@@ -336,7 +348,7 @@ void TMapViewInfoQueryListControl::Copy_Click() {
     const std::vector<int> selected = GetList()->GetSelectedRows();
     QString text = FTable->CopiedHeading();
     const auto copy = [&](int row) {
-        if (FTable->GetPoint(row) != FTable->GetCursor())
+        if (FTable->IsPointRow(row))
             text += FTable->CopiedRow(row);
     };
     if (selected.empty())

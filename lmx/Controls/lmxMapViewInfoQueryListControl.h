@@ -33,9 +33,9 @@ struct TInfoQueryRowDataValue {
 };
 
 /// A table of the points of a layer against the rasters of a manager: a row for each point, a column for each Idrisi
-/// layer in the order in which they came, in each cell the value of the raster's cell under the point and the colour
-/// that it has on the map. A row of its own can follow the mouse. Points are added, deleted, edited and copied by the
-/// buttons, by Insert, Delete, Enter (F2) and the key of copying, and by a double click.
+/// layer in the order in which they came, headed by its name, in each cell the value of the raster's cell under the
+/// point and the colour that it has on the map. A row of its own can follow the mouse. Points are added, deleted,
+/// edited and copied by the buttons, by Insert, Delete, Enter (F2) and the key of copying, and by a double click.
 ///
 /// Values come from layers that hold the point in their own world system, and none do before SetCursorMapPt has named
 /// the system of the points. A layer without image or calculator, or whose calculator raises, leaves its cell empty
@@ -110,6 +110,7 @@ private:
     void LayerManager_LayerAdded(ILayerManager* manager, TBaseMapLayer* layer);
     void LayerManager_LayerRemoved(ILayerManager* manager, TBaseMapLayer* layer);
     void LayerManager_LayerInvalidated(ILayerManager* manager, TBaseMapLayer* layer);
+    void Layer_NameChanged(TBaseMapLayer* layer);
 
     std::shared_ptr<TInfoQueryTable> FTable;
     TBorrowed<TInfoQueryPointLayer> FIQPLayer;

@@ -5,6 +5,7 @@
 #include <lmx/Layers/lmxBaseLayerManagerLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExport.h>
+#include <lmx/Runtime/lmxLifetime.h>
 #include <lmx/Runtime/lmxObjectList.h>
 
 #include <QString>
@@ -40,6 +41,8 @@ public:
 
     void Paint(TWorldViewport* viewport, TBitmap32& bitmap) const;
 
+    const TLifetime& GetLifetime() const { return FLifetime; }
+
 private:
     void Changed() const;
 
@@ -47,6 +50,7 @@ private:
     TColor32 FColor = 0;
     TMapPoint FPoint;
     QString FPointLabel;
+    TLifetime FLifetime; // the last member: it ends before the others go
 };
 
 using TInfoQueryPointEventList = TEventList<TInfoQueryPointLayer*, TInfoQueryPoint*>;

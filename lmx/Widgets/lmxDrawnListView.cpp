@@ -105,10 +105,22 @@ void TDrawnListView::RemoveColumn(int column) {
     TellAfter([&] { FModel->RemoveColumn(column); });
 }
 
+void TDrawnListView::SetColumnTitle(int column, const QString& title) {
+    if (column < 0 || column >= FModel->columnCount())
+        return;
+    FColumns[static_cast<std::size_t>(column)].Title = title;
+    FModel->SetTitle(column, title);
+    WidenColumn(column);
+}
+
+void TDrawnListView::WidenColumn(int column) {
+    if (const int needed = header()->sectionSizeHint(column); columnWidth(column) < needed)
+        header()->resizeSection(column, needed);
+}
+
 void TDrawnListView::WidenColumns() {
     for (int column = 0; column < FModel->columnCount(); ++column)
-        if (const int needed = header()->sectionSizeHint(column); columnWidth(column) < needed)
-            header()->resizeSection(column, needed);
+        WidenColumn(column);
 }
 
 // A reset takes the selection away without a word.

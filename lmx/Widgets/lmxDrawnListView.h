@@ -39,7 +39,8 @@ public:
     /// Puts these columns in the place of all that there are.
     void SetColumns(const std::vector<TListColumn>& columns);
     void AddColumn(const TListColumn& column); ///< at the end
-    void RemoveColumn(int column);             ///< a column outside the list does nothing
+    void RemoveColumn(int column);             ///< a column outside the list does nothing; so below
+    void SetColumnTitle(int column, const QString& title);
 
     /// Shows these rows, of which none is selected; nil shows none.
     void SetRows(std::shared_ptr<const IListRows> rows);
@@ -83,6 +84,7 @@ private:
     template<class Work>
     void TellAfter(Work&& work);
     void Tell();
+    void WidenColumn(int column);
     void WidenColumns();
     void DrawFocusMark(QPainter& painter, const TListRow& row) const;
     bool IsMarked(int row, bool isSelected) const;

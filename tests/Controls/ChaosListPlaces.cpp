@@ -27,6 +27,18 @@ TArm OnClassType() {
     };
 }
 
+TArm OnRasterName() {
+    return [](TChaosScene& s, const TAction& action) {
+        if (s.Raster)
+            s.Subscriptions.push_back(s.Raster->GetOnLayerNameChanged().Add([action](auto*) { action(); }));
+    };
+}
+
+void RenameRaster(TChaosScene& s) {
+    if (s.Raster)
+        s.Raster->SetLayerName(QStringLiteral("another name"));
+}
+
 void RemoveRaster(TChaosScene& s) {
     if (s.Manager && s.Raster)
         s.Manager->GetLayers().Remove(s.Raster.Get());
@@ -59,6 +71,7 @@ std::vector<TPlace> ChaosListPlaces() {
         {"Table.OnSelectionChanged by a column", onTable, RemoveRaster},
         {"Table.OnSelectionChanged without a layer", onTable, Giving(&S::Table, &TTable::SetIQPLayer)},
         {"Table.OnSelectionChanged without a manager", onTable, Giving(&S::Table, &TTable::SetLayerManager)},
+        {"Raster.OnLayerNameChanged", OnRasterName(), RenameRaster},
         {"ObjectList.OnSelectionChanged", onObjects, clearItems},
         {"ObjectList.OnSelectionChanged without a layer", onObjects,
          Giving(&S::ObjectList, &TObjectLayerLegendControl::SetLayer)},

@@ -1,13 +1,17 @@
+#include <lmx/Colour/lmxGradientColorCalculator.h>
 #include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
 #include <lmx/Coordinates/wskWorldSystem.h>
 #include <lmx/Dialogs/lmxAddMultipleInfoQueryPointDialog.h>
 #include <lmx/Dialogs/lmxAddMultipleInfoQueryPointPasteDialog.h>
 #include <lmx/Dialogs/lmxInfoQueryPointDialog.h>
+#include <lmx/Graphics/lmxGradient.h>
+#include <lmx/Layers/lmxIdrisiMapLayer.h>
 #include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Runtime/lmxFormatSettings.h>
 #include <lmx/Widgets/lmxPngButton.h>
 #include <tests/Support/ModalAnswer.h>
+#include <tests/Support/NumberedImage.h>
 #include <tests/Support/ScriptedServices.h>
 #include <tests/Support/WidgetPictures.h>
 
@@ -111,6 +115,102 @@ TEST_F(InfoQueryListDialogs, EditsTheFirstSelectedPoint) {
     EXPECT_EQ(Told(0), "1.235, 2.000|new");
     EXPECT_EQ(Table->GetRowPoint(0)->GetPoint().X, 1.23457L) << "what was shown";
     EXPECT_EQ(Table->GetRowPoint(0)->GetColor(), 0xFFFF0000U) << "opaque";
+}
+
+TEST_F(InfoQueryListDialogs, EditsTheFirstOfSeveralAndNeverTheCursor) {
+    AddPoint(1, 1, "a");
+    AddPoint(2, 2, "b");
+    Table->AddCursorInfoQueryPoint();
+    Table->GetList()->selectAll();
+    const TModalAnswer<TOne> answer([](TOne& dialog) {
+        EXPECT_EQ(dialog.GetPointLabel(), "a");
+        Press(dialog, "btnOK");
+    });
+    Table->GetEditButton()->click();
+    Table->GetList()->SelectRow(2);
+    EXPECT_FALSE(Table->GetEditButton()->isEnabled());
+    Table->Edit_Click(); // brings up no dialog
+    Table->SetIQPLayer(nullptr);
+    Table->SetIQPLayer(Points.get()); // the cursor comes first now
+    Table->GetList()->selectAll();
+    Table->Edit_Click();
+    EXPECT_EQ(Table->GetRowCount(), 3);
+}
+
+TEST_F(InfoQueryListDialogs, ChangesPlaceColorAndLabelInThisOrderAndReadsAnew) {
+    auto raster = std::make_unique<TIdrisiMapLayer>(Manager);
+    raster->TakeImage(tests::NumberedImage(2, 2, {0, 20, 20, 0}));
+    raster->SetColorCalc(TGradientColorCalculatorFactory::GetObject(0, 99, TGradientFactory::GetObject()));
+    Manager->GetLayers().Add(std::move(raster));
+    Table->SetLayerManager(Manager);
+    Table->SetCursorMapPt({1, 1}, TWorldSystemFactory::GetObject("latlon"));
+    TInfoQueryPoint* point = AddPoint(5, 15, "old");
+    QStringList told;
+    const TSubscription listening = Points->GetOnInvalidated().Add(
+        [&](auto*) { told += Told(0) + (point->GetColor() == 0xFF00FF00U ? " green" : ""); });
+    const TModalAnswer<TOne> answer([](TOne& dialog) {
+        Fill(dialog, "15", "5", "new");
+        dialog.SetPointColor(0xFF00FF00);
+        Press(dialog, "btnOK");
+    });
+    EXPECT_EQ(Table->GetRowValue(0, 0)->Value, 11);
+    Edit(0);
+    EXPECT_EQ(told, (QStringList{"15.000, 5.000|old", "15.000, 5.000|old green", "15.000, 5.000|new green"}));
+    EXPECT_EQ(Table->GetRowValue(0, 0)->Value, 22);
+}
+
+TEST_F(InfoQueryListDialogs, LabelsAPointBeforeItIsAdded) {
+    QString told;
+    const TSubscription listening =
+        Points->GetOnAdded().Add([&](auto*, TInfoQueryPoint* point) { told = point->GetPointLabel(); });
+    const TModalAnswer<TOne> answer([](TOne& dialog) {
+        Fill(dialog, "1e400", "-1e400", "Far"); // further than a double can tell
+        Press(dialog, "btnOK");
+    });
+    Table->AddSingle_Click();
+    EXPECT_EQ(told, "Far");
+    EXPECT_EQ(Told(0), "1E400, -1E400|Far");
+    tests::PictureOf(*Table);
+    const TModalAnswer<TOne> again([](TOne& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>("edPointX")->text(), "1E400");
+        Press(dialog, "btnOK");
+    });
+    Edit(0);
+    EXPECT_EQ(Told(0), "1E400, -1E400|Far");
+}
+
+TEST_F(InfoQueryListDialogs, FollowsTheDecimalSeparator) {
+    const TFormatSettingsScope comma{TFormatSettings{u','}};
+    AddMany("x;y\n1,5;-2,25\n1.5;2\n3;4\n");
+    ASSERT_EQ(Table->GetRowCount(), 2) << "a number with a point is none";
+    EXPECT_EQ(Told(0), "1,500, -2,250|");
+    EXPECT_EQ(Told(1), "3,000, 4,000|");
+    const TModalAnswer<TOne> answer([](TOne& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>("edPointX")->text(), "1,50000");
+        Fill(dialog, "9,75", "1", "");
+        Press(dialog, "btnOK");
+    });
+    Edit(0);
+    EXPECT_EQ(Told(0), "9,750, 1,000|");
+}
+
+// Memory that is given back is often given out again at once.
+TEST_F(InfoQueryListDialogs, DeletesNoPointThatCameInThePlaceOfASelectedOne) {
+    AddPoint(1, 1, "a");
+    TInfoQueryPoint* second = AddPoint(2, 2, "b");
+    Table->GetList()->selectAll();
+    int added = 0;
+    const TSubscription replacing = Points->GetOnRemoved().Add([&](auto*, TInfoQueryPoint* point) {
+        if (point->GetPointLabel() != "a")
+            return;
+        Points->GetPoints().Remove(second);
+        while (added < 100 && AddPoint(3, 3, "new") != second)
+            ++added;
+        ++added;
+    });
+    Table->GetDeleteButton()->click();
+    EXPECT_EQ(Points->GetPoints().Count(), added);
+    EXPECT_EQ(Table->GetRowCount(), added);
 }
 
 TEST_F(InfoQueryListDialogs, LeavesAPointAsItIsIfThatIsCancelled) {

@@ -200,6 +200,20 @@ TEST_F(InfoQueryList, ALayersRemovalTakesItsColumnOnly) {
     EXPECT_EQ(Heading(2), "C");
 }
 
+TEST_F(InfoQueryList, HeadsAColumnByTheNameOfItsLayer) {
+    Table->SetLayerManager(Manager);
+    TIdrisiMapLayer* rain = AddRaster("Rain", {0, 20, 20, 0});
+    AddRaster("Heat", {0, 20, 20, 0});
+    rain->SetLayerName("Rain and snow");
+    EXPECT_EQ(Heading(1), "Rain and snow");
+    EXPECT_EQ(Heading(2), "Heat");
+    EXPECT_EQ(Copied(), "Location\t\"Rain and snow\"\t\"Heat\"" + LineBreak());
+    Manager->GetLayers().Extract(rain).reset();
+    EXPECT_EQ(Heading(1), "Heat");
+    Table->SetLayerManager(nullptr);
+    EXPECT_EQ(Manager->GetLayers()[0]->GetOnLayerNameChanged().Count(), 0) << "nobody listens any more";
+}
+
 TEST_F(InfoQueryList, TheRowOfTheCursorFollowsTheMouse) {
     Table->AddCursorInfoQueryPoint();
     Table->AddCursorInfoQueryPoint();
@@ -439,6 +453,28 @@ TEST_F(InfoQueryList, WhoHearsThatASelectionEndsMaySetAnotherManager) {
     EXPECT_EQ(Table->GetLayerManager(), other);
     EXPECT_EQ(Table->GetColumnLayer(0), nullptr);
     EXPECT_EQ(Table->GetList()->model()->columnCount(), 1);
+}
+
+TEST_F(InfoQueryList, SaysNothingOfAPointThatWentWithItsLayerBeforeItWasTold) {
+    TInfoQueryPointLayer& layer = *Points;
+    Table->SetIQPLayer(nullptr);
+    const auto subscription = layer.GetOnRemoved().Add([this](auto*, auto*) { Points.reset(); });
+    Table->SetIQPLayer(&layer);
+    TInfoQueryPoint* point = AddPoint(1, 1, "a");
+    layer.GetPoints().Remove(point);
+    for (int row = 0; row < Table->GetRowCount(); ++row) {
+        EXPECT_EQ(Table->GetRowPoint(row), nullptr);
+        EXPECT_EQ(Text(row, 0), "");
+    }
+    Select({0});
+    EXPECT_FALSE(Table->GetDeleteButton()->isEnabled());
+    Table->Edit_Click();
+    EXPECT_EQ(Copied(), "Location" + LineBreak());
+    tests::ShowActive(*Table);
+    PictureOf(*Table);
+    Points = std::make_unique<TInfoQueryPointLayer>(Manager);
+    Table->SetIQPLayer(Points.get());
+    EXPECT_EQ(Table->GetRowCount(), 0);
 }
 
 } // namespace

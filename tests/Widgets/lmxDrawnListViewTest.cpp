@@ -114,6 +114,20 @@ TEST_F(DrawnListView, WidensAColumnThatItsTitleDoesNotFit) {
     EXPECT_GE(List->columnWidth(0), List->header()->sectionSizeHint(0));
 }
 
+TEST_F(DrawnListView, GivesAColumnAnotherTitle) {
+    const auto title = [this](int column) { return List->model()->headerData(column, Qt::Horizontal).toString(); };
+    List->SetColumnTitle(1, "A title of many words");
+    EXPECT_EQ(title(1), "A title of many words");
+    const int wide = List->columnWidth(1);
+    EXPECT_EQ(wide, List->header()->sectionSizeHint(1)) << "which has its room";
+    List->SetColumnTitle(1, "P");
+    EXPECT_EQ(List->columnWidth(1), wide) << "and leaves it";
+    List->SetColumnTitle(-1, "none");
+    List->SetColumnTitle(2, "none");
+    EXPECT_EQ(title(0), "Name");
+    EXPECT_EQ(title(1), "P");
+}
+
 TEST_F(DrawnListView, GivesAColumnTheRest) {
     List->SetColumns({{"Name", 80, true}, {"Place", 60}});
     Show();

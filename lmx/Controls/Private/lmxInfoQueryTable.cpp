@@ -48,7 +48,7 @@ std::optional<TInfoQueryRowDataValue> ValueAt(const TIdrisiMapLayer& layer, cons
 } // namespace
 
 TInfoQueryPoint* TInfoQueryTable::GetPoint(int row) const {
-    return row >= 0 && row < GetCount() ? FRows[static_cast<std::size_t>(row)].Point : nullptr;
+    return row >= 0 && row < GetCount() ? FRows[static_cast<std::size_t>(row)].Point.Get() : nullptr;
 }
 
 TIdrisiMapLayer* TInfoQueryTable::GetLayer(int column) const {
@@ -64,7 +64,7 @@ std::optional<TInfoQueryRowDataValue> TInfoQueryTable::GetValue(int row, int col
 
 int TInfoQueryTable::IndexOf(const TInfoQueryPoint* point) const {
     const auto found =
-        std::find_if(FRows.begin(), FRows.end(), [point](const TRow& row) { return row.Point == point; });
+        std::find_if(FRows.begin(), FRows.end(), [point](const TRow& row) { return row.Point.Get() == point; });
     return found == FRows.end() ? -1 : static_cast<int>(found - FRows.begin());
 }
 
@@ -81,6 +81,10 @@ int TInfoQueryTable::AddPoint(TInfoQueryPoint* point) {
 
 void TInfoQueryTable::RemovePoint(int row) {
     FRows.erase(FRows.begin() + row);
+}
+
+void TInfoQueryTable::SetLayerName(int column, const QString& name) {
+    FLayers[static_cast<std::size_t>(column)].Name = name;
 }
 
 void TInfoQueryTable::Clear() {
@@ -101,7 +105,7 @@ void TInfoQueryTable::RemoveLayer(int column) {
 
 // By places and not by references: a calculator of a host's may add and remove rows and columns.
 void TInfoQueryTable::Populate(int row) {
-    const TInfoQueryPoint* point = GetPoint(row);
+    const TBorrowed<TInfoQueryPoint> point = GetPoint(row);
     if (!point)
         return;
     const TMapPoint place = point->GetPoint();
@@ -111,7 +115,7 @@ void TInfoQueryTable::Populate(int row) {
         if (const TIdrisiMapLayer* layer = GetLayer(static_cast<int>(column)))
             values[column] = ValueAt(*layer, *system, place);
     values.resize(FLayers.size());
-    if (GetPoint(row) == point)
+    if (point && GetPoint(row) == point.Get())
         FRows[static_cast<std::size_t>(row)].Values = std::move(values);
 }
 
@@ -129,6 +133,11 @@ bool TInfoQueryTable::IsCursorRow(int row) const {
     return row == 0 && FCursor && GetPoint(0) == FCursor.get();
 }
 
+bool TInfoQueryTable::IsPointRow(int row) const {
+    const TInfoQueryPoint* point = GetPoint(row);
+    return point && point != FCursor.get();
+}
+
 QString TInfoQueryTable::ValueText(int row, int column) const {
     const auto value = GetValue(row, column);
     return value ? Format(u"%.3f", {value->Value}) : QStringLiteral("-");
@@ -137,7 +146,10 @@ QString TInfoQueryTable::ValueText(int row, int column) const {
 QString TInfoQueryTable::GetText(int row, int column) const {
     if (column > 0)
         return ValueText(row, column - 1);
-    return IsCursorRow(row) ? QStringLiteral("Cursor") : GetPoint(row)->GetLabelOrLocation();
+    if (IsCursorRow(row))
+        return QStringLiteral("Cursor");
+    const TInfoQueryPoint* point = GetPoint(row);
+    return point ? point->GetLabelOrLocation() : QString();
 }
 
 void TInfoQueryTable::Draw(QPainter& canvas, const TListRow& place, int row) const {
@@ -160,10 +172,13 @@ void TInfoQueryTable::DrawMarker(QPainter& canvas, const TListRow& place, int ro
         return;
     }
     const std::int32_t side = RoundToPixel((place.Whole.height() - 2) * static_cast<extended>(ratio));
+    const TInfoQueryPoint* point = GetPoint(row);
+    if (!point)
+        return;
     TBitmap32 marker(side, side);
     marker.SetDeviceRatio(ratio);
     marker.Clear(place.Ground().rgba());
-    InfoPointPaint({side / 2.0L, static_cast<extended>(side)}, marker, GetPoint(row)->GetColor(), false,
+    InfoPointPaint({side / 2.0L, static_cast<extended>(side)}, marker, point->GetColor(), false,
                    static_cast<float>(side), static_cast<float>(ratio));
     if (marker.IsEmpty())
         return;
@@ -190,7 +205,7 @@ QString TInfoQueryTable::CopiedHeading() const {
 }
 
 QString TInfoQueryTable::CopiedRow(int row) const {
-    QString text = u'"' + GetPoint(row)->GetLabelOrLocation() + u'"';
+    QString text = u'"' + GetText(row, 0) + u'"';
     for (int column = 0; column < GetLayerCount(); ++column)
         text += u'\t' + ValueText(row, column);
     return text + LineBreak();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmx/Controls/lmxMapViewInfoQueryListControl.h>
+#include <lmx/Layers/lmxInfoQueryPointLayer.h>
 #include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Widgets/lmxListRows.h>
 
@@ -12,8 +13,8 @@
 
 namespace lmx {
 
-/// The rows of the query table: points, rasters, and what each raster has at each point. It borrows the points: each
-/// leaves before it is freed.
+/// The rows of the query table: points, rasters, and what each raster has at each point. It borrows both: the row of a
+/// point that has gone without a word says nothing.
 class TInfoQueryTable final : public IListRows {
 public:
     std::shared_ptr<IWorldSystem> WorldSystem; ///< of the points; nil: no values
@@ -22,7 +23,7 @@ public:
 
     int GetCount() const override { return static_cast<int>(FRows.size()); }
     int GetLayerCount() const { return static_cast<int>(FLayers.size()); }
-    TInfoQueryPoint* GetPoint(int row) const;
+    TInfoQueryPoint* GetPoint(int row) const; ///< nil once it is gone
     TIdrisiMapLayer* GetLayer(int column) const;
     std::optional<TInfoQueryRowDataValue> GetValue(int row, int column) const;
     int IndexOf(const TInfoQueryPoint* point) const; ///< -1 if it has no row
@@ -32,6 +33,7 @@ public:
     void RemovePoint(int row);
     void AddLayer(TIdrisiMapLayer* layer, const QString& name);
     void RemoveLayer(int column);
+    void SetLayerName(int column, const QString& name);
     void Clear(); ///< neither row nor column is left; the cursor stays
 
     // --- Values ----------------------------------------------------------------------------------------------------
@@ -48,6 +50,8 @@ public:
     TInfoQueryPoint* MakeCursor();
     /// Whether the first row of all is the cursor's: only there it is called so and follows the mouse.
     bool IsCursorRow(int row) const;
+    /// Whether the row, wherever it stands, is that of a point of a layer that is there.
+    bool IsPointRow(int row) const;
 
     // --- Texts and drawing -----------------------------------------------------------------------------------------
 
@@ -62,7 +66,7 @@ private:
     using TInfoQueryRowData = std::vector<std::optional<TInfoQueryRowDataValue>>; // by column
 
     struct TRow {
-        TInfoQueryPoint* Point;
+        TBorrowed<TInfoQueryPoint> Point;
         TInfoQueryRowData Values;
     };
     struct TColumn {

@@ -60,6 +60,11 @@ void TListModel::RemoveColumn(int column) {
     endRemoveColumns();
 }
 
+void TListModel::SetTitle(int column, const QString& title) {
+    FTitles[column] = title;
+    Q_EMIT headerDataChanged(Qt::Horizontal, column, column);
+}
+
 int TListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(FTitles.size());
 }

@@ -27,6 +27,7 @@ public:
 
     void InsertColumn(int column, const QString& title);
     void RemoveColumn(int column);
+    void SetTitle(int column, const QString& title);
 
     /// As Qt's own, without asking for the counts of another class: a view asks for each row when it lays them out.
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override {
