@@ -165,6 +165,10 @@ void TGradientEditor::Redo() {
     Change(TGradientStops::None, [this] { FStops.Redo(); });
 }
 
+void TGradientEditor::ForgetChanges() {
+    FStops.ForgetChanges();
+}
+
 void TGradientEditor::SetOptions(const TGradientEditorOptions& options) {
     FOptions = options;
     updateGeometry();
@@ -275,6 +279,8 @@ void TGradientEditor::mousePressEvent(QMouseEvent* event) {
 
 void TGradientEditor::mouseMoveEvent(QMouseEvent* event) {
     const QPointF place = event->position();
+    if (FDrag && !event->buttons().testFlag(Qt::LeftButton))
+        EndDrag(true); // the button was let go where nobody could tell
     if (!FDrag) {
         setCursor(StopAt(place) == TGradientStops::None ? Qt::ArrowCursor : Qt::SizeHorCursor);
         return;

@@ -89,6 +89,7 @@ public:
     bool CanUndo() const { return FStops.CanUndo(); }
     void Undo();
     void Redo();
+    void ForgetChanges(); ///< those until now are neither taken back nor made again
 
     // --- How it works ----------------------------------------------------------------------------------------------
 

@@ -165,6 +165,11 @@ void TGradientStops::Undo() {
     FUndo.pop_back();
 }
 
+void TGradientStops::ForgetChanges() {
+    FUndo.clear();
+    FRedo.clear();
+}
+
 void TGradientStops::Redo() {
     if (!CanRedo())
         return;

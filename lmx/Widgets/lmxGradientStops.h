@@ -63,8 +63,9 @@ public:
 
     bool CanUndo() const { return !IsChanging() && !FUndo.empty(); }
     bool CanRedo() const { return !IsChanging() && !FRedo.empty(); }
-    void Undo(); ///< takes the last change back, selection included; nothing without one
-    void Redo(); ///< makes it again
+    void Undo();          ///< takes the last change back, selection included; nothing without one
+    void Redo();          ///< makes it again
+    void ForgetChanges(); ///< none until now can be taken back or made again; one that goes on can
 
     /// Grows with each change of stops, and with each of another stop than the selected one. Selecting changes neither.
     std::uint64_t GetChangeCount() const { return FChangeCount; }

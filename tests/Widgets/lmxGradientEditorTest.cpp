@@ -159,6 +159,23 @@ TEST_F(GradientEditor, DraggingAwayDeletesAndComingBackDoesNot) {
     EXPECT_EQ(Middle.GetLocation(), 0.5);
 }
 
+TEST_F(GradientEditor, ADragEndsWithAReleaseThatNobodyTold) {
+    Show();
+    Press(At(Middle));
+    MoveTo(Below(0.75));
+    const double dragged = Middle.GetLocation();
+    const QPointF back = Below(0.25);
+    QMouseEvent move(QEvent::MouseMove, back, Editor->mapToGlobal(back), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(Editor.get(), &move);
+    EXPECT_EQ(Middle.GetLocation(), dragged) << "no button is held";
+    Key(Qt::Key_Home);
+    EXPECT_EQ(Middle.GetLocation(), 0) << "and the keys count again";
+    Release(Below(0.25));
+    Editor->Undo();
+    Editor->Undo();
+    EXPECT_EQ(Middle.GetLocation(), 0.5) << "the drag was one change";
+}
+
 TEST_F(GradientEditor, EscapeTakesADragBackAndElseIsTheWindows) {
     Show();
     Press(At(Middle));
@@ -374,6 +391,36 @@ TEST_F(GradientEditor, ShowsColorsAndTheSelectedStop) {
         Editor->SetOptions(options);
         EXPECT_EQ(tests::PictureOf(*Editor), picture);
     }
+}
+
+TEST_F(GradientEditor, TellsPerCentAboveAndValuesBelow) {
+    Editor->SetValueRange(10, -10); // upside down
+    Show();
+    const QImage picture = tests::PictureOf(*Editor);
+    const QRgb ink = Editor->palette().color(QPalette::WindowText).rgb();
+    const auto ticks = [&](int y) {
+        std::vector<int> columns;
+        for (int x = 0; x < Editor->width(); ++x)
+            if (picture.pixel(tests::DevicePixel(*Editor, {x, y})) == ink)
+                columns.push_back(x);
+        return columns;
+    };
+    EXPECT_EQ(ticks(Editor->BarRect().top() - 3), (std::vector<int>{8, 88, 168, 248, 328, 408})) << "each 20 %";
+    const int axis = Editor->height() - Editor->fontMetrics().height() - 6;
+    EXPECT_EQ(ticks(axis).size(), 401U) << "a line as long as the bar";
+    EXPECT_EQ(ticks(axis + 2), (std::vector<int>{8, 108, 208, 308, 408})) << "10, 5, 0, -5, -10";
+}
+
+TEST_F(GradientEditor, ShowsSquaresUnderTranslucentColors) {
+    for (TGrabber stop : {Low, Middle, High})
+        stop.SetColor(0);
+    const QImage picture = tests::PictureOf(*Editor);
+    const auto at = [&](int x) {
+        const QPoint corner = Editor->BarRect().topLeft() + QPoint(x, 1);
+        return picture.pixel(tests::DevicePixel(*Editor, corner));
+    };
+    EXPECT_EQ(at(1), 0xFFFFFFFFU);
+    EXPECT_EQ(at(7), 0xFFC0C0C0U);
 }
 
 TEST_F(GradientEditor, CopesWithThousandsOfStops) {

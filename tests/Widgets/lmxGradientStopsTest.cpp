@@ -166,5 +166,21 @@ TEST_F(GradientStops, CountsChangesOfTheSelectedOneApart) {
     EXPECT_GT(Stops.GetOthersChangeCount(), others);
 }
 
+TEST_F(GradientStops, ForgetsChangesButNotTheOneThatGoesOn) {
+    Stops.SetColor(B, 9);
+    Stops.SetColor(B, 8);
+    Stops.Undo();
+    Stops.ForgetChanges();
+    EXPECT_FALSE(Stops.CanUndo());
+    EXPECT_FALSE(Stops.CanRedo());
+    EXPECT_EQ(Stops.Get(B).Color, 9U);
+    Stops.BeginChange();
+    Stops.SetColor(B, 7);
+    Stops.ForgetChanges();
+    Stops.EndChange();
+    Stops.Undo();
+    EXPECT_EQ(Stops.Get(B).Color, 9U);
+}
+
 } // namespace
 } // namespace lmx
