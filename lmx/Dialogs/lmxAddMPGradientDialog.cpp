@@ -45,6 +45,7 @@ void TAddMPGradientDialog::SetData(const TMPGradItem& item) {
     FMax->setText(Format(u"%.3f", {item.Max}));
     for (const TColorStop& stop : item.Stops)
         FFrame->GetGradEdit()->Add(stop.Color, stop.Location);
+    FFrame->GetGradEdit()->ForgetChanges(); // of which none is the user's
 }
 
 void TAddMPGradientDialog::MinChange() {

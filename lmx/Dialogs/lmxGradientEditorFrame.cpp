@@ -100,8 +100,7 @@ void TGradientEditorFrame::BuildPresets() {
     FPresets->setObjectName(QStringLiteral("btnPresets"));
     auto* menu = new TGradientMenu([this](const auto& gradient) { FGradEdit->SetGradient(gradient); }, this);
     menu->addSeparator();
-    QAction* reverse = menu->addAction(QStringLiteral("&Reverse"));
-    connect(reverse, &QAction::triggered, this, [this] { GuardEvent(this, [this] { Reverse(); }); });
+    QAction* reverse = menu->AddEntry(QStringLiteral("&Reverse"), [this] { Reverse(); });
     connect(menu, &QMenu::aboutToShow, reverse, [this, reverse] { reverse->setEnabled(FGradEdit->GetCount() > 0); });
     FPresets->setMenu(menu);
 }

@@ -58,7 +58,7 @@ TEST_F(AddColorClassDialog, WantsTwoNumbers) {
         const auto press = [&] { QTest::keyClick(dialog.focusWidget(), Qt::Key_Return); };
         ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
         std::size_t count = 0;
-        for (const char* bad : {"", "abc", "1e39", "nan", "1 2"}) {
+        for (const char* bad : {"", " ", "abc", "1e39", "1e400", "nan", "inf", "1 2", "1,5", "0x10"}) {
             Edit("edMin").setText(bad);
             Edit("edMax").setText("1");
             press();
@@ -78,6 +78,19 @@ TEST_F(AddColorClassDialog, WantsTwoNumbers) {
     EXPECT_EQ(Dialog.ShowModal(), TModalResult::mrOk);
     EXPECT_EQ(Dialog.GetMin(), 1.0F);
     EXPECT_EQ(Dialog.GetMax(), 0.0F);
+}
+
+TEST_F(AddColorClassDialog, FollowsTheDecimalSeparator) {
+    const TFormatSettingsScope comma{TFormatSettings{u','}};
+    Dialog.SetValueRange({0.0625, 100});
+    EXPECT_EQ(Dialog.findChild<QLabel*>("lbFullRange")->text(), "0,063 - 100,000");
+    Dialog.SetMin(-1.5F);
+    EXPECT_EQ(Edit("edMin").text(), "-1,500");
+    EXPECT_EQ(Dialog.GetMin(), -1.5F);
+    Edit("edMax").setText(" 2,5 ");
+    EXPECT_EQ(Dialog.GetMax(), 2.5F) << "blanks around a number are none of it";
+    Edit("edMax").setText("2.5");
+    EXPECT_EQ(MessageOf<EConvertError>([&] { Dialog.GetMax(); }), "'2.5' is not a valid floating point value");
 }
 
 TEST_F(AddColorClassDialog, LetsTheUserChooseAColorWithAlpha) {

@@ -17,6 +17,8 @@
 #include <QScrollBar>
 #include <QTableView>
 
+#include <set>
+
 namespace lmx {
 namespace {
 
@@ -74,6 +76,50 @@ TEST_F(AddMultipleDialog, HasTheColumnsOfAPoint) {
     EXPECT_EQ(header.sectionSize(1), 70);
     EXPECT_EQ(header.sectionSize(2), 150);
     EXPECT_EQ(header.sectionSize(3), 70);
+    EXPECT_GE(Table.verticalHeader()->sectionSize(0), 24);
+}
+
+TEST_F(AddMultipleDialog, FieldsFollowTheSectionsOfTheHeader) {
+    Show();
+    QHeaderView& header = Find<QHeaderView>("ColHeader");
+    header.resizeSection(0, 120);
+    header.resizeSection(3, 100);
+    QCoreApplication::processEvents();
+    const auto field = [this] { return Dialog->focusWidget()->geometry(); };
+    EXPECT_EQ(Focused(), "FXEdit");
+    EXPECT_EQ(field().left(), 0);
+    EXPECT_EQ(field().top(), 1);
+    EXPECT_EQ(field().width(), 118);
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(field().left(), 120);
+    EXPECT_EQ(field().width(), 68);
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(field().left(), 190);
+    EXPECT_EQ(field().width(), 148);
+    EXPECT_EQ(Table.visualRect(Table.model()->index(0, TIQPAItems::clRemove)).left(), 440);
+
+    // The colour is a square in the middle of its section.
+    const tests::TScriptedColorChooser chooser;
+    chooser->Answers = {0xFF00FF00U};
+    QTest::mouseClick(Table.viewport(), Qt::LeftButton, {}, Middle(0, TIQPAItems::clColor));
+    const QImage picture = tests::PictureOf(*Table.viewport());
+    int first = 0, last = 0;
+    for (int x = 340; x < 440; ++x)
+        if (picture.pixel(tests::DevicePixel(*Table.viewport(), {x, Middle(0, 3).y()})) == 0xFF00FF00U) {
+            first = first == 0 ? x : first;
+            last = x;
+        }
+    EXPECT_NEAR((first + last) / 2.0, 389.5, 1);
+    EXPECT_NEAR(last - first, Table.rowHeight(0), 8);
+}
+
+TEST_F(AddMultipleDialog, ANewRowHasAColorByChance) {
+    for (int i = 0; i < 40; ++i)
+        Dialog->AddItem();
+    std::set<TColor32> colors;
+    for (const TIQPAItem& item : Dialog->GetItems())
+        colors.insert(Color32(item.Color));
+    EXPECT_GT(colors.size(), 30U);
 }
 
 TEST_F(AddMultipleDialog, BeginsWithOneEmptyRowToTypeIn) {
@@ -160,10 +206,8 @@ TEST_F(AddMultipleDialog, RemovesRowsByMouseAndKey) {
     }
     Press(Qt::Key_Tab);
     EXPECT_EQ(Focused(), "btnOK") << "an empty table is passed over";
-    Dialog->hide();
-    const TModalAnswer<TAddMultipleInfoQueryPointDialog> answer(
-        [](auto& dialog) { QTest::mouseClick(dialog.template findChild<QPushButton*>("btnOK"), Qt::LeftButton); });
-    EXPECT_EQ(Dialog->ShowModal(), TModalResult::mrOk);
+    QTest::mouseClick(&Find<QPushButton>("btnOK"), Qt::LeftButton);
+    EXPECT_EQ(Dialog->GetModalResult(), TModalResult::mrOk);
     EXPECT_EQ(Count(), 0);
 }
 

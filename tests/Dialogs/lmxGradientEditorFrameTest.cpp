@@ -65,6 +65,9 @@ TEST_F(GradientEditorFrame, SaysWhatItShows) {
     EXPECT_EQ(Color.GetColor(), 0xFFFFFFFFU);
     EXPECT_FALSE(Location.isEnabled());
     EXPECT_FALSE(Value.isEnabled());
+    using enum TGradientEditorOption;
+    EXPECT_EQ(Editor.GetOptions(),
+              (TGradientEditorOptions{geoShowLabels, geoValueRange, geoShowGrabbers, geoAddOnDblClick}));
 }
 
 TEST_F(GradientEditorFrame, ShowsTheSelectedStop) {
@@ -121,6 +124,77 @@ TEST_F(GradientEditorFrame, MovesAStopWhileItsValueIsTyped) {
     }
 }
 
+TEST_F(GradientEditorFrame, PassesOverWhatIsNoNumberWithoutAWord) {
+    const tests::TScriptedMsgBox messages;
+    Show();
+    Editor.Select(Low);
+    Low.SetLocation(0.25);
+    for (QLineEdit* field : {&Location, &Value})
+        for (const QString& bad : {QString(""), QString(" "), QString("-"), QString("+"), QString("."), QString("abc"),
+                                   QString("1 2"), QString("0,5"), QString("0x10"), QString("1e400"), QString("-1e400"),
+                                   QString("nan"), QString("inf"), QString("5 %"), QString(30'000, u'9')}) {
+            field->setText(bad);
+            EXPECT_EQ(Low.GetLocation(), 0.25) << field->objectName().toStdString() << ' ' << bad.left(9).toStdString();
+            EXPECT_EQ(field->text(), bad);
+        }
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(messages->Shown.empty());
+    Location.setText(" 5e1 ");
+    EXPECT_EQ(Low.GetLocation(), 0.5) << "blanks around a number are none of it";
+    Location.setText("1e300");
+    EXPECT_EQ(Low.GetLocation(), 1);
+}
+
+TEST_F(GradientEditorFrame, FollowsTheDecimalSeparator) {
+    const TFormatSettingsScope comma{TFormatSettings{u','}};
+    Show();
+    Editor.Select(High);
+    EXPECT_EQ(Location.text(), "100,00");
+    EXPECT_EQ(Value.text(), "45,0000");
+    Type(Location, "12,5");
+    EXPECT_EQ(High.GetLocation(), 0.125);
+    EXPECT_EQ(Value.text(), "-20,6250");
+    Type(Value, "30.5");
+    EXPECT_EQ(High.GetLocation(), 0.8) << "30 is a number, and with a point there is none";
+}
+
+TEST_F(GradientEditorFrame, WritesTwoDecimalsOfAPlaceAndFourOfAValue) {
+    Editor.Select(Low);
+    Low.SetLocation(0.00125);
+    EXPECT_EQ(Location.text(), "0.13") << "a half is rounded up";
+    Frame->SetValueRange(0, 1e-6);
+    EXPECT_EQ(Value.text(), "0.0000");
+    Value.setText("2.5e-7");
+    EXPECT_EQ(Low.GetLocation(), 0.25) << "though more can be typed";
+    Frame->SetValueRange(1e6, -1e6);
+    EXPECT_EQ(Value.text(), "500000.0000");
+    Value.setText("-5e5");
+    EXPECT_EQ(Low.GetLocation(), 0.75) << "upside down";
+}
+
+TEST_F(GradientEditorFrame, ShowsNothingOfOtherStops) {
+    Editor.Select(Low);
+    High.SetLocation(0.5);
+    High.SetColor(0xFF010203U);
+    EXPECT_EQ(Location.text(), "0.00");
+    EXPECT_EQ(Value.text(), "-30.0000");
+    EXPECT_EQ(Color.GetColor(), Blue);
+}
+
+TEST_F(GradientEditorFrame, FollowsWhatIsTakenBack) {
+    Show();
+    Editor.Select(Low);
+    Type(Location, "25");
+    Editor.setFocus();
+    QTest::keySequence(&Editor, QKeySequence(QKeySequence::Undo));
+    EXPECT_EQ(Location.text(), "2.00") << "each key was a change";
+    QTest::keySequence(&Editor, QKeySequence(QKeySequence::Undo));
+    EXPECT_EQ(Location.text(), "0.00");
+    EXPECT_EQ(Value.text(), "-30.0000");
+    QTest::keySequence(&Editor, QKeySequence(QKeySequence::Redo));
+    EXPECT_EQ(Location.text(), "2.00");
+}
+
 TEST_F(GradientEditorFrame, GivesAStopAnotherColor) {
     Show();
     Editor.Select(High);
@@ -140,6 +214,11 @@ TEST_F(GradientEditorFrame, GivesAStopAnotherColor) {
     EXPECT_EQ(Text(), "(0:#FF0000FF),(1:#FF00FF00)");
     QTest::mouseDClick(&Editor, Qt::LeftButton, {}, Editor.BarRect().center());
     EXPECT_EQ(Editor.GetSelected().GetColor(), 0x11223344U);
+    Chooser->Answers = {0x40ABCDEFU, std::nullopt};
+    QTest::keyClick(&Editor, Qt::Key_Space);
+    EXPECT_EQ(Editor.GetSelected().GetColor(), 0x40ABCDEFU) << "with the alpha that was chosen";
+    QTest::keyClick(&Editor, Qt::Key_Space); // and cancel
+    EXPECT_EQ(Editor.GetSelected().GetColor(), 0x40ABCDEFU);
 }
 
 TEST_F(GradientEditorFrame, DeletesOneAndAll) {
@@ -168,13 +247,47 @@ TEST_F(GradientEditorFrame, ExchangesGradientsByTheClipboard) {
     Click("btnClear");
     Click("btnPaste");
     EXPECT_EQ(Text(), "(0:#FF0000FF),(1:#80FF0000)");
+    Editor.Undo();
+    EXPECT_EQ(Editor.GetCount(), 0) << "a paste is one change";
+}
+
+TEST_F(GradientEditorFrame, LosesNothingByADamagedText) {
+    const tests::TScriptedClipboard clipboard;
     const tests::TScriptedMsgBox messages;
-    TClipboardEnvelope::SetText("GRADIENT", "(0:#FF00");
+    Show();
+    Editor.Select(Low);
+    std::size_t count = 0;
+    for (const QString& bad :
+         {QString("(0:#FF00"), QString("x"), QString("()"), QString("(0:#FF0000FF"), QString("(0;#FF0000FF)"),
+          QString("(0:#GG0000FF)"), QString("(0:#FF0000FF),"), QString("(0,5:#FF0000FF)"), QString("(1e400:#FF0000FF)"),
+          QString("(0:#FF0000FF)(1:#FF0000FF)"), QString(100'000, u'(')}) {
+        TClipboardEnvelope::SetText("GRADIENT", bad);
+        Click("btnPaste");
+        QCoreApplication::processEvents();
+        ASSERT_EQ(messages->Shown.size(), ++count) << bad.left(30).toStdString();
+        EXPECT_EQ(messages->Shown.back().Text, "Invalid gradient text");
+        EXPECT_EQ(Text(), "(0:#FF0000FF),(1:#80FF0000)");
+        EXPECT_EQ(Editor.GetSelected(), Low);
+    }
+}
+
+TEST_F(GradientEditorFrame, PastesWhatStandsThereHoweverOdd) {
+    const tests::TScriptedClipboard clipboard;
+    Show();
+    QStringList stops;
+    for (int i = 0; i < 5000; ++i)
+        stops += "(0.5:#FF00000" + QString(QChar(u'0' + i % 10)) + ')';
+    TClipboardEnvelope::SetText("GRADIENT", stops.join(u','));
     Click("btnPaste");
-    QCoreApplication::processEvents();
-    ASSERT_EQ(messages->Shown.size(), 1U);
-    EXPECT_EQ(messages->Shown[0].Text, "Invalid gradient text");
-    EXPECT_EQ(Editor.GetCount(), 2) << "nothing is lost";
+    EXPECT_EQ(Editor.GetCount(), 5000);
+    TClipboardEnvelope::SetText("GRADIENT", "(nan:#FF000001),(inf:#FF000002),(-7:#FF000003)");
+    Click("btnPaste");
+    EXPECT_EQ(Text(), "(nan:#FF000001),(inf:#FF000002),(-7:#FF000003)");
+    Click("btnNext");
+    EXPECT_EQ(Location.text(), "-700.00") << "the only one that has a place";
+    TClipboardEnvelope::SetText("GRADIENT", {});
+    Click("btnPaste");
+    EXPECT_EQ(Editor.GetCount(), 0) << "no stops are a gradient, too";
 }
 
 TEST_F(GradientEditorFrame, SurvivesItsEndWhileAColorIsChosen) {

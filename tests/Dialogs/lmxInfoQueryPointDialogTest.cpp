@@ -80,14 +80,16 @@ TEST_F(InfoQueryPointDialog, WantsANumberForXThenForY) {
     const tests::TScriptedMsgBox messages;
     const TModalAnswer<TInfoQueryPointDialog> answer([&](TInfoQueryPointDialog& dialog) {
         ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-        for (const char* bad : {"", "abc", "1 2", "1e5000", "nan", "0x10"}) {
+        const bool isComma = TFormatSettings::Current().DecimalSeparator == u',';
+        for (const char* bad :
+             {"", " ", "abc", "1 2", "1e5000", "nan", "inf", "-", "0x10", isComma ? "1.5" : "1,5", "1.5.5"}) {
             X.setText(bad);
             Press(Qt::Key_Return);
             ASSERT_TRUE(dialog.isVisible()) << bad;
             EXPECT_TRUE(X.hasFocus());
             EXPECT_EQ(messages->Shown.back(), (TShownMessage{"Info", "Please enter a number for X", "Value", &dialog}));
         }
-        EXPECT_EQ(messages->Shown.size(), 6U) << "one at a time";
+        EXPECT_EQ(messages->Shown.size(), 11U) << "one at a time";
         X.setText(Local("174.5"));
         Press(Qt::Key_Return);
         ASSERT_TRUE(dialog.isVisible());
@@ -97,7 +99,7 @@ TEST_F(InfoQueryPointDialog, WantsANumberForXThenForY) {
         Press(Qt::Key_Return);
     });
     EXPECT_EQ(Dialog.ShowModal(), TModalResult::mrOk);
-    EXPECT_EQ(messages->Shown.size(), 7U);
+    EXPECT_EQ(messages->Shown.size(), 12U);
     EXPECT_EQ(Dialog.GetPointX(), 174.5L);
     EXPECT_EQ(Dialog.GetPointY(), -41.0L);
 }

@@ -12,8 +12,9 @@
 
 namespace lmx::tests {
 
-/// Answers the next modal dialog of the type `Dialog`, and closes whatever still blocks after ten seconds, which fails
-/// the test. Lives in the test around the call that opens the dialog.
+/// Answers the next modal dialog of the type `Dialog` once it has the keyboard, which a busy machine gives it late, and
+/// closes whatever still blocks after ten seconds, which fails the test. Lives in the test around the call that opens
+/// the dialog.
 template<class Dialog>
 class TModalAnswer {
 public:
@@ -27,7 +28,7 @@ public:
 private:
     void Look() {
         QWidget* modal = QApplication::activeModalWidget();
-        if (auto* dialog = dynamic_cast<Dialog*>(modal); dialog && !FAnswered) {
+        if (auto* dialog = dynamic_cast<Dialog*>(modal); dialog && dialog->isActiveWindow() && !FAnswered) {
             FAnswered = true;
             FAnswer(*dialog);
         } else if (modal && FElapsed.elapsed() > 10'000) {

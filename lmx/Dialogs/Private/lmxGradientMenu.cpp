@@ -1,7 +1,6 @@
 #include <lmx/Dialogs/Private/lmxGradientMenu.h>
 
 #include <lmx/Colour/lmxColorPack.h>
-#include <lmx/Widgets/Private/lmxWidgetMenu.h>
 
 #include <QPainter>
 #include <QPointer>
@@ -71,7 +70,7 @@ private:
 
 } // namespace
 
-TGradientMenu::TGradientMenu(TChosen chosen, QWidget* parent) : QMenu(parent), FChosen(std::move(chosen)) {
+TGradientMenu::TGradientMenu(TChosen chosen, QWidget* parent) : TWidgetMenu(parent), FChosen(std::move(chosen)) {
     connect(this, &QMenu::aboutToShow, this, &TGradientMenu::ListScales, Qt::SingleShotConnection);
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <lmx/Graphics/lmxGradient.h>
-
-#include <QMenu>
+#include <lmx/Widgets/Private/lmxWidgetMenu.h>
 
 #include <functional>
 #include <memory>
@@ -11,7 +10,7 @@ namespace lmx {
 
 /// The scales of TColorPack in a menu for each group, as swatches with names; what is chosen is handed over as a
 /// gradient. They come before what else is in the menu, when it is first shown.
-class TGradientMenu final : public QMenu {
+class TGradientMenu final : public TWidgetMenu {
 public:
     using TChosen = std::function<void(const std::shared_ptr<IGradient>&)>;
 

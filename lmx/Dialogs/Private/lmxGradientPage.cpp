@@ -24,6 +24,7 @@ void TGradientPage::SetGradient(const IGradientColorCalculator& calculator) {
     if (const auto gradient = calculator.GetGradient())
         for (const TColorStop& stop : gradient->GetColorStops())
             FEditorFrame->GetGradEdit()->Add(stop.Color, stop.Location);
+    FEditorFrame->GetGradEdit()->ForgetChanges(); // of which none is the user's
 }
 
 std::shared_ptr<IGradientColorCalculator> TGradientPage::CreateColorCalc() const {
