@@ -71,6 +71,26 @@ TEST_F(FramePlayer, HasNothingWithoutASource) {
     EXPECT_EQ(Player->GetWanted(), std::nullopt);
 }
 
+// Not only by what derives from std::exception.
+TEST_F(FramePlayer, AFrameMayFailByAnything) {
+    class TOddFrames final : public IFrameSource {
+    public:
+        std::size_t GetCount() const override { return ++Asked, 2; }
+        std::optional<TClimateDate> GetDate(std::size_t) const override { return std::nullopt; }
+        TClimateCalendar GetCalendar() const override { return TClimateCalendar(); }
+        QString GetCaption(std::size_t) const override { return {}; }
+        std::shared_ptr<TRealImage> ReadFrame(std::size_t, const TFrameWithdrawn&) override { throw 7; }
+
+        mutable int Asked = 0;
+    };
+    const auto frames = std::make_shared<TOddFrames>();
+    Player->SetSource(frames);
+    ASSERT_TRUE(PumpUntil([&] { return !Failures.isEmpty(); }));
+    EXPECT_EQ(Failures[0], "0: The frame could not be read");
+    EXPECT_EQ(Player->GetCount(), 2U);
+    EXPECT_EQ(frames->Asked, 1);
+}
+
 TEST_F(FramePlayer, StepsThroughTheFrames) {
     Open(3);
     EXPECT_EQ(Player->GetWanted(), 0U);
