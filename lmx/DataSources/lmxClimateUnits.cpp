@@ -128,7 +128,7 @@ TUnitConversion Converted(const QString& from, const QString& to, double factor,
 }
 
 std::optional<TUnitConversion> Temperature(const QString& units, const TUnit& unit, const TSubjectMatter& matter) {
-    if (unit.Measure != TMeasure::Of(TBaseUnit::Kelvin))
+    if (unit.Measure != TMeasure::Of(TBaseUnit::buKelvin))
         return std::nullopt;
     if (unit.Factor != 1 && unit.Factor != 1 / 1.8)
         return std::nullopt;
@@ -139,7 +139,7 @@ std::optional<TUnitConversion> Temperature(const QString& units, const TUnit& un
 }
 
 std::optional<TUnitConversion> Water(const QString& units, const TUnit& unit, const TSubjectMatter& matter) {
-    const bool isByMass = unit.Measure.Exponent(TBaseUnit::Kilogram) == 1;
+    const bool isByMass = unit.Measure.Exponent(TBaseUnit::buKilogram) == 1;
     const double toMm = isByMass ? unit.Factor : unit.Factor * 1000; // a kilogram a square metre is a millimetre deep
     const TMeasure& measure = unit.Measure;
     if (measure == TMeasure::Parse("kg m-2 s-1") || measure == TMeasure::Parse("m s-1")) {
@@ -151,7 +151,7 @@ std::optional<TUnitConversion> Water(const QString& units, const TUnit& unit, co
         return Converted(units, MmPerDay(), toMm * DaySeconds);
     }
     if (measure == TMeasure::Parse("kg m-2") ||
-        (measure == TMeasure::Of(TBaseUnit::Metre) && matter.IsDepthOfWater())) {
+        (measure == TMeasure::Of(TBaseUnit::buMetre) && matter.IsDepthOfWater())) {
         TUnitConversion conversion = Converted(units, QStringLiteral("mm"), toMm);
         conversion.IsTotal = true;
         return conversion;
@@ -234,7 +234,7 @@ bool UnitsConvert(const QString& from, const QString& to) {
         return !FoldUnit(from).isEmpty() && SameUnits(from, to);
     // A mass of water over an area is a depth.
     const auto asDepth = [](TMeasure measure) {
-        if (measure.Exponent(TBaseUnit::Kilogram) == 1 && measure.Exponent(TBaseUnit::Metre) == -2)
+        if (measure.Exponent(TBaseUnit::buKilogram) == 1 && measure.Exponent(TBaseUnit::buMetre) == -2)
             measure = measure * TMeasure::Parse("kg-1 m3");
         return measure;
     };
@@ -248,7 +248,7 @@ bool IsPressureUnit(const QString& units) {
 
 bool IsLengthUnit(const QString& units) {
     const auto unit = ParseUnit(units);
-    return unit && unit->Measure == TMeasure::Of(TBaseUnit::Metre);
+    return unit && unit->Measure == TMeasure::Of(TBaseUnit::buMetre);
 }
 
 bool IsDegreeUnit(const QString& units) {

@@ -71,12 +71,12 @@ TTextObjectDialog::TTextObjectDialog(QWidget* parent)
       FScreenFonts(std::make_unique<TScreenFonts>()),
       FFont(MakeBox("cbFont", 18, this)),
       FFontSize(MakeBox("cbFontSize", 5, this)),
-      FBold(new TTextStyleButton(TFace::Bold, "tbBold", QStringLiteral("Bold"), this)),
-      FItalic(new TTextStyleButton(TFace::Italic, "tbItalic", QStringLiteral("Italic"), this)),
-      FUnderline(new TTextStyleButton(TFace::Underline, "tbUnderline", QStringLiteral("Underline"), this)),
-      FLeft(new TTextStyleButton(TFace::Left, "tbLeft", QStringLiteral("Align left"), this)),
-      FCenter(new TTextStyleButton(TFace::Center, "tbCenter", QStringLiteral("Center"), this)),
-      FRight(new TTextStyleButton(TFace::Right, "tbRight", QStringLiteral("Align right"), this)),
+      FBold(new TTextStyleButton(TFace::tfBold, "tbBold", QStringLiteral("Bold"), this)),
+      FItalic(new TTextStyleButton(TFace::tfItalic, "tbItalic", QStringLiteral("Italic"), this)),
+      FUnderline(new TTextStyleButton(TFace::tfUnderline, "tbUnderline", QStringLiteral("Underline"), this)),
+      FLeft(new TTextStyleButton(TFace::tfLeft, "tbLeft", QStringLiteral("Align left"), this)),
+      FCenter(new TTextStyleButton(TFace::tfCenter, "tbCenter", QStringLiteral("Center"), this)),
+      FRight(new TTextStyleButton(TFace::tfRight, "tbRight", QStringLiteral("Align right"), this)),
       FColor(new TColorShape(this)),
       FText(new TTextMemo(this)) {
     FColor->setObjectName(QStringLiteral("shpColor"));

@@ -62,11 +62,11 @@ bool IsMonth(const QString& name) {
 }
 
 TMeasure ParseMeasure(const QString& text) {
-    static const QHash<QString, TBaseUnit> bases{{"m", TBaseUnit::Metre},
-                                                 {"kg", TBaseUnit::Kilogram},
-                                                 {"s", TBaseUnit::Second},
-                                                 {"K", TBaseUnit::Kelvin},
-                                                 {"mol", TBaseUnit::Mole}};
+    static const QHash<QString, TBaseUnit> bases{{"m", TBaseUnit::buMetre},
+                                                 {"kg", TBaseUnit::buKilogram},
+                                                 {"s", TBaseUnit::buSecond},
+                                                 {"K", TBaseUnit::buKelvin},
+                                                 {"mol", TBaseUnit::buMole}};
     TMeasure measure;
     for (const QString& factor : text.split(u' ', Qt::SkipEmptyParts)) {
         qsizetype length = 0;

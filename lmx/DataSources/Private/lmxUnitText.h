@@ -8,7 +8,7 @@
 
 namespace lmx {
 
-enum class TBaseUnit { Metre, Kilogram, Second, Kelvin, Mole };
+enum class TBaseUnit { buMetre, buKilogram, buSecond, buKelvin, buMole };
 
 /// What a unit measures: the exponents of the base units. A ratio has none. Exponents stay within a byte's range.
 class TMeasure {

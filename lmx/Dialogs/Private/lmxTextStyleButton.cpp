@@ -43,17 +43,17 @@ QColor Mix(const QColor& most, const QColor& rest) {
 }
 
 bool IsLetter(TFace face) {
-    return face == TFace::Bold || face == TFace::Italic || face == TFace::Underline;
+    return face == TFace::tfBold || face == TFace::tfItalic || face == TFace::tfUnderline;
 }
 
 QString LetterOf(TFace face) {
-    return face == TFace::Bold     ? QStringLiteral("B")
-           : face == TFace::Italic ? QStringLiteral("I")
-                                   : QStringLiteral("U");
+    return face == TFace::tfBold     ? QStringLiteral("B")
+           : face == TFace::tfItalic ? QStringLiteral("I")
+                                     : QStringLiteral("U");
 }
 
 TGlyph LinesOf(TFace face) {
-    return face == TFace::Left ? LinesAtLeft : face == TFace::Center ? LinesInTheMiddle : LinesAtRight;
+    return face == TFace::tfLeft ? LinesAtLeft : face == TFace::tfCenter ? LinesInTheMiddle : LinesAtRight;
 }
 
 } // namespace
@@ -85,9 +85,9 @@ void TTextStyleButton::PaintPressed(QPainter& canvas) const {
 void TTextStyleButton::PaintLetter(QPainter& canvas) const {
     QFont letters = font();
     letters.setPixelSize(QFontInfo(letters).pixelSize() * 9 / 8);
-    letters.setBold(FFace == TFace::Bold);
-    letters.setItalic(FFace == TFace::Italic);
-    letters.setUnderline(FFace == TFace::Underline);
+    letters.setBold(FFace == TFace::tfBold);
+    letters.setItalic(FFace == TFace::tfItalic);
+    letters.setUnderline(FFace == TFace::tfUnderline);
     canvas.setFont(letters);
     canvas.setPen(GetInk());
     canvas.drawText(rect(), Qt::AlignCenter, LetterOf(FFace));

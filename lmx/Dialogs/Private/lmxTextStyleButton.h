@@ -7,7 +7,7 @@ namespace lmx {
 /// A button that is pressed while a text has a style or an alignment, and shows what it does to the text.
 class TTextStyleButton final : public TBaseToggleButton {
 public:
-    enum class TFace { Bold, Italic, Underline, Left, Center, Right };
+    enum class TFace { tfBold, tfItalic, tfUnderline, tfLeft, tfCenter, tfRight };
 
     TTextStyleButton(TFace face, const char* name, const QString& hint, QWidget* parent);
 
