@@ -83,9 +83,13 @@ std::optional<lmx::TClimateSelection> SelectionOf(const lmx::TClimateDataset& da
             throw lmx::EClimateFile(dataset.GetFileName(), QObject::tr("has no step %1").arg(choice.Step));
         return lmx::TClimateSelection{i, static_cast<std::size_t>(choice.Step)};
     }
-    throw lmx::EClimateFile(dataset.GetFileName(), choice.Variable.isEmpty()
-                                                       ? QObject::tr("holds nothing that can be shown")
-                                                       : QObject::tr("holds no variable %1").arg(choice.Variable));
+    if (!choice.Variable.isEmpty())
+        throw lmx::EClimateFile(dataset.GetFileName(), QObject::tr("holds no variable %1").arg(choice.Variable));
+    QString why = QObject::tr("holds nothing that can be shown");
+    if (!dataset.GetVariables().empty())
+        why += QStringLiteral("; ") + dataset.GetVariables()[0].Name + QStringLiteral(": ") +
+               dataset.GetVariables()[0].Refusal;
+    throw lmx::EClimateFile(dataset.GetFileName(), why);
 }
 
 /// Titles in capitals only, of old files, as a sentence.

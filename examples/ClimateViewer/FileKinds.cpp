@@ -20,12 +20,12 @@ struct TFileKindEntry {
 };
 
 constexpr std::array<TFileKindEntry, 6> Kinds = {{
-    {TFileKind::Document, "Map documents", "lmx"},
-    {TFileKind::IdrisiImage, "Idrisi images", "rst rdc img doc"},
-    {TFileKind::AsciiGrid, "ASCII grids", "asc grd txt"},
-    {TFileKind::Shapes, "Shape files", "shp"},
-    {TFileKind::IdrisiVectors, "Idrisi vectors", "vct vdc vec dvc"},
-    {TFileKind::Climate, "Climate files", "nc nc4 cdf h5 hdf5 grib grb grib2 grb2 tif tiff zarr zip"},
+    {TFileKind::fkDocument, "Map documents", "lmx"},
+    {TFileKind::fkIdrisiImage, "Idrisi images", "rst rdc img doc"},
+    {TFileKind::fkAsciiGrid, "ASCII grids", "asc grd txt"},
+    {TFileKind::fkShapes, "Shape files", "shp"},
+    {TFileKind::fkIdrisiVectors, "Idrisi vectors", "vct vdc vec dvc"},
+    {TFileKind::fkClimate, "Climate files", "nc nc4 cdf h5 hdf5 grib grb grib2 grb2 tif tiff zarr zip"},
 }};
 
 /// Each suffix of a kind after `before`, parted by `between`.
@@ -51,7 +51,7 @@ TFileKind KindOf(const QString& fileName) {
         if (std::ranges::any_of(QString::fromLatin1(entry.Suffixes).split(' '),
                                 [&](const QString& known) { return lmx::SameText(suffix, known); }))
             return entry.Kind;
-    return TFileKind::AsciiGrid;
+    return TFileKind::fkAsciiGrid;
 }
 
 QString KnownFiles() {

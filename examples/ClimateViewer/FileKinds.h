@@ -4,7 +4,7 @@
 
 // What the viewer opens.
 
-enum class TFileKind { Document, IdrisiImage, AsciiGrid, Shapes, IdrisiVectors, Climate };
+enum class TFileKind { fkDocument, fkIdrisiImage, fkAsciiGrid, fkShapes, fkIdrisiVectors, fkClimate };
 
 /// The suffix of documents, with its point.
 extern const QString DocumentSuffix;

@@ -10,8 +10,10 @@
 #include <QObject>
 
 #include <array>
+#include <optional>
 
 #include "Places.h"
+#include "TiledRasters.h"
 
 namespace {
 
@@ -44,6 +46,15 @@ bool ReadRaster(TMapReading& reading, const lmx::TIdrisiMapLayer& raster, const 
     return hasData;
 }
 
+/// False where nothing of the raster is at hand. The map shows coarser forms of it from further away, whose numbers are
+/// not those of the place.
+bool ReadTiles(TMapReading& reading, const lmx::TBaseMapLayer& layer, const lmx::TMapPoint& place) {
+    const std::optional<float> value = TiledValueAt(layer, place);
+    if (value)
+        reading.Values.prepend(layer.GetLayerName() + ": " + lmx::FloatToFixed(*value, 1));
+    return value.has_value();
+}
+
 /// False where no place is drawn.
 bool ReadPlaces(TMapReading& reading, const TPlacesLayer& places, const lmx::TPoint& pixel) {
     const lmx::TPin* pin = places.PlaceAt(lmx::TMapPoint(pixel));
@@ -70,7 +81,7 @@ TMapReading ReadMap(const lmx::TMapViewControl& view, const lmx::TPoint& pixel) 
         const auto* raster = dynamic_cast<const lmx::TIdrisiMapLayer*>(layer);
         const auto* places = dynamic_cast<const TPlacesLayer*>(layer);
         if ((raster && raster->GetImage() && ReadRaster(reading, *raster, place)) ||
-            (places && ReadPlaces(reading, *places, pixel)))
+            (places && ReadPlaces(reading, *places, pixel)) || ReadTiles(reading, *layer, place))
             reading.Layer = layer;
     }
     return reading;

@@ -44,3 +44,7 @@ void RegisterClimateFiles(const std::shared_ptr<lmx::ILayerFactory>&,
 TTiledStatistics TiledStatisticsOf(const lmx::TBaseMapLayer&, const TStatisticsRegion&) {
     return {};
 }
+
+std::optional<float> TiledValueAt(const lmx::TBaseMapLayer&, const lmx::TMapPoint&) {
+    return std::nullopt;
+}

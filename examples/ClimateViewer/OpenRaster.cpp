@@ -58,7 +58,7 @@ std::unique_ptr<lmx::TRealImage> LoadGrid(const QString& fileName) {
 }
 
 std::unique_ptr<lmx::TAbstractImage> LoadImage(const QString& fileName) {
-    if (KindOf(fileName) == TFileKind::IdrisiImage)
+    if (KindOf(fileName) == TFileKind::fkIdrisiImage)
         return lmx::TImageFactory::Load(fileName);
     if (!LooksLikeGrid(fileName))
         throw lmx::EFileFormatException(fileName, "none of the formats that open: " + KnownFiles());

@@ -53,7 +53,7 @@ void ReadWholeShapes(TOverlayFiles& files, const QString& fileName) {
 TOverlayFiles ReadOverlay(const QString& fileName, void (*readShapes)(TOverlayFiles&, const QString&)) {
     TOverlayFiles files;
     files.Name = QFileInfo(fileName).completeBaseName();
-    if (KindOf(fileName) == TFileKind::Shapes)
+    if (KindOf(fileName) == TFileKind::fkShapes)
         readShapes(files, fileName);
     else
         files.Vectors = std::make_unique<lmx::TVector>(fileName);
@@ -86,7 +86,7 @@ lmx::TBaseShapeLayer* AddFiles(const std::shared_ptr<lmx::ILayerManager>& manage
 } // namespace
 
 bool IsOverlayName(const QString& fileName) {
-    return KindOf(fileName) == TFileKind::Shapes || KindOf(fileName) == TFileKind::IdrisiVectors;
+    return KindOf(fileName) == TFileKind::fkShapes || KindOf(fileName) == TFileKind::fkIdrisiVectors;
 }
 
 lmx::TBaseShapeLayer* AddOverlay(const std::shared_ptr<lmx::ILayerManager>& manager, const QString& fileName,

@@ -15,3 +15,11 @@ TTiledStatistics TiledStatisticsOf(const lmx::TBaseMapLayer& layer, const TStati
         return lmx::StatisticsOf(*source, goesOn);
     };
 }
+
+std::optional<float> TiledValueAt(const lmx::TBaseMapLayer& layer, const lmx::TMapPoint& place) {
+    const auto* const tiled = dynamic_cast<const lmx::TTiledRasterMapLayer*>(&layer);
+    if (!tiled)
+        return std::nullopt;
+    const lmx::TNullable<float> value = tiled->GetCachedValue(place);
+    return value.GetHasValue() ? std::optional(value.GetValue()) : std::nullopt;
+}

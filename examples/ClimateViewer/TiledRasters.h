@@ -12,8 +12,8 @@ namespace lmx {
 class TBaseMapLayer;
 } // namespace lmx
 
-// Statistics of layers that are shown by tiles, which may be larger than memory. Where the viewer is built without
-// lmx::datasources there are no such layers.
+// Layers that are shown by tiles, which may be larger than memory. Where the viewer is built without lmx::datasources
+// there are none.
 
 /// What is looked at: a rectangle, or the inside of rings, or the whole layers if there is neither.
 struct TStatisticsRegion {
@@ -31,3 +31,6 @@ using TTiledStatistics = std::function<std::optional<lmx::TFieldStatistics>(cons
 
 /// Empty for a layer that is not shown by tiles, or shows none. Main thread.
 TTiledStatistics TiledStatisticsOf(const lmx::TBaseMapLayer& layer, const TStatisticsRegion& region);
+
+/// The number that such a layer shows at a place, if it is at hand: nothing is read for it.
+std::optional<float> TiledValueAt(const lmx::TBaseMapLayer& layer, const lmx::TMapPoint& place);

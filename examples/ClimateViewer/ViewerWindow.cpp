@@ -13,6 +13,7 @@
 #include <lmx/Layers/lmxLayerManager.h>
 #include <lmx/Layers/lmxLayerManagerConfig.h>
 #include <lmx/Layers/lmxObjectMapLayer.h>
+#include <lmx/Runtime/lmxBorrowed.h>
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Runtime/lmxThread.h>
 #include <lmx/Widgets/lmxEventGuard.h>
@@ -305,7 +306,7 @@ void TViewerWindow::AskForFile() {
 }
 
 void TViewerWindow::OpenFile(const QString& fileName) {
-    if (KindOf(fileName) == TFileKind::Document) {
+    if (KindOf(fileName) == TFileKind::fkDocument) {
         FDocuments->Open(fileName);
         return;
     }
@@ -314,11 +315,26 @@ void TViewerWindow::OpenFile(const QString& fileName) {
         return;
     }
     lmx::GuardEvent(this, [&] {
-        if (lmx::TBaseMapLayer* const layer = KindOf(fileName) == TFileKind::Climate
+        if (lmx::TBaseMapLayer* const layer = KindOf(fileName) == TFileKind::fkClimate
                                                   ? FClimate->Open(GetLayerManager(), fileName)
-                                                  : AddRaster(OpenRaster(GetLayerManager(), fileName)))
-            FView->ZoomTo(layer);
+                                                  : AddRaster(OpenRaster(GetLayerManager(), fileName))) {
+            const lmx::TBorrowed opened(layer); // a question gives others their turn
+            OfferWorldOf(*layer);
+            if (opened)
+                FView->ZoomTo(opened.Get());
+        }
     });
+}
+
+// Nothing is projected: metres of a grid lie far outside a map in degrees.
+void TViewerWindow::OfferWorldOf(const lmx::TBaseMapLayer& layer) {
+    const auto system = layer.GetLayerArea().WorldSystem;
+    if (!system || !FWorld || system->GetGroup() == FWorld->GetGroup())
+        return;
+    const QString question = tr("%1 lies in %2, and the map in %3. Show the map in %2, where the layers of %3 are not "
+                                "seen?");
+    if (lmx::TMsgBox::YesNo(question.arg(layer.GetLayerName(), system->Name(), FWorld->Name()), tr("Open"), this))
+        FView->ChangeWorldSystem(system);
 }
 
 void TViewerWindow::OpenOverlayFile(const QString& fileName) {

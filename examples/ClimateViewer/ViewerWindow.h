@@ -87,6 +87,7 @@ private:
     lmx::TBaseMapLayer* AddRaster(std::unique_ptr<lmx::TBaseMapLayer> raster); // below all lines and places
     void RemoveAllMarks();
     void OpenOverlayFile(const QString& fileName);
+    void OfferWorldOf(const lmx::TBaseMapLayer& layer);
     void KeepReader(std::shared_ptr<lmx::TThread> reader); // which has to end before the program does
     void FollowManager();
     void FollowWorld();

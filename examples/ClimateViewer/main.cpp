@@ -43,13 +43,14 @@ void ChoosePlatform(int argc, char** argv) {
             qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
-// What is ready is shown by a paint, which starts what is not.
+// What is ready is shown by a paint, which starts what is not: so all is there when a paint starts nothing more.
 void Settle(TViewerWindow& window) {
     const auto* indicator = window.findChild<QLabel*>("DrawingIndicator");
-    do {
+    for (int idlePaints = 0; idlePaints < 2;) {
         window.grab();
         QApplication::processEvents();
-    } while (window.IsBusy() || !indicator->text().isEmpty());
+        idlePaints = window.IsBusy() || !indicator->text().isEmpty() ? 0 : idlePaints + 1;
+    }
 }
 
 QImage MapOf(TViewerWindow& window) {

@@ -134,6 +134,27 @@ TEST_F(ClimateFiles, ColorsThatTheViewerChoseGetWider) {
     EXPECT_EQ(rangeOf().High, july.High);
 }
 
+// A grid of metres among degrees is nowhere near them.
+TEST_F(ClimateFiles, TheWorldOfAGridIsOffered) {
+    Window.AddModelField();
+    Messages->Answers = {false, true};
+    Open(Sample("nzmg.tif"));
+    ASSERT_EQ(Messages->Shown.size(), 1U);
+    EXPECT_EQ(Messages->Shown[0].Kind, "YesNo");
+    const QString grid = TNZMGWorldSystemFactory::GetObject()->Name();
+    const QString degrees = TLatLonAntimeridianWorldSystemFactory::GetObject()->Name(); // those of the model
+    EXPECT_EQ(Messages->Shown[0].Text, TopRaster()->GetLayerName() + " lies in " + grid + ", and the map in " +
+                                           degrees + ". Show the map in " + grid + ", where the layers of " + degrees +
+                                           " are not seen?");
+    EXPECT_EQ(Window.GetView()->GetWorldSystem(), TLatLonAntimeridianWorldSystemFactory::GetObject());
+    Open(Sample("nzmg.tif"));
+    EXPECT_EQ(Window.GetView()->GetWorldSystem(), TNZMGWorldSystemFactory::GetObject());
+    const TMapPoint center = Window.GetView()->GetViewport()->GetCenter();
+    EXPECT_TRUE(TopRaster()->GetLayerArea().Area.Contains(center)) << "the map shows it";
+    Open(Sample("nzmg.tif"));
+    EXPECT_EQ(Messages->Shown.size(), 2U) << "nothing to ask";
+}
+
 TEST_F(ClimateFiles, TitlesInCapitalsReadAsSentences) {
     Window.GetClimateFiles().SetChoice({QStringLiteral("SST"), 6});
     Open(Sample("coads_sst.nc"));
@@ -232,6 +253,16 @@ TEST_F(ClimateFiles, WhatCannotBeShownIsListedWithTheReason) {
     });
     Open(Sample("curvilinear.nc"));
     EXPECT_EQ(TopRaster(), nullptr);
+}
+
+TEST_F(ClimateFiles, WithoutAQuestionTheReasonIsTold) {
+    Window.GetClimateFiles().SetChoice({});
+    Open(Sample("curvilinear.nc"));
+    ASSERT_EQ(Messages->Shown.size(), 1U);
+    EXPECT_EQ(Messages->Shown[0].Text, Sample("curvilinear.nc") +
+                                           ": holds nothing that can be shown; tos: Variable \"tos\" lies on a "
+                                           "curvilinear grid. Regrid it first, for example: cdo remapbil,r360x180 in "
+                                           "out");
 }
 
 TEST_F(ClimateFiles, TheDialogMayGoWhileAPreviewIsRead) {

@@ -100,14 +100,14 @@ TEST_F(OpenRasters, AFileOfAnotherKindIsNamedWithWhatOpens) {
 }
 
 TEST_F(OpenRasters, KindsAreToldBySuffix) {
-    EXPECT_EQ(KindOf("b.lmx"), TFileKind::Document);
-    EXPECT_EQ(KindOf("a/b.RST"), TFileKind::IdrisiImage);
-    EXPECT_EQ(KindOf("b.grd"), TFileKind::AsciiGrid);
-    EXPECT_EQ(KindOf("b.shp"), TFileKind::Shapes);
-    EXPECT_EQ(KindOf("b.dvc"), TFileKind::IdrisiVectors);
-    EXPECT_EQ(KindOf("rst"), TFileKind::AsciiGrid);
-    EXPECT_EQ(KindOf("b.NC"), TFileKind::Climate);
-    EXPECT_EQ(KindOf("b.tiff"), TFileKind::Climate);
+    EXPECT_EQ(KindOf("b.lmx"), TFileKind::fkDocument);
+    EXPECT_EQ(KindOf("a/b.RST"), TFileKind::fkIdrisiImage);
+    EXPECT_EQ(KindOf("b.grd"), TFileKind::fkAsciiGrid);
+    EXPECT_EQ(KindOf("b.shp"), TFileKind::fkShapes);
+    EXPECT_EQ(KindOf("b.dvc"), TFileKind::fkIdrisiVectors);
+    EXPECT_EQ(KindOf("rst"), TFileKind::fkAsciiGrid);
+    EXPECT_EQ(KindOf("b.NC"), TFileKind::fkClimate);
+    EXPECT_EQ(KindOf("b.tiff"), TFileKind::fkClimate);
     const QString climate = TClimateFiles::CanOpen()
                                 ? "*.nc;*.nc4;*.cdf;*.h5;*.hdf5;*.grib;*.grb;*.grib2;*.grb2;*.tif;*.tiff;*.zarr;*.zip"
                                 : "";

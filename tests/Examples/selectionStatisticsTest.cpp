@@ -4,6 +4,7 @@
 
 #include "ViewerWindow.h"
 
+#include <lmx/Climate/lmxSpatialConst.h>
 #include <lmx/Controls/lmxMapViewControl.h>
 #include <lmx/Formats/Shapes/lmxShpFile.h>
 #include <lmx/Layers/lmxIdrisiMapLayer.h>
@@ -26,6 +27,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include "ColorSchemes.h"
+#include "MapReading.h"
 #include "Overlays.h"
 #include "SampleMap.h"
 
@@ -287,6 +292,35 @@ TEST_F(TiledSelectionStatistics, ADialogMayCloseWhileTheyAreRead) {
     Tiles->Held.Open();
     EXPECT_TRUE(tests::PumpUntil([this] { return Tiles.use_count() == 1; })) << "the reader lets go of the raster";
     EXPECT_EQ(Tiles->CellsRead, 20'000 * 128) << "one strip";
+}
+
+// Nothing is read for it: before the map has shown the cells there is no number.
+TEST_F(TiledSelectionStatistics, ThePlaceUnderTheCursorReadsTheRasterItself) {
+    auto& layer = dynamic_cast<TTiledRasterMapLayer&>(*Window.GetLayerManager()->GetLayers()[2]);
+    layer.SetColorCalc(MakeColorScheme("Classes: six of viridis", {0, 1e6}));
+    const auto show = [this] {
+        do
+            View().grab();
+        while (!tests::PumpUntilRendersEnd() || IsDrawing(*Window.GetLayerManager()));
+    };
+    EXPECT_EQ(ReadMap(View(), {300, 200}).Values, QStringList());
+    View().GetViewport()->SetScale(60);
+    View().GetViewport()->SetCenter({10, 20});
+    show();
+    int read = 0;
+    for (int x = 300; x < 310; ++x) {
+        const TMapPoint place = View().GetViewport()->PointToMapPoint(TMapPoint(x, 200));
+        const auto column = static_cast<int>(std::floor((place.X + 180) / 360 * 20'000));
+        const auto row = static_cast<int>(std::floor((90 - place.Y) / 180 * 500));
+        const float cell = Tiles->Cell(0, column, row);
+        const QStringList values = ReadMap(View(), {x, 200}).Values;
+        if (TSpatialConst::IsFlag(cell))
+            EXPECT_EQ(values, QStringList());
+        else
+            EXPECT_EQ(values, QStringList("Numbers: " + FloatToFixed(cell, 1)));
+        read += values.isEmpty() ? 0 : 1;
+    }
+    EXPECT_GT(read, 3);
 }
 
 #endif
