@@ -3,12 +3,54 @@
 #include <lmx/Widgets/lmxOwnedDialog.h>
 #include <lmx/Widgets/lmxServiceSlot.h>
 
+#include <QGridLayout>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include <algorithm>
 
 namespace lmx {
 
 namespace {
+
+/// A text that would leave no room on the screen for the buttons is scrolled in the place of the box's own label, which
+/// keeps it for Qt's copying and for screen readers.
+void ScrollLongText(QMessageBox& box) {
+    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    auto* const grid = qobject_cast<QGridLayout*>(box.layout());
+    const QScreen* const screen = box.screen();
+    if (!label || !grid || grid->indexOf(label) < 0 || !screen)
+        return;
+    const QSize room = screen->availableSize() / 2;
+    const QSize text =
+        box.fontMetrics().boundingRect(QRect(QPoint(), room), Qt::TextWordWrap, box.text()).size() + QSize(8, 8);
+    if (text.height() <= room.height())
+        return;
+    auto* const whole = new QLabel(box.text());
+    whole->setObjectName(QStringLiteral("WholeText"));
+    whole->setTextFormat(Qt::PlainText);
+    whole->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    whole->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    whole->setWordWrap(true);
+    auto* const area = new QScrollArea(&box);
+    area->setAccessibleName(box.windowTitle());
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(whole);
+    area->setMinimumSize(std::min(text.width(), room.width()) + area->verticalScrollBar()->sizeHint().width(),
+                         room.height());
+    int row = 0;
+    int column = 0;
+    int rows = 0;
+    int columns = 0;
+    grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
+    label->hide();
+    grid->addWidget(area, row, column, rows, columns);
+}
 
 class TQtMsgBoxService final : public IMsgBoxService {
 public:
@@ -36,6 +78,7 @@ private:
         box->setStandardButtons(buttons);
         if (buttons.testFlag(QMessageBox::No))
             box->setEscapeButton(QMessageBox::No);
+        ScrollLongText(*box.Get());
         return box.Execute();
     }
 };

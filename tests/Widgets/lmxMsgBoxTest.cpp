@@ -5,7 +5,11 @@
 
 #include <QAbstractButton>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 namespace lmx {
@@ -37,6 +41,41 @@ TEST(MsgBoxDialog, ShowsErrorsAndInformation) {
         const auto answer = ExpectBox(QMessageBox::Information, "Please select a layer.", "Layer", QMessageBox::Ok);
         TMsgBox::Info("Please select a layer.", "Layer");
     }
+}
+
+TEST(MsgBoxDialog, ScrollsATextThatTheScreenHasNoRoomFor) {
+    QStringList lines;
+    for (int i = 0; i < 300; ++i)
+        lines.append(QStringLiteral("file%1.rst: there is no such file").arg(i));
+    const QString text = lines.join(u'\n');
+    const TModalAnswer<QMessageBox> answer([&](QMessageBox& box) {
+        EXPECT_EQ(box.text(), text);
+        EXPECT_TRUE(box.screen()->availableGeometry().contains(
+            QRect(box.screen()->availableGeometry().topLeft(), box.frameSize())));
+        auto* const area = box.findChild<QScrollArea*>();
+        ASSERT_TRUE(area);
+        EXPECT_TRUE(area->isVisible());
+        const auto* const whole = qobject_cast<QLabel*>(area->widget());
+        ASSERT_TRUE(whole);
+        EXPECT_EQ(whole->text(), text);
+        EXPECT_EQ(whole->textFormat(), Qt::PlainText);
+        EXPECT_LE(whole->width(), area->viewport()->width());
+        EXPECT_GE(whole->height(), whole->heightForWidth(whole->width())) << "nothing is cut off";
+        EXPECT_FALSE(area->geometry().intersects(box.button(QMessageBox::Ok)->parentWidget()->geometry()));
+        area->setFocus();
+        QTest::keyClick(area, Qt::Key_PageDown);
+        EXPECT_GT(area->verticalScrollBar()->value(), 0);
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    TMsgBox::Error(text, QStringLiteral("Some layers could not be opened"));
+}
+
+TEST(MsgBoxDialog, DoesNotScrollWhatThereIsRoomFor) {
+    const TModalAnswer<QMessageBox> answer([](QMessageBox& box) {
+        EXPECT_FALSE(box.findChild<QScrollArea*>());
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    TMsgBox::Error(QStringLiteral("one\ntwo\nthree"), QStringLiteral("Three"));
 }
 
 TEST(MsgBoxDialog, AsksAndTakesEscapeForNo) {
