@@ -17,6 +17,7 @@
 #include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -26,6 +27,7 @@
 namespace {
 
 constexpr QSize PreviewSize{320, 160};
+constexpr int LettersOfTitle = 40;        // of a variable, in capitals too
 constexpr std::size_t MostTimes = 20'000; // in the list; the strip steps through all of them
 
 template<class Box>
@@ -68,9 +70,12 @@ TClimateFileDialog::TClimateFileDialog(QWidget* parent)
       FNotes(Named(new QLabel(this), "Notes", tr("Notes"))),
       FButtons(new QDialogButtonBox(QDialogButtonBox::Open | QDialogButtonBox::Cancel, this)) {
     setWindowTitle(tr("Open climate file"));
-    FPreview->setMinimumSize(PreviewSize);
+    FVariables->setMinimumWidth(LettersOfTitle * fontMetrics().averageCharWidth());
+    FVariables->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // what is cut off is in the tool tip
+    FVariables->setTextElideMode(Qt::ElideMiddle);
     FPreview->setAlignment(Qt::AlignCenter);
     FPreview->setFrameShape(QFrame::StyledPanel);
+    FPreview->setMinimumSize(PreviewSize + QSize(2, 2) * FPreview->frameWidth());
     FNotes->setWordWrap(true);
     FFileUnits->setText(tr("&Units as in the file"));
     auto* form = new QFormLayout;
@@ -83,7 +88,7 @@ TClimateFileDialog::TClimateFileDialog(QWidget* parent)
     sides->addLayout(form, 1);
     auto* right = new QVBoxLayout;
     right->addWidget(FPreview);
-    right->addWidget(FNotes, 1, Qt::AlignTop);
+    right->addWidget(ScrolledNotes(), 1);
     sides->addLayout(right);
     auto* all = new QVBoxLayout(this);
     all->addLayout(sides, 1);
@@ -98,6 +103,19 @@ TClimateFileDialog::TClimateFileDialog(QWidget* parent)
     connect(FTime, &QComboBox::currentIndexChanged, this, [this] { ShowPreview(); });
     connect(FLevel, &QComboBox::currentIndexChanged, this, [this] { ShowPreview(); });
     connect(FFileUnits, &QCheckBox::toggled, this, [this] { ShowPreview(); });
+}
+
+// A file may give occasion to many notes.
+QWidget* TClimateFileDialog::ScrolledNotes() {
+    auto* area = Named(new QScrollArea(this), "ScrolledNotes", tr("Notes"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(FNotes);
+    FNotes->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    FNotes->setAutoFillBackground(false);
+    area->viewport()->setAutoFillBackground(false);
+    setTabOrder(FFileUnits, area);
+    return area;
 }
 
 TClimateFileDialog::~TClimateFileDialog() {
@@ -116,7 +134,7 @@ void TClimateFileDialog::ListVariables() {
     for (const lmx::TClimateVariableInfo& info : FDataset->GetVariables()) {
         auto* item = new QListWidgetItem(info.GetTitle() == info.Name ? info.Name : info.GetTitle() + ", " + info.Name,
                                          FVariables);
-        item->setToolTip(DimensionsOf(info));
+        item->setToolTip(item->text() + QStringLiteral("\n") + DimensionsOf(info));
         if (info.Refusal.isEmpty() && first < 0)
             first = FVariables->row(item);
         if (!info.Refusal.isEmpty())

@@ -30,6 +30,7 @@ public:
     std::optional<lmx::TClimateSelection> GetSelection() const;
 
 private:
+    QWidget* ScrolledNotes();
     void ListVariables();
     void ShowVariable();
     void ShowPreview();

@@ -39,7 +39,7 @@ TPictureDialog::TPictureDialog(QWidget* parent)
       FLegends(Named(new QCheckBox(tr("&Legends"), this), "Legends")),
       FScale(Named(new QCheckBox(tr("&Scale bar"), this), "Scale")),
       FRose(Named(new QCheckBox(tr("&Compass rose"), this), "Rose")),
-      FAnnotations(Named(new QCheckBox(tr("&Annotations of the map"), this), "Annotations")) {
+      FAnnotations(Named(new QCheckBox(tr("A&nnotations of the map"), this), "Annotations")) {
     setWindowTitle(tr("Export picture"));
     FWidth->setRange(1, MostUnits);
     FHeight->setRange(1, MostUnits);

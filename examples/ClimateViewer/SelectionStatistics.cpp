@@ -96,7 +96,12 @@ TStatisticsDialog::TStatisticsDialog(TKeepReader keepReader, QWidget* parent)
                                   tr("Maximum"), tr("Values"), tr("Without data")};
     FTable->setObjectName("Statistics");
     FTable->setColumnCount(static_cast<int>(headings.size()));
+    FTable->setAccessibleName(tr("Statistics"));
+    FTable->setTabKeyNavigation(false); // the tab key leads on to the buttons, the arrow keys through the cells
     FTable->setHorizontalHeaderLabels(headings);
+    for (int column = 0; column < FTable->columnCount(); ++column) // as the texts below it
+        FTable->horizontalHeaderItem(column)->setTextAlignment((column > 1 ? Qt::AlignRight : Qt::AlignLeft) |
+                                                               Qt::AlignVCenter);
     FTable->verticalHeader()->hide();
     FTable->horizontalHeader()->setStretchLastSection(true);
     FTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -110,6 +115,7 @@ TStatisticsDialog::TStatisticsDialog(TKeepReader keepReader, QWidget* parent)
     layout->addWidget(FTable);
     layout->addWidget(buttons);
     resize(680, 240);
+    buttons->button(QDialogButtonBox::Close)->setDefault(true); // enter does not replace what is on the clipboard
 }
 
 TStatisticsDialog::~TStatisticsDialog() {
