@@ -14,6 +14,8 @@
 #include <lmx/Runtime/lmxExceptions.h>
 #include <lmx/Widgets/lmxFileDialog.h>
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <cmath>
 
@@ -97,7 +99,14 @@ void TIdrisiMapLayer::ShowImage(const std::shared_ptr<TAbstractImage>& image, TO
     const TWorldMapArea area = header ? TWorldMapArea(header) : TWorldMapArea();
     const auto range = header ? TValueRange(header->GetMinValue(), header->GetMaxValue()) : TValueRange::Empty();
     const TBorrowed self(this);
-    Invalidate();
+    {
+        FIsReplacingImage = origin == TOrigin::orTaken;
+        const auto over = qScopeGuard([&self, this] {
+            if (self)
+                FIsReplacingImage = false;
+        });
+        Invalidate();
+    }
     if (!self)
         return;
     const std::shared_ptr<TAbstractImage> replaced = FImage; // until all have been told: they may still look at it
@@ -251,17 +260,29 @@ void TIdrisiMapLayer::Render() {
     if (!renderer || !cookieData || !mapData || !colorCalc)
         return;
     const auto opacity = static_cast<float>(GetOpacity() / 255.0);
+    const TIngredients ingredients{mapData, colorCalc, GetOpacity()};
     const TBorrowed self(this);
     // All pixels are written, so it does not matter what the picture of the render before holds.
     std::unique_ptr<TBitmap32> bitmap = TakeGivenUpBitmap();
+    // Another image is about to be shown, such as the next of a player: the picture of before does for the moment.
+    if (bitmap && FIsReplacingImage && ingredients.AreSame(FRendered)) {
+        SetRenderedBitmap(std::move(bitmap));
+        return;
+    }
     if (bitmap && bitmap->GetWidth() == cookieData->GetWidth() && bitmap->GetHeight() == cookieData->GetHeight()) {
         renderer->Render(cookieData.get(), mapData.get(), opacity, colorCalc.get(), bitmap.get());
     } else {
         bitmap.reset(); // its memory first
         bitmap = renderer->Render(cookieData.get(), mapData.get(), opacity, colorCalc.get());
     }
-    if (self)
-        SetRenderedBitmap(std::move(bitmap));
+    if (!self)
+        return;
+    FRendered = ingredients;
+    SetRenderedBitmap(std::move(bitmap));
+}
+
+bool TIdrisiMapLayer::TIngredients::AreSame(const TIngredients& other) const {
+    return Data.lock() == other.Data.lock() && Colors.lock() == other.Colors.lock() && Opacity == other.Opacity;
 }
 
 } // namespace lmx

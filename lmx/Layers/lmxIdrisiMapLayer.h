@@ -28,7 +28,9 @@ public:
     /// the calculator stays. The old picture stays until Render is called. The image is the host's and must outlive its
     /// time on the map, unless SetOwnsImage has said that the layer owns what it is given: then it goes with the layer.
     void SetImage(TAbstractImage* image);
-    /// As SetImage; the layer owns the image, and frees it when another one replaces it.
+    /// As SetImage; the layer owns the image, and frees it when another one replaces it. Where SetImage colours the old
+    /// image once more before it goes, this leaves its picture as it is, unless calculator or opacity are others by
+    /// then.
     void TakeImage(std::unique_ptr<TAbstractImage> image);
     /// Whether the layer frees its image. False after construction.
     bool GetOwnsImage() const { return FOwnsImage; }
@@ -62,6 +64,15 @@ protected:
 private:
     enum class TOrigin { orGiven, orTaken };
 
+    /// What a picture was made from.
+    struct TIngredients {
+        std::weak_ptr<const IMapData> Data;
+        std::weak_ptr<const IBaseColorCalculator> Colors;
+        std::uint8_t Opacity = 255;
+
+        bool AreSame(const TIngredients& other) const;
+    };
+
     void ShowImage(const std::shared_ptr<TAbstractImage>& image, TOrigin origin);
     std::shared_ptr<TAbstractImage> ReplacedImage(const TAbstractImage* image) const;
     void StoreImage(const std::shared_ptr<TAbstractImage>& image, TOrigin origin);
@@ -79,6 +90,8 @@ private:
     std::shared_ptr<IMapData> FMapData;
     std::shared_ptr<ICookieData> FCookieData;
     std::shared_ptr<IRasterRenderer> FRenderer;
+    TIngredients FRendered;
+    bool FIsReplacingImage = false;                               // by a taken one: the old picture is not made anew
     std::vector<std::shared_ptr<TAbstractImage>> FReplacedImages; // owned ones that were given: they may be given again
 };
 

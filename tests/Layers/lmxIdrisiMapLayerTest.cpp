@@ -92,6 +92,52 @@ TEST_F(IdrisiMapLayer, AnotherImageLeavesTheOldPictureUntilRender) {
     EXPECT_EQ(Layer.GetBitmap()->GetWidth(), 3);
 }
 
+/// Counts what it is asked, or its clones.
+class TCountedColors final : public IBaseColorCalculator {
+public:
+    TColor32 GetColor(float value) const override {
+        ++*Asked;
+        return 0xFF000000U + static_cast<TColor32>(value);
+    }
+    std::shared_ptr<IBaseColorCalculator> Clone() const override { return std::make_shared<TCountedColors>(*this); }
+    std::shared_ptr<int> Asked = std::make_shared<int>(0);
+};
+
+// A player gives frame after frame: each is coloured once.
+TEST_F(IdrisiMapLayer, TheOldPictureIsNotColouredAgainForItsLastMoment) {
+    AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
+    const auto colors = std::make_shared<TCountedColors>();
+    Layer.SetColorCalc(colors);
+    EXPECT_GT(*colors->Asked, 0);
+    const TBitmap32* const shown = Layer.GetBitmap();
+    *colors->Asked = 0;
+    Layer.TakeImage(NumberedImage(2, 2, {0, 10, 10, 0}));
+    EXPECT_EQ(*colors->Asked, 0);
+    EXPECT_EQ(Layer.GetBitmap(), shown);
+    EXPECT_TRUE(Layer.GetIsReadyToDraw());
+    Layer.Invalidate();
+    EXPECT_GT(*colors->Asked, 0) << "whose calculator may have changed in place";
+    *colors->Asked = 0;
+    const auto other = NumberedImage(2, 2, {0, 10, 10, 0});
+    Layer.SetImage(other.get());
+    EXPECT_GT(*colors->Asked, 0) << "SetImage colours the old data once more";
+    Layer.SetImage(nullptr);
+}
+
+// What a subscriber changes in that moment shows.
+TEST_F(IdrisiMapLayer, ALastMomentMayHaveOtherColours) {
+    AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
+    const TColor32 before = Layer.GetBitmap()->ScanLine(0)[0];
+    bool isFirst = true;
+    const TSubscription ready = Layer.GetOnReadyToDrawChanged().Add([&](TBaseMapLayer*) {
+        if (std::exchange(isFirst, false))
+            Layer.SetOpacity(100);
+    });
+    Layer.TakeImage(NumberedImage(3, 3, {0, 10, 10, 0}));
+    EXPECT_EQ(Layer.GetBitmap()->GetWidth(), 2);
+    EXPECT_NE(Layer.GetBitmap()->ScanLine(0)[0], before);
+}
+
 TEST_F(IdrisiMapLayer, ATakenImageIsFreedWhenAnotherReplacesIt) {
     AddRendered(NumberedImage(2, 2, {0, 10, 10, 0}));
     std::weak_ptr<TAbstractImage> replaced = Layer.GetSharedImage();
