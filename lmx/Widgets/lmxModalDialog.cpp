@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -67,9 +68,11 @@ TModalResult TModalDialog::ShowModal() {
 // Push buttons ask for a new layout as they get their style, which Qt posts for after the first paint: the dialog would
 // be laid out and painted twice.
 void TModalDialog::setVisible(bool visible) {
+    const QPointer self(this); // a widget of a host's may do anything when it is polished
     if (visible && !isVisible())
         QCoreApplication::sendPostedEvents(nullptr, QEvent::PolishRequest);
-    QDialog::setVisible(visible);
+    if (self)
+        QDialog::setVisible(visible);
 }
 
 // Push buttons and controls that have a use for the enter key have taken it before.
