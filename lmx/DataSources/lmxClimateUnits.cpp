@@ -191,6 +191,8 @@ QString TUnitConversion::ToText() const {
     const QString total = IsTotal ? QStringLiteral(" (total)") : QString();
     if (IsIdentity() && FileUnits == ShownUnits)
         return ShownUnits + total;
+    if (IsIdentity())
+        return FileUnits + QStringLiteral(", shown as ") + ShownUnits + total;
     QString rule = QStringLiteral("value");
     if (Factor != 1)
         rule += QStringLiteral(" × ") + FloatToGeneral(Factor, 6);

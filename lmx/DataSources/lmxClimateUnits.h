@@ -31,7 +31,8 @@ struct LMX_DATASOURCES_EXPORT TUnitConversion {
     float Apply(float value, double daysInMonth = 1) const;
 
     /// The rule in one line for the user: "K to °C: value - 273.15", "mm month-1 to mm/day: value / days of the
-    /// month", "°C" if nothing is converted; " (total)" at the end of an amount.
+    /// month", "°C" if nothing is converted, "mb, shown as hPa" if only the name is another; " (total)" at the end of
+    /// an amount.
     QString ToText() const;
 
     friend bool operator==(const TUnitConversion&, const TUnitConversion&) = default;

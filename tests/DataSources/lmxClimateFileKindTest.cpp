@@ -34,8 +34,12 @@ TEST(ClimateFileKind, IsToldByTheFirstBytes) {
     EXPECT_EQ(KindOf("CDF\x05more"), fkNetCDF64);
     EXPECT_EQ(KindOf("CDF\x03more"), fkUnknown);
     EXPECT_EQ(KindOf(Hdf5()), fkHdf5);
-    EXPECT_EQ(KindOf("GRIB...."), fkGrib);
-    EXPECT_EQ(KindOf("a heading\r\nGRIB...."), fkGrib);
+    EXPECT_EQ(KindOf("GRIB...\x01"), fkGrib);
+    EXPECT_EQ(KindOf("GRIB...\x02"), fkGrib);
+    EXPECT_EQ(KindOf("a heading\r\nGRIB...\x02"), fkGrib);
+    EXPECT_EQ(KindOf("GRIB and GRIB...\x02"), fkGrib);
+    EXPECT_EQ(KindOf("a text of GRIB and others"), fkUnknown);
+    EXPECT_EQ(KindOf("cut: GRIB"), fkUnknown);
     EXPECT_EQ(KindOf(QByteArray("II*\0", 4)), fkTiff);
     EXPECT_EQ(KindOf(QByteArray("MM\0*", 4)), fkTiff);
     EXPECT_EQ(KindOf(QByteArray("II+\0", 4)), fkTiff);

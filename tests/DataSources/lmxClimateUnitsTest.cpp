@@ -117,7 +117,7 @@ TEST(UnitConversion, SaysItsRule) {
     EXPECT_EQ(text("kg m-2 s-1", Rain), "kg m-2 s-1 to mm/day: value × 86400");
     EXPECT_EQ(text("mm month-1", Rain), "mm month-1 to mm/day: value / days of the month");
     EXPECT_EQ(text("m", {"tp", {}, "Total precipitation", {}}), "m to mm: value × 1000 (total)");
-    EXPECT_EQ(text("mb", Sea), "mb to hPa: value");
+    EXPECT_EQ(text("mb", Sea), "mb, shown as hPa");
     EXPECT_EQ(text("m s-1", Wind), "m s-1");
 }
 

@@ -52,6 +52,15 @@ QByteArray NameInZip(const QByteArray& path, const QByteArray& inside) {
     return inside.isEmpty() ? zip : zip + '/' + inside;
 }
 
+/// Texts may have the word, too, but no small number where its message has the edition.
+bool HoldsGrib(const QByteArray& head) {
+    constexpr qsizetype editionPlace = 7;
+    for (qsizetype at = head.indexOf("GRIB"); at >= 0; at = head.indexOf("GRIB", at + 1))
+        if (at + editionPlace < head.size() && quint8(head[at + editionPlace]) < 10)
+            return true;
+    return false;
+}
+
 } // namespace
 
 TClimateFileKind ClimateFileKindOf(QIODevice& device) {
@@ -68,7 +77,7 @@ TClimateFileKind ClimateFileKindOf(QIODevice& device) {
         return TClimateFileKind::fkTiff;
     if (head.startsWith("PK\x03\x04"))
         return TClimateFileKind::fkZip;
-    if (head.contains("GRIB"))
+    if (HoldsGrib(head))
         return TClimateFileKind::fkGrib;
     return HasHdf5Signature(device) ? TClimateFileKind::fkHdf5 : TClimateFileKind::fkUnknown;
 }
