@@ -18,7 +18,8 @@ struct LMX_DATASOURCES_EXPORT TClimateDate {
     std::int32_t Milliseconds = 0; ///< since midnight, below 86,400,000
 
     friend bool operator==(const TClimateDate&, const TClimateDate&) = default;
-    friend std::strong_ordering operator<=>(const TClimateDate&, const TClimateDate&) = default;
+    // NOLINTNEXTLINE(modernize-use-nullptr): the 0 that the compiler compares with is no pointer
+    friend auto operator<=>(const TClimateDate&, const TClimateDate&) = default;
 
     /// "1850-02-30T06:00:00", with ".250" after the seconds if they are not whole.
     QString ToIsoText() const;

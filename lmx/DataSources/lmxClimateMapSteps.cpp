@@ -60,7 +60,7 @@ enum class TNamePart { npMonth, npDay, npMinute, npSecond };
 QString NameOf(const TClimateDate& date, TNamePart part, bool hasYears) {
     const QString text = date.ToIsoText(); // "1850-02-30T06:00:00.250"
     const qsizetype time = text.indexOf(u'T');
-    const QString day = hasYears ? text.first(time) : text.mid(time - 5, 5);
+    QString day = hasYears ? text.first(time) : text.mid(time - 5, 5);
     const QString clock = text.mid(time, 9).remove(u':'); // "T060000"
     switch (part) {
     case TNamePart::npMonth:

@@ -20,6 +20,7 @@ struct TTileKey {
     std::int32_t Column = 0;
     std::int32_t Row = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the 0 that the compiler compares with is no pointer
     friend auto operator<=>(const TTileKey&, const TTileKey&) = default;
 };
 

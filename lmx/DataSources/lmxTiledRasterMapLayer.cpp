@@ -188,7 +188,10 @@ private:
 TTiledRasterMapLayer::TTiledRasterMapLayer(const std::shared_ptr<ILayerManager>& layerManager,
                                            std::shared_ptr<TTileCache> cache)
     : TBufferedMapLayer(layerManager),
-      FCache(cache ? std::move(cache) : TTileCache::GetShared()) {}
+      FCache(std::move(cache)) {
+    if (!FCache)
+        FCache = TTileCache::GetShared();
+}
 
 TTiledRasterMapLayer::~TTiledRasterMapLayer() = default;
 

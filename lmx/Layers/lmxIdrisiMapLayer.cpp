@@ -155,6 +155,7 @@ void TIdrisiMapLayer::Paint(TWorld* world, TWorldViewport* viewport, TBitmap32& 
     const TMapArea& area = GetLayerArea().Area;
     if (!GetBitmap() || !IsFinite(area) || area.GetWidth() <= 0 || area.GetHeight() <= 0)
         return;
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the world may get another while this one is asked
     const std::shared_ptr<IWorldSystem> system = world->GetWorldSystem();
     if (!system)
         throw EInvalidOperation(QStringLiteral("World system is nil"));

@@ -286,7 +286,7 @@ void TGradientEditor::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     if (!FDrag->IsMoving &&
-        (place - FDrag->Start).manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2)
+        2 * (place - FDrag->Start).manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
         return; // a hand that trembles moves nothing
     FDrag->IsMoving = true;
     GuardEvent(this, [&] { DragTo(place); });

@@ -28,9 +28,14 @@ QRect FieldRect(const QRect& cell) {
     return cell.adjusted(0, 1, -FieldGap, 0);
 }
 
+/// What options of every kind have in common.
+void TakeCommon(QStyleOption& target, const QStyleOption& source) {
+    target = source;
+}
+
 void DrawField(QPainter& painter, const QStyleOptionViewItem& option, const QString& text) {
     QStyleOptionFrame frame;
-    static_cast<QStyleOption&>(frame) = option;
+    TakeCommon(frame, option);
     frame.rect = FieldRect(option.rect);
     frame.state = QStyle::State_Enabled | QStyle::State_Sunken;
     const QStyle& style = *option.widget->style();
@@ -52,7 +57,7 @@ QRect ColorRect(const QRect& cell) {
 
 void DrawFocusMark(QPainter& painter, const QStyleOptionViewItem& option, const QRect& rect) {
     QStyleOptionFocusRect mark;
-    static_cast<QStyleOption&>(mark) = option;
+    TakeCommon(mark, option);
     mark.rect = rect;
     mark.backgroundColor = option.palette.color(QPalette::Window);
     option.widget->style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, option.widget);
@@ -60,7 +65,7 @@ void DrawFocusMark(QPainter& painter, const QStyleOptionViewItem& option, const 
 
 void DrawButton(QPainter& painter, const QStyleOptionViewItem& option, const QString& text, bool isPressed) {
     QStyleOptionButton button;
-    static_cast<QStyleOption&>(button) = option;
+    TakeCommon(button, option);
     button.rect = option.rect.adjusted(0, 0, -1, -1);
     button.text = text;
     button.state = QStyle::State_Enabled | (isPressed ? QStyle::State_Sunken : QStyle::State_Raised) |

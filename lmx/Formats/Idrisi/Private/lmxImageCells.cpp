@@ -45,7 +45,7 @@ std::vector<Cell> ReadBinary(QIODevice& device, std::uint64_t count, const QStri
         const std::size_t start = cells.size();
         const std::size_t part = std::min(MostAtOnce, count - start);
         cells.resize(start + part);
-        const auto size = static_cast<qint64>(part * sizeof(Cell));
+        const auto size = static_cast<qint64>(part) * static_cast<qint64>(sizeof(Cell));
         char* const bytes = reinterpret_cast<char*>(cells.data() + start);
         if (device.read(bytes, size) != size)
             throw EFileFormatException(fileName, QStringLiteral("cannot be read: ") + device.errorString());
