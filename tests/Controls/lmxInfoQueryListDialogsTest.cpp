@@ -204,9 +204,8 @@ TEST_F(InfoQueryListDialogs, DeletesNoPointThatCameInThePlaceOfASelectedOne) {
         if (point->GetPointLabel() != "a")
             return;
         Points->GetPoints().Remove(second);
-        while (added < 100 && AddPoint(3, 3, "new") != second)
-            ++added;
-        ++added;
+        for (bool isInItsPlace = false; !isInItsPlace && added < 100; ++added)
+            isInItsPlace = AddPoint(3, 3, "new") == second;
     });
     Table->GetDeleteButton()->click();
     EXPECT_EQ(Points->GetPoints().Count(), added);
