@@ -69,6 +69,10 @@ struct TAccessRow {
     QStringList Layers;
 };
 
+void PrintTo(const TAccessRow& row, std::ostream* stream) {
+    *stream << row.Layers.join(u' ').toStdString();
+}
+
 class SpecialLayerAccess : public testing::TestWithParam<TAccessRow> {};
 
 TEST_P(SpecialLayerAccess, MakesWhatIsAskedFor) {
