@@ -14,7 +14,7 @@ constexpr int DigitsOfEveryDouble = 17;
 // The short form where that is the number itself, which it nearly always is.
 QString NumberToString(double number) {
     const TFormatSettings settings = TFormatSettings::Invariant();
-    const QString text = FloatToStr(number, settings);
+    QString text = FloatToStr(number, settings);
     double restored = 0;
     if (TryStrToFloat(text, restored, settings) && restored == number)
         return text;
