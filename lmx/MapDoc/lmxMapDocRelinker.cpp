@@ -133,7 +133,7 @@ void TMapDocRelinker::MoveTo(const QString& source, const QString& target, const
 }
 
 QString TMapDocRelinker::Pack(const QString& source, const QString& folder) const {
-    const QString target = QDir(folder).absoluteFilePath(QFileInfo(source).fileName());
+    QString target = QDir(folder).absoluteFilePath(QFileInfo(source).fileName());
     if (QFileInfo::exists(target))
         throw EFileException(target, QStringLiteral("cannot be written: it is there already"));
     TPackedFiles files(folder, QFileInfo(source).fileName());

@@ -100,11 +100,11 @@ void TMapPicture::Save(const QString& fileName) const {
 QStringList TMapPicture::SaveFrames(const QString& fileName, IMapPictureFrames& frames) const {
     PictureFormatOf(fileName);
     TPictureOrder order{FLayerManager, FWorldSystem, FOptions};
-    const QStringList names = FrameFileNames(fileName, frames);
+    QStringList names = FrameFileNames(fileName, frames);
     for (int frame = 0; frame < names.size(); ++frame) {
         order.Options.Time = frames.ShowFrame(frame);
-        SavePicture(order, names[frame]);
-        frames.FrameSaved(frame, names[frame]);
+        SavePicture(order, names.at(frame));
+        frames.FrameSaved(frame, names.at(frame));
     }
     return names;
 }

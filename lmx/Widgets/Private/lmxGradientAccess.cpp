@@ -83,6 +83,7 @@ private:
 };
 
 /// An editor, whose children are its stops by place.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): Qt alone frees such objects
 class TEditorAccess final : public QAccessibleWidget {
 public:
     explicit TEditorAccess(TGradientEditor* editor)
