@@ -23,6 +23,7 @@
 #include <QVBoxLayout>
 
 #include <cmath>
+#include <new>
 
 namespace {
 
@@ -162,6 +163,7 @@ void TStatisticsDialog::SetNumbers(int row, const lmx::TFieldStatistics& statist
         FTable->setSpan(row, FirstNumber, 1, 1);
     for (int i = 0; i < texts.size(); ++i)
         FTable->item(row, FirstNumber + i)->setText(texts[i]);
+    FTable->item(row, FirstNumber)->setToolTip(QString()); // of the remark before
 }
 
 void TStatisticsDialog::SetRemark(int row, const QString& text) {
@@ -203,6 +205,8 @@ void TStatisticsDialog::StartReading(std::vector<TReading> readings) {
                     remark(tr("Stopped"));
             } catch (const lmx::Exception& failure) {
                 remark(failure.Description());
+            } catch (const std::bad_alloc&) {
+                remark(tr("Out of memory"));
             }
         }
         tell([](TStatisticsDialog& shown) { shown.FStop->hide(); });

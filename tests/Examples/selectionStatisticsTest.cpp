@@ -223,6 +223,7 @@ TEST_F(TiledSelectionStatistics, AreReadWhileTheWindowGoesOn) {
     Tiles->Held.Open();
     ASSERT_TRUE(AwaitEnd());
     EXPECT_EQ(table->columnSpan(0, 2), 1);
+    EXPECT_EQ(table->item(0, 2)->toolTip(), "") << "how far the reading was";
     EXPECT_EQ(Row(*table, 0), QStringList({"Numbers", ""}) + Numbers(*StatisticsOf(*Tiles)));
 }
 
